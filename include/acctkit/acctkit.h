@@ -1,0 +1,179 @@
+/*
+ * AcctKit: puts a subscriber's mail and news settings into the client programs on the subscriber's machine.
+ *
+ * Plain C interface. Every string is zero-terminated text in the system's code page (932, Shift-JIS) and every result a
+ * 32-bit integer, 1 for yes or done and 0 for no or failed, unless told otherwise. A failure carries no code. No call
+ * shows a window, and none writes a password. The library keeps nothing between calls; calls are made from one thread.
+ *
+ * `client` is a client index: 0 Outlook Express, 1 Netscape Communicator 4.x. Any other index answers 0 at once, and
+ * none of the other arguments is touched. All pointers have to be valid unless told otherwise.
+ *
+ * An array of strings may hold an integer at a position told below: the integer cast to the pointer type.
+ */
+#ifndef ACCTKIT_ACCTKIT_H
+#define ACCTKIT_ACCTKIT_H
+
+#include <stdint.h>
+
+#if defined(_WIN32)
+#define ACCTKIT_API
+#define ACCTKIT_CALL __cdecl
+#else
+#define ACCTKIT_API __attribute__((visibility("default")))
+#define ACCTKIT_CALL
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Records ---------------------------------------------------------------------------------------------------- */
+
+/*
+ * What the host's sign-up program knows of a new subscriber. 2,072 bytes; every text is zero-terminated within its
+ * field. A field without a terminator is read up to its last byte but one.
+ */
+typedef struct SignupRecord {
+  char serviceId[9];        /* the subscriber's ID */
+  char connectionName[257]; /* handed to the mailer plug-in */
+  char senderName[257];     /* the name shown as sender */
+  char mailUser[257];       /* the mail account of the original-domain service */
+  char reservedText[257];   /* not read */
+  char mailAddress[257];    /* the full mail address */
+  char popServer[257];      /* POP host */
+  char smtpServer[257];     /* SMTP host */
+  char startPage[260];      /* URL of the browser's start page */
+  int32_t serviceKind;      /* 0 normal service, 1 original-domain service */
+} SignupRecord;
+
+/* What the mailer plug-in tells of its mailer. 312 bytes. */
+typedef struct MailerInfo {
+  char name[51];  /* the name shown for this client */
+  char path[261]; /* full path of the mailer's program file */
+} MailerInfo;
+
+/* What is handed to the mailer plug-in: one account. 1,808 bytes, all zero behind each text. */
+typedef struct MailEnvironment {
+  char serviceId[9];
+  char connectionName[257];
+  char senderName[257];
+  char mailUser[257];
+  char reservedText[257]; /* always empty */
+  char mailAddress[257];
+  char popServer[257];
+  char smtpServer[257];
+} MailEnvironment;
+
+/*
+ * The entry points of a mailer plug-in, a library that the registry names: `InstPath` (folder, without a final
+ * backslash) and `ProgramName` (file name) of HKEY_LOCAL_MACHINE "SOFTWARE\Harveld\@zuvioSetup". A plug-in exports all
+ * three by these names. Only an answer of exactly 1 counts as success.
+ */
+typedef int32_t(ACCTKIT_CALL *GetMailerInfoEntry)(MailerInfo *info, int32_t size);
+typedef int32_t(ACCTKIT_CALL *SetMailEnvironmentEntry)(const MailEnvironment *environment, int32_t size);
+typedef int32_t(ACCTKIT_CALL *SetCompleteFlagEntry)(void);
+
+/* ---- Clients and accounts --------------------------------------------------------------------------------------- */
+
+/* Tells whether the client is installed for mail, or for news. Reads the registry, writes nothing. */
+ACCTKIT_API int32_t ACCTKIT_CALL IsInstallMailer(int32_t client);
+ACCTKIT_API int32_t ACCTKIT_CALL IsInstallNews(int32_t client);
+
+/*
+ * The client's version. `*major` and `*minor` take the two leading numbers of its version text, 0 for what can't be
+ * read; both are 0 for a client that isn't installed, with the result 0. An invalid index leaves them as they are.
+ */
+ACCTKIT_API int32_t ACCTKIT_CALL GetMailVersion(int32_t client, int32_t *major, int32_t *minor);
+ACCTKIT_API int32_t ACCTKIT_CALL GetNewsVersion(int32_t client, int32_t *major, int32_t *minor);
+
+/*
+ * Tells whether an account of the spec's title exists. `spec` is an array of strings, by position:
+ *
+ *          mail                               news
+ *   0      POP3 user, the service ID          news user, the service ID
+ *   1      sender's name                      sender's name
+ *   2      title of the account               first part of the account's title
+ *   3      reserved, an empty text            reserved, an empty text
+ *   4      SMTP host                          news host
+ *   5      POP3 host                          display name of the news server
+ *   6      mail address                       mail address
+ *   7      name of the dial-up connection     name of the dial-up connection
+ *   8      1 for the original-domain service, (not read)
+ *          else 0: an integer, not a string
+ *
+ * `key` is read and written: on 1 it names the account (Outlook Express: its registry key of eight hexadecimal digits;
+ * Communicator: the profile), on 0 it keeps its text. `message` is written only: on 1 the question whether the account
+ * may be overwritten, on 0 an empty text. The library doesn't know the sizes of these buffers; it never writes more
+ * than 256 bytes, terminator included, to `key`, nor more than 1,024 to `message`. Communicator leaves an empty
+ * prefs.js behind in a profile's directory that has none.
+ */
+ACCTKIT_API int32_t ACCTKIT_CALL IsExistMailAccount(int32_t client, const char *const *spec, char *key, char *message);
+ACCTKIT_API int32_t ACCTKIT_CALL IsExistNewsAccount(int32_t client, const char *const *spec, char *key, char *message);
+
+/*
+ * Writes an account. `spec` is the array told above (positions 0 to 7). An empty `key` asks for a new account, a key
+ * that the matching IsExist call gave back overwrites that account; the key of a new account isn't given back.
+ * Outlook Express: values below HKEY_CURRENT_USER "Software\Microsoft\Internet Account Manager". Communicator: keys of
+ * the profile below both roots, its directories, its prefs.js. A text that is too long for its place in the client's
+ * format is refused with 0 before anything is written.
+ */
+ACCTKIT_API int32_t ACCTKIT_CALL SetupMailAccount(int32_t client, const char *const *spec, const char *key);
+ACCTKIT_API int32_t ACCTKIT_CALL SetupNewsAccount(int32_t client, const char *const *spec, const char *key);
+
+/* ---- Shorthand for the service's own accounts ------------------------------------------------------------------- */
+
+/*
+ * The same for a host that knows only the subscriber. `values` is a short array, by position:
+ *
+ *          Zuvio mail       Zuvio news                    KERM mail (original-domain service)
+ *   0      ID               ID                            mail account
+ *   1      sender's name    sender's name                 sender's name
+ *   2      mail address     mail address                  mail address, also the account's title
+ *   3                       news server, an integer:      SMTP host
+ *                           1 forum, 2 second server
+ *   4                                                     POP host
+ *
+ * Titles, servers and the connection's name are the service's own. The news calls answer 0 for any other news server.
+ */
+ACCTKIT_API int32_t ACCTKIT_CALL IsExistZuvioMailAccount(int32_t client, const char *const *values, char *key,
+                                                         char *message);
+ACCTKIT_API int32_t ACCTKIT_CALL SetupZuvioMailAccount(int32_t client, const char *const *values, const char *key);
+ACCTKIT_API int32_t ACCTKIT_CALL IsExistZuvioNewsAccount(int32_t client, const char *const *values, char *key,
+                                                         char *message);
+ACCTKIT_API int32_t ACCTKIT_CALL SetupZuvioNewsAccount(int32_t client, const char *const *values, const char *key);
+ACCTKIT_API int32_t ACCTKIT_CALL IsExistKERMMailAccount(int32_t client, const char *const *values, char *key,
+                                                        char *message);
+ACCTKIT_API int32_t ACCTKIT_CALL SetupKERMMailAccount(int32_t client, const char *const *values, const char *key);
+
+/* ---- After a sign-up -------------------------------------------------------------------------------------------- */
+
+/*
+ * Configures all there is in one call: a mail account and the start page in Outlook Express and its browser, the same
+ * in Communicator if that is installed, and the data handed to the mailer plug-in. An account of the same title is
+ * overwritten without a question. A `serviceKind` other than 0 and 1 serves the plug-in alone. The result is what the
+ * plug-in's SetMailEnvironment answers, and 0 if there is no plug-in, whatever was written before.
+ */
+ACCTKIT_API int32_t ACCTKIT_CALL SetupAfterSignup(const SignupRecord *record);
+
+/* Tells the plug-in that the whole process has ended; the result is its SetCompleteFlag's, or 0 without a plug-in. */
+ACCTKIT_API int32_t ACCTKIT_CALL SetupCompleted(void);
+
+/*
+ * Makes `url` the browser's start page. Client 0: the value `Start Page` of HKEY_CURRENT_USER
+ * "Software\Microsoft\Internet Explorer\Main", whose key has to be there; `profile` isn't read and may be null.
+ * Client 1: prefs.js of the Communicator profile; 1 also if that file couldn't be written, 0 only if Communicator's
+ * install directory can't be read.
+ */
+ACCTKIT_API int32_t ACCTKIT_CALL SetBrowserStartPage(int32_t client, const char *profile, const char *url);
+
+/*
+ * Takes every Outlook Express account that is tied to the service's dial-up connection off it: `Connection Type`
+ * becomes 3 (1 before version 5) and `Connectoid` is removed. 0 if Outlook Express isn't installed.
+ */
+ACCTKIT_API int32_t ACCTKIT_CALL OutlookDisable(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* ACCTKIT_ACCTKIT_H */

@@ -1,0 +1,139 @@
+#include "clients/external_mailer.h"
+
+#include "clients/files.h"
+#include "clients/registry.h"
+#include "clients/text.h"
+
+#include <cstddef>
+#include <cstring>
+
+// The plug-in agrees with us on the records byte for byte.
+static_assert(sizeof(MailerInfo) == 312 && offsetof(MailerInfo, path) == 51);
+static_assert(sizeof(MailEnvironment) == 1808);
+static_assert(offsetof(MailEnvironment, connectionName) == 9 && offsetof(MailEnvironment, senderName) == 266);
+static_assert(offsetof(MailEnvironment, mailUser) == 523 && offsetof(MailEnvironment, reservedText) == 780);
+static_assert(offsetof(MailEnvironment, mailAddress) == 1037 && offsetof(MailEnvironment, popServer) == 1294);
+static_assert(offsetof(MailEnvironment, smtpServer) == 1551);
+
+const char *const ServiceConnectionName = "@zuvioダイヤラ";
+
+namespace {
+
+constexpr const char *PluginKey = "SOFTWARE\\Harveld\\@zuvioSetup";
+
+// Copies a text into a zeroed field; false if it doesn't fit with its terminator.
+template <size_t Size> bool Fill(char (&field)[Size], const std::string &text) {
+  if (text.size() >= Size)
+    return false;
+  std::memcpy(field, text.data(), text.size());
+  return true;
+}
+
+bool FillEnvironment(MailEnvironment &environment, const MailAccountSpec &spec) {
+  const bool ownId = spec.secondAccount != 1 && spec.originalDomain != 1;
+  return Fill(environment.serviceId, ownId ? spec.userId : std::string()) &&
+         Fill(environment.connectionName, ServiceConnectionName) && Fill(environment.senderName, spec.senderName) &&
+         Fill(environment.mailUser, spec.userId) && Fill(environment.mailAddress, spec.mailAddress) &&
+         Fill(environment.popServer, spec.popServer) && Fill(environment.smtpServer, spec.smtpServer);
+}
+
+template <typename Entry> Entry Resolve(HMODULE module, const char *name) {
+  return reinterpret_cast<Entry>(reinterpret_cast<void *>(GetProcAddress(module, name)));
+}
+
+} // namespace
+
+ExternalMailer::~ExternalMailer() { FreeMailerLibrary(); }
+
+int32_t ExternalMailer::LoadMailerLibrary() {
+  if (module != nullptr)
+    return 0;
+  std::string folder;
+  std::string file;
+  if (!ReadStringValue(HKEY_LOCAL_MACHINE, PluginKey, "InstPath", folder) ||
+      !ReadStringValue(HKEY_LOCAL_MACHINE, PluginKey, "ProgramName", file))
+    return 0;
+  module = LoadLibraryA(Format("%s\\%s", folder, file).c_str());
+  if (module == nullptr)
+    return 0;
+  getMailerInfo = Resolve<GetMailerInfoEntry>(module, "GetMailerInfo");
+  setMailEnvironment = Resolve<SetMailEnvironmentEntry>(module, "SetMailEnvironment");
+  setCompleteFlag = Resolve<SetCompleteFlagEntry>(module, "SetCompleteFlag");
+  return getMailerInfo != nullptr && setMailEnvironment != nullptr && setCompleteFlag != nullptr ? 1 : 0;
+}
+
+int32_t ExternalMailer::FreeMailerLibrary() {
+  if (module == nullptr)
+    return 0;
+  FreeLibrary(module);
+  module = nullptr;
+  getMailerInfo = nullptr;
+  setMailEnvironment = nullptr;
+  setCompleteFlag = nullptr;
+  return 1;
+}
+
+int32_t ExternalMailer::SetMailEnvironment(const MailEnvironment &environment) const {
+  return setMailEnvironment(&environment, sizeof environment);
+}
+
+int32_t ExternalMailer::SetCompleteFlag() const { return setCompleteFlag(); }
+
+bool ExternalMailer::ReadMailerInfo(MailerInfo &info) {
+  if (!LoadMailerLibrary())
+    return false;
+  const int32_t answer = getMailerInfo(&info, sizeof info);
+  FreeMailerLibrary();
+  // Whatever the plug-in left there, the texts end within their fields.
+  info.name[sizeof info.name - 1] = '\0';
+  info.path[sizeof info.path - 1] = '\0';
+  return answer == 1;
+}
+
+int32_t ExternalMailer::IsInstall() {
+  MailerInfo info;
+  return ReadMailerInfo(info) ? PathExists(info.path) : 0;
+}
+
+int32_t ExternalMailer::SetupAccount(const MailAccountSpec &spec, const std::string &) {
+  MailEnvironment environment{};
+  if (!FillEnvironment(environment, spec) || !LoadMailerLibrary())
+    return 0;
+  const int32_t answer = SetMailEnvironment(environment);
+  FreeMailerLibrary();
+  return answer == 1 ? 1 : 0;
+}
+
+int32_t ExternalMailer::SetDefaultClient() { return 1; }
+
+int32_t ExternalMailer::IsExistAccount(const MailAccountSpec &, std::string &, std::string &) { return 0; }
+
+int32_t ExternalMailer::IsExistUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
+
+int32_t ExternalMailer::IsExistSecondUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
+
+int32_t ExternalMailer::GetClientName(std::string &name) {
+  MailerInfo info;
+  if (!ReadMailerInfo(info))
+    return 0;
+  name = info.name;
+  return 1;
+}
+
+int32_t ExternalMailer::GetClientPath(std::string &path) {
+  MailerInfo info;
+  if (!ReadMailerInfo(info))
+    return 0;
+  path = info.path;
+  return 1;
+}
+
+int32_t ExternalMailer::GetClientVersion(std::string &version) {
+  MailerInfo info;
+  if (!ReadMailerInfo(info))
+    return 0;
+  GetProductVersion(info.path, version);
+  return 1;
+}
+
+int32_t ExternalMailer::GetClientType() { return ClientExternalMailer; }

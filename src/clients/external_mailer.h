@@ -1,0 +1,56 @@
+// The external mailer: a mail client that is reached only through its plug-in, a library that the registry names. The
+// plug-in is loaded for the length of one operation; what it tells is copied.
+#pragma once
+
+#include "acctkit/acctkit.h"
+#include "clients/mail_client.h"
+
+// The fixed name of the service's dial-up connection.
+extern const char *const ServiceConnectionName;
+
+class ExternalMailer : public MailClient {
+public:
+  ExternalMailer() = default;
+  ~ExternalMailer() override;
+  ExternalMailer(const ExternalMailer &) = delete;
+  ExternalMailer &operator=(const ExternalMailer &) = delete;
+
+  // 1 if the plug-in loads, names a mailer, and that mailer's file exists.
+  int32_t IsInstall() override;
+
+  // Hands the account to the plug-in; `key` isn't used. 1 if the plug-in took it. 0, without asking it, if a text is
+  // too long for its field.
+  int32_t SetupAccount(const MailAccountSpec &spec, const std::string &key) override;
+
+  // What this client doesn't do: 1, and 0 for the three searches; the plug-in isn't loaded.
+  int32_t SetDefaultClient() override;
+  int32_t IsExistAccount(const MailAccountSpec &spec, std::string &key, std::string &message) override;
+  int32_t IsExistUser(const MailAccountSpec &spec, std::string &key, std::string &message) override;
+  int32_t IsExistSecondUser(const MailAccountSpec &spec, std::string &key, std::string &message) override;
+
+  // The plug-in's texts; on 0 the argument stays as it was. The version is the product version of the mailer's file,
+  // and the result is 1 also if there is none.
+  int32_t GetClientName(std::string &name) override;
+  int32_t GetClientPath(std::string &path) override;
+  int32_t GetClientVersion(std::string &version) override;
+  int32_t GetClientType() override;
+
+  // 1 if the plug-in was loaded now and has all three entry points. One that lacks an entry point stays in memory, and
+  // every later load answers 0, until it is freed.
+  int32_t LoadMailerLibrary();
+  // 1 if a plug-in was freed.
+  int32_t FreeMailerLibrary();
+
+  // The entry points of a loaded plug-in, with its own answers.
+  int32_t SetMailEnvironment(const MailEnvironment &environment) const;
+  int32_t SetCompleteFlag() const;
+
+private:
+  // Loads the plug-in, has it fill the record, frees it; true if it did.
+  bool ReadMailerInfo(MailerInfo &info);
+
+  HMODULE module = nullptr;
+  GetMailerInfoEntry getMailerInfo = nullptr;
+  SetMailEnvironmentEntry setMailEnvironment = nullptr;
+  SetCompleteFlagEntry setCompleteFlag = nullptr;
+};

@@ -1,0 +1,116 @@
+#include "clients/outlook_express/outlook_express_mail.h"
+
+#include "clients/outlook_express/account_store.h"
+#include "clients/registry.h"
+#include "clients/text.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr const char *ClientKey = "SOFTWARE\\Clients\\Mail\\Outlook Express";
+constexpr const char *SameTitleQuestion = "同名のアカウントが存在します。\nアカウント名：%sを上書きしますか？";
+// The line feeds stand where the client's message box breaks its lines.
+constexpr const char *SameUserQuestion =
+    "メールアカウント「%s」の設定は、すでに存在しています。\n\n"
+    "「OK」ボタンをクリックすると、新たな設定を追加しますので、同じメールが複数受\n"
+    "信される可能性があります。新たな設定を追加しない場合は、「キャンセル」ボタン\n"
+    "をクリックしてください。";
+
+// A mail account is one with a POP3 or an SMTP server; news accounts live in the same place.
+bool IsMailAccount(const std::string &path) {
+  std::string server;
+  for (const char *valueName : {"POP3 Server", "SMTP Server"})
+    if (ReadText(HKEY_CURRENT_USER, path, valueName, server) && !server.empty())
+      return true;
+  return false;
+}
+
+int32_t FindMailAccount(const char *valueName, const std::string &wanted, const char *question, std::string &key,
+                        std::string &message) {
+  const bool found = outlook_express::FindAccount(
+      [&](const std::string &path) {
+        std::string text;
+        return IsMailAccount(path) && ReadText(HKEY_CURRENT_USER, path, valueName, text) && text == wanted;
+      },
+      key);
+  if (found)
+    message = Format(question, wanted);
+  return found ? 1 : 0;
+}
+
+bool SpecFits(const MailAccountSpec &spec) {
+  const std::string *const texts[] = {&spec.userId,     &spec.senderName, &spec.accountName,
+                                      &spec.smtpServer, &spec.popServer,  &spec.mailAddress};
+  return std::ranges::all_of(texts, [](const std::string *text) { return outlook_express::Fits(*text); });
+}
+
+// Copies the default value of one of the client's keys to the system's key. A command line isn't a file, so whether the
+// path exists has no meaning here.
+void CopyDefaultValue(const char *from, const char *to) {
+  std::string text;
+  ReadPath(HKEY_LOCAL_MACHINE, from, nullptr, text);
+  if (!text.empty())
+    WriteValues(HKEY_LOCAL_MACHINE, to, {{nullptr, text}});
+}
+
+} // namespace
+
+int32_t OutlookExpressMail::IsInstall() { return outlook_express::IsInstalled(); }
+
+int32_t OutlookExpressMail::SetupAccount(const MailAccountSpec &spec, const std::string &key) {
+  if (!SpecFits(spec) || !outlook_express::Fits(outlook_express::AccountPath(key)))
+    return 0;
+  if (!key.empty() && outlook_express::HasText(outlook_express::AccountPath(key), "NNTP Server"))
+    return 0;
+
+  const std::string name = key.empty() ? outlook_express::EnterAccount(spec.accountName) : key;
+  outlook_express::EnsureDefaultMailAccount(name);
+  WriteValues(HKEY_CURRENT_USER, outlook_express::AccountPath(name),
+              {{"POP3 Server", spec.popServer},
+               {"POP3 User Name", spec.userId},
+               {"SMTP Server", spec.smtpServer},
+               {"SMTP Email Address", spec.mailAddress},
+               {"SMTP Display Name", spec.senderName},
+               {"POP3 Skip Account", DWORD{0}},
+               {"Leave Mail On Server", DWORD{1}},
+               {"POP3 Prompt for Password", DWORD{0}},
+               {"Connection Type", outlook_express::ConnectionType()}});
+
+  const NamedValue plainText = {"Message Send HTML", DWORD{0}};
+  WriteValues(HKEY_CURRENT_USER, "Software\\Microsoft\\Outlook Express\\Mail", {plainText});
+  if (!outlook_express::IsVersion4())
+    if (const std::string settings = outlook_express::IdentitySettingsPath(); !settings.empty())
+      WriteValues(HKEY_CURRENT_USER, settings + "\\Mail", {plainText});
+  return 1;
+}
+
+int32_t OutlookExpressMail::SetDefaultClient() {
+  RegistryKey key;
+  if (!key.KeyExists(HKEY_LOCAL_MACHINE, ClientKey))
+    return 0;
+  CopyDefaultValue("SOFTWARE\\Clients\\Mail\\Outlook Express\\Protocols\\mailto\\DefaultIcon",
+                   "SOFTWARE\\Classes\\mailto\\DefaultIcon");
+  CopyDefaultValue("SOFTWARE\\Clients\\Mail\\Outlook Express\\Protocols\\mailto\\shell\\open\\command",
+                   "SOFTWARE\\Classes\\mailto\\shell\\open\\command");
+  WriteValues(HKEY_LOCAL_MACHINE, "SOFTWARE\\Clients\\Mail", {{nullptr, "Outlook Express"}});
+  return 1;
+}
+
+int32_t OutlookExpressMail::IsExistAccount(const MailAccountSpec &spec, std::string &key, std::string &message) {
+  return FindMailAccount("Account Name", spec.accountName, SameTitleQuestion, key, message);
+}
+
+int32_t OutlookExpressMail::IsExistUser(const MailAccountSpec &spec, std::string &key, std::string &message) {
+  return FindMailAccount("POP3 User Name", spec.userId, SameUserQuestion, key, message);
+}
+
+int32_t OutlookExpressMail::IsExistSecondUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
+
+int32_t OutlookExpressMail::GetClientName(std::string &name) { return outlook_express::ReadName(name); }
+
+int32_t OutlookExpressMail::GetClientPath(std::string &path) { return outlook_express::ReadProgramPath(path); }
+
+int32_t OutlookExpressMail::GetClientVersion(std::string &version) { return outlook_express::ReadVersion(version); }
+
+int32_t OutlookExpressMail::GetClientType() { return ClientOutlookExpress; }

@@ -1,0 +1,29 @@
+// Outlook Express, versions 4 and 5, as a mail client: accounts in the current user's registry.
+#pragma once
+
+#include "clients/mail_client.h"
+
+class OutlookExpressMail : public MailClient {
+public:
+  int32_t IsInstall() override;
+
+  // Writes a POP3/SMTP account below "Software\Microsoft\Internet Account Manager" of HKEY_CURRENT_USER, with the next
+  // free number or over the account whose key's name `key` is, makes it the default mail account if there is no valid
+  // one, and turns HTML mail off. 0, with nothing written, if `key` belongs to a news account or a text of the spec has
+  // more than 511 bytes.
+  int32_t SetupAccount(const MailAccountSpec &spec, const std::string &key) override;
+
+  // Copies the client's mailto entries of HKEY_LOCAL_MACHINE to the system's. 0, with nothing written, without a client
+  // key; an entry that the client doesn't have leaves the system's alone.
+  int32_t SetDefaultClient() override;
+
+  // Match the account's title or POP3 user, byte by byte, on mail accounts alone.
+  int32_t IsExistAccount(const MailAccountSpec &spec, std::string &key, std::string &message) override;
+  int32_t IsExistUser(const MailAccountSpec &spec, std::string &key, std::string &message) override;
+  int32_t IsExistSecondUser(const MailAccountSpec &spec, std::string &key, std::string &message) override;
+
+  int32_t GetClientName(std::string &name) override;
+  int32_t GetClientPath(std::string &path) override;
+  int32_t GetClientVersion(std::string &version) override;
+  int32_t GetClientType() override;
+};

@@ -1,0 +1,105 @@
+// One call after a sign-up configures all that can be reached; another tells the mailer plug-in that all is done.
+#include "acctkit/acctkit.h"
+
+#include "clients/external_mailer.h"
+
+#include <cstddef>
+#include <cstring>
+#include <string>
+
+// The host's sign-up program agrees with us on the record byte for byte.
+static_assert(sizeof(SignupRecord) == 2072 && offsetof(SignupRecord, smtpServer) == 1551);
+static_assert(offsetof(SignupRecord, startPage) == 1808 && offsetof(SignupRecord, serviceKind) == 2068);
+
+namespace {
+
+// The buffers that a search hands its key and its question back in.
+struct SearchBuffers {
+  char key[256] = "";
+  char message[1024] = "";
+};
+
+using SearchExport = int32_t(ACCTKIT_CALL *)(int32_t, const char *const *, char *, char *);
+using SetupExport = int32_t(ACCTKIT_CALL *)(int32_t, const char *const *, const char *);
+
+// The shorthand exports that serve a kind of service.
+struct ServiceFamily {
+  SearchExport search;
+  SetupExport setup;
+};
+
+// A record's text as far as its field goes, also if the host left out the terminator.
+template <size_t Size> std::string FieldText(const char (&field)[Size]) { return {field, strnlen(field, Size - 1)}; }
+
+// Writes the account into one client, over the account of the same title if there is one, which `buffers` then names.
+void WriteAccount(int32_t client, const ServiceFamily &family, const char *const *values, SearchBuffers &buffers) {
+  family.search(client, values, buffers.key, buffers.message);
+  family.setup(client, values, buffers.key);
+}
+
+// Accounts and start pages of the clients that the plain exports reach. A client that fails is passed over.
+void SetupClients(const SignupRecord &record) {
+  static constexpr ServiceFamily Zuvio = {IsExistZuvioMailAccount, SetupZuvioMailAccount};
+  static constexpr ServiceFamily Kerm = {IsExistKERMMailAccount, SetupKERMMailAccount};
+
+  const bool originalDomain = record.serviceKind == 1;
+  const ServiceFamily &family = originalDomain ? Kerm : Zuvio;
+  const std::string user = originalDomain ? FieldText(record.mailUser) : FieldText(record.serviceId);
+  const std::string senderName = FieldText(record.senderName);
+  const std::string mailAddress = FieldText(record.mailAddress);
+  const std::string smtpServer = FieldText(record.smtpServer);
+  const std::string popServer = FieldText(record.popServer);
+  const char *const values[] = {user.c_str(), senderName.c_str(), mailAddress.c_str(), smtpServer.c_str(),
+                                popServer.c_str()};
+  const std::string startPage = FieldText(record.startPage);
+
+  if (IsInstallMailer(0)) {
+    SearchBuffers buffers;
+    WriteAccount(0, family, values, buffers);
+  }
+  SetBrowserStartPage(0, "IEではこのパラメーターは使用しません（笑）", startPage.c_str());
+  if (IsInstallMailer(1)) {
+    SearchBuffers buffers;
+    WriteAccount(1, family, values, buffers);
+    SetBrowserStartPage(1, buffers.key, startPage.c_str());
+  }
+}
+
+template <size_t Size> void CopyField(char (&to)[Size], const char (&from)[Size]) {
+  std::memcpy(to, from, strnlen(from, Size - 1));
+}
+
+int32_t HandToPlugin(const SignupRecord &record) {
+  MailEnvironment environment{};
+  CopyField(environment.connectionName, record.connectionName);
+  CopyField(environment.senderName, record.senderName);
+  CopyField(environment.mailUser, record.mailUser);
+  CopyField(environment.mailAddress, record.mailAddress);
+  CopyField(environment.serviceId, record.serviceId);
+  CopyField(environment.popServer, record.popServer);
+  CopyField(environment.smtpServer, record.smtpServer);
+
+  ExternalMailer mailer;
+  if (mailer.IsInstall() != 1 || mailer.LoadMailerLibrary() != 1)
+    return 0;
+  const int32_t answer = mailer.SetMailEnvironment(environment);
+  mailer.FreeMailerLibrary();
+  return answer;
+}
+
+} // namespace
+
+int32_t SetupAfterSignup(const SignupRecord *record) {
+  if (record->serviceKind == 0 || record->serviceKind == 1)
+    SetupClients(*record);
+  return HandToPlugin(*record);
+}
+
+int32_t SetupCompleted(void) {
+  ExternalMailer mailer;
+  if (mailer.LoadMailerLibrary() != 1)
+    return 0;
+  const int32_t answer = mailer.SetCompleteFlag();
+  mailer.FreeMailerLibrary();
+  return answer;
+}

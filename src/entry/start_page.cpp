@@ -1,0 +1,70 @@
+// What finishes off a subscriber's machine beyond the accounts: the browser's start page, and taking Outlook Express
+// accounts off the service's dial-up connection.
+#include "acctkit/acctkit.h"
+
+#include "clients/communicator/communicator_mail.h"
+#include "clients/communicator/profile_store.h"
+#include "clients/external_mailer.h"
+#include "clients/registry.h"
+
+#include <string>
+#include <vector>
+
+namespace {
+
+// The connection types of an Outlook Express account.
+constexpr DWORD DialUpConnection = 2;
+constexpr DWORD ConnectionOfVersion4 = 1;
+constexpr DWORD ConnectionOfVersion5 = 3;
+
+int32_t SetCommunicatorStartPage(const char *profile, const char *url) {
+  std::string users;
+  if (!ReadStringValue(HKEY_CURRENT_USER, communicator::MainKey, "Install Directory", users))
+    return 0;
+  users += "\\Users";
+  CreateDirectoryA(users.c_str(), nullptr);
+  CommunicatorMail().SetStartPage(users + '\\' + profile, url);
+  return 1;
+}
+
+bool SameIgnoringCase(const std::string &left, const char *right) {
+  return _mbsicmp(reinterpret_cast<const unsigned char *>(left.c_str()),
+                  reinterpret_cast<const unsigned char *>(right)) == 0;
+}
+
+bool UsesServiceConnection(const char *account) {
+  DWORD type = 0;
+  std::string connection;
+  return ReadDwordValue(HKEY_CURRENT_USER, account, "Connection Type", type) &&
+         ReadStringValue(HKEY_CURRENT_USER, account, "Connectoid", connection) && type == DialUpConnection &&
+         SameIgnoringCase(connection, ServiceConnectionName);
+}
+
+} // namespace
+
+int32_t SetBrowserStartPage(int32_t client, const char *profile, const char *url) {
+  switch (client) {
+  case 0:
+    return WriteStringValue(HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Explorer\\Main", "Start Page", url);
+  case 1:
+    return SetCommunicatorStartPage(profile, url);
+  default:
+    return 0;
+  }
+}
+
+int32_t OutlookDisable(void) {
+  std::vector<std::string> accounts;
+  CollectSubkeys(HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Account Manager\\Accounts", accounts);
+  int32_t major = 0;
+  int32_t minor = 0;
+  if (!GetMailVersion(0, &major, &minor))
+    return 0;
+  const DWORD replacement = major > 4 ? ConnectionOfVersion5 : ConnectionOfVersion4;
+  for (const std::string &account : accounts)
+    if (UsesServiceConnection(account.c_str())) {
+      WriteDwordValue(HKEY_CURRENT_USER, account.c_str(), "Connection Type", replacement);
+      DeleteNamedValue(HKEY_CURRENT_USER, account.c_str(), "Connectoid");
+    }
+  return 1;
+}

@@ -1,0 +1,164 @@
+#include "stores/prefs_file.h"
+
+#include "stores/file_handle.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+// How far back from a needle its line may begin.
+constexpr ptrdiff_t LongestWayBack = 1024;
+
+// A line within a text: from the LF ahead of it (or the text's first byte) up to its own LF, which isn't part of it.
+struct LineSpan {
+  char *begin;
+  char *needle;
+  char *end;
+};
+
+// The line of the first occurrence of the needle; false if there is none that begins within reach.
+bool FindLine(const char *needle, PrefsText &prefs, LineSpan &line) {
+  line.needle = std::strstr(prefs.text, needle);
+  if (line.needle == nullptr)
+    return false;
+  line.end = std::strchr(line.needle, '\n');
+  if (line.end == nullptr)
+    return false;
+  char *const farthest = line.needle - std::min(LongestWayBack, line.needle - prefs.text);
+  line.begin = line.needle;
+  while (*line.begin != '\n' && line.begin != farthest)
+    --line.begin;
+  return *line.begin == '\n' || line.begin == prefs.text;
+}
+
+void Erase(PrefsText &prefs, const LineSpan &line) {
+  const auto removed = static_cast<size_t>(line.end - line.begin);
+  const auto behind = static_cast<size_t>(prefs.text + prefs.length - line.end);
+  std::memmove(line.begin, line.end, behind);
+  prefs.length -= removed;
+  std::memset(prefs.text + prefs.length, 0, removed);
+}
+
+// Copies bytes with a terminator into a buffer that holds nothing yet; 0 if they don't fit.
+int32_t CopyOut(const char *begin, const char *end, char *out, int32_t size) {
+  if (end - begin >= size)
+    return 0;
+  std::copy(begin, end, out);
+  out[end - begin] = '\0';
+  return 1;
+}
+
+void Clear(char *out, int32_t size) {
+  if (size > 0)
+    std::memset(out, 0, static_cast<size_t>(size));
+}
+
+FileHandle OpenPrefs(const char *path, DWORD disposition) {
+  return FileHandle(
+      CreateFileA(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+} // namespace
+
+PrefsText::PrefsText() : text(), length(0), whole(true) {}
+
+void LoadPrefsText(const char *path, PrefsText &prefs) {
+  std::memset(prefs.text, 0, sizeof prefs.text);
+  prefs.length = 0;
+  prefs.whole = false;
+
+  const FileHandle file = OpenPrefs(path, OPEN_ALWAYS);
+  if (!file)
+    return;
+  DWORD read = 0;
+  if (!ReadFile(file.Get(), prefs.text, sizeof prefs.text, &read, nullptr))
+    return;
+  prefs.whole = read <= PrefsCapacity && std::memchr(prefs.text, '\0', read) == nullptr;
+  prefs.text[PrefsCapacity] = '\0';
+  prefs.length = std::strlen(prefs.text);
+  if (prefs.length > 0 && prefs.text[prefs.length - 1] != '\n')
+    AppendPrefLine(prefs, "\n");
+}
+
+void SavePrefsText(const char *path, const PrefsText &prefs) {
+  if (!prefs.whole)
+    return;
+  const FileHandle file = OpenPrefs(path, CREATE_ALWAYS);
+  if (!file)
+    return;
+  DWORD written = 0;
+  WriteFile(file.Get(), prefs.text, static_cast<DWORD>(prefs.length), &written, nullptr);
+}
+
+int32_t HasPrefText(const char *needle, const PrefsText &prefs) {
+  return std::strstr(prefs.text, needle) != nullptr ? 1 : 0;
+}
+
+int32_t RemovePrefLine(const char *needle, PrefsText &prefs) {
+  LineSpan line;
+  if (!FindLine(needle, prefs, line))
+    return 0;
+  Erase(prefs, line);
+  return 1;
+}
+
+int32_t TakePrefLine(const char *needle, PrefsText &prefs, char *keep, int32_t keepSize) {
+  LineSpan line;
+  if (!FindLine(needle, prefs, line) || CopyOut(line.needle, line.end, keep, keepSize) == 0)
+    return 0;
+  Erase(prefs, line);
+  return 1;
+}
+
+void AppendPrefLine(PrefsText &prefs, const char *line) {
+  const size_t length = std::strlen(line);
+  if (length > PrefsCapacity - prefs.length) {
+    prefs.whole = false;
+    return;
+  }
+  std::memcpy(prefs.text + prefs.length, line, length);
+  prefs.length += length;
+}
+
+int32_t ReadPrefValue(const char *needle, const PrefsText &prefs, char *out, int32_t size) {
+  Clear(out, size);
+  const char *quote = std::strstr(prefs.text, needle);
+  for (int skipped = 0; quote != nullptr && skipped < 2; ++skipped) {
+    quote = std::strchr(quote, '"');
+    if (quote != nullptr)
+      ++quote;
+  }
+  if (quote == nullptr)
+    return 0;
+  const char *const close = std::strchr(quote, '"');
+  return close == nullptr ? 0 : CopyOut(quote, close, out, size);
+}
+
+int32_t CountListItems(const char *list) {
+  return static_cast<int32_t>(std::count(list, list + std::strlen(list), ',')) + 1;
+}
+
+int32_t GetListItem(const char *list, int32_t index, char *out, int32_t size) {
+  const char *item = list;
+  for (int32_t skipped = 0; skipped < index; ++skipped) {
+    item = std::strchr(item, ',');
+    if (item == nullptr)
+      return 0;
+    ++item;
+  }
+  Clear(out, size);
+  return CopyOut(item, item + std::strcspn(item, ","), out, size);
+}
+
+int32_t ToUtf8Value(const char *value, char (&out)[PrefValueSize]) {
+  Clear(out, PrefValueSize);
+  WCHAR wide[PrefValueSize];
+  if (std::strlen(value) >= PrefValueSize || MultiByteToWideChar(CP_ACP, 0, value, -1, wide, PrefValueSize) == 0)
+    return 0;
+  if (WideCharToMultiByte(CP_UTF8, 0, wide, -1, out, PrefValueSize, nullptr, nullptr) == 0) {
+    Clear(out, PrefValueSize);
+    return 0;
+  }
+  return 1;
+}

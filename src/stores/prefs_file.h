@@ -1,0 +1,63 @@
+// prefs.js of a Netscape profile: load the text, find, read, remove and add preference lines in memory, save it.
+//
+// There is no parser. A preference is found by a byte search for a needle (as a rule its key without quotes) and
+// changed by removing its line and appending a new one; what nobody touches stays as it is, byte for byte. A line reads
+//   user_pref("key", value);
+// and ends in LF; nothing between quotes is escaped. All texts are bytes in whatever code page the file is.
+#pragma once
+
+#include "win32/win32.h"
+
+#include <cstddef>
+#include <cstdint>
+
+constexpr size_t PrefsCapacity = 102400;
+// Room for one value or list item, terminator included; every caller's buffers have it.
+constexpr int32_t PrefValueSize = 260;
+
+// The working copy of one prefs.js, alive within one adapter operation: zero-terminated, zero behind the terminator.
+struct PrefsText {
+  char text[PrefsCapacity + 1];
+  size_t length;
+  // Whether `text` is all that the file held plus every change made since. Once it isn't (the file couldn't be read,
+  // was too large, held a zero byte, or a line found no room), SavePrefsText leaves the file alone.
+  bool whole;
+
+  PrefsText();
+};
+
+// Reads the file at `path`, creating an empty one if there is none, and ends the text in LF if it isn't empty. A file
+// that can't be opened or read gives an empty text, one of more than 102,400 bytes the bytes up to there.
+void LoadPrefsText(const char *path, PrefsText &prefs);
+
+// Replaces the file at `path` by the text, unless the text isn't whole.
+void SavePrefsText(const char *path, const PrefsText &prefs);
+
+// 1 if the needle stands anywhere in the text, else 0.
+int32_t HasPrefText(const char *needle, const PrefsText &prefs);
+
+// Removes the line of the first occurrence of the needle with the LF ahead of it; the first line of the text leaves an
+// empty line. 1 if a line was removed, 0 if the needle isn't there, or stands more than 1,024 bytes behind the start of
+// its line: such a line is no preference of ours.
+int32_t RemovePrefLine(const char *needle, PrefsText &prefs);
+
+// The same, with the line from the needle on (without its LF) copied to `keep`. 0, with nothing removed, if that
+// doesn't fit into `keepSize` bytes with a terminator.
+int32_t TakePrefLine(const char *needle, PrefsText &prefs, char *keep, int32_t keepSize);
+
+// Adds a ready-made line, which ends in LF, behind the last byte of the text. A line without room leaves the text as it
+// is, and no longer whole.
+void AppendPrefLine(PrefsText &prefs, const char *line);
+
+// Copies the quoted value behind the first occurrence of the needle, counting quotes and nothing else: the next one
+// closes the key, the one after opens the value. `out` is zeroed first. 1 if a value was copied; 0 if there is none or
+// it doesn't fit into `size` bytes with its terminator.
+int32_t ReadPrefValue(const char *needle, const PrefsText &prefs, char *out, int32_t size);
+
+// Items of a list joined by commas: their number (at least 1), and the item at an index from 0. GetListItem answers 0
+// for an index behind the last item, with `out` as it was, and for an item that doesn't fit, with `out` empty.
+int32_t CountListItems(const char *list);
+int32_t GetListItem(const char *list, int32_t index, char *out, int32_t size);
+
+// A value in the system's code page as UTF-8. 0, with `out` empty, if value or result have more than 259 bytes.
+int32_t ToUtf8Value(const char *value, char (&out)[PrefValueSize]);

@@ -1,0 +1,56 @@
+// The machine folder that stands for one Windows machine, and what the layer knows about its state beyond the Win32
+// calls. AcctKit itself never includes this; the host program and the tests do.
+#pragma once
+
+#include "win32/win32.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace machine {
+
+#pragma GCC visibility push(default)
+
+// The folder that ACCTKIT_MACHINE names, else $XDG_DATA_HOME/acctkit/machine, else ~/.local/share/acctkit/machine.
+// Looked up anew by every Win32 call, so a process can go from one machine to another.
+std::filesystem::path Folder();
+
+// One line (UTF-8, no line feed) that says why the machine can't be used and where, or an empty text if it can: a
+// folder that isn't there or is no machine, a damaged hive. `forWriting` also asks for what only a write needs: hives
+// that may be written, and no Wine server running on the folder.
+std::string Problem(bool forWriting);
+
+// What went wrong beneath a Win32 call since the last TakeFault, first one first: a damaged hive, a full disk, a file
+// that couldn't be put in place. One line as above; empty if nothing did. What is an ordinary answer (a missing key,
+// a missing file, a right that a key doesn't give) is no fault.
+std::string TakeFault();
+
+// Holds the whole machine against every other process for as long as it lives, over any number of calls. The layer
+// takes it by itself for each single write; a process that reads, decides and writes takes it around all three.
+// Locks of one process nest.
+class Lock {
+public:
+  Lock();
+  ~Lock();
+  Lock(const Lock &) = delete;
+  Lock &operator=(const Lock &) = delete;
+
+private:
+  bool held;
+};
+
+// For tests: a key that answers ERROR_ACCESS_DENIED to any open that asks for a right to write, as do the keys below.
+void MarkKeyReadOnly(HKEY root, const char *subkey);
+
+struct Value {
+  std::string name; // code page 932; empty for the default value
+  DWORD type;
+  std::string data; // as RegQueryValueExA gives it
+};
+// The values of a key in the order of its hive; empty for a missing key.
+std::vector<Value> ListValues(HKEY root, const char *subkey);
+
+#pragma GCC visibility pop
+
+} // namespace machine
