@@ -1,0 +1,117 @@
+// The external mailer through real plug-in libraries: a complete one, one without an entry point, one that refuses.
+#include "clients/external_mailer.h"
+
+#include "clients/files.h"
+#include "support/client_machine.h"
+
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+namespace {
+
+class ExternalMailerTest : public ClientTest {
+protected:
+  ExternalMailer adapter;
+
+  // What the complete plug-in was handed, empty if it wasn't called.
+  static std::string Kept(const std::string &path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  static std::string Bytes(const MailEnvironment &environment) {
+    return {reinterpret_cast<const char *>(&environment), sizeof environment};
+  }
+};
+
+TEST_F(ExternalMailerTest, HandsTheAccountToThePlugin) {
+  const std::string kept = InstallPlugin("plugin_complete");
+  ASSERT_EQ(adapter.IsInstall(), 1);
+  MailAccountSpec spec = SampleMailSpec();
+  EXPECT_EQ(adapter.SetupAccount(spec, "any"), 1);
+  MailEnvironment expected{};
+  std::strcpy(expected.serviceId, "ABC01234");
+  std::strcpy(expected.connectionName, "@zuvioダイヤラ");
+  std::strcpy(expected.senderName, "山田 太郎");
+  std::strcpy(expected.mailUser, "ABC01234");
+  std::strcpy(expected.mailAddress, "taro@zuvio.example");
+  std::strcpy(expected.popServer, "pop.example");
+  std::strcpy(expected.smtpServer, "smtp.example");
+  EXPECT_EQ(Kept(kept), Bytes(expected));
+
+  // An account of another kind isn't the subscriber's ID, and its user may be longer than one.
+  std::memset(expected.serviceId, 0, sizeof expected.serviceId);
+  std::memset(expected.mailUser, 'u', 256);
+  for (int32_t MailAccountSpec::*kind : {&MailAccountSpec::secondAccount, &MailAccountSpec::originalDomain}) {
+    spec = SampleMailSpec();
+    spec.userId.assign(256, 'u');
+    spec.*kind = 1;
+    EXPECT_EQ(adapter.SetupAccount(spec, ""), 1);
+    EXPECT_EQ(Kept(kept), Bytes(expected));
+  }
+}
+
+TEST_F(ExternalMailerTest, RefusesTextsTooLongWithoutAskingThePlugin) {
+  const std::string kept = InstallPlugin("plugin_complete");
+  for (std::string MailAccountSpec::*field : {&MailAccountSpec::userId, &MailAccountSpec::smtpServer}) {
+    MailAccountSpec spec = SampleMailSpec();
+    spec.*field = std::string(field == &MailAccountSpec::userId ? 9 : 257, 'x');
+    EXPECT_EQ(adapter.SetupAccount(spec, ""), 0);
+  }
+  EXPECT_EQ(Kept(kept), "");
+}
+
+TEST_F(ExternalMailerTest, TellsThePluginsTexts) {
+  InstallPlugin("plugin_complete");
+  std::string text;
+  EXPECT_EQ(adapter.GetClientName(text), 1);
+  EXPECT_EQ(text, "Mailer");
+  EXPECT_EQ(adapter.GetClientVersion(text), 1);
+  EXPECT_EQ(text, "7.1.ベータ");
+  EXPECT_EQ(adapter.GetClientPath(text), 1);
+  EXPECT_EQ(text, "C:\\acctkit-test\\表\\mailer.exe");
+
+  PutFile(text, "no program"); // a file without a version
+  EXPECT_EQ(adapter.IsInstall(), 1);
+  std::string version = "old";
+  EXPECT_EQ(adapter.GetClientVersion(version), 1);
+  EXPECT_EQ(version, "old");
+  SetEnvironment("ACCTKIT_PLUGIN_PATH", "C:\\acctkit-test\\gone.exe");
+  EXPECT_EQ(adapter.IsInstall(), 0);
+}
+
+TEST_F(ExternalMailerTest, FailsWithoutAPluginThatAnswersOne) {
+  for (const char *plugin : {"", "plugin_incomplete", "plugin_refusing", "versioned.exe"}) {
+    ResetMachine();
+    if (*plugin != '\0')
+      InstallPlugin(plugin);
+    std::string text = "old";
+    EXPECT_EQ(adapter.IsInstall(), 0) << plugin;
+    EXPECT_EQ(adapter.SetupAccount(SampleMailSpec(), ""), 0) << plugin;
+    EXPECT_EQ(adapter.GetClientName(text) + adapter.GetClientPath(text) + adapter.GetClientVersion(text), 0) << plugin;
+    EXPECT_EQ(text, "old");
+    EXPECT_EQ(adapter.SetDefaultClient(), 1);
+    adapter.FreeMailerLibrary();
+  }
+}
+
+TEST_F(ExternalMailerTest, IsLoadedOnceAtATime) {
+  InstallPlugin("plugin_complete");
+  EXPECT_EQ(adapter.FreeMailerLibrary(), 0);
+  EXPECT_EQ(adapter.LoadMailerLibrary(), 1);
+  EXPECT_EQ(adapter.LoadMailerLibrary(), 0);
+  EXPECT_EQ(adapter.SetCompleteFlag(), 7);
+  EXPECT_EQ(adapter.FreeMailerLibrary(), 1);
+  EXPECT_EQ(adapter.LoadMailerLibrary(), 1);
+  adapter.FreeMailerLibrary();
+
+  // A plug-in that lacks an entry point blocks later loads until it is freed.
+  InstallPlugin("plugin_incomplete");
+  EXPECT_EQ(adapter.LoadMailerLibrary(), 0);
+  InstallPlugin("plugin_refusing");
+  EXPECT_EQ(adapter.LoadMailerLibrary(), 0);
+  EXPECT_EQ(adapter.FreeMailerLibrary(), 1);
+  EXPECT_EQ(adapter.LoadMailerLibrary(), 1);
+}
+
+} // namespace

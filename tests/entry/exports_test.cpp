@@ -1,0 +1,152 @@
+// The exports without a window, as a host calls them: what reaches which client, and what comes back.
+#include "acctkit/acctkit.h"
+
+#include "clients/service_constants.h"
+#include "support/client_machine.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+const std::string BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users\\";
+
+// The word of a spec array that is an integer.
+const char *Word(intptr_t number) { return reinterpret_cast<const char *>(number); }
+
+class ExportsTest : public ClientTest {
+protected:
+  char key[256] = "";
+  char message[1024] = "old";
+
+  static std::string Account(const char *name) { return std::string(AccountsKey) + "\\" + name; }
+};
+
+TEST_F(ExportsTest, AnswerZeroForAnIndexWithoutAClientAndTouchNothing) {
+  InstallOutlookExpress("5,50,1");
+  InstallCommunicator();
+  int32_t major = -1;
+  int32_t minor = -1;
+  for (const int32_t client : {-1, 2, 3, 7}) {
+    EXPECT_EQ(IsInstallMailer(client) + IsInstallNews(client), 0);
+    EXPECT_EQ(GetMailVersion(client, &major, &minor) + GetNewsVersion(client, nullptr, nullptr), 0);
+    EXPECT_EQ(IsExistMailAccount(client, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(IsExistNewsAccount(client, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(SetupMailAccount(client, nullptr, nullptr) + SetupNewsAccount(client, nullptr, nullptr), 0);
+    EXPECT_EQ(SetBrowserStartPage(client, nullptr, nullptr), 0);
+  }
+  EXPECT_EQ(major, -1);
+  EXPECT_EQ(minor, -1);
+}
+
+TEST_F(ExportsTest, SplitTheVersionAtTheClientsSeparator) {
+  struct Case {
+    const char *version;
+    int32_t major, minor;
+  };
+  const Case cases[] = {{"5,50,4522,1200", 5, 50}, {"6, 0", 6, 0},   {nullptr, 0, 0}, // "4.00.0" has no comma
+                        {"x5,50", 0, 50},          {"-5,+50", 0, 0}, {"99999999999,7", 0, 7}};
+  for (const Case &test : cases) {
+    ResetMachine();
+    InstallOutlookExpress(test.version);
+    int32_t major = -1;
+    int32_t minor = -1;
+    EXPECT_EQ(GetMailVersion(0, &major, &minor), 1);
+    EXPECT_EQ(std::pair(major, minor), std::pair(test.major, test.minor)) << (test.version ? test.version : "none");
+    EXPECT_EQ(GetMailVersion(1, &major, &minor), 0);
+    EXPECT_EQ(std::pair(major, minor), std::pair(0, 0));
+  }
+  InstallCommunicator();
+  int32_t major = -1;
+  int32_t minor = -1;
+  EXPECT_EQ(GetMailVersion(1, &major, &minor), 1);
+  EXPECT_EQ(std::pair(major, minor), std::pair(4, 0));
+}
+
+TEST_F(ExportsTest, WriteAnAccountFindItAndOverwriteIt) {
+  const char *const spec[] = {"user", "sender", "title", "", "smtp", "pop", "a@b", "dialer", Word(0)};
+  EXPECT_EQ(IsExistMailAccount(0, spec, key, message), 0);
+  EXPECT_STREQ(message, "");
+  EXPECT_EQ(SetupMailAccount(0, spec, key), 1);
+  EXPECT_EQ(IsExistMailAccount(0, spec, key, message), 1);
+  EXPECT_STREQ(key, "00000001");
+  EXPECT_STREQ(message, "同名のアカウントが存在します。\nアカウント名：titleを上書きしますか？");
+  EXPECT_EQ(SetupMailAccount(0, spec, key), 1);
+  EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, Account("00000002")));
+}
+
+TEST_F(ExportsTest, CompleteTheShorthandWithTheServicesOwnValues) {
+  const char *const zuvio[] = {"ABC01234", "山田", "taro@zuvio.example"};
+  EXPECT_EQ(SetupZuvioMailAccount(0, zuvio, ""), 1);
+  const Lines servers = {std::string("POP3 Server=") + IspPopHost, std::string("SMTP Server=") + IspSmtpHost};
+  const Lines dump = DumpKey(HKEY_CURRENT_USER, Account("00000001"));
+  EXPECT_EQ(dump[0], "Account Name=@zuvio(ABC01234)");
+  EXPECT_EQ(dump[4], servers[0]);
+  EXPECT_EQ(dump.back(), servers[1]);
+  EXPECT_EQ(IsExistZuvioMailAccount(0, zuvio, key, message), 1);
+  EXPECT_STREQ(key, "00000001");
+
+  const char *const kerm[] = {"info", "店", "info@own.example", "smtp.own", "pop.own"};
+  EXPECT_EQ(IsExistKERMMailAccount(0, kerm, key, message), 0);
+  EXPECT_EQ(SetupKERMMailAccount(0, kerm, ""), 1);
+  EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account("00000002"), "Account Name"), "info@own.example");
+  EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account("00000002"), "SMTP Email Address"), "info@own.example");
+  EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account("00000002"), "POP3 Server"), "pop.own");
+
+  const std::string longId(600, 'x');
+  const char *const tooLong[] = {longId.c_str(), "", ""};
+  EXPECT_EQ(SetupZuvioMailAccount(0, tooLong, ""), 0);
+  const char *const thirdServer[] = {"ABC01234", "", "", Word(3)};
+  EXPECT_EQ(SetupZuvioNewsAccount(0, thirdServer, "") + IsExistZuvioNewsAccount(0, thirdServer, key, message), 0);
+}
+
+TEST_F(ExportsTest, SetTheStartPage) {
+  const char *const page = "http://zuvio.example/";
+  const char *const mainKey = "Software\\Microsoft\\Internet Explorer\\Main";
+  EXPECT_EQ(SetBrowserStartPage(0, nullptr, page), 0);
+  EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, mainKey));
+  MakeKey(HKEY_CURRENT_USER, mainKey);
+  EXPECT_EQ(SetBrowserStartPage(0, nullptr, page), 1);
+  EXPECT_EQ(GetString(HKEY_CURRENT_USER, mainKey, "Start Page"), page);
+
+  EXPECT_EQ(SetBrowserStartPage(1, "p", page), 0);
+  InstallCommunicator();
+  EXPECT_EQ(SetBrowserStartPage(1, "p", page), 1);
+  EXPECT_EQ(GetFile(ProfilePrefs("p")), std::nullopt);
+  EXPECT_EQ(SetBrowserStartPage(1, "", page), 1);
+  EXPECT_EQ(GetFile(CommunicatorFolder() + "\\Users\\prefs.js"),
+            "user_pref(\"browser.startup.homepage\", \"http://zuvio.example/\");\n");
+}
+
+TEST_F(ExportsTest, TakeOutlookAccountsOffTheServicesConnection) {
+  struct Case {
+    const char *name;
+    std::optional<DWORD> type;
+    const char *connection;
+    bool changed;
+  };
+  const Case cases[] = {{"00000001", 2, "@zuvioダイヤラ", true},  {"00000002", 2, "@ZUVIOダイヤラ", true},
+                        {"00000003", 2, "@zuvioダイヤル", false}, {"00000004", 1, "@zuvioダイヤラ", false},
+                        {"00000005", 2, nullptr, false},          {"00000006", std::nullopt, "@zuvioダイヤラ", false}};
+  for (const auto &[version, replacement] : {std::pair{"5,50,1", 3U}, {"4,72,1", 1U}, {(const char *)nullptr, 1U}}) {
+    ResetMachine();
+    for (const Case &test : cases) {
+      MakeKey(HKEY_CURRENT_USER, Account(test.name));
+      if (test.type)
+        PutDword(HKEY_CURRENT_USER, Account(test.name), "Connection Type", *test.type);
+      if (test.connection != nullptr)
+        PutString(HKEY_CURRENT_USER, Account(test.name), "Connectoid", test.connection);
+    }
+    EXPECT_EQ(OutlookDisable(), 0);
+    EXPECT_EQ(GetDword(HKEY_CURRENT_USER, Account("00000001"), "Connection Type"), 2U);
+    InstallOutlookExpress(version);
+    EXPECT_EQ(OutlookDisable(), 1);
+    for (const Case &test : cases) {
+      EXPECT_EQ(GetDword(HKEY_CURRENT_USER, Account(test.name), "Connection Type"),
+                test.changed ? std::optional<DWORD>(replacement) : test.type);
+      EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(test.name), "Connectoid").has_value(),
+                test.connection != nullptr && !test.changed);
+    }
+  }
+}
+
+} // namespace

@@ -1,0 +1,153 @@
+// Editing prefs.js: what a line edit takes away and leaves, and what a file must look like before it is replaced.
+#include "stores/prefs_file.h"
+
+#include "support/test_machine.h"
+
+#include <memory>
+
+namespace {
+
+class PrefsFileTest : public MachineTest {
+protected:
+  const std::string path = std::string(ScratchFolder) + "\\prefs.js";
+  // On the heap: two of these and a few frames are much for a stack.
+  std::unique_ptr<PrefsText> prefs = std::make_unique<PrefsText>();
+
+  void Load(const std::string &bytes) {
+    PutFile(path, bytes);
+    LoadPrefsText(path.c_str(), *prefs);
+  }
+  std::string Text() const { return {prefs->text, prefs->length}; }
+  std::string Saved() {
+    SavePrefsText(path.c_str(), *prefs);
+    return GetFile(path).value_or("(no file)");
+  }
+};
+
+TEST_F(PrefsFileTest, LoadsWithOneFinalLineFeedAndSavesTheSameBytes) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"", ""},
+      {"user_pref(\"a\", 1);", "user_pref(\"a\", 1);\n"},
+      {"user_pref(\"a\", 1);\r\n// \x95\x5c\r\n", "user_pref(\"a\", 1);\r\n// \x95\x5c\r\n"},
+  };
+  for (const auto &[bytes, text] : cases) {
+    Load(bytes);
+    EXPECT_EQ(Text(), text);
+    EXPECT_EQ(Saved(), text);
+  }
+}
+
+TEST_F(PrefsFileTest, MakesAMissingFileEmptyAndHasNoTextWithoutAFolder) {
+  LoadPrefsText(path.c_str(), *prefs);
+  EXPECT_EQ(GetFile(path), "");
+  const std::string nowhere = std::string(ScratchFolder) + "\\gone\\prefs.js";
+  LoadPrefsText(nowhere.c_str(), *prefs);
+  EXPECT_EQ(Text(), "");
+}
+
+TEST_F(PrefsFileTest, RemovesTheFirstLineThatHoldsTheNeedle) {
+  struct Case {
+    std::string before, needle, after;
+    int32_t result;
+  };
+  const Case cases[] = {
+      {"a\nb\nc\n", "b", "a\nc\n", 1},
+      {"a\nb\n", "a", "\nb\n", 1},
+      {"a\n", "a", "\n", 1},
+      {"a\nb\n", "x", "a\nb\n", 0},
+      {"a\r\nxbx\r\nc\r\n", "b", "a\r\nc\r\n", 1},
+      {"1\nkey\n2\nkey\n", "key", "1\n2\nkey\n", 1},
+      {"1\nserver10.name\nserver1.name\n", "server1.name", "1\nserver10.name\n", 1},
+      {"1\n" + std::string(1023, '.') + "key\n2\n", "key", "1\n2\n", 1},
+      {"1\n" + std::string(1024, '.') + "key\n2\n", "key", "1\n" + std::string(1024, '.') + "key\n2\n", 0},
+      {std::string(1024, '.') + "key\n2\n", "key", "\n2\n", 1},
+  };
+  for (const Case &test : cases) {
+    Load(test.before);
+    EXPECT_EQ(RemovePrefLine(test.needle.c_str(), *prefs), test.result);
+    EXPECT_EQ(Text(), test.after) << "needle " << test.needle;
+    EXPECT_EQ(Saved(), test.after);
+  }
+}
+
+TEST_F(PrefsFileTest, TakesALineOnlyIfItFitsTheBuffer) {
+  char keep[8];
+  Load("1\nuser 12345\n2\n");
+  EXPECT_EQ(TakePrefLine("ser", *prefs, keep, sizeof keep), 0);
+  EXPECT_EQ(Text(), "1\nuser 12345\n2\n");
+  EXPECT_EQ(TakePrefLine(" 12345", *prefs, keep, sizeof keep), 1);
+  EXPECT_STREQ(keep, " 12345");
+  EXPECT_EQ(Text(), "1\n2\n");
+}
+
+TEST_F(PrefsFileTest, LeavesAFileAloneThatItCannotHoldWhole) {
+  const std::string full(PrefsCapacity - 1, 'x');
+  Load(full + "\n");
+  EXPECT_EQ(Saved(), full + "\n");
+  AppendPrefLine(*prefs, "\n");
+  EXPECT_EQ(Text(), full + "\n");
+  for (const std::string &bytes : {full + "\n\n", full + "x", std::string("a\n\0b\n", 5)}) {
+    Load(bytes);
+    RemovePrefLine("a", *prefs);
+    EXPECT_EQ(Saved(), bytes);
+  }
+}
+
+TEST_F(PrefsFileTest, LeavesAFileAloneThatSomebodyHoldsOpenDuringTheLoad) {
+  PutFile(path, "theirs\n");
+  const HANDLE held =
+      CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  LoadPrefsText(path.c_str(), *prefs);
+  CloseHandle(held);
+  AppendPrefLine(*prefs, "ours\n");
+  EXPECT_EQ(Saved(), "theirs\n");
+}
+
+TEST_F(PrefsFileTest, ReadsTheQuotedValueBehindAKey) {
+  Load("user_pref(\"flag\", true);\nuser_pref(\"name\", \"\x95\x5c\");\nuser_pref(\"none\", "
+       "\"\");\nuser_pref(\"long\", \"" +
+       std::string(260, 'v') + "\");\nuser_pref(\"open\", \"");
+  const std::pair<const char *, const char *> cases[] = {{"name", "\x95\x5c"}, {"none", ""}, {"flag", "name"}};
+  char value[PrefValueSize];
+  for (const auto &[key, expected] : cases) {
+    EXPECT_EQ(ReadPrefValue(key, *prefs, value, sizeof value), 1) << key;
+    EXPECT_STREQ(value, expected);
+  }
+  for (const char *key : {"missing", "long", "open"}) {
+    EXPECT_EQ(ReadPrefValue(key, *prefs, value, sizeof value), 0) << key;
+    EXPECT_STREQ(value, "");
+  }
+}
+
+TEST(PrefLists, CountAndGiveItems) {
+  EXPECT_EQ(CountListItems(""), 1);
+  EXPECT_EQ(CountListItems("account1,account2"), 2);
+  const std::string tooLong = "a," + std::string(PrefValueSize, 'b') + ",";
+  struct Case {
+    const char *list;
+    int32_t index, result;
+    const char *item;
+  };
+  const Case cases[] = {{"a,b", 1, 1, "b"}, {"a,b", 0, 1, "a"},         {"", 0, 1, ""},
+                        {"", 1, 0, "?"},    {"a,b", 2, 0, "?"},         {tooLong.c_str(), 1, 0, ""},
+                        {"a,,b", 1, 1, ""}, {tooLong.c_str(), 2, 1, ""}};
+  for (const Case &test : cases) {
+    char item[PrefValueSize] = "?";
+    EXPECT_EQ(GetListItem(test.list, test.index, item, sizeof item), test.result) << test.list << test.index;
+    EXPECT_STREQ(item, test.item);
+  }
+}
+
+TEST(PrefValues, ConvertToUtf8WholeOrNotAtAll) {
+  char value[PrefValueSize];
+  EXPECT_EQ(ToUtf8Value("\x95\x5c \xb1", value), 1); // a double-byte character with a backslash in it, half-width kana
+  EXPECT_STREQ(value, "\xe8\xa1\xa8 \xef\xbd\xb1");
+  std::string halfWidth(86, '\xb1');
+  EXPECT_EQ(ToUtf8Value(halfWidth.c_str(), value), 1);
+  halfWidth += '\xb1'; // now 261 bytes of UTF-8
+  EXPECT_EQ(ToUtf8Value(halfWidth.c_str(), value), 0);
+  EXPECT_STREQ(value, "");
+  EXPECT_EQ(ToUtf8Value(std::string(260, 'a').c_str(), value), 0);
+}
+
+} // namespace

@@ -1,0 +1,69 @@
+#include "support/client_machine.h"
+
+#include <filesystem>
+
+namespace {
+
+const std::string AppPaths = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\";
+
+// Registers a program as installed, with its file.
+void InstallProgram(const std::string &name) {
+  const std::string path = std::string(ScratchFolder) + "\\" + name;
+  PutFile(path, "program");
+  PutString(HKEY_LOCAL_MACHINE, AppPaths + name, nullptr, path);
+}
+
+} // namespace
+
+std::string CommunicatorFolder() { return std::string(ScratchFolder) + "\\Communicator"; }
+
+std::string ProfilePrefs(const std::string &profile) {
+  return CommunicatorFolder() + "\\Users\\" + profile + "\\prefs.js";
+}
+
+void ClientTest::InstallOutlookExpress(const char *mediaVersion) {
+  InstallProgram("msimn.exe");
+  MakeKey(HKEY_LOCAL_MACHINE, OutlookKey);
+  if (mediaVersion != nullptr)
+    PutString(HKEY_LOCAL_MACHINE, OutlookKey, "MediaVer", mediaVersion);
+}
+
+void ClientTest::InstallCommunicator(const char *version) {
+  InstallProgram("NETSCAPE.EXE");
+  MakeFolders(CommunicatorFolder());
+  MakeKey(HKEY_LOCAL_MACHINE, NavigatorKey);
+  if (version != nullptr)
+    PutString(HKEY_LOCAL_MACHINE, NavigatorKey, "CurrentVersion", version);
+  PutString(HKEY_CURRENT_USER, "Software\\Netscape\\Netscape Navigator\\Main", "Install Directory",
+            CommunicatorFolder());
+}
+
+std::string ClientTest::InstallPlugin(const std::string &plugin) {
+  const std::string folder = std::string(ScratchFolder) + "\\\x95\x5c"; // a folder whose name ends in a backslash byte
+  MakeFolders(folder);
+  CopyOntoMachine(std::string(PLUGIN_DIR) + "/" + plugin, folder + "\\plugin.dll");
+  PutString(HKEY_LOCAL_MACHINE, PluginKey, "InstPath", folder);
+  PutString(HKEY_LOCAL_MACHINE, PluginKey, "ProgramName", "plugin.dll");
+
+  const std::string mailer = folder + "\\mailer.exe";
+  CopyOntoMachine(std::string(PLUGIN_DIR) + "/versioned.exe", mailer);
+  const std::string kept = (std::filesystem::temp_directory_path() / "acctkit-plugin-kept").string();
+  std::filesystem::remove(kept);
+  SetEnvironment("ACCTKIT_PLUGIN_NAME", "Mailer");
+  SetEnvironment("ACCTKIT_PLUGIN_PATH", mailer);
+  SetEnvironment("ACCTKIT_PLUGIN_KEEP", kept);
+  SetEnvironment("ACCTKIT_PLUGIN_FLAG", "7");
+  return kept;
+}
+
+MailAccountSpec SampleMailSpec() {
+  MailAccountSpec spec;
+  spec.userId = "ABC01234";
+  spec.senderName = "山田 太郎";
+  spec.accountName = "@zuvio(ABC01234)";
+  spec.smtpServer = "smtp.example";
+  spec.popServer = "pop.example";
+  spec.mailAddress = "taro@zuvio.example";
+  spec.connectionName = "dialer";
+  return spec;
+}

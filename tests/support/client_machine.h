@@ -1,0 +1,29 @@
+// Clients as they stand on a user's machine, for the suites above the stores.
+#pragma once
+
+#include "support/test_machine.h"
+
+#include "clients/account_specs.h"
+
+constexpr const char *OutlookKey = "SOFTWARE\\Microsoft\\Outlook Express";
+constexpr const char *ManagerKey = "Software\\Microsoft\\Internet Account Manager";
+constexpr const char *AccountsKey = "Software\\Microsoft\\Internet Account Manager\\Accounts";
+constexpr const char *NavigatorKey = "SOFTWARE\\Netscape\\Netscape Navigator";
+constexpr const char *PluginKey = "SOFTWARE\\Harveld\\@zuvioSetup";
+
+// Where Communicator is installed, and the prefs.js of one of its profiles.
+std::string CommunicatorFolder();
+std::string ProfilePrefs(const std::string &profile);
+
+class ClientTest : public MachineTest {
+protected:
+  // A null version leaves the version value out.
+  static void InstallOutlookExpress(const char *mediaVersion);
+  static void InstallCommunicator(const char *version = "4.75");
+  // Registers one of the plug-ins that the build made, with a mailer's file on the machine, and answers where the
+  // complete one keeps what it is handed.
+  static std::string InstallPlugin(const std::string &plugin);
+};
+
+// An account whose every text is different, Japanese where a client shows it.
+MailAccountSpec SampleMailSpec();
