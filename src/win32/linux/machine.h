@@ -21,9 +21,9 @@ std::filesystem::path Folder();
 // that may be written, and no Wine server running on the folder.
 std::string Problem(bool forWriting);
 
-// What went wrong beneath a Win32 call since the last TakeFault, first one first: a damaged hive, a full disk, a file
-// that couldn't be put in place. One line as above; empty if nothing did. What is an ordinary answer (a missing key,
-// a missing file, a right that a key doesn't give) is no fault.
+// The first thing that went wrong beneath a Win32 call since the last TakeFault: a damaged hive, a full disk, a file
+// that couldn't be put in place. One line as above; empty if nothing did. What is an ordinary answer (a missing key, a
+// missing file, a right that a key doesn't give) is no fault.
 std::string TakeFault();
 
 // Holds the whole machine against every other process for as long as it lives, over any number of calls. The layer
@@ -35,9 +35,6 @@ public:
   ~Lock();
   Lock(const Lock &) = delete;
   Lock &operator=(const Lock &) = delete;
-
-private:
-  bool held;
 };
 
 // For tests: a key that answers ERROR_ACCESS_DENIED to any open that asks for a right to write, as do the keys below.

@@ -1,0 +1,18 @@
+// One sign-up as a process's first call, timed from within: `cold_signup`, on the machine that ACCTKIT_MACHINE names.
+#include "acctkit/acctkit.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+
+int main() {
+  SignupRecord record{};
+  std::strcpy(record.serviceId, "ABC01234");
+  std::strcpy(record.senderName, "Taro Yamada");
+  std::strcpy(record.mailAddress, "taro@zuvio.example");
+  std::strcpy(record.startPage, "http://www.zuvio.example/");
+  const auto begin = std::chrono::steady_clock::now();
+  const int32_t result = SetupAfterSignup(&record);
+  const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - begin;
+  std::printf("%.3f ms, result %d\n", time.count(), static_cast<int>(result));
+}

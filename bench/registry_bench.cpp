@@ -1,0 +1,59 @@
+// A registry value opened, read and closed with the hives loaded, and the search for a mail account over more and more
+// accounts.
+#include "acctkit/acctkit.h"
+#include "clients/registry.h"
+
+#include "bench_machine.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <fstream>
+
+namespace {
+
+constexpr const char *AccountsKey = "Software\\Microsoft\\Internet Account Manager\\Accounts";
+
+void ReadValue(benchmark::State &state) {
+  const BenchMachine machine;
+  WriteValues(HKEY_CURRENT_USER, AccountsKey, {{"Server", "pop.example"}});
+  char text[RegistryTextSize];
+  for (auto _ : state) {
+    HKEY key = nullptr;
+    DWORD size = sizeof text;
+    RegOpenKeyExA(HKEY_CURRENT_USER, AccountsKey, 0, KEY_READ, &key);
+    RegQueryValueExA(key, "Server", nullptr, nullptr, reinterpret_cast<BYTE *>(text), &size);
+    RegCloseKey(key);
+  }
+}
+
+// The accounts are put into the hive as text: entering them one by one would be the measurement of another thing.
+void WriteAccounts(const std::filesystem::path &folder, int64_t count) {
+  std::ofstream hive(folder / "user.reg");
+  hive << "WINE REGISTRY Version 2\n;; All keys relative to \\\\User\\\\S-1-5-21-0-0-0-1000\n\n";
+  for (int64_t number = 1; number <= count; ++number) {
+    char name[16];
+    std::snprintf(name, sizeof name, "%08x", static_cast<unsigned>(number));
+    hive << "[Software\\\\Microsoft\\\\Internet Account Manager\\\\Accounts\\\\" << name << "] 1000000000\n"
+         << "\"Account Name\"=\"account " << name
+         << "\"\n\"POP3 Server\"=\"pop.example\"\n\"POP3 User Name\"=\"user\"\n\n";
+  }
+}
+
+void IsExistMailAccountOver(benchmark::State &state) {
+  const BenchMachine machine;
+  WriteAccounts(machine.Folder(), state.range(0));
+  const char *const spec[] = {"none", "", "none", "", "", "", "", "", nullptr};
+  char key[256] = "";
+  char message[1024];
+  for (auto _ : state)
+    benchmark::DoNotOptimize(IsExistMailAccount(0, spec, key, message));
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+BENCHMARK(ReadValue)->Repetitions(5);
+BENCHMARK(IsExistMailAccountOver)->RangeMultiplier(10)->Range(10, 10000)->Unit(benchmark::kMicrosecond);
+
+} // namespace
+
+BENCHMARK_MAIN();

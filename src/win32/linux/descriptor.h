@@ -1,0 +1,39 @@
+// Owns a file descriptor, and writes and reads all that is asked for.
+#pragma once
+
+#include "win32/win32.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace machine {
+
+class Descriptor {
+public:
+  explicit Descriptor(int opened = -1) : number(opened) {}
+  ~Descriptor();
+  Descriptor(Descriptor &&other) noexcept : number(std::exchange(other.number, -1)) {}
+  Descriptor &operator=(Descriptor &&other) noexcept {
+    std::swap(number, other.number);
+    return *this;
+  }
+  Descriptor(const Descriptor &) = delete;
+  Descriptor &operator=(const Descriptor &) = delete;
+
+  explicit operator bool() const { return number >= 0; }
+  int Get() const { return number; }
+
+private:
+  int number;
+};
+
+// Both go on after interruptions; false with errno set.
+bool WriteAll(int file, std::string_view data);
+bool ReadAll(int file, std::string &data);
+
+// The Win32 code for an errno.
+LONG ErrorOf(int number);
+
+} // namespace machine

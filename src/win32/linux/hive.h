@@ -1,0 +1,100 @@
+// A registry hive in Wine's text format ("WINE REGISTRY Version 2"): the tree of its keys, and the text they came from.
+//
+// What isn't edited keeps its text, byte for byte: a section (a key's heading and the lines below it) is taken apart
+// only when one of its values is asked for, and of an edited section only the lines of the values that changed are new.
+#pragma once
+
+#include "win32/win32.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace machine {
+
+// Orders names without regard to case.
+struct FoldedLess {
+  using is_transparent = void;
+  bool operator()(std::u16string_view left, std::u16string_view right) const;
+};
+bool SameName(std::u16string_view left, std::u16string_view right);
+
+// A value as the registry holds it: texts in UTF-16, little-endian.
+struct HiveValue {
+  std::u16string name; // empty for the default value
+  DWORD type = REG_NONE;
+  std::string data;
+};
+
+class Hive {
+public:
+  struct Key {
+    Key *parent = nullptr;
+    std::u16string name;
+    std::map<std::u16string, std::unique_ptr<Key>, FoldedLess> subkeys;
+    std::vector<uint32_t> sections; // one as a rule; Wine merges those that a file has twice
+    bool readOnly = false;
+    std::vector<const Key *> order; // the subkeys by index, once somebody asked for one
+
+    // The subkey at an index, null behind the last one.
+    const Key *Subkey(size_t index);
+  };
+
+  // The text of a hive without keys, whose root the registry knows as `root` (as in "\\\\Machine").
+  static std::string EmptyText(const char *root);
+
+  // Takes over a hive's text. An empty answer if it is sound, else a line that says where it is damaged; the hive can't
+  // be used then.
+  std::string Load(std::string fileText);
+
+  // The text to be written: what was loaded, with all edits.
+  std::string Text() const;
+
+  Key &Root() { return root; }
+
+  // The key at a path of names divided by backslashes below another one, null if there is none.
+  Key *Find(Key &from, std::u16string_view path);
+  // The same, making what is missing. Null for a name of more than 255 characters or a path of more than 512 names.
+  Key *Create(Key &from, std::u16string_view path);
+
+  enum class Found { Yes, No, Damaged };
+  Found ReadValue(const Key &key, std::u16string_view name, HiveValue &value);
+  std::vector<HiveValue> Values(const Key &key);
+  void WriteValue(Key &key, const HiveValue &value);
+  // False if there was no such value.
+  bool RemoveValue(Key &key, std::u16string_view name);
+  void MarkReadOnly(Key &key);
+
+private:
+  // A line of a section: of a value with all its continuation lines, else just text.
+  struct Line {
+    std::string text;
+    std::optional<std::u16string> valueName;
+  };
+  struct Section {
+    std::string_view original; // into `loaded`; unused once `lines` are there
+    std::vector<Line> lines;
+    bool taken = false; // apart into lines
+  };
+
+  std::string LoadSections(std::string_view rest, size_t lineNumber);
+  Key *KeyOfHeading(std::string_view heading, std::string_view &error);
+  Key &Subkey(Key &parent, std::u16string_view name);
+  std::vector<Line> &LinesOf(Section &section);
+  // The line of a value, the last one that stands for it; null if there is none.
+  Line *FindLine(const Key &key, std::u16string_view name, std::vector<Line> **owner);
+
+  std::string loaded;
+  std::string_view header;
+  std::vector<Section> sections;
+  Key root;
+  // The heading that was read last and the keys along its path: the next one mostly differs in the last name alone.
+  std::string_view lastHeading;
+  std::vector<std::pair<size_t, Key *>> lastPath;
+};
+
+} // namespace machine

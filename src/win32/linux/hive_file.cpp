@@ -1,0 +1,121 @@
+#include "win32/linux/hive_file.h"
+
+#include "win32/linux/descriptor.h"
+#include "win32/linux/fault.h"
+#include "win32/linux/machine.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace machine {
+
+HiveFile::HiveFile(std::filesystem::path path, const char *rootName)
+    : file(std::move(path)), root(rootName), hive(std::make_unique<Hive>()) {}
+
+HiveFile::Identity HiveFile::IdentityOf(const struct stat &status) {
+  return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
+LSTATUS HiveFile::Fail(LSTATUS code, const std::string &what) {
+  fault = file.string() + ": " + what;
+  RecordFault(fault);
+  return code;
+}
+
+LSTATUS HiveFile::Refresh() {
+  struct stat status;
+  const Identity now = stat(file.c_str(), &status) == 0 ? IdentityOf(status) : Identity();
+  if (now == identity && generation != 0 && now != Identity())
+    return state;
+  return state = Load();
+}
+
+LSTATUS HiveFile::Load() {
+  ++generation;
+  hive = std::make_unique<Hive>();
+  identity = Identity();
+  fault.clear();
+
+  const Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  std::string text;
+  struct stat status;
+  if (!opened) {
+    if (errno != ENOENT)
+      return Fail(ErrorOf(errno), std::strerror(errno));
+    const std::string problem = FolderProblem(file.parent_path());
+    if (!problem.empty()) {
+      fault = problem;
+      RecordFault(fault);
+      return ERROR_FILE_NOT_FOUND;
+    }
+    text = Hive::EmptyText(root); // a machine without this hive yet
+  } else if (fstat(opened.Get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+    return Fail(ERROR_BADDB, "no file");
+  } else {
+    text.resize(static_cast<size_t>(status.st_size) + 1);
+    if (!ReadAll(opened.Get(), text))
+      return Fail(ERROR_READ_FAULT, std::strerror(errno));
+    identity = IdentityOf(status);
+  }
+  const std::string damage = hive->Load(std::move(text));
+  return damage.empty() ? ERROR_SUCCESS : Fail(ERROR_BADDB, "the registry is damaged, " + damage);
+}
+
+std::string HiveFile::WriteProblem() const {
+  struct stat status;
+  // The file is replaced and not written to, so its own permissions have to be asked for; they bind the superuser too.
+  if (stat(file.c_str(), &status) == 0 && (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
+    return file.string() + ": the registry may not be written";
+  return ServerProblem(file.parent_path());
+}
+
+LSTATUS HiveFile::Edit(const EditFunction &edit) {
+  const Lock lock;
+  if (const std::string problem = WriteProblem(); !problem.empty()) {
+    RecordFault(problem);
+    return ERROR_ACCESS_DENIED;
+  }
+  if (const LSTATUS result = Refresh(); result != ERROR_SUCCESS)
+    return result;
+  bool changed = true;
+  LSTATUS result = edit(*hive, changed);
+  if (result == ERROR_SUCCESS && changed) {
+    result = Replace();
+    if (result != ERROR_SUCCESS) {
+      const std::string reason = fault;
+      state = Load();
+      fault = reason;
+    }
+  }
+  return result;
+}
+
+// Writes a file beside the hive and puts it in its place. There is no fsync: a sign-up makes some thirty writes, and
+// what a power cut leaves is the file system's affair, which orders the data before the rename. A killed process leaves
+// the file beside behind, and the next write takes it over.
+LSTATUS HiveFile::Replace() {
+  const std::filesystem::path beside = file.parent_path() / ("." + file.filename().string() + ".new");
+  struct stat status;
+  const bool replaces = stat(file.c_str(), &status) == 0;
+  const mode_t mode = replaces ? status.st_mode & 0777 : 0644;
+  Descriptor written(open(beside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, mode));
+  const auto fail = [&] {
+    const int number = errno;
+    unlink(beside.c_str());
+    return Fail(ErrorOf(number), std::string("the registry can't be written: ") + std::strerror(number));
+  };
+  if (!written)
+    return fail();
+  if (replaces && (fchmod(written.Get(), mode) != 0 ||
+                   (status.st_uid != geteuid() && fchown(written.Get(), status.st_uid, status.st_gid) != 0)))
+    return fail();
+  if (!WriteAll(written.Get(), hive->Text()) || rename(beside.c_str(), file.c_str()) != 0 ||
+      fstat(written.Get(), &status) != 0)
+    return fail();
+  identity = IdentityOf(status);
+  return ERROR_SUCCESS;
+}
+
+} // namespace machine

@@ -1,0 +1,117 @@
+#include "win32/linux/machine.h"
+
+#include "win32/linux/descriptor.h"
+#include "win32/linux/fault.h"
+#include "win32/linux/hive_file.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <mutex>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace machine {
+
+namespace {
+
+std::mutex faultGuard;
+std::string firstFault;
+
+// The lock of this process, which its nested Lock objects share.
+std::recursive_mutex lockGuard;
+int lockDepth = 0;
+Descriptor lockedFolder;
+
+std::filesystem::path Environment(const char *name) {
+  const char *const value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+} // namespace
+
+std::filesystem::path Folder() {
+  if (const auto named = Environment("ACCTKIT_MACHINE"); !named.empty())
+    return named;
+  if (const auto data = Environment("XDG_DATA_HOME"); data.is_absolute())
+    return data / "acctkit/machine";
+  return Environment("HOME") / ".local/share/acctkit/machine";
+}
+
+void RecordFault(const std::string &line) {
+  const std::lock_guard guard(faultGuard);
+  if (firstFault.empty())
+    firstFault = line;
+}
+
+std::string TakeFault() {
+  const std::lock_guard guard(faultGuard);
+  return std::exchange(firstFault, {});
+}
+
+std::string FolderProblem(const std::filesystem::path &folder) {
+  struct stat status;
+  if (stat(folder.c_str(), &status) != 0)
+    return folder.string() + ": " + std::strerror(errno);
+  if (!S_ISDIR(status.st_mode))
+    return folder.string() + ": this is no folder";
+  for (const char *part : {"drive_c", "system.reg", "user.reg"})
+    if (stat((folder / part).c_str(), &status) == 0)
+      return {};
+  return folder.string() + ": this is no machine folder, it has neither drive_c nor a registry";
+}
+
+// A Wine server has a folder of its own, named after the device and inode of the prefix, with a file that it holds
+// locked as long as it runs.
+std::string ServerProblem(const std::filesystem::path &folder) {
+  struct stat status;
+  if (stat(folder.c_str(), &status) != 0)
+    return {};
+  char name[96];
+  std::snprintf(name, sizeof name, "/tmp/.wine-%u/server-%llx-%llx/lock", static_cast<unsigned>(getuid()),
+                static_cast<unsigned long long>(status.st_dev), static_cast<unsigned long long>(status.st_ino));
+  const Descriptor file(open(name, O_RDWR | O_CLOEXEC | O_NOFOLLOW));
+  if (!file)
+    return {};
+  struct flock lock = {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  if (fcntl(file.Get(), F_GETLK, &lock) != 0 || lock.l_type == F_UNLCK)
+    return {};
+  return folder.string() + ": a Wine server is running on this folder, stop it first (wineserver -k)";
+}
+
+std::string Problem(bool forWriting) {
+  const std::filesystem::path folder = Folder();
+  if (std::string problem = FolderProblem(folder); !problem.empty())
+    return problem;
+  for (const char *name : {"system.reg", "user.reg"}) {
+    HiveFile hive(folder / name, "");
+    if (hive.Refresh() != ERROR_SUCCESS) {
+      TakeFault(); // told here and now
+      return hive.Fault();
+    }
+    if (std::string problem = forWriting ? hive.WriteProblem() : std::string(); !problem.empty())
+      return problem;
+  }
+  return {};
+}
+
+Lock::Lock() {
+  lockGuard.lock();
+  if (lockDepth++ == 0) {
+    lockedFolder = Descriptor(open(Folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    while (lockedFolder && flock(lockedFolder.Get(), LOCK_EX) != 0 && errno == EINTR)
+      ;
+  }
+}
+
+Lock::~Lock() {
+  if (--lockDepth == 0)
+    lockedFolder = Descriptor();
+  lockGuard.unlock();
+}
+
+} // namespace machine

@@ -1,0 +1,53 @@
+// The multi-byte functions of the run-time library, in code page 932.
+#include "win32/win32.h"
+
+#include <cstring>
+
+namespace {
+
+bool IsLeadByte(unsigned char byte) { return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC); }
+
+// The character that begins there as one number, lead byte first; moves the text behind it.
+unsigned int NextCharacter(const unsigned char *&text) {
+  const unsigned int first = *text++;
+  if (!IsLeadByte(static_cast<unsigned char>(first)) || *text == 0)
+    return first;
+  return first << 8 | *text++;
+}
+
+// Latin letters in lower case, half-width and full-width.
+unsigned int LowerCase(unsigned int character) {
+  if (character >= 'A' && character <= 'Z')
+    return character + 0x20;
+  if (character >= 0x8260 && character <= 0x8279)
+    return character + 0x21;
+  return character;
+}
+
+int Sign(unsigned int left, unsigned int right) { return left < right ? -1 : left > right ? 1 : 0; }
+
+template <typename Fold> int Compare(const unsigned char *left, const unsigned char *right, Fold fold) {
+  for (;;) {
+    const unsigned int a = fold(NextCharacter(left));
+    const unsigned int b = fold(NextCharacter(right));
+    if (a != b || a == 0)
+      return Sign(a, b);
+  }
+}
+
+} // namespace
+
+int _mbscmp(const unsigned char *left, const unsigned char *right) {
+  return Compare(left, right, [](unsigned int character) { return character; });
+}
+
+int _mbsicmp(const unsigned char *left, const unsigned char *right) { return Compare(left, right, LowerCase); }
+
+int _ismbcalpha(unsigned int character) {
+  const unsigned int lower = LowerCase(character);
+  return (lower >= 'a' && lower <= 'z') || (lower >= 0x8281 && lower <= 0x829A) ? 1 : 0;
+}
+
+int _ismbcdigit(unsigned int character) {
+  return (character >= '0' && character <= '9') || (character >= 0x824F && character <= 0x8258) ? 1 : 0;
+}

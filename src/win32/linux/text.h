@@ -1,0 +1,28 @@
+// The three encodings of the layer: code page 932 in the calls, UTF-16 in the registry, UTF-8 in file names. What an
+// encoding can't say becomes its replacement character, as on Windows.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace text {
+
+std::u16string ToWide(std::string_view cp932);
+std::string FromWide(std::u16string_view wide);
+
+std::string WideToUtf8(std::u16string_view wide);
+// False for bytes that aren't UTF-8; `wide` then has U+FFFD for each of them.
+bool Utf8ToWide(std::string_view utf8, std::u16string &wide);
+// False for bytes that aren't code page 932, or for characters that it doesn't have.
+bool Cp932ToWide(std::string_view cp932, std::u16string &wide);
+bool WideToCp932(std::u16string_view wide, std::string &cp932, std::string_view replacement);
+
+// A name of the calls as a file name on disk, and the other way; nothing for a file name that code page 932 can't say.
+std::string ToUtf8(std::string_view cp932);
+std::optional<std::string> FromUtf8(std::string_view utf8);
+
+// Simple upper case, as names of keys, values and files are compared by: Latin, Greek and Cyrillic letters.
+char16_t Upper(char16_t character);
+
+} // namespace text
