@@ -3,6 +3,7 @@
 #include "win32/linux/descriptor.h"
 #include "win32/linux/fault.h"
 #include "win32/linux/machine.h"
+#include "win32/linux/replacement.h"
 
 #include <cerrno>
 #include <cstring>
@@ -92,28 +93,14 @@ LSTATUS HiveFile::Edit(const EditFunction &edit) {
   return result;
 }
 
-// Writes a file beside the hive and puts it in its place. There is no fsync: a sign-up makes some thirty writes, and
-// what a power cut leaves is the file system's affair, which orders the data before the rename. A killed process leaves
-// the file beside behind, and the next write takes it over.
 LSTATUS HiveFile::Replace() {
-  const std::filesystem::path beside = file.parent_path() / ("." + file.filename().string() + ".new");
+  Replacement replacement(file);
   struct stat status;
-  const bool replaces = stat(file.c_str(), &status) == 0;
-  const mode_t mode = replaces ? status.st_mode & 0777 : 0644;
-  Descriptor written(open(beside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, mode));
-  const auto fail = [&] {
-    const int number = errno;
-    unlink(beside.c_str());
-    return Fail(ErrorOf(number), std::string("the registry can't be written: ") + std::strerror(number));
-  };
-  if (!written)
-    return fail();
-  if (replaces && (fchmod(written.Get(), mode) != 0 ||
-                   (status.st_uid != geteuid() && fchown(written.Get(), status.st_uid, status.st_gid) != 0)))
-    return fail();
-  if (!WriteAll(written.Get(), hive->Text()) || rename(beside.c_str(), file.c_str()) != 0 ||
-      fstat(written.Get(), &status) != 0)
-    return fail();
+  if (!replacement.File() || !WriteAll(replacement.File().Get(), hive->Text()) || !replacement.Commit() ||
+      fstat(replacement.File().Get(), &status) != 0) {
+    const int reason = errno;
+    return Fail(ErrorOf(reason), std::string("the registry can't be written: ") + std::strerror(reason));
+  }
   identity = IdentityOf(status);
   return ERROR_SUCCESS;
 }

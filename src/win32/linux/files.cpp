@@ -1,0 +1,257 @@
+// Files and folders of the machine.
+#include "win32/win32.h"
+
+#include "win32/linux/descriptor.h"
+#include "win32/linux/fault.h"
+#include "win32/linux/paths.h"
+#include "win32/linux/replacement.h"
+#include "win32/linux/text.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <sys/file.h>
+#include <unistd.h>
+#include <unordered_set>
+
+namespace {
+
+using machine::Descriptor;
+using machine::DiskPath;
+using machine::ErrorOf;
+using machine::FindOnDisk;
+using machine::Replacement;
+
+// An open file. One that is replaced has the old file open for as long, if only to hold it locked.
+struct OpenFile {
+  DWORD access;
+  std::filesystem::path path;
+  Descriptor file;
+  std::unique_ptr<Replacement> replacement;
+  bool failed = false;
+
+  int Data() const { return replacement ? replacement->File().Get() : file.Get(); }
+};
+
+std::mutex guard;
+std::unordered_set<void *> openFiles;
+std::unordered_set<void *> searches;
+
+template <typename Result> Result Fail(LONG error, Result result) {
+  SetLastError(static_cast<DWORD>(error));
+  return result;
+}
+
+HANDLE NoFile(LONG error) { return Fail(error, INVALID_HANDLE_VALUE); }
+
+OpenFile *AsOpenFile(HANDLE handle) {
+  const std::lock_guard lock(guard);
+  return openFiles.contains(handle) ? static_cast<OpenFile *>(handle) : nullptr;
+}
+
+// Reports what the disk did, for whoever asks why a call failed.
+BOOL Faulty(const std::filesystem::path &path, int reason) {
+  machine::RecordFault(path.string() + ": " + std::strerror(reason));
+  return Fail(ErrorOf(reason), FALSE);
+}
+
+// Opens and locks a file: share mode 0 keeps every other open out, any other mode keeps share mode 0 out.
+LONG OpenLocked(const std::filesystem::path &path, int flags, DWORD share, Descriptor &file) {
+  for (;;) {
+    file = Descriptor(open(path.c_str(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666));
+    if (!file)
+      return ErrorOf(errno);
+    if (flock(file.Get(), (share == 0 ? LOCK_EX : LOCK_SH) | LOCK_NB) != 0)
+      return ERROR_SHARING_VIOLATION;
+    struct stat opened;
+    struct stat named;
+    if (fstat(file.Get(), &opened) != 0 || !S_ISREG(opened.st_mode))
+      return ERROR_ACCESS_DENIED;
+    // The file may have been replaced between the two calls: what was locked has then no name any more.
+    if (lstat(path.c_str(), &named) == 0 && named.st_ino == opened.st_ino && named.st_dev == opened.st_dev)
+      return ERROR_SUCCESS;
+    if ((flags & O_CREAT) == 0 && errno == ENOENT)
+      return ERROR_FILE_NOT_FOUND;
+  }
+}
+
+// Whether a file of that state may be opened so.
+LONG CheckOpen(const DiskPath &found, DWORD access, DWORD disposition) {
+  if (found.error != ERROR_SUCCESS)
+    return found.error;
+  if (!found.exists)
+    return disposition == OPEN_EXISTING || disposition == TRUNCATE_EXISTING ? ERROR_FILE_NOT_FOUND : ERROR_SUCCESS;
+  if (disposition == CREATE_NEW)
+    return ERROR_FILE_EXISTS;
+  const bool writes = (access & GENERIC_WRITE) != 0 || disposition == CREATE_ALWAYS;
+  const bool writable = (found.status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0; // binds the superuser too
+  return !S_ISREG(found.status.st_mode) || (writes && !writable) ? ERROR_ACCESS_DENIED : ERROR_SUCCESS;
+}
+
+} // namespace
+
+HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *, DWORD disposition, DWORD, HANDLE) {
+  const DiskPath found = FindOnDisk(path);
+  if (const LONG error = CheckOpen(found, access, disposition); error != ERROR_SUCCESS)
+    return NoFile(error);
+
+  auto opened = std::make_unique<OpenFile>();
+  opened->access = access;
+  opened->path = found.path;
+  const bool replaces = disposition == CREATE_ALWAYS || disposition == TRUNCATE_EXISTING;
+  if (!replaces || found.exists) {
+    const int mode = !replaces && (access & GENERIC_WRITE) != 0 ? O_RDWR : O_RDONLY;
+    const int create = disposition == OPEN_ALWAYS ? O_CREAT : disposition == CREATE_NEW ? O_CREAT | O_EXCL : 0;
+    if (const LONG error = OpenLocked(found.path, mode | create, share, opened->file); error != ERROR_SUCCESS)
+      return NoFile(error);
+  }
+  if (replaces) {
+    opened->replacement = std::make_unique<Replacement>(found.path);
+    if (!opened->replacement->File())
+      return NoFile(errno == EWOULDBLOCK ? ERROR_SHARING_VIOLATION : ErrorOf(errno));
+  }
+  if (disposition == CREATE_ALWAYS || disposition == OPEN_ALWAYS)
+    SetLastError(found.exists ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
+  const std::lock_guard lock(guard);
+  openFiles.insert(opened.get());
+  return opened.release();
+}
+
+BOOL ReadFile(HANDLE handle, void *buffer, DWORD size, DWORD *read, void *) {
+  const OpenFile *const opened = AsOpenFile(handle);
+  *read = 0;
+  if (opened == nullptr)
+    return Fail(ERROR_INVALID_HANDLE, FALSE);
+  if ((opened->access & GENERIC_READ) == 0)
+    return Fail(ERROR_ACCESS_DENIED, FALSE);
+  while (*read < size) {
+    const ssize_t count = ::read(opened->Data(), static_cast<char *>(buffer) + *read, size - *read);
+    if (count < 0 && errno == EINTR)
+      continue;
+    if (count < 0)
+      return Faulty(opened->path, errno);
+    if (count == 0)
+      break;
+    *read += static_cast<DWORD>(count);
+  }
+  return TRUE;
+}
+
+BOOL WriteFile(HANDLE handle, const void *data, DWORD size, DWORD *written, void *) {
+  OpenFile *const opened = AsOpenFile(handle);
+  *written = 0;
+  if (opened == nullptr)
+    return Fail(ERROR_INVALID_HANDLE, FALSE);
+  if ((opened->access & GENERIC_WRITE) == 0)
+    return Fail(ERROR_ACCESS_DENIED, FALSE);
+  if (!machine::WriteAll(opened->Data(), {static_cast<const char *>(data), size})) {
+    opened->failed = true;
+    return Faulty(opened->path, errno);
+  }
+  *written = size;
+  return TRUE;
+}
+
+BOOL CloseHandle(HANDLE handle) {
+  std::unique_ptr<OpenFile> opened(AsOpenFile(handle));
+  if (opened == nullptr)
+    return Fail(ERROR_INVALID_HANDLE, FALSE);
+  {
+    const std::lock_guard lock(guard);
+    openFiles.erase(handle);
+  }
+  if (!opened->replacement)
+    return TRUE;
+  if (opened->failed)
+    return Fail(ERROR_WRITE_FAULT, FALSE);
+  return opened->replacement->Commit() ? TRUE : Faulty(opened->path, errno);
+}
+
+HANDLE FindFirstFileA(const char *path, WIN32_FIND_DATAA *data) {
+  // The name is the last part; the one that can't be looked up by itself is one with wildcards.
+  std::u16string wide = text::ToWide(path);
+  std::ranges::replace(wide, u'/', u'\\');
+  const size_t begin = wide.rfind(u'\\') + 1;
+  const std::u16string pattern = wide.substr(begin);
+  const bool wild = pattern.find_first_of(u"*?") != std::u16string::npos;
+  if (!wide.empty() && pattern.empty())
+    return NoFile(ERROR_FILE_NOT_FOUND); // a folder's path with a backslash behind it names no entry
+
+  DiskPath found = FindOnDisk((wild ? text::FromWide(wide.substr(0, begin)) : std::string(path)).c_str());
+  if (found.error == ERROR_SUCCESS && wild) {
+    if (!found.exists || !S_ISDIR(found.status.st_mode))
+      return NoFile(ERROR_PATH_NOT_FOUND);
+    const std::string name = machine::FirstMatch(found.path, pattern);
+    found.path /= name;
+    found.exists = !name.empty() && stat(found.path.c_str(), &found.status) == 0;
+  }
+  if (found.error != ERROR_SUCCESS || !found.exists)
+    return NoFile(found.error != ERROR_SUCCESS ? found.error : ERROR_FILE_NOT_FOUND);
+
+  std::memset(data, 0, sizeof *data);
+  const bool folder = S_ISDIR(found.status.st_mode);
+  data->dwFileAttributes = folder ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
+  const auto size = folder ? 0 : static_cast<uint64_t>(found.status.st_size);
+  data->nFileSizeHigh = static_cast<DWORD>(size >> 32);
+  data->nFileSizeLow = static_cast<DWORD>(size);
+  const std::string name = text::FromUtf8(found.path.filename().string()).value_or("?");
+  name.copy(data->cFileName, sizeof data->cFileName - 1);
+
+  auto search = std::make_unique<char>();
+  const std::lock_guard lock(guard);
+  searches.insert(search.get());
+  return search.release();
+}
+
+BOOL FindClose(HANDLE search) {
+  const std::lock_guard lock(guard);
+  if (searches.erase(search) == 0)
+    return Fail(ERROR_INVALID_HANDLE, FALSE);
+  delete static_cast<char *>(search);
+  return TRUE;
+}
+
+BOOL CreateDirectoryA(const char *path, void *) {
+  const DiskPath found = FindOnDisk(path);
+  if (found.error != ERROR_SUCCESS)
+    return Fail(found.error, FALSE);
+  if (found.exists)
+    return Fail(ERROR_ALREADY_EXISTS, FALSE);
+  return mkdir(found.path.c_str(), 0777) == 0 ? TRUE : Fail(ErrorOf(errno), FALSE);
+}
+
+UINT GetWindowsDirectoryA(char *buffer, UINT size) {
+  char directory[MAX_PATH] = "";
+  DWORD type = REG_NONE;
+  DWORD length = sizeof directory - 1;
+  HKEY key = nullptr;
+  if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Windows NT\\CurrentVersion", 0, KEY_READ, &key) ==
+      ERROR_SUCCESS) {
+    if (RegQueryValueExA(key, "SystemRoot", nullptr, &type, reinterpret_cast<BYTE *>(directory), &length) !=
+            ERROR_SUCCESS ||
+        type != REG_SZ)
+      directory[0] = '\0';
+    RegCloseKey(key);
+  }
+  const std::string path = directory[0] != '\0' ? directory : "C:\\windows";
+  if (path.size() >= size)
+    return static_cast<UINT>(path.size() + 1);
+  std::memcpy(buffer, path.c_str(), path.size() + 1);
+  return static_cast<UINT>(path.size());
+}
+
+DWORD GetModuleFileNameA(HMODULE module, char *buffer, DWORD size) {
+  if (module != nullptr)
+    return Fail(ERROR_MOD_NOT_FOUND, DWORD{0});
+  const std::string path = machine::ProgramPath();
+  if (size == 0)
+    return Fail(ERROR_INSUFFICIENT_BUFFER, DWORD{0});
+  buffer[path.copy(buffer, size - 1)] = '\0';
+  if (path.size() >= size)
+    return Fail(ERROR_INSUFFICIENT_BUFFER, size);
+  return static_cast<DWORD>(path.size());
+}

@@ -1,0 +1,29 @@
+// Where a path of the machine stands on disk.
+#pragma once
+
+#include "win32/win32.h"
+
+#include <filesystem>
+#include <string>
+#include <sys/stat.h>
+
+namespace machine {
+
+struct DiskPath {
+  LONG error = ERROR_SUCCESS; // ERROR_PATH_NOT_FOUND and so on if no file can stand there
+  std::filesystem::path path; // also if there is no such file, as long as its folder is there
+  bool exists = false;
+  struct stat status = {}; // of an existing one
+};
+
+// Finds what a path names: case doesn't matter, `..` and links stay within the machine folder, but for what its
+// dosdevices name. Relative paths begin in the folder of the running program.
+DiskPath FindOnDisk(const char *path);
+
+// The entry of a folder that a pattern with wildcards matches, first in name order; empty if none does.
+std::string FirstMatch(const std::filesystem::path &folder, std::u16string_view pattern);
+
+// The path of the running program on the machine.
+std::string ProgramPath();
+
+} // namespace machine

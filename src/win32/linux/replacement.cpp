@@ -1,0 +1,62 @@
+#include "win32/linux/replacement.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace machine {
+
+namespace {
+
+constexpr mode_t Permissions = 0777;
+
+// Whether the open file is what the path names now; another process may have put it in place meanwhile.
+bool IsStill(int file, const std::filesystem::path &path) {
+  struct stat opened;
+  struct stat named;
+  return fstat(file, &opened) == 0 && lstat(path.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
+         opened.st_ino == named.st_ino;
+}
+
+} // namespace
+
+Replacement::Replacement(std::filesystem::path path)
+    : target(std::move(path)), beside(target.parent_path() / ("." + target.filename().string() + ".new")) {
+  struct stat old;
+  const bool replaces = stat(target.c_str(), &old) == 0;
+  const mode_t mode = replaces ? old.st_mode & Permissions : 0644;
+  do {
+    file = Descriptor(open(beside.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, mode));
+    if (!file)
+      return;
+    if (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) { // somebody else's replacement of the same file is under way
+      file = Descriptor();
+      errno = EWOULDBLOCK;
+      return;
+    }
+  } while (!IsStill(file.Get(), beside));
+  pending = true;
+  if (ftruncate(file.Get(), 0) != 0 ||
+      (replaces && (fchmod(file.Get(), mode) != 0 ||
+                    (old.st_uid != geteuid() && fchown(file.Get(), old.st_uid, old.st_gid) != 0)))) {
+    const int reason = errno;
+    file = Descriptor();
+    errno = reason;
+  }
+}
+
+Replacement::~Replacement() {
+  if (pending)
+    unlink(beside.c_str());
+}
+
+bool Replacement::Commit() {
+  if (rename(beside.c_str(), target.c_str()) != 0)
+    return false;
+  pending = false;
+  return true;
+}
+
+} // namespace machine
