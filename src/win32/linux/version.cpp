@@ -1,0 +1,254 @@
+// Version resources of program files: found in the resource section of a PE file, and queried as the system's tree of
+// nodes. Files are anybody's, so every offset and size is checked against what there is.
+#include "win32/win32.h"
+
+#include "win32/linux/descriptor.h"
+#include "win32/linux/hive.h"
+#include "win32/linux/paths.h"
+#include "win32/linux/text.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fcntl.h>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace {
+
+// A program file larger than this isn't looked at; its version resource stands in its first sections anyhow.
+constexpr size_t LargestFile = size_t{256} << 20;
+constexpr uint32_t VersionResourceType = 16;
+
+// The number of `Number`'s size at an offset; nothing beyond the end.
+template <typename Number> std::optional<Number> At(std::string_view bytes, size_t offset) {
+  if (offset > bytes.size() || bytes.size() - offset < sizeof(Number))
+    return std::nullopt;
+  Number number;
+  std::memcpy(&number, bytes.data() + offset, sizeof number);
+  return number;
+}
+
+std::string_view Part(std::string_view bytes, size_t offset, size_t size) {
+  return offset <= bytes.size() && size <= bytes.size() - offset ? bytes.substr(offset, size) : std::string_view();
+}
+
+// ---- The resource section of a PE file
+// -------------------------------------------------------------------------------
+
+struct PortableExecutable {
+  std::string_view file;
+  size_t sectionTable;
+  uint16_t sectionCount;
+  uint32_t resources; // virtual address of the resource directory
+
+  // What stands at a virtual address, up to the end of its section in the file; empty if nothing does.
+  std::string_view AtAddress(uint32_t address) const {
+    constexpr size_t HeaderSize = 40;
+    for (size_t index = 0; index < sectionCount; ++index) {
+      const size_t header = sectionTable + index * HeaderSize;
+      const auto begin = At<uint32_t>(file, header + 12);
+      const auto size = At<uint32_t>(file, header + 16);
+      const auto offset = At<uint32_t>(file, header + 20);
+      if (begin && size && offset && address >= *begin && address - *begin < *size)
+        return Part(file, *offset, std::min<size_t>(*size, file.size() - std::min<size_t>(*offset, file.size())))
+            .substr(std::min<size_t>(address - *begin, file.size() - std::min<size_t>(*offset, file.size())));
+    }
+    return {};
+  }
+};
+
+std::optional<PortableExecutable> ReadHeaders(std::string_view file) {
+  const auto newHeader = At<uint32_t>(file, 0x3C);
+  if (!file.starts_with("MZ") || !newHeader || Part(file, *newHeader, 4) != std::string_view("PE\0\0", 4))
+    return std::nullopt;
+  const size_t coff = *newHeader + size_t{4};
+  const size_t optional = coff + 20;
+  const auto sectionCount = At<uint16_t>(file, coff + 2);
+  const auto optionalSize = At<uint16_t>(file, coff + 16);
+  const auto magic = At<uint16_t>(file, optional);
+  if (!sectionCount || !optionalSize || !magic || (*magic != 0x10B && *magic != 0x20B))
+    return std::nullopt;
+  // The third data directory is the resources'; PE32+ has wider fields ahead of it.
+  const auto resources = At<uint32_t>(file, optional + (*magic == 0x20B ? 112 : 96) + 2 * 8);
+  if (!resources || *resources == 0)
+    return std::nullopt;
+  return PortableExecutable{file, optional + *optionalSize, *sectionCount, *resources};
+}
+
+// The entry of a resource directory with an id, or its first one; an offset within the resources, with its high bit set
+// for a directory.
+std::optional<uint32_t> DirectoryEntry(std::string_view resources, uint32_t directory, std::optional<uint32_t> id) {
+  const auto named = At<uint16_t>(resources, directory + size_t{12});
+  const auto numbered = At<uint16_t>(resources, directory + size_t{14});
+  if (!named || !numbered)
+    return std::nullopt;
+  for (size_t index = 0; index < size_t{*named} + *numbered; ++index) {
+    const size_t entry = directory + 16 + index * 8;
+    const auto entryId = At<uint32_t>(resources, entry);
+    if (!entryId)
+      return std::nullopt;
+    if (!id || *entryId == *id)
+      return At<uint32_t>(resources, entry + 4);
+  }
+  return std::nullopt;
+}
+
+// The version resource of a program file: type 16, its first name, that one's first language.
+std::string_view VersionResource(std::string_view file) {
+  constexpr uint32_t IsDirectory = 0x80000000;
+  const std::optional<PortableExecutable> program = ReadHeaders(file);
+  if (!program)
+    return {};
+  const std::string_view resources = program->AtAddress(program->resources);
+  std::optional<uint32_t> entry = IsDirectory;
+  for (const std::optional<uint32_t> id : {std::optional<uint32_t>(VersionResourceType), {}, {}}) {
+    if (!entry || (*entry & IsDirectory) == 0)
+      return {};
+    entry = DirectoryEntry(resources, *entry & ~IsDirectory, id);
+  }
+  if (!entry || (*entry & IsDirectory) != 0)
+    return {};
+  const auto address = At<uint32_t>(resources, *entry);
+  const auto size = At<uint32_t>(resources, *entry + size_t{4});
+  return address && size ? Part(program->AtAddress(*address), 0, *size) : std::string_view();
+}
+
+std::string ReadVersionResource(const char *path) {
+  const machine::DiskPath found = machine::FindOnDisk(path);
+  if (found.error != ERROR_SUCCESS || !found.exists || !S_ISREG(found.status.st_mode)) {
+    SetLastError(static_cast<DWORD>(found.error != ERROR_SUCCESS ? found.error : ERROR_FILE_NOT_FOUND));
+    return {};
+  }
+  const machine::Descriptor file(open(found.path.c_str(), O_RDONLY | O_CLOEXEC));
+  std::string bytes(std::min(static_cast<size_t>(found.status.st_size), LargestFile) + 1, '\0');
+  if (!file || static_cast<size_t>(found.status.st_size) > LargestFile || !machine::ReadAll(file.Get(), bytes)) {
+    SetLastError(ERROR_READ_FAULT);
+    return {};
+  }
+  const std::string resource(VersionResource(bytes));
+  if (resource.empty())
+    SetLastError(ERROR_RESOURCE_DATA_NOT_FOUND);
+  return resource;
+}
+
+// ---- The tree of nodes
+// -----------------------------------------------------------------------------------------------
+
+// A node: sizes of itself and of its value, whether that is text, its key in UTF-16, then value and children, each on a
+// boundary of four bytes.
+struct Node {
+  size_t offset;
+  size_t size;
+  size_t valueOffset;
+  size_t valueSize; // in bytes
+  bool text;
+  std::u16string key;
+};
+
+size_t Aligned(size_t offset) { return (offset + 3) & ~size_t{3}; }
+
+std::optional<Node> ReadNode(std::string_view block, size_t offset, size_t end) {
+  const auto size = At<uint16_t>(block, offset);
+  const auto valueSize = At<uint16_t>(block, offset + 2);
+  const auto type = At<uint16_t>(block, offset + 4);
+  if (!size || !valueSize || !type || *size < 6 || offset + *size > std::min(end, block.size()))
+    return std::nullopt;
+  Node node{offset, *size, 0, 0, *type == 1, {}};
+  const size_t nodeEnd = offset + *size;
+  size_t at = offset + 6;
+  for (;; at += 2) {
+    const auto unit = At<char16_t>(block, at);
+    if (!unit || at + 2 > nodeEnd)
+      return std::nullopt;
+    if (*unit == 0)
+      break;
+    node.key += *unit;
+  }
+  node.valueOffset = std::min(Aligned(at + 2), nodeEnd);
+  node.valueSize = std::min<size_t>(size_t{*valueSize} * (node.text ? 2 : 1), nodeEnd - node.valueOffset);
+  return node;
+}
+
+std::optional<Node> FindChild(std::string_view block, const Node &parent, std::u16string_view key) {
+  const size_t end = parent.offset + parent.size;
+  for (size_t at = Aligned(parent.valueOffset + parent.valueSize); at < end;) {
+    std::optional<Node> child = ReadNode(block, at, end);
+    if (!child)
+      return std::nullopt;
+    if (machine::SameName(child->key, key))
+      return child;
+    at = Aligned(at + child->size);
+  }
+  return std::nullopt;
+}
+
+// Ahead of the resource in the caller's block stands its size; behind it there is as much room for a converted text.
+constexpr size_t BlockHeader = sizeof(DWORD);
+
+} // namespace
+
+DWORD GetFileVersionInfoSizeA(const char *path, DWORD *handle) {
+  if (handle != nullptr)
+    *handle = 0;
+  const std::string resource = ReadVersionResource(path);
+  return resource.empty() ? 0 : static_cast<DWORD>(BlockHeader + 2 * Aligned(resource.size()));
+}
+
+BOOL GetFileVersionInfoA(const char *path, DWORD, DWORD size, void *data) {
+  const std::string resource = ReadVersionResource(path);
+  if (resource.empty())
+    return FALSE;
+  if (size < BlockHeader + 2 * Aligned(resource.size())) {
+    SetLastError(ERROR_INSUFFICIENT_BUFFER);
+    return FALSE;
+  }
+  const auto length = static_cast<DWORD>(resource.size());
+  std::memset(data, 0, size);
+  std::memcpy(data, &length, sizeof length);
+  std::memcpy(static_cast<char *>(data) + BlockHeader, resource.data(), resource.size());
+  return TRUE;
+}
+
+BOOL VerQueryValueA(const void *data, const char *query, void **value, UINT *size) {
+  DWORD length = 0;
+  std::memcpy(&length, data, sizeof length);
+  // The block is the caller's to write to; the call's signature only doesn't say so.
+  char *const begin = static_cast<char *>(const_cast<void *>(data)) + BlockHeader;
+  const std::string_view block(begin, length);
+
+  std::optional<Node> node = ReadNode(block, 0, length);
+  std::u16string wide = text::ToWide(query);
+  std::u16string_view path = wide;
+  while (node && !path.empty()) {
+    const std::u16string_view name = path.substr(0, path.find(u'\\'));
+    path.remove_prefix(std::min(name.size() + 1, path.size()));
+    if (!name.empty())
+      node = FindChild(block, *node, name);
+  }
+  if (!node) {
+    SetLastError(ERROR_RESOURCE_TYPE_NOT_FOUND);
+    return FALSE;
+  }
+  if (!node->text) {
+    *value = begin + node->valueOffset;
+    *size = static_cast<UINT>(node->valueSize);
+    return TRUE;
+  }
+  // A text is converted into the room behind the resource, at the place that mirrors its own; code page 932 never needs
+  // more bytes than UTF-16.
+  std::u16string text(node->valueSize / sizeof(char16_t), u'\0');
+  std::memcpy(text.data(), begin + node->valueOffset, text.size() * sizeof(char16_t));
+  text.resize(std::min(text.find(u'\0'), text.size()));
+  const std::string converted = text::FromWide(text);
+  char *const room = begin + Aligned(length) + node->valueOffset;
+  if (!text.empty() && converted.size() >= node->valueSize) {
+    SetLastError(ERROR_RESOURCE_DATA_NOT_FOUND);
+    return FALSE;
+  }
+  if (!text.empty())
+    std::memcpy(room, converted.c_str(), converted.size() + 1);
+  *value = text.empty() ? const_cast<char *>("") : room;
+  *size = static_cast<UINT>(converted.size() + 1);
+  return TRUE;
+}
