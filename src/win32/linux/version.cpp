@@ -50,9 +50,11 @@ struct PortableExecutable {
       const auto begin = At<uint32_t>(file, header + 12);
       const auto size = At<uint32_t>(file, header + 16);
       const auto offset = At<uint32_t>(file, header + 20);
-      if (begin && size && offset && address >= *begin && address - *begin < *size)
-        return Part(file, *offset, std::min<size_t>(*size, file.size() - std::min<size_t>(*offset, file.size())))
-            .substr(std::min<size_t>(address - *begin, file.size() - std::min<size_t>(*offset, file.size())));
+      if (!begin || !size || !offset || address < *begin || *offset > file.size())
+        continue;
+      const std::string_view section = file.substr(*offset, *size);
+      if (address - *begin < section.size())
+        return section.substr(address - *begin);
     }
     return {};
   }
@@ -237,18 +239,18 @@ BOOL VerQueryValueA(const void *data, const char *query, void **value, UINT *siz
   }
   // A text is converted into the room behind the resource, at the place that mirrors its own; code page 932 never needs
   // more bytes than UTF-16.
-  std::u16string text(node->valueSize / sizeof(char16_t), u'\0');
-  std::memcpy(text.data(), begin + node->valueOffset, text.size() * sizeof(char16_t));
-  text.resize(std::min(text.find(u'\0'), text.size()));
-  const std::string converted = text::FromWide(text);
+  std::u16string stored(node->valueSize / sizeof(char16_t), u'\0');
+  std::memcpy(stored.data(), begin + node->valueOffset, stored.size() * sizeof(char16_t));
+  stored.resize(std::min(stored.find(u'\0'), stored.size()));
+  const std::string converted = text::FromWide(stored);
   char *const room = begin + Aligned(length) + node->valueOffset;
-  if (!text.empty() && converted.size() >= node->valueSize) {
+  if (!stored.empty() && converted.size() >= node->valueSize) {
     SetLastError(ERROR_RESOURCE_DATA_NOT_FOUND);
     return FALSE;
   }
-  if (!text.empty())
+  if (!stored.empty())
     std::memcpy(room, converted.c_str(), converted.size() + 1);
-  *value = text.empty() ? const_cast<char *>("") : room;
+  *value = stored.empty() ? const_cast<char *>("") : room;
   *size = static_cast<UINT>(converted.size() + 1);
   return TRUE;
 }

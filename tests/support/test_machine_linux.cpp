@@ -1,0 +1,48 @@
+// The native half: a machine folder of its own for every test.
+#include "support/test_machine.h"
+
+#include "support/dump.h"
+#include "win32/linux/machine.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+// The folder of the test that runs, removed with the next one and at the end.
+struct CurrentFolder {
+  std::filesystem::path path;
+  ~CurrentFolder() { Remove(); }
+  void Remove() {
+    if (!path.empty())
+      std::filesystem::remove_all(path);
+  }
+};
+CurrentFolder folder;
+
+} // namespace
+
+void MachineTest::ResetMachine() {
+  folder.Remove();
+  std::string name = (std::filesystem::temp_directory_path() / "acctkit-test-XXXXXX").string();
+  ASSERT_NE(mkdtemp(name.data()), nullptr);
+  folder.path = name;
+  std::filesystem::create_directories(folder.path / "drive_c" / "acctkit-test");
+  std::filesystem::create_directories(folder.path / "drive_c" / "windows");
+  SetEnvironment("ACCTKIT_MACHINE", name);
+  machine::TakeFault();
+}
+
+std::vector<std::string> DumpKey(HKEY root, const std::string &key) {
+  std::vector<std::string> lines;
+  for (const machine::Value &value : machine::ListValues(root, key.c_str()))
+    lines.push_back(DumpLine(value.name, value.type, value.data));
+  std::ranges::sort(lines);
+  return lines;
+}
+
+void MakeKeyReadOnly(HKEY root, const std::string &key) { machine::MarkKeyReadOnly(root, key.c_str()); }
+
+void SetEnvironment(const char *name, const std::string &value) { setenv(name, value.c_str(), 1); }

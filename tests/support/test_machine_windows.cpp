@@ -1,0 +1,110 @@
+// The Windows half: the machine that the suites run on is theirs to spoil, and is cleared of the clients for every
+// test.
+#include "support/test_machine.h"
+
+#include "support/dump.h"
+#include "support/handles.h"
+
+#include <aclapi.h>
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+namespace {
+
+struct Tree {
+  HKEY root;
+  const char *key;
+};
+
+// Everything below these keys belongs to the clients, or to the tests.
+const Tree Trees[] = {
+    {HKEY_LOCAL_MACHINE, "Software\\AcctKitTest"},
+    {HKEY_CURRENT_USER, "Software\\AcctKitTest"},
+    {HKEY_LOCAL_MACHINE, "Software\\Harveld"},
+    {HKEY_LOCAL_MACHINE, "Software\\Netscape"},
+    {HKEY_CURRENT_USER, "Software\\Netscape"},
+    {HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Outlook Express"},
+    {HKEY_CURRENT_USER, "Software\\Microsoft\\Outlook Express"},
+    {HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\msimn.exe"},
+    {HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\NETSCAPE.EXE"},
+    {HKEY_LOCAL_MACHINE, "Software\\Clients\\Mail"},
+    {HKEY_LOCAL_MACHINE, "Software\\Classes\\mailto"},
+    {HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Account Manager"},
+    {HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Explorer\\Main"},
+    {HKEY_CURRENT_USER, "Identities"},
+};
+
+// Gives a key an access list of its own.
+void SetAccess(HKEY root, const std::string &key, DWORD rights) {
+  BYTE everyone[SECURITY_MAX_SID_SIZE];
+  DWORD size = sizeof everyone;
+  CreateWellKnownSid(WinWorldSid, nullptr, everyone, &size);
+  EXPLICIT_ACCESSA entry{};
+  entry.grfAccessPermissions = rights;
+  entry.grfAccessMode = SET_ACCESS;
+  entry.grfInheritance = SUB_CONTAINERS_AND_OBJECTS_INHERIT;
+  entry.Trustee.TrusteeForm = TRUSTEE_IS_SID;
+  entry.Trustee.ptstrName = reinterpret_cast<char *>(everyone);
+  ACL *list = nullptr;
+  ASSERT_EQ(SetEntriesInAclA(1, &entry, nullptr, &list), static_cast<DWORD>(ERROR_SUCCESS));
+  SECURITY_DESCRIPTOR descriptor;
+  InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION);
+  SetSecurityDescriptorDacl(&descriptor, TRUE, list, FALSE);
+  HKEY handle = nullptr;
+  if (RegOpenKeyExA(root, key.c_str(), 0, WRITE_DAC, &handle) == ERROR_SUCCESS) {
+    const TestKey opened(handle);
+    EXPECT_EQ(RegSetKeySecurity(handle, DACL_SECURITY_INFORMATION, &descriptor), ERROR_SUCCESS);
+  }
+  LocalFree(list);
+}
+
+std::string readOnlyKey;
+HKEY readOnlyRoot = nullptr;
+
+} // namespace
+
+void MachineTest::ResetMachine() {
+  if (!readOnlyKey.empty())
+    SetAccess(readOnlyRoot, std::exchange(readOnlyKey, {}), KEY_ALL_ACCESS);
+  for (const Tree &tree : Trees)
+    RegDeleteTreeA(tree.root, tree.key);
+  for (const Tree &tree : Trees)
+    RegDeleteKeyA(tree.root, tree.key);
+  std::error_code error;
+  std::filesystem::remove_all(L"C:\\acctkit-test", error);
+  CreateDirectoryA(ScratchFolder, nullptr);
+}
+
+std::vector<std::string> DumpKey(HKEY root, const std::string &key) {
+  std::vector<std::string> lines;
+  HKEY handle = nullptr;
+  if (RegOpenKeyExA(root, key.c_str(), 0, KEY_READ, &handle) != ERROR_SUCCESS)
+    return lines;
+  const TestKey opened(handle);
+  for (DWORD index = 0;; ++index) {
+    char name[512];
+    DWORD nameSize = sizeof name;
+    DWORD type = REG_NONE;
+    std::string data(4096, '\0');
+    DWORD size = static_cast<DWORD>(data.size());
+    if (RegEnumValueA(handle, index, name, &nameSize, nullptr, &type, reinterpret_cast<BYTE *>(data.data()), &size) !=
+        ERROR_SUCCESS)
+      break;
+    data.resize(size);
+    lines.push_back(DumpLine(name, type, data));
+  }
+  std::ranges::sort(lines);
+  return lines;
+}
+
+void MakeKeyReadOnly(HKEY root, const std::string &key) {
+  readOnlyRoot = root;
+  readOnlyKey = key;
+  SetAccess(root, key, KEY_READ | WRITE_DAC | DELETE);
+}
+
+void SetEnvironment(const char *name, const std::string &value) {
+  SetEnvironmentVariableA(name, value.c_str());
+  _putenv_s(name, value.c_str());
+}
