@@ -90,7 +90,7 @@ TEST_F(CommunicatorTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
   MailAccountSpec spec = SampleMailSpec();
   spec.accountName.assign(256, 'p');
   refused(spec);
-  spec.accountName.assign(210, 'p'); // the path of its prefs.js has no room
+  spec.accountName.assign(212, 'p'); // the path of its prefs.js has no room
   refused(spec);
   spec = SampleMailSpec();
   spec.senderName.assign(256 - 40, 's'); // one byte more than its line has room for

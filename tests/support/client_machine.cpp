@@ -41,7 +41,7 @@ void ClientTest::InstallCommunicator(const char *version) {
 std::string ClientTest::InstallPlugin(const std::string &plugin) {
   const std::string folder = std::string(ScratchFolder) + "\\\x95\x5c"; // a folder whose name ends in a backslash byte
   MakeFolders(folder);
-  CopyOntoMachine(std::string(PLUGIN_DIR) + "/" + plugin, folder + "\\plugin.dll");
+  CopyOntoMachine(std::string(PLUGIN_DIR) + "/" + plugin + ".dll", folder + "\\plugin.dll");
   PutString(HKEY_LOCAL_MACHINE, PluginKey, "InstPath", folder);
   PutString(HKEY_LOCAL_MACHINE, PluginKey, "ProgramName", "plugin.dll");
 

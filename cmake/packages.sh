@@ -1,0 +1,44 @@
+# What ./run and ./test need of Debian, and how they get it. Sourced by both.
+
+native_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
+test_packages=(googletest gcc-mingw-w64-x86-64)
+windows_packages=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix wine wine64 locales)
+
+# need PACKAGES...: installs what is missing.
+need() {
+  local missing=() package
+  for package in "$@"; do
+    dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+  echo "== installing ${missing[*]}" >&2
+  local as_root=()
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  "${as_root[@]}" apt-get update -qq >&2
+  DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}
+
+# build PRESET: configures and builds, quietly as long as all is well.
+build() {
+  local log
+  log=$(mktemp)
+  if ! { cmake --preset "$1" && cmake --build --preset "$1"; } >"$log" 2>&1; then
+    cat "$log" >&2
+    rm -f "$log"
+    return 1
+  fi
+  if grep -E 'warning:' "$log" >&2; then
+    echo "== the build of $1 has warnings" >&2
+    rm -f "$log"
+    return 1
+  fi
+  rm -f "$log"
+}
+
+# wine_environment FOLDER: a Wine that speaks Japanese, with a prefix and a locale of its own in that folder.
+wine_environment() {
+  export WINEPREFIX=$1/prefix WINEDEBUG=-all DISPLAY='' LOCPATH=$1/locales
+  mkdir -p "$LOCPATH"
+  [ -d "$LOCPATH/ja_JP.UTF-8" ] || localedef -i ja_JP -f UTF-8 "$LOCPATH/ja_JP.UTF-8"
+  export LC_ALL=ja_JP.UTF-8
+}
