@@ -2,6 +2,7 @@
 
 #include "clients/files.h"
 
+#include <algorithm>
 #include <cstring>
 
 // ---- RegistryKey
@@ -120,7 +121,7 @@ int32_t ReadPath(HKEY root, const char *subkey, const char *valueName, std::stri
   const size_t length = std::strlen(subkey);
   if (length >= sizeof buffer)
     return 0;
-  std::memcpy(buffer, subkey, length);
+  std::copy_n(subkey, length, buffer);
   RegistryKey key;
   const int32_t there = key.ReadPathValue(root, buffer, valueName, "");
   path = buffer;

@@ -231,8 +231,10 @@ std::string FormatValue(const HiveValue &value) {
   const bool terminated = value.data.size() % sizeof(char16_t) == 0 && !wide.empty() && wide.back() == u'\0';
   char buffer[24];
   if (IsText(value.type) && terminated) {
-    std::snprintf(buffer, sizeof buffer, value.type == REG_SZ ? "" : "str(%x):", value.type);
-    line += buffer;
+    if (value.type != REG_SZ) {
+      std::snprintf(buffer, sizeof buffer, "str(%x):", value.type);
+      line += buffer;
+    }
     line += '"';
     AppendEscaped(line, std::u16string_view(wide).substr(0, wide.size() - 1), "\"");
     line += '"';

@@ -33,7 +33,7 @@ std::filesystem::path Environment(const char *name) {
 } // namespace
 
 std::filesystem::path Folder() {
-  if (const auto named = Environment("ACCTKIT_MACHINE"); !named.empty())
+  if (auto named = Environment("ACCTKIT_MACHINE"); !named.empty())
     return named;
   if (const auto data = Environment("XDG_DATA_HOME"); data.is_absolute())
     return data / "acctkit/machine";

@@ -21,7 +21,6 @@ using machine::HiveValue;
 constexpr LSTATUS KeyDeleted = 1018;
 constexpr REGSAM RightsToWrite = KEY_SET_VALUE | KEY_CREATE_SUB_KEY | 0x000D0000; // and to delete, or change who may
 constexpr REGSAM MaximumAllowed = 0x02000000;
-constexpr size_t LongestName = 255;
 
 // An open key. It is found again by its path when its hive was loaded anew.
 struct OpenKey {

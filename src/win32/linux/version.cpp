@@ -72,7 +72,7 @@ std::optional<PortableExecutable> ReadHeaders(std::string_view file) {
   if (!sectionCount || !optionalSize || !magic || (*magic != 0x10B && *magic != 0x20B))
     return std::nullopt;
   // The third data directory is the resources'; PE32+ has wider fields ahead of it.
-  const auto resources = At<uint32_t>(file, optional + (*magic == 0x20B ? 112 : 96) + 2 * 8);
+  const auto resources = At<uint32_t>(file, optional + (*magic == 0x20B ? 112U : 96U) + size_t{16});
   if (!resources || *resources == 0)
     return std::nullopt;
   return PortableExecutable{file, optional + *optionalSize, *sectionCount, *resources};
@@ -128,7 +128,7 @@ std::string ReadVersionResource(const char *path) {
     SetLastError(ERROR_READ_FAULT);
     return {};
   }
-  const std::string resource(VersionResource(bytes));
+  std::string resource(VersionResource(bytes));
   if (resource.empty())
     SetLastError(ERROR_RESOURCE_DATA_NOT_FOUND);
   return resource;
