@@ -1,0 +1,264 @@
+#include "accounts.h"
+
+#include "acctkit/acctkit.h"
+#include "registry_view.h"
+#include "text.h"
+
+#include <algorithm>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+// All texts of the report are UTF-8.
+struct Value {
+  std::string name;
+  std::string text;
+};
+
+// An account, a profile, or another place where values of a client stand.
+struct Entry {
+  std::string kind;
+  std::string name;
+  bool isDefault = false;
+  std::string where;
+  std::vector<Value> values;
+};
+
+struct Client {
+  std::string name;
+  std::string version; // empty if it isn't installed
+  bool installed = false;
+  std::vector<Entry> entries;
+};
+
+const std::string CurrentUser = "HKEY_CURRENT_USER\\";
+const std::string LocalMachine = "HKEY_LOCAL_MACHINE\\";
+
+std::string RootName(HKEY root) { return root == HKEY_CURRENT_USER ? CurrentUser : LocalMachine; }
+
+// Those of the named values that a key has.
+std::vector<Value> KeyValues(HKEY root, const std::string &key, const std::vector<const char *> &names) {
+  std::vector<Value> values;
+  for (const char *name : names)
+    if (const auto shown = ShownValue(root, key, name))
+      values.push_back({name, ToUtf8(*shown)});
+  return values;
+}
+
+Entry KeyEntry(std::string kind, const std::string &name, HKEY root, const std::string &key,
+               const std::vector<const char *> &valueNames) {
+  return {std::move(kind), ToUtf8(name), false, RootName(root) + ToUtf8(key), KeyValues(root, key, valueNames)};
+}
+
+// The lines of a text file, as they stand, that begin with one of the words; without any word, all of them.
+std::vector<Value> FileLines(const std::string &bytes, const std::vector<std::string> &beginnings) {
+  std::vector<Value> lines;
+  size_t begin = 0;
+  while (begin < bytes.size()) {
+    const size_t end = std::min(bytes.find('\n', begin), bytes.size());
+    std::string line = bytes.substr(begin, end - begin);
+    begin = end + 1;
+    if (line.ends_with('\r'))
+      line.pop_back();
+    if (beginnings.empty() ||
+        std::ranges::any_of(beginnings, [&](const std::string &word) { return line.starts_with(word); }))
+      lines.push_back({"", ToUtf8(line)});
+  }
+  return lines;
+}
+
+// ---- Outlook Express
+// -------------------------------------------------------------------------------------------------
+
+const std::string ManagerKey = "Software\\Microsoft\\Internet Account Manager";
+
+const std::vector<const char *> AccountValues = {"Account Name",
+                                                 "POP3 Server",
+                                                 "POP3 User Name",
+                                                 "POP3 Skip Account",
+                                                 "POP3 Prompt for Password",
+                                                 "Leave Mail On Server",
+                                                 "SMTP Server",
+                                                 "SMTP Email Address",
+                                                 "SMTP Display Name",
+                                                 "NNTP Server",
+                                                 "NNTP User Name",
+                                                 "NNTP Email Address",
+                                                 "NNTP Display Name",
+                                                 "NNTP Prompt for Password",
+                                                 "NNTP Split Messages",
+                                                 "NNTP Split Message Size",
+                                                 "Connection Type",
+                                                 "Connectoid"};
+
+std::vector<Entry> OutlookExpressEntries() {
+  std::vector<Entry> entries;
+  const std::string standard = ShownValue(HKEY_CURRENT_USER, ManagerKey, "Default Mail Account").value_or("");
+  for (const std::string &name : Subkeys(HKEY_CURRENT_USER, ManagerKey + "\\Accounts")) {
+    const std::string key = ManagerKey + "\\Accounts\\" + name;
+    const bool news = ShownValue(HKEY_CURRENT_USER, key, "NNTP Server").has_value();
+    entries.push_back(KeyEntry(news ? "news account" : "mail account", name, HKEY_CURRENT_USER, key, AccountValues));
+    entries.back().isDefault = name == standard;
+  }
+  const std::string browser = "Software\\Microsoft\\Internet Explorer\\Main";
+  if (ShownValue(HKEY_CURRENT_USER, browser, "Start Page"))
+    entries.push_back(KeyEntry("browser", "", HKEY_CURRENT_USER, browser, {"Start Page"}));
+  return entries;
+}
+
+// ---- Communicator
+// ----------------------------------------------------------------------------------------------------
+
+const std::string UsersKey = "SOFTWARE\\Netscape\\Netscape Navigator\\Users";
+const std::string BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users";
+
+const std::vector<std::string> ShownPreferences = {"user_pref(\"mail.", "user_pref(\"network.hosts.",
+                                                   "user_pref(\"news.", "user_pref(\"browser.startup."};
+
+void AddPrefs(std::vector<Entry> &entries, const std::string &directory) {
+  const std::string path = directory + "\\prefs.js";
+  if (const auto bytes = FileBytes(path))
+    entries.push_back({"prefs.js", "", false, ToUtf8(path), FileLines(*bytes, ShownPreferences)});
+}
+
+std::vector<Entry> CommunicatorEntries() {
+  std::set<std::string> profiles;
+  for (const auto &[root, key] : {std::pair(HKEY_LOCAL_MACHINE, UsersKey), {HKEY_CURRENT_USER, BiffKey}})
+    profiles.merge([&] {
+      const std::vector<std::string> names = Subkeys(root, key);
+      return std::set<std::string>(names.begin(), names.end());
+    }());
+  std::vector<Entry> entries;
+  for (const std::string &profile : profiles) {
+    const std::string user = UsersKey + "\\" + profile;
+    const std::string biff = BiffKey + "\\" + profile;
+    entries.push_back(
+        KeyEntry("profile", profile, HKEY_LOCAL_MACHINE, user, {"EmailAddr", "UserName", "DirRoot", "Obsoleted"}));
+    entries.push_back(KeyEntry("new mail", profile, HKEY_CURRENT_USER, biff, {"defaultServer"}));
+    for (const std::string &server : Subkeys(HKEY_CURRENT_USER, biff + "\\servers"))
+      entries.push_back(
+          KeyEntry("new mail", server, HKEY_CURRENT_USER, biff + "\\servers\\" + server, {"popstatePath"}));
+    if (const auto directory = ShownValue(HKEY_LOCAL_MACHINE, user, "DirRoot"))
+      AddPrefs(entries, *directory);
+  }
+  // Without a profile's name a start page goes to the folder of all profiles.
+  if (const auto folder =
+          ShownValue(HKEY_CURRENT_USER, "Software\\Netscape\\Netscape Navigator\\Main", "Install Directory"))
+    AddPrefs(entries, *folder + "\\Users");
+  return entries;
+}
+
+// ---- The external mailer
+// ---------------------------------------------------------------------------------------------
+
+std::vector<Entry> MailerEntries() {
+  const std::string key = "SOFTWARE\\Harveld\\@zuvioSetup";
+  const auto folder = ShownValue(HKEY_LOCAL_MACHINE, key, "InstPath");
+  if (!folder)
+    return {};
+  std::vector<Entry> entries = {KeyEntry("plug-in", "", HKEY_LOCAL_MACHINE, key, {"InstPath", "ProgramName"})};
+  const std::string settings = *folder + "\\settings.txt"; // the sample plug-in's
+  if (const auto bytes = FileBytes(settings))
+    entries.push_back({"handed over", "", false, ToUtf8(settings), FileLines(*bytes, {})});
+  return entries;
+}
+
+// ---- The report
+// ------------------------------------------------------------------------------------------------------
+
+struct KnownClient {
+  int32_t index;
+  const char *name;
+  std::vector<Entry> (*entries)();
+};
+constexpr KnownClient KnownClients[] = {{0, "Outlook Express", OutlookExpressEntries},
+                                        {1, "Netscape Communicator", CommunicatorEntries}};
+
+std::string VersionText(int32_t client) {
+  int32_t major = 0;
+  int32_t minor = 0;
+  return GetMailVersion(client, &major, &minor) ? std::to_string(major) + "." + std::to_string(minor) : "";
+}
+
+std::vector<Client> ReadClients() {
+  std::vector<Client> clients;
+  for (const KnownClient &known : KnownClients)
+    clients.push_back({known.name, VersionText(known.index), IsInstallMailer(known.index) != 0, known.entries()});
+  std::vector<Entry> mailer = MailerEntries();
+  const bool plugin = !mailer.empty();
+  clients.push_back({"External mailer", "", plugin, std::move(mailer)});
+  return clients;
+}
+
+void PrintText(const std::vector<Client> &clients) {
+  for (const Client &client : clients) {
+    std::cout << client.name << (client.version.empty() ? "" : " " + client.version)
+              << (client.installed ? "" : ", not installed") << '\n';
+    for (const Entry &entry : client.entries) {
+      std::cout << "  " << entry.kind << (entry.name.empty() ? "" : " " + entry.name)
+                << (entry.isDefault ? " (default)" : "") << "  [" << entry.where << "]\n";
+      size_t width = 0;
+      for (const Value &value : entry.values)
+        width = std::max(width, DisplayWidth(value.name));
+      for (const Value &value : entry.values)
+        std::cout << "    " << value.name
+                  << std::string(value.name.empty() ? 0 : width + 2 - DisplayWidth(value.name), ' ') << value.text
+                  << '\n';
+    }
+    std::cout << '\n';
+  }
+}
+
+void PrintJson(const std::vector<Client> &clients) {
+  using Json = nlohmann::ordered_json;
+  Json document = Json::array();
+  for (const Client &client : clients) {
+    Json entries = Json::array();
+    for (const Entry &entry : client.entries) {
+      Json values = Json::object();
+      Json lines = Json::array();
+      for (const Value &value : entry.values)
+        if (value.name.empty())
+          lines.push_back(value.text);
+        else
+          values[value.name] = value.text;
+      entries.push_back({{"kind", entry.kind},
+                         {"name", entry.name},
+                         {"default", entry.isDefault},
+                         {"where", entry.where},
+                         {"values", values},
+                         {"lines", lines}});
+    }
+    document.push_back(
+        {{"client", client.name}, {"version", client.version}, {"installed", client.installed}, {"entries", entries}});
+  }
+  std::cout << document.dump(2) << '\n';
+}
+
+} // namespace
+
+void PrintAccounts(bool asJson) {
+  const std::vector<Client> clients = ReadClients();
+  if (asJson)
+    PrintJson(clients);
+  else
+    PrintText(clients);
+}
+
+void PrintStatus() {
+  const auto row = [](const std::string &client, const std::string &version, const std::string &mail,
+                      const std::string &news) {
+    std::cout << client << std::string(24 - client.size(), ' ') << version
+              << std::string(10 - std::min<size_t>(version.size(), 9), ' ') << mail << std::string(6 - mail.size(), ' ')
+              << news << '\n';
+  };
+  row("client", "version", "mail", "news");
+  for (const KnownClient &known : KnownClients)
+    row(known.name, VersionText(known.index), IsInstallMailer(known.index) ? "yes" : "no",
+        IsInstallNews(known.index) ? "yes" : "no");
+  row("External mailer", "", MailerEntries().empty() ? "no" : "yes", "no");
+}

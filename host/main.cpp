@@ -1,0 +1,174 @@
+// acctkit: a host program for AcctKit. Exit status 0 for yes or done, 1 for no or failed, 2 for wrong usage.
+#include "account_commands.h"
+#include "accounts.h"
+#include "acctkit/acctkit.h"
+#include "platform.h"
+#include "sample_machine.h"
+#include "signup_file.h"
+#include "text.h"
+#include "usage.h"
+
+#include <algorithm>
+#include <iostream>
+#include <memory>
+
+namespace {
+
+// The command that was chosen, once all arguments are read.
+struct Chosen {
+  Action action;
+  bool writes = false;
+  bool makesMachine = false;
+};
+
+int Tell(bool done) {
+  std::cout << (done ? "done\n" : "failed\n");
+  return done ? 0 : 1;
+}
+
+int Fail(const std::string &why) {
+  std::cerr << "acctkit: " << why << '\n';
+  return 1;
+}
+
+// One of the client names twice, or both versions of a client, make no machine.
+void CheckClients(const std::vector<std::string> &clients) {
+  for (const std::string &client : clients)
+    if (std::ranges::find(SampleClients, client) == SampleClients.end())
+      throw UsageError(client == "netscape6" ? "--with: netscape6 isn't there yet"
+                                             : "--with: there is no client " + client);
+  if (std::ranges::count_if(clients, [](const std::string &client) { return client.starts_with("oe"); }) > 1)
+    throw UsageError("--with: a machine has one of oe4 and oe5");
+}
+
+void AddMachineCommand(CLI::App &app, Chosen &chosen) {
+  CLI::App *const machine = app.add_subcommand("machine", "Makes a sample machine");
+  machine->require_subcommand(1);
+  CLI::App *const made = machine->add_subcommand("new", "Makes a sample machine with clients installed");
+  const auto clients =
+      std::make_shared<std::vector<std::string>>(std::vector<std::string>{"oe5", "communicator", "mailer"});
+  made->add_option("--with", *clients, "the clients, of oe4 oe5 communicator mailer, with commas between them")
+      ->delimiter(',')
+      ->type_name("LIST");
+  made->callback([&chosen, clients] {
+    CheckClients(*clients);
+    chosen.makesMachine = true;
+    chosen.action = [clients] {
+      std::string problem = platform::MakeMachine();
+      if (problem.empty())
+        problem = InstallSamples(*clients);
+      if (!problem.empty())
+        return Fail(problem);
+      std::cout << "made a sample machine in " << platform::MachineName() << '\n';
+      return 0;
+    };
+  });
+}
+
+void AddViewCommands(CLI::App &app, Chosen &chosen) {
+  app.add_subcommand("status", "Shows the clients and their versions")->callback([&chosen] {
+    chosen.action = [] {
+      PrintStatus();
+      return 0;
+    };
+  });
+  CLI::App *const accounts = app.add_subcommand("accounts", "Shows every account and where its values stand");
+  const auto asJson = std::make_shared<bool>(false);
+  accounts->add_flag("--json", *asJson, "as one JSON document");
+  accounts->callback([&chosen, asJson] {
+    chosen.action = [asJson] {
+      PrintAccounts(*asJson);
+      return 0;
+    };
+  });
+}
+
+void AddSignupCommands(CLI::App &app, Chosen &chosen) {
+  CLI::App *const signup = app.add_subcommand("signup", "Configures the machine after a sign-up");
+  const auto file = std::make_shared<std::string>();
+  signup->add_option("FILE", *file, "what the service knows of the subscriber, lines of key=value")->required();
+  signup->callback([&chosen, file] {
+    const SignupRecord record = ReadSignupFile(*file);
+    chosen.writes = true;
+    chosen.action = [record] {
+      const bool taken = SetupAfterSignup(&record) == 1;
+      std::cout << (taken ? "done, the mailer plug-in took the account too\n"
+                          : "done for the clients that are installed, no mailer plug-in took the account\n");
+      return taken ? 0 : 1;
+    };
+  });
+  app.add_subcommand("completed", "Tells the mailer plug-in that all is done")->callback([&chosen] {
+    chosen.writes = true;
+    chosen.action = [] { return Tell(SetupCompleted() == 1); };
+  });
+}
+
+void AddBrowserCommands(CLI::App &app, Chosen &chosen) {
+  struct StartPage {
+    int client = 0;
+    std::string profile;
+    std::string url;
+  };
+  CLI::App *const command = app.add_subcommand("start-page", "Sets the browser's start page");
+  const auto page = std::make_shared<StartPage>();
+  AddClientOption(*command, page->client)->required();
+  AddTextOption(*command, "--profile", page->profile, "the Communicator profile");
+  AddTextOption(*command, "URL", page->url, "the new start page")->required();
+  command->callback([&chosen, page] {
+    chosen.writes = true;
+    chosen.action = [page] {
+      return Tell(SetBrowserStartPage(page->client, page->profile.c_str(), page->url.c_str()) == 1);
+    };
+  });
+  app.add_subcommand("outlook-disable", "Takes Outlook Express accounts off the service's dial-up connection")
+      ->callback([&chosen] {
+        chosen.writes = true;
+        chosen.action = [] { return Tell(OutlookDisable() == 1); };
+      });
+}
+
+// Runs the command with the machine held as far as it needs that, and says what the machine was in the way with.
+int Run(const Chosen &chosen) {
+  if (!chosen.makesMachine)
+    if (const std::string problem = platform::Problem(chosen.writes); !problem.empty())
+      return Fail(problem);
+  int status = 0;
+  if (chosen.writes) {
+    const platform::MachineLock lock;
+    status = chosen.action();
+  } else {
+    status = chosen.action();
+  }
+  if (const std::string fault = platform::TakeFault(); !fault.empty())
+    return Fail(fault);
+  return std::cout.flush() ? status : Fail("the output can't be written");
+}
+
+} // namespace
+
+int RunHost(const std::vector<std::string> &arguments) {
+  Chosen chosen;
+  CLI::App app("Puts a subscriber's mail and news settings into the client programs of a machine", "acctkit");
+  app.require_subcommand(1);
+  if (platform::HasMachineFolders())
+    app.add_option_function<std::string>("--machine", platform::UseMachine, "the machine folder")->type_name("DIR");
+  AddMachineCommand(app, chosen);
+  AddViewCommands(app, chosen);
+  AddAccountCommands(app, chosen.action, chosen.writes);
+  AddSignupCommands(app, chosen);
+  AddBrowserCommands(app, chosen);
+  try {
+    // The parser takes the arguments last one first.
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+  } catch (const CLI::CallForHelp &) {
+    std::cout << app.help();
+    return 0;
+  } catch (const CLI::ParseError &error) {
+    std::cerr << "acctkit: " << error.what() << '\n';
+    return 2;
+  } catch (const UsageError &error) {
+    std::cerr << "acctkit: " << error.what() << '\n';
+    return 2;
+  }
+  return Run(chosen);
+}

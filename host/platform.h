@@ -1,0 +1,41 @@
+// What differs between the platforms for the host program.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+// Whether the machine can be chosen with --machine; on Windows it is the one that the program runs on.
+bool HasMachineFolders();
+void UseMachine(const std::string &folder);
+std::string MachineName();
+
+// Makes an empty machine where the program is to make a sample machine. A line that says why it can't, or an empty
+// text.
+std::string MakeMachine();
+
+// Holds the machine over a command that reads, decides and writes.
+class MachineLock {
+public:
+  MachineLock();
+  ~MachineLock();
+
+private:
+  struct Held;
+  std::unique_ptr<Held> held;
+};
+
+// Why the machine can't be used, and what went wrong beneath the calls since; a line each, empty if nothing did.
+std::string Problem(bool forWriting);
+std::string TakeFault();
+
+// The sample mailer plug-in as it was built or installed with this program.
+std::filesystem::path SamplePlugin();
+
+} // namespace platform
+
+// The program itself, with its arguments in UTF-8 and without its name; the answer is its exit status.
+int RunHost(const std::vector<std::string> &arguments);

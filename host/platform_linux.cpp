@@ -1,0 +1,46 @@
+#include "platform.h"
+
+#include "win32/linux/machine.h"
+
+#include <cstdlib>
+
+namespace platform {
+
+namespace fs = std::filesystem;
+
+bool HasMachineFolders() { return true; }
+
+void UseMachine(const std::string &folder) { setenv("ACCTKIT_MACHINE", folder.c_str(), 1); }
+
+std::string MachineName() { return machine::Folder().string(); }
+
+std::string MakeMachine() {
+  const fs::path folder = machine::Folder();
+  for (const char *part : {"drive_c", "system.reg", "user.reg"})
+    if (fs::exists(folder / part))
+      return folder.string() + ": this is a machine folder already";
+  std::error_code error;
+  fs::create_directories(folder / "drive_c" / "windows", error);
+  return error ? folder.string() + ": " + error.message() : std::string();
+}
+
+struct MachineLock::Held {
+  machine::Lock lock;
+};
+
+MachineLock::MachineLock() : held(std::make_unique<Held>()) {}
+MachineLock::~MachineLock() = default;
+
+std::string Problem(bool forWriting) { return machine::Problem(forWriting); }
+
+std::string TakeFault() { return machine::TakeFault(); }
+
+fs::path SamplePlugin() {
+  const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
+  const fs::path built = here / "sample_mailer.dll";
+  return fs::exists(built) ? built : here.parent_path() / ACCTKIT_PLUGIN_FOLDER / "sample_mailer.dll";
+}
+
+} // namespace platform
+
+int main(int count, char **arguments) { return RunHost({arguments + 1, arguments + count}); }

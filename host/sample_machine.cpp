@@ -1,0 +1,144 @@
+#include "sample_machine.h"
+
+#include "platform.h"
+#include "win32/win32.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+const std::vector<std::string> SampleClients = {"oe4", "oe5", "communicator", "mailer"};
+
+namespace {
+
+// A value of the sample machine, entered with one of the clients; a null text is a number.
+struct SampleValue {
+  const char *client;
+  HKEY root;
+  const char *key;
+  const char *name;
+  const char *text;
+  DWORD number;
+};
+
+#define ACCOUNT_MANAGER "Software\\Microsoft\\Internet Account Manager"
+#define ACCOUNT ACCOUNT_MANAGER "\\Accounts\\00000001"
+#define NAVIGATOR "Software\\Netscape\\Netscape Navigator"
+#define APP_PATHS "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\"
+#define COMMUNICATOR_FOLDER "C:\\Program Files\\Netscape\\Communicator"
+#define PROFILE_FOLDER COMMUNICATOR_FOLDER "\\Users\\home"
+#define MAILER_FOLDER "C:\\Program Files\\Harveld\\SampleMailer"
+#define IDENTITY "{5B8E2F40-1C11-4D5A-9E0B-7A6D3C2F1E00}"
+
+const SampleValue Values[] = {
+    {"oe4", HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Outlook Express", "MediaVer", "4,72,3110,0", 0},
+    {"oe5", HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Outlook Express", "MediaVer", "5,50,4522,1200", 0},
+    {"oe5", HKEY_CURRENT_USER, "Identities", "Default User ID", IDENTITY, 0},
+    {"oe", HKEY_LOCAL_MACHINE, APP_PATHS "msimn.exe", nullptr, "%ProgramFiles%\\Outlook Express\\msimn.exe", 0},
+    {"oe", HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Windows\\CurrentVersion", "ProgramFilesDir", "C:\\Program Files",
+     0},
+    {"oe", HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Explorer\\Main", "Start Page", "http://old.example/", 0},
+    {"oe", HKEY_CURRENT_USER, ACCOUNT_MANAGER, "Account Name", nullptr, 2},
+    {"oe", HKEY_CURRENT_USER, ACCOUNT_MANAGER, "Default Mail Account", "00000001", 0},
+    {"oe", HKEY_CURRENT_USER, ACCOUNT, "Account Name", "会社のメール", 0},
+    {"oe", HKEY_CURRENT_USER, ACCOUNT, "POP3 Server", "pop.company.example", 0},
+    {"oe", HKEY_CURRENT_USER, ACCOUNT, "POP3 User Name", "yamada", 0},
+    {"oe", HKEY_CURRENT_USER, ACCOUNT, "SMTP Server", "smtp.company.example", 0},
+    {"oe", HKEY_CURRENT_USER, ACCOUNT, "SMTP Email Address", "yamada@company.example", 0},
+    {"oe", HKEY_CURRENT_USER, ACCOUNT, "SMTP Display Name", "山田 太郎", 0},
+    {"oe", HKEY_CURRENT_USER, ACCOUNT, "Connection Type", nullptr, 2},
+    {"oe", HKEY_CURRENT_USER, ACCOUNT, "Connectoid", "@zuvioダイヤラ", 0},
+    {"communicator", HKEY_LOCAL_MACHINE, NAVIGATOR, "CurrentVersion", "4.75", 0},
+    {"communicator", HKEY_LOCAL_MACHINE, "SOFTWARE\\Netscape\\Conference", "CurrentVersion", "4.75 [ja]", 0},
+    {"communicator", HKEY_LOCAL_MACHINE, APP_PATHS "NETSCAPE.EXE", nullptr,
+     COMMUNICATOR_FOLDER "\\Program\\NETSCAPE.EXE", 0},
+    {"communicator", HKEY_CURRENT_USER, NAVIGATOR "\\Main", "Install Directory", COMMUNICATOR_FOLDER, 0},
+    {"communicator", HKEY_LOCAL_MACHINE, NAVIGATOR "\\Users\\home", "DirRoot", PROFILE_FOLDER, 0},
+    {"communicator", HKEY_LOCAL_MACHINE, NAVIGATOR "\\Users\\home", "EmailAddr", "yamada@company.example", 0},
+    {"communicator", HKEY_LOCAL_MACHINE, NAVIGATOR "\\Users\\home", "UserName", "山田 太郎", 0},
+    {"communicator", HKEY_CURRENT_USER, NAVIGATOR "\\biff\\users\\home", "defaultServer", "pop.company.example", 0},
+    {"communicator", HKEY_CURRENT_USER, NAVIGATOR "\\biff\\users\\home\\servers\\pop.company.example", "popstatePath",
+     PROFILE_FOLDER "\\mail\\popstate.dat", 0},
+    {"mailer", HKEY_LOCAL_MACHINE, "SOFTWARE\\Harveld\\@zuvioSetup", "InstPath", MAILER_FOLDER, 0},
+    {"mailer", HKEY_LOCAL_MACHINE, "SOFTWARE\\Harveld\\@zuvioSetup", "ProgramName", "sample_mailer.dll", 0},
+};
+
+struct SampleFile {
+  const char *client; // empty: on every machine
+  const char *path;
+  const char *text;
+};
+const SampleFile Files[] = {
+    {"oe", "C:\\Program Files\\Outlook Express\\msimn.exe", "sample program\r\n"},
+    {"communicator", COMMUNICATOR_FOLDER "\\Program\\NETSCAPE.EXE", "sample program\r\n"},
+    {"communicator", PROFILE_FOLDER "\\prefs.js",
+     "// Netscape User Preferences\r\n// This is a generated file!  Do not edit.\r\n\r\n"
+     "user_pref(\"browser.startup.homepage\", \"http://old.example/\");\r\n"
+     "user_pref(\"mail.identity.useremail\", \"yamada@company.example\");\r\n"
+     "user_pref(\"mail.identity.username\", \"山田 太郎\");\r\n"
+     "user_pref(\"mail.pop_name\", \"yamada\");\r\n"},
+    {"mailer", MAILER_FOLDER "\\mailer.exe", "sample program\r\n"},
+    {"", "C:\\Program Files\\Zuvio\\service.ini",
+     "[MAIL_SERVER]\r\nserver_max=2\r\n"
+     "disp1=mail.zuvio.example\r\npop1=pop.zuvio.example\r\nsmtp1=smtp.zuvio.example\r\n"
+     "disp2=legacy.zuvio.example\r\npop2=pop.legacy.zuvio.example\r\nsmtp2=smtp.legacy.zuvio.example\r\n"
+     "disp_mail=mail.zuvio.example\r\n\r\n"
+     "[ADDMAIL_SERVER]\r\nserver_max=1\r\ndisp1=mail.zuvio.example\r\n\r\n"
+     "[NEWS_SERVER]\r\nnntp1=forum.zuvio.example\r\nnntp2=square.zuvio.example\r\n"
+     "disp_nntp1=フォーラム会議室\r\ndisp_nntp2=カモメ（web会議室）\r\n"},
+};
+
+bool EnterValue(const SampleValue &value) {
+  HKEY key = nullptr;
+  if (RegCreateKeyExA(value.root, value.key, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr) != ERROR_SUCCESS)
+    return false;
+  const bool text = value.text != nullptr;
+  const void *const data = text ? static_cast<const void *>(value.text) : &value.number;
+  const size_t size = text ? std::strlen(value.text) + 1 : sizeof value.number;
+  const LSTATUS result = RegSetValueExA(key, value.name, 0, text ? REG_SZ : REG_DWORD, static_cast<const BYTE *>(data),
+                                        static_cast<DWORD>(size));
+  RegCloseKey(key);
+  return result == ERROR_SUCCESS;
+}
+
+// Makes the folders on the way; the sample paths have no character whose second byte is a backslash.
+bool EnterFile(const std::string &path, const std::string &bytes) {
+  for (size_t end = path.find('\\', 3); end != std::string::npos; end = path.find('\\', end + 1))
+    CreateDirectoryA(path.substr(0, end).c_str(), nullptr);
+  const HANDLE file =
+      CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE)
+    return false;
+  DWORD written = 0;
+  const BOOL result = WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  return CloseHandle(file) && result;
+}
+
+// Whether the entry belongs to one of the clients; "oe" stands for either version.
+bool IsWanted(const std::string &client, const std::vector<std::string> &clients) {
+  return std::ranges::any_of(clients, [&](const std::string &wanted) {
+    return client.empty() || client == wanted || (client == "oe" && wanted.starts_with("oe"));
+  });
+}
+
+std::string InstallPlugin() {
+  const std::filesystem::path plugin = platform::SamplePlugin();
+  std::ifstream file(plugin, std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  if (bytes.empty())
+    return plugin.string() + ": the sample plug-in can't be read";
+  return EnterFile(MAILER_FOLDER "\\sample_mailer.dll", bytes) ? "" : "the sample plug-in can't be written";
+}
+
+} // namespace
+
+std::string InstallSamples(const std::vector<std::string> &clients) {
+  for (const SampleFile &file : Files)
+    if (IsWanted(file.client, clients) && !EnterFile(file.path, file.text))
+      return std::string(file.path) + ": the file can't be written";
+  for (const SampleValue &value : Values)
+    if (IsWanted(value.client, clients) && !EnterValue(value))
+      return std::string(value.key) + ": the registry can't be written";
+  return IsWanted("mailer", clients) ? InstallPlugin() : std::string();
+}

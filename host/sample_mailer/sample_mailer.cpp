@@ -1,0 +1,57 @@
+// The plug-in of a sample mailer: it keeps the account that it is handed in a text file of its own.
+#include "acctkit/acctkit.h"
+#include "win32/win32.h"
+
+#include <cstdio>
+#include <string>
+#include <utility>
+
+namespace {
+
+constexpr const char *SettingsFile = "C:\\Program Files\\Harveld\\SampleMailer\\settings.txt";
+
+HANDLE OpenSettings(DWORD access, DWORD disposition) {
+  return CreateFileA(SettingsFile, access, 0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+} // namespace
+
+extern "C" {
+
+ACCTKIT_API int32_t ACCTKIT_CALL GetMailerInfo(MailerInfo *info, int32_t size) {
+  if (size != static_cast<int32_t>(sizeof *info))
+    return 0;
+  std::snprintf(info->name, sizeof info->name, "サンプルメーラー");
+  std::snprintf(info->path, sizeof info->path, "C:\\Program Files\\Harveld\\SampleMailer\\mailer.exe");
+  return 1;
+}
+
+ACCTKIT_API int32_t ACCTKIT_CALL SetMailEnvironment(const MailEnvironment *environment, int32_t size) {
+  if (size != static_cast<int32_t>(sizeof *environment))
+    return 0;
+  const std::pair<const char *, const char *> fields[] = {
+      {"serviceId", environment->serviceId},     {"connectionName", environment->connectionName},
+      {"senderName", environment->senderName},   {"mailUser", environment->mailUser},
+      {"mailAddress", environment->mailAddress}, {"popServer", environment->popServer},
+      {"smtpServer", environment->smtpServer}};
+  std::string text;
+  for (const auto &[name, value] : fields)
+    text.append(name).append("=").append(value).append("\r\n");
+  const HANDLE file = OpenSettings(GENERIC_WRITE, CREATE_ALWAYS);
+  if (file == INVALID_HANDLE_VALUE)
+    return 0;
+  DWORD written = 0;
+  const BOOL kept = WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+  return CloseHandle(file) && kept ? 1 : 0;
+}
+
+// 1 if an account has been handed over.
+ACCTKIT_API int32_t ACCTKIT_CALL SetCompleteFlag(void) {
+  const HANDLE file = OpenSettings(GENERIC_READ, OPEN_EXISTING);
+  if (file == INVALID_HANDLE_VALUE)
+    return 0;
+  CloseHandle(file);
+  return 1;
+}
+
+} // extern "C"

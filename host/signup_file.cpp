@@ -1,0 +1,68 @@
+#include "signup_file.h"
+
+#include "text.h"
+#include "usage.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <span>
+
+namespace {
+
+struct TextField {
+  const char *name;
+  std::span<char> field;
+};
+
+void Fill(SignupRecord &record, const std::string &key, const std::string &value) {
+  const TextField fields[] = {{"serviceId", record.serviceId},     {"connectionName", record.connectionName},
+                              {"senderName", record.senderName},   {"mailUser", record.mailUser},
+                              {"mailAddress", record.mailAddress}, {"popServer", record.popServer},
+                              {"smtpServer", record.smtpServer},   {"startPage", record.startPage}};
+  if (key == "serviceKind") {
+    if (value != "0" && value != "1")
+      throw UsageError("serviceKind is 0 or 1");
+    record.serviceKind = value == "1" ? 1 : 0;
+    return;
+  }
+  const auto known = std::ranges::find(fields, key, &TextField::name);
+  if (known == std::end(fields))
+    throw UsageError("there is no field " + key);
+  const std::optional<std::string> text = FromUtf8(value);
+  if (!text)
+    throw UsageError(key + " has a character that code page 932 doesn't have");
+  if (text->size() >= known->field.size())
+    throw UsageError(key + " is longer than " + std::to_string(known->field.size() - 1) + " bytes");
+  std::ranges::copy(*text, known->field.begin());
+}
+
+} // namespace
+
+SignupRecord ReadSignupFile(const std::string &path) {
+  std::ifstream file{std::filesystem::path(reinterpret_cast<const char8_t *>(path.c_str()))};
+  if (!file)
+    throw UsageError(path + ": the file can't be read");
+  SignupRecord record{};
+  std::set<std::string> seen;
+  std::string line;
+  for (int number = 1; std::getline(file, line); ++number) {
+    if (line.ends_with('\r'))
+      line.pop_back();
+    if (line.empty() || line[0] == '#')
+      continue;
+    try {
+      const size_t equals = line.find('=');
+      if (equals == std::string::npos)
+        throw UsageError("a line is key=value");
+      const std::string key = line.substr(0, equals);
+      if (!seen.insert(key).second)
+        throw UsageError(key + " stands there twice");
+      Fill(record, key, line.substr(equals + 1));
+    } catch (const UsageError &error) {
+      throw UsageError(path + ":" + std::to_string(number) + ": " + error.what());
+    }
+  }
+  return record;
+}

@@ -1,0 +1,44 @@
+#include "text.h"
+
+namespace {
+
+using WideText = std::basic_string<WCHAR>;
+
+WideText Widen(UINT codePage, const std::string &text) {
+  if (text.empty())
+    return {};
+  const int length = static_cast<int>(text.size());
+  WideText wide(text.size(), WCHAR{});
+  wide.resize(static_cast<size_t>(MultiByteToWideChar(codePage, 0, text.data(), length, wide.data(), length)));
+  return wide;
+}
+
+std::string Narrow(UINT codePage, const WideText &wide) {
+  constexpr size_t LongestCharacter = 4;
+  if (wide.empty())
+    return {};
+  std::string text(wide.size() * LongestCharacter, '\0');
+  text.resize(static_cast<size_t>(WideCharToMultiByte(codePage, 0, wide.data(), static_cast<int>(wide.size()),
+                                                      text.data(), static_cast<int>(text.size()), nullptr, nullptr)));
+  return text;
+}
+
+} // namespace
+
+std::string WideToUtf8(const WideText &wide) { return Narrow(CP_UTF8, wide); }
+
+std::string ToUtf8(const std::string &text) { return Narrow(CP_UTF8, Widen(CP_ACP, text)); }
+
+std::optional<std::string> FromUtf8(const std::string &utf8) {
+  const std::string text = Narrow(CP_ACP, Widen(CP_UTF8, utf8));
+  return ToUtf8(text) == utf8 ? std::optional(text) : std::nullopt;
+}
+
+size_t DisplayWidth(const std::string &utf8) {
+  size_t width = 0;
+  for (const WCHAR unit : Widen(CP_UTF8, utf8)) {
+    const bool wide = (unit >= 0x1100 && unit < 0xFF61) || (unit >= 0xFFE0 && unit < 0xFFE7);
+    width += wide ? 2 : 1;
+  }
+  return width;
+}

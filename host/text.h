@@ -1,0 +1,18 @@
+// The program speaks UTF-8 to its user and the system's code page to the library and the platform.
+#pragma once
+
+#include "win32/win32.h"
+
+#include <optional>
+#include <string>
+
+std::string WideToUtf8(const std::basic_string<WCHAR> &wide);
+
+// A text of the system's code page for the user.
+std::string ToUtf8(const std::string &text);
+
+// A text of the user for the system; nothing if it isn't UTF-8 or the code page can't hold it.
+std::optional<std::string> FromUtf8(const std::string &utf8);
+
+// The columns that a text takes in a terminal, where Japanese characters take two.
+size_t DisplayWidth(const std::string &utf8);
