@@ -339,24 +339,19 @@ std::string Hive::Load(std::string fileText) {
   if (!rest.ends_with('\n'))
     return damage(1 + static_cast<size_t>(std::ranges::count(rest, '\n')), "the file ends within a line");
 
-  size_t lineNumber = 0;
-  do {
-    TakeLine(rest);
-    ++lineNumber;
-  } while (!rest.empty() && IsPlainLine(rest));
-  header = std::string_view(loaded).substr(0, loaded.size() - rest.size());
-  return LoadSections(rest, lineNumber);
+  TakeLine(rest);
+  return LoadSections(rest);
 }
 
-std::string Hive::LoadSections(std::string_view rest, size_t lineNumber) {
+std::string Hive::LoadSections(std::string_view rest) {
+  size_t lineNumber = 1;
   const auto damage = [&](std::string_view what) {
     return "line " + std::to_string(lineNumber) + ": " + std::string(what);
   };
-  const char *begin = rest.data();
+  const char *begin = loaded.data();
   Key *key = nullptr;
   const auto finish = [&](const char *end) {
-    if (key != nullptr)
-      sections.back().original = {begin, static_cast<size_t>(end - begin)};
+    (key == nullptr ? header : sections.back().original) = {begin, static_cast<size_t>(end - begin)};
   };
   while (!rest.empty()) {
     const char *const at = rest.data();

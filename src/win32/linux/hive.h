@@ -81,7 +81,7 @@ private:
     bool taken = false; // apart into lines
   };
 
-  std::string LoadSections(std::string_view rest, size_t lineNumber);
+  std::string LoadSections(std::string_view rest);
   Key *KeyOfHeading(std::string_view heading, std::string_view &error);
   Key &Subkey(Key &parent, std::u16string_view name);
   std::vector<Line> &LinesOf(Section &section);
@@ -89,7 +89,7 @@ private:
   Line *FindLine(const Key &key, std::u16string_view name, std::vector<Line> **owner);
 
   std::string loaded;
-  std::string_view header;
+  std::string_view header; // all before the first key
   std::vector<Section> sections;
   Key root;
   // The heading that was read last and the keys along its path: the next one mostly differs in the last name alone.

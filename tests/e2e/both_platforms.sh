@@ -1,0 +1,110 @@
+#!/bin/bash
+# both_platforms.sh NATIVE WINDOWS: one Wine prefix, entered through Wine itself; the native host program works on it and
+# the Windows one on a copy. What Wine then reads from both has to be the same, and what was there before still there.
+set -euo pipefail
+native=$(realpath "$1")
+windows=$(realpath "$2")
+here=$(cd "$(dirname "$0")" && pwd)
+. "$here/../../cmake/packages.sh"
+command -v wine >/dev/null || { echo "no wine here" >&2; exit 1; }
+
+work=$(mktemp -d)
+finish() {
+  for prefix in "$work"/a/prefix "$work"/b/prefix; do
+    WINEPREFIX=$prefix wineserver -k 2>/dev/null || true
+  done
+  rm -rf "$work"
+}
+trap finish EXIT
+fail() { echo "FAILED: $*" >&2; exit 1; }
+use() { export WINEPREFIX=$work/$1/prefix; }
+settle() { wineserver -w; }
+
+# The keys and files of the clients, by Wine's own programs.
+wine_environment "$work/a"
+mkdir -p "$WINEPREFIX"
+wineboot -i >/dev/null 2>&1
+add() { wine reg add "$1" /f ${2:+"${@:2}"} >/dev/null; }
+oe='HKLM\Software\Microsoft\Outlook Express'
+paths='HKLM\Software\Microsoft\Windows\CurrentVersion\App Paths'
+navigator='Software\Netscape\Netscape Navigator'
+folder='C:\Program Files\Netscape\Communicator'
+add "$oe" /v MediaVer /d 5,50,4522,1200
+add "$paths\\msimn.exe" /ve /d '%ProgramFiles%\Outlook Express\msimn.exe'
+add "$paths\\NETSCAPE.EXE" /ve /d "$folder\\Program\\NETSCAPE.EXE"
+add "HKLM\\$navigator" /v CurrentVersion /d 4.75
+add "HKCU\\$navigator\\Main" /v 'Install Directory' /d "$folder"
+add 'HKCU\Identities' /v 'Default User ID' /d '{12345678-1234-1234-1234-123456789ABC}'
+add 'HKCU\Software\Microsoft\Internet Explorer\Main'
+add 'HKCU\Software\Microsoft\Internet Account Manager' /v 'Account Name' /t REG_DWORD /d 9
+add 'HKCU\Software\Microsoft\Internet Account Manager\Accounts\00000008' /v 'Account Name' /d '会社 "表"\'
+add 'HKCU\Software\Microsoft\Internet Account Manager\Accounts\00000008' /v 'Connectoid' /d '@zuvioダイヤラ'
+add 'HKCU\Software\Microsoft\Internet Account Manager\Accounts\00000008' /v 'Connection Type' /t REG_DWORD /d 2
+add 'HKCU\Software\Unrelated' /v Binary /t REG_BINARY /d 000102ff
+settle
+drive=$WINEPREFIX/drive_c
+mkdir -p "$drive/Program Files/Outlook Express" "$drive/Program Files/Netscape/Communicator/Program"
+touch "$drive/Program Files/Outlook Express/msimn.exe" "$drive/Program Files/Netscape/Communicator/Program/NETSCAPE.EXE"
+mkdir "$work/b"
+cp -a "$work/a/prefix" "$work/b/prefix"
+cp "$WINEPREFIX"/{system,user}.reg "$work"
+
+# The same commands on both; results and outputs are compared too.
+cat >"$work/signup.txt" <<'SIGNUP'
+serviceId=ABC01234
+senderName=表示 ソフト能
+mailAddress=taro@mail.zuvio.example
+startPage=http://www.zuvio.example/
+serviceKind=0
+SIGNUP
+commands() {
+  run signup "$1"
+  run signup "$1"
+  run mail exists --client oe --zuvio --user ABC01234 --name x --address y
+  run mail set --client oe --user tanaka --name 田中 --title 能 --smtp s.example --pop p.example --address t@example
+  run mail set --client communicator --user tanaka --name 田中 --title 表 --smtp s.example --pop p.example --address t@example
+  run mail exists --client communicator --user tanaka --name 田中 --title 表 --smtp s --pop p --address a
+  run mail set --client communicator --kerm --user info --name 店 --address i@own.example --smtp s.own --pop p.own --key 表
+  run start-page --client communicator --profile 表 http://start.example/
+  run start-page --client oe http://start.example/
+  run outlook-disable
+  run mail set --client communicator --user u --name "$(printf 'n%.0s' {1..300})" --title t --smtp s --pop p --address a
+  run accounts --json
+}
+use a
+run() { "$native" --machine "$WINEPREFIX" "$@" || echo "status $?"; }
+commands "$work/signup.txt" >"$work/a/output" 2>&1
+# Every other line of the hives is still there, and in its place.
+allowed='Account Name|Connection Type|Connectoid|Start Page|\(Apps\\\\Outlook|Default Mail'
+for hive in system user; do
+  lost=$(diff "$work/$hive.reg" "$WINEPREFIX/$hive.reg" | grep '^<' | grep -vE "$allowed" || true)
+  [ -z "$lost" ] || fail "lines of $hive.reg are gone: $lost"
+done
+use b
+run() { wine "$windows" "$@" | tr -d '\r' || echo "status ${PIPESTATUS[0]}"; }
+set -o pipefail
+commands "Z:${work//\//\\}\\signup.txt" >"$work/b/output" 2>&1
+settle
+diff "$work/a/output" "$work/b/output" || fail "the two host programs said different things"
+
+# Wine reads both prefixes.
+for name in a b; do
+  use "$name"
+  for key in 'HKCU\Software\Microsoft' 'HKCU\Software\Netscape' 'HKCU\Identities' 'HKCU\Software\Unrelated' \
+    'HKLM\Software\Netscape' 'HKLM\Software\Microsoft\Outlook Express' 'HKLM\Software\Microsoft\Windows\CurrentVersion\App Paths'; do
+    wine reg query "$key" /s | tr -d '\r'
+  done >"$work/$name/registry"
+  settle
+done
+grep -q 'taro@mail.zuvio.example' "$work/a/registry" || fail "Wine doesn't see what was written"
+diff "$work/a/registry" "$work/b/registry" || fail "the registries differ"
+(cd "$work/a/prefix/drive_c/Program Files" && find Netscape -type f -exec sha256sum {} + | sort -k 2) >"$work/a/files"
+(cd "$work/b/prefix/drive_c/Program Files" && find Netscape -type f -exec sha256sum {} + | sort -k 2) >"$work/b/files"
+[ "$(wc -l <"$work/a/files")" -ge 4 ] || fail "there are fewer files than expected"
+diff "$work/a/files" "$work/b/files" || fail "the files differ"
+
+# And the native program reads what the Windows one wrote.
+use b
+"$native" --machine "$WINEPREFIX" accounts --json >"$work/read"
+sed -n '/^\[$/,$p' "$work/b/output" | diff - "$work/read" || fail "the native program reads something else"
+echo "both platforms wrote the same: $(wc -l <"$work/a/registry") lines of registry, $(wc -l <"$work/a/files") files"
