@@ -1,0 +1,12 @@
+/* What a host program in C does: asks for Outlook Express and prints its version. */
+#include <acctkit/acctkit.h>
+#include <stdio.h>
+
+int main(void) {
+  int32_t major = 0;
+  int32_t minor = 0;
+  if (!IsInstallMailer(0) || !GetMailVersion(0, &major, &minor))
+    return 1;
+  printf("Outlook Express %d.%d\n", (int)major, (int)minor);
+  return 0;
+}
