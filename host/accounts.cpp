@@ -75,6 +75,7 @@ std::vector<Value> FileLines(const std::string &bytes, const std::vector<std::st
 // -------------------------------------------------------------------------------------------------
 
 const std::string ManagerKey = "Software\\Microsoft\\Internet Account Manager";
+const std::string AccountsKey = ManagerKey + "\\Accounts";
 
 const std::vector<const char *> AccountValues = {"Account Name",
                                                  "POP3 Server",
@@ -95,11 +96,15 @@ const std::vector<const char *> AccountValues = {"Account Name",
                                                  "Connection Type",
                                                  "Connectoid"};
 
+std::string Below(const std::string &key, const std::string &name) {
+  return std::string(key).append("\\").append(name);
+}
+
 std::vector<Entry> OutlookExpressEntries() {
   std::vector<Entry> entries;
   const std::string standard = ShownValue(HKEY_CURRENT_USER, ManagerKey, "Default Mail Account").value_or("");
-  for (const std::string &name : Subkeys(HKEY_CURRENT_USER, ManagerKey + "\\Accounts")) {
-    const std::string key = ManagerKey + "\\Accounts\\" + name;
+  for (const std::string &name : Subkeys(HKEY_CURRENT_USER, AccountsKey)) {
+    const std::string key = Below(AccountsKey, name);
     const bool news = ShownValue(HKEY_CURRENT_USER, key, "NNTP Server").has_value();
     entries.push_back(KeyEntry(news ? "news account" : "mail account", name, HKEY_CURRENT_USER, key, AccountValues));
     entries.back().isDefault = name == standard;
@@ -128,20 +133,18 @@ void AddPrefs(std::vector<Entry> &entries, const std::string &directory) {
 std::vector<Entry> CommunicatorEntries() {
   std::set<std::string> profiles;
   for (const auto &[root, key] : {std::pair(HKEY_LOCAL_MACHINE, UsersKey), {HKEY_CURRENT_USER, BiffKey}})
-    profiles.merge([&] {
-      const std::vector<std::string> names = Subkeys(root, key);
-      return std::set<std::string>(names.begin(), names.end());
-    }());
+    for (const std::string &name : Subkeys(root, key))
+      profiles.insert(name);
   std::vector<Entry> entries;
   for (const std::string &profile : profiles) {
-    const std::string user = UsersKey + "\\" + profile;
-    const std::string biff = BiffKey + "\\" + profile;
+    const std::string user = Below(UsersKey, profile);
+    const std::string biff = Below(BiffKey, profile);
     entries.push_back(
         KeyEntry("profile", profile, HKEY_LOCAL_MACHINE, user, {"EmailAddr", "UserName", "DirRoot", "Obsoleted"}));
     entries.push_back(KeyEntry("new mail", profile, HKEY_CURRENT_USER, biff, {"defaultServer"}));
-    for (const std::string &server : Subkeys(HKEY_CURRENT_USER, biff + "\\servers"))
-      entries.push_back(
-          KeyEntry("new mail", server, HKEY_CURRENT_USER, biff + "\\servers\\" + server, {"popstatePath"}));
+    const std::string servers = Below(biff, "servers");
+    for (const std::string &server : Subkeys(HKEY_CURRENT_USER, servers))
+      entries.push_back(KeyEntry("new mail", server, HKEY_CURRENT_USER, Below(servers, server), {"popstatePath"}));
     if (const auto directory = ShownValue(HKEY_LOCAL_MACHINE, user, "DirRoot"))
       AddPrefs(entries, *directory);
   }
