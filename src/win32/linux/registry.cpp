@@ -60,6 +60,8 @@ bool IsRoot(HKEY handle) { return handle == HKEY_LOCAL_MACHINE || handle == HKEY
 
 // Finds the key behind an open handle again, should its hive have been loaded anew.
 LSTATUS Resolve(OpenKey &open) {
+  if (const LSTATUS result = open.file->Refresh(); result != ERROR_SUCCESS)
+    return result;
   if (open.generation != open.file->Generation()) {
     open.key = open.file->Content().Find(open.file->Content().Root(), open.path);
     open.generation = open.file->Generation();

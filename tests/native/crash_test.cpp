@@ -1,0 +1,159 @@
+// Processes that are killed, that write at the same time, or whose disk is full: files stay whole, old or new.
+#include "support/test_machine.h"
+
+#include "stores/prefs_file.h"
+#include "win32/linux/machine.h"
+
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <fstream>
+#include <memory>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char *PrefsPath = "C:\\acctkit-test\\prefs.js";
+
+class CrashTest : public MachineTest {
+protected:
+  // Runs a function in a process of its own.
+  template <typename Function> static pid_t Start(Function function) {
+    const pid_t process = fork();
+    if (process == 0) {
+      function();
+      _exit(::testing::Test::HasFailure() ? 1 : 0);
+    }
+    return process;
+  }
+  static int Wait(pid_t process) {
+    int status = 0;
+    waitpid(process, &status, 0);
+    return status;
+  }
+
+  static std::string Number(int number) { return std::to_string(number); }
+
+  // Only what belongs to the machine is there: no file that a replacement left.
+  static std::vector<std::string> HiddenFiles() {
+    std::vector<std::string> hidden;
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(machine::Folder()))
+      if (entry.path().filename().string().starts_with("."))
+        hidden.push_back(entry.path().string());
+    return hidden;
+  }
+};
+
+// Hive and prefs.js hold the same letter all through, another one with every round.
+void WriteRound(char letter) {
+  for (const char *name : {"first", "second"})
+    PutString(HKEY_CURRENT_USER, ScratchKey, name, std::string(2000, letter));
+  auto prefs = std::make_unique<PrefsText>();
+  AppendPrefLine(*prefs, (std::string(50000, letter) + "\n").c_str());
+  SavePrefsText(PrefsPath, *prefs);
+}
+
+TEST_F(CrashTest, AKilledProcessLeavesFilesWhole) {
+  WriteRound('a');
+  for (int round = 0; round < 300; ++round) {
+    const pid_t process = Start([] {
+      for (char letter = 'a';; letter = letter == 'z' ? 'a' : static_cast<char>(letter + 1))
+        WriteRound(letter);
+    });
+    usleep(static_cast<useconds_t>(300 + round * 37 % 5000));
+    kill(process, SIGKILL);
+    Wait(process);
+
+    ASSERT_EQ(machine::Problem(true), "");
+    for (const char *name : {"first", "second"}) {
+      const auto text = GetString(HKEY_CURRENT_USER, ScratchKey, name);
+      ASSERT_TRUE(text && text->size() == 2000 && text->find_first_not_of((*text)[0]) == std::string::npos);
+    }
+    const auto prefs = GetFile(PrefsPath);
+    ASSERT_TRUE(prefs && prefs->size() == 50001 && prefs->find_first_not_of((*prefs)[0]) == 50000);
+  }
+  WriteRound('b');
+  EXPECT_EQ(HiddenFiles(), std::vector<std::string>());
+}
+
+TEST_F(CrashTest, TwoWritersLoseNothing) {
+  constexpr int Count = 150;
+  const auto write = [](const std::string &name) {
+    return Start([name] {
+      for (int number = 0; number < Count; ++number) {
+        PutDword(HKEY_CURRENT_USER, ScratchKey, (name + Number(number)).c_str(), 1);
+        const machine::Lock lock; // reads, decides and writes
+        const DWORD total = GetDword(HKEY_CURRENT_USER, ScratchKey, "total").value_or(0);
+        PutDword(HKEY_CURRENT_USER, ScratchKey, "total", total + 1);
+      }
+    });
+  };
+  const pid_t first = write("first");
+  const pid_t second = write("second");
+  EXPECT_EQ(Wait(first), 0);
+  EXPECT_EQ(Wait(second), 0);
+  EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ScratchKey, "total"), DWORD{2 * Count});
+  EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, ScratchKey).size(), size_t{2 * Count + 1});
+}
+
+// A limit on the size of files stands for the full disk: a write fails in its middle.
+TEST_F(CrashTest, AFullDiskLeavesTheOldFiles) {
+  WriteRound('a');
+  const int status = Wait(Start([] {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit = {1000, 1000};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    HKEY key = nullptr;
+    ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, ScratchKey, 0, KEY_ALL_ACCESS, &key), ERROR_SUCCESS);
+    const DWORD number = 1;
+    EXPECT_NE(RegSetValueExA(key, "number", 0, REG_DWORD, reinterpret_cast<const BYTE *>(&number), sizeof number),
+              ERROR_SUCCESS);
+    EXPECT_NE(machine::TakeFault().find("user.reg: the registry can't be written"), std::string::npos);
+    EXPECT_EQ(RegQueryValueExA(key, "number", nullptr, nullptr, nullptr, nullptr), ERROR_FILE_NOT_FOUND);
+    auto prefs = std::make_unique<PrefsText>();
+    LoadPrefsText(PrefsPath, *prefs);
+    AppendPrefLine(*prefs, "line\n");
+    SavePrefsText(PrefsPath, *prefs);
+    EXPECT_NE(machine::TakeFault().find("prefs.js"), std::string::npos);
+  }));
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(GetString(HKEY_CURRENT_USER, ScratchKey, "second"), std::string(2000, 'a'));
+  EXPECT_EQ(GetFile(PrefsPath), std::string(50000, 'a') + "\n");
+  EXPECT_EQ(HiddenFiles(), std::vector<std::string>());
+}
+
+// A Wine server holds a lock on a file that is named after the prefix.
+TEST_F(CrashTest, ARunningWineServerKeepsWritersOut) {
+  PutDword(HKEY_CURRENT_USER, ScratchKey, "number", 1);
+  struct stat folder;
+  ASSERT_EQ(stat(machine::Folder().c_str(), &folder), 0);
+  char name[96];
+  std::snprintf(name, sizeof name, "/tmp/.wine-%u/server-%llx-%llx", static_cast<unsigned>(getuid()),
+                static_cast<unsigned long long>(folder.st_dev), static_cast<unsigned long long>(folder.st_ino));
+  std::filesystem::create_directories(name);
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t server = Start([&] {
+    const int file = open((std::string(name) + "/lock").c_str(), O_RDWR | O_CREAT, 0600);
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    fcntl(file, F_SETLK, &lock);
+    EXPECT_EQ(write(ready[1], "", 1), 1);
+    pause();
+  });
+  char byte = 0;
+  EXPECT_EQ(read(ready[0], &byte, 1), 1);
+  HKEY key = nullptr;
+  EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "new", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
+            ERROR_ACCESS_DENIED);
+  EXPECT_NE(machine::Problem(true).find("a Wine server is running"), std::string::npos);
+  EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ScratchKey, "number"), DWORD{1});
+  kill(server, SIGKILL);
+  Wait(server);
+  PutDword(HKEY_CURRENT_USER, ScratchKey, "number", 2);
+  std::filesystem::remove_all(name);
+}
+
+} // namespace

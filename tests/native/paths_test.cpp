@@ -1,0 +1,89 @@
+// Where paths of the machine lead on disk, and that none leads out of the machine.
+#include "support/handles.h"
+#include "support/test_machine.h"
+
+#include "win32/linux/machine.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class PathsTest : public MachineTest {
+protected:
+  static fs::path Drive() { return machine::Folder() / "drive_c"; }
+};
+
+TEST_F(PathsTest, NoPathLeadsOutOfTheMachine) {
+  std::ofstream(machine::Folder() / "outside") << "secret";
+  const fs::path elsewhere = fs::temp_directory_path() / ("acctkit-outside-" + std::to_string(getpid()));
+  std::ofstream(elsewhere) << "secret";
+  fs::create_symlink(elsewhere, Drive() / "link");
+  fs::create_directory_symlink("/", Drive() / "root");
+  fs::create_symlink("nowhere", Drive() / "dangling");
+  fs::create_symlink("loop", Drive() / "loop");
+  for (const char *path : {"C:\\..\\outside", "C:\\acctkit-test\\..\\..\\outside", "C:\\link", "C:\\root\\etc\\passwd",
+                           "C:\\dangling", "C:\\loop", "\\\\host\\share\\file", "Z:\\etc\\passwd", "relative"}) {
+    SCOPED_TRACE(path);
+    for (const DWORD disposition : {OPEN_EXISTING, OPEN_ALWAYS, CREATE_ALWAYS}) {
+      TestFile file(CreateFileA(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, disposition, 0, nullptr));
+      char bytes[16] = "";
+      DWORD read = 0;
+      if (file)
+        ReadFile(file.Get(), bytes, sizeof bytes - 1, &read, nullptr);
+      EXPECT_STREQ(bytes, "");
+    }
+  }
+  std::ifstream file(elsewhere);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "secret");
+  EXPECT_FALSE(fs::exists(machine::Folder() / "nowhere"));
+  fs::remove(elsewhere);
+}
+
+TEST_F(PathsTest, DrivesAreTheLinksOfDosdevices) {
+  const fs::path data = machine::Folder() / "data";
+  fs::create_directories(data / "sub");
+  std::ofstream(data / "sub/Text.TXT") << "bytes";
+  fs::create_directories(machine::Folder() / "dosdevices");
+  fs::create_directory_symlink("../drive_c", machine::Folder() / "dosdevices/c:");
+  fs::create_directory_symlink(data, machine::Folder() / "dosdevices/d:");
+  EXPECT_EQ(GetFile("d:/SUB/text.txt"), "bytes");
+  PutFile("C:\\acctkit-test\\new.txt", "new");
+  EXPECT_TRUE(fs::exists(Drive() / "acctkit-test/new.txt"));
+}
+
+TEST_F(PathsTest, NamesAreUtf8OnDisk) {
+  PutFile("C:\\acctkit-test\\\x95\x5c\x8e\xa6.txt", "bytes");
+  EXPECT_TRUE(fs::exists(Drive() / "acctkit-test/\xe8\xa1\xa8\xe7\xa4\xba.txt"));
+}
+
+TEST_F(PathsTest, AFolderThatIsNoMachineIsToldOf) {
+  const std::string folder = machine::Folder();
+  SetEnvironment("ACCTKIT_MACHINE", folder + "/missing");
+  EXPECT_EQ(machine::Problem(false), folder + "/missing: No such file or directory");
+  HKEY key = nullptr;
+  EXPECT_NE(RegOpenKeyExA(HKEY_CURRENT_USER, "a", 0, KEY_READ, &key), ERROR_SUCCESS);
+  EXPECT_FALSE(fs::exists(folder + "/missing"));
+  SetEnvironment("ACCTKIT_MACHINE", folder + "/drive_c");
+  EXPECT_NE(machine::Problem(false).find("no machine folder"), std::string::npos);
+}
+
+// A program file that was cut anywhere has a version or none, and nothing beyond its end is looked at.
+TEST_F(PathsTest, VersionsOfCutProgramFiles) {
+  CopyOntoMachine(PLUGIN_DIR "/versioned.exe", "C:\\acctkit-test\\whole.exe");
+  const std::string whole = GetFile("C:\\acctkit-test\\whole.exe").value();
+  const char *const cut = "C:\\acctkit-test\\cut.exe";
+  size_t found = 0;
+  for (size_t size = 0; size <= whole.size(); size += size + 16 < whole.size() && size > 1024 ? 97 : 1) {
+    std::ofstream(Drive() / "acctkit-test/cut.exe", std::ios::binary) << whole.substr(0, size);
+    DWORD ignored = 0;
+    const DWORD length = GetFileVersionInfoSizeA(cut, &ignored);
+    std::string block(length, '\0');
+    found += length != 0 && GetFileVersionInfoA(cut, 0, length, block.data()) ? 1 : 0;
+  }
+  EXPECT_GT(found, 0U);
+}
+
+} // namespace
