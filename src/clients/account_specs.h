@@ -31,4 +31,12 @@ struct NewsAccountSpec {
   std::string connectionName;                 // as in MailAccountSpec
   std::array<int32_t, 2> newsServerOn{};      // 1 if the server is wanted
   int32_t serverIndex = 0;                    // 0 or 1
+
+  // Of the server at `serverIndex`.
+  const std::string &Host() const { return newsHosts[Place()]; }
+  const std::string &ServerName() const { return newsServerNames[Place()]; }
+  bool IsServerOn() const { return newsServerOn[Place()] == 1; }
+
+private:
+  size_t Place() const { return serverIndex == 1 ? 1 : 0; }
 };

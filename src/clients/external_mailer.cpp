@@ -95,7 +95,7 @@ int32_t ExternalMailer::IsInstall() {
   return ReadMailerInfo(info) ? PathExists(info.path) : 0;
 }
 
-int32_t ExternalMailer::SetupAccount(const MailAccountSpec &spec, const std::string &) {
+int32_t ExternalMailer::SetupAccount(const MailAccountSpec &spec, std::string &) {
   MailEnvironment environment{};
   if (!FillEnvironment(environment, spec) || !LoadMailerLibrary())
     return 0;

@@ -20,7 +20,7 @@ public:
 
   // Hands the account to the plug-in; `key` isn't used. 1 if the plug-in took it. 0, without asking it, if a text is
   // too long for its field.
-  int32_t SetupAccount(const MailAccountSpec &spec, const std::string &key) override;
+  int32_t SetupAccount(const MailAccountSpec &spec, std::string &key) override;
 
   // What this client doesn't do: 1, and 0 for the three searches; the plug-in isn't loaded.
   int32_t SetDefaultClient() override;

@@ -3,13 +3,11 @@
 #pragma once
 
 #include "clients/account_specs.h"
+#include "clients/client_type.h"
 #include "win32/win32.h"
 
 #include <cstdint>
 #include <string>
-
-// What GetClientType answers; code outside the adapters tells clients apart by this number alone.
-enum ClientType : int32_t { ClientOutlookExpress = 1, ClientCommunicator, ClientNetscape6, ClientExternalMailer };
 
 class MailClient {
 public:
@@ -18,8 +16,9 @@ public:
   // 1 if the client is installed and usable.
   virtual int32_t IsInstall() = 0;
 
-  // Writes the account. An empty `key` makes a new one, another names the account to overwrite.
-  virtual int32_t SetupAccount(const MailAccountSpec &spec, const std::string &key) = 0;
+  // Writes the account. An empty `key` makes a new one, another names the account to overwrite. Only the adapter of
+  // Netscape 6 changes it: `key` then names the profile that was made.
+  virtual int32_t SetupAccount(const MailAccountSpec &spec, std::string &key) = 0;
 
   // Makes the client the default mail program.
   virtual int32_t SetDefaultClient() = 0;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "clients/account_specs.h"
+#include "clients/client_type.h"
 #include "win32/win32.h"
 
 #include <cstdint>
@@ -15,8 +16,8 @@ public:
   virtual int32_t IsInstall() = 0;
 
   // Writes the account of the one news server that `serverIndex` of the spec picks. An empty `key` makes a new one,
-  // another names the account to overwrite.
-  virtual int32_t SetupAccount(const NewsAccountSpec &spec, const std::string &key) = 0;
+  // another names the account to overwrite; `key` is changed as by MailClient.
+  virtual int32_t SetupAccount(const NewsAccountSpec &spec, std::string &key) = 0;
 
   virtual int32_t SetDefaultClient() = 0;
 

@@ -2,25 +2,11 @@
 
 #include "clients/text.h"
 
-#include <algorithm>
-
-namespace {
-
-std::string LineText(const PrefLine &line) {
-  return Format("user_pref(\"%s\", %s);\n", std::string(line.key), line.value);
-}
-
-} // namespace
-
 std::string QuotedPref(const std::string &text) { return '"' + text + '"'; }
 
-bool PrefLinesFit(std::span<const PrefLine> lines) {
-  return std::ranges::all_of(lines, [](const PrefLine &line) { return LineText(line).size() < PrefLineSize; });
-}
+std::string LineText(const PrefLine &line) { return Format("user_pref(\"%s\", %s);\n", line.key, line.value); }
 
-void ReplacePrefs(PrefsText &prefs, std::span<const PrefLine> lines) {
-  for (const PrefLine &line : lines)
-    RemovePrefLine(line.key, prefs);
-  for (const PrefLine &line : lines)
-    AppendPrefLine(prefs, LineText(line).c_str());
+void ReplacePref(PrefsText &prefs, const PrefLine &line) {
+  RemovePrefLine(line.key.c_str(), prefs);
+  AppendPrefLine(prefs, LineText(line).c_str());
 }

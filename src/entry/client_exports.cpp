@@ -3,7 +3,9 @@
 #include "acctkit/acctkit.h"
 
 #include "clients/communicator/communicator_mail.h"
+#include "clients/communicator/communicator_news.h"
 #include "clients/outlook_express/outlook_express_mail.h"
+#include "clients/outlook_express/outlook_express_news.h"
 
 #include <charconv>
 #include <cstring>
@@ -18,20 +20,27 @@ constexpr size_t MessageSize = 1024;
 // How the version texts of the two clients divide their numbers.
 constexpr char VersionSeparators[] = {',', '.'};
 
-// Calls the operation with the mail adapter of the index; 0 for an index without one.
-template <typename Operation> int32_t WithMailClient(int32_t client, Operation operation) {
+// Calls the operation with the adapter of the index; 0 for an index without one.
+template <typename Adapter0, typename Adapter1, typename Operation>
+int32_t WithClient(int32_t client, Operation operation) {
   switch (client) {
   case 0: {
-    OutlookExpressMail adapter;
+    Adapter0 adapter;
     return operation(adapter);
   }
   case 1: {
-    CommunicatorMail adapter;
+    Adapter1 adapter;
     return operation(adapter);
   }
   default:
     return 0;
   }
+}
+template <typename Operation> int32_t WithMailClient(int32_t client, Operation operation) {
+  return WithClient<OutlookExpressMail, CommunicatorMail>(client, operation);
+}
+template <typename Operation> int32_t WithNewsClient(int32_t client, Operation operation) {
+  return WithClient<OutlookExpressNews, CommunicatorNews>(client, operation);
 }
 
 MailAccountSpec MailSpec(const char *const *spec) {
@@ -43,6 +52,18 @@ MailAccountSpec MailSpec(const char *const *spec) {
   return record;
 }
 
+// A news spec that describes one server.
+NewsAccountSpec NewsSpec(const char *const *spec) {
+  NewsAccountSpec record;
+  std::string *const fields[] = {&record.userId,      &record.senderName,    &record.accountName,
+                                 &record.reserved,    &record.newsHosts[0],  &record.newsServerNames[0],
+                                 &record.mailAddress, &record.connectionName};
+  for (std::string *field : fields)
+    *field = *spec++;
+  record.newsServerOn[0] = 1;
+  return record;
+}
+
 // The number that a text begins with, 0 if it begins with anything else.
 int32_t LeadingNumber(std::string_view text) {
   int32_t number = 0;
@@ -51,17 +72,24 @@ int32_t LeadingNumber(std::string_view text) {
   return number;
 }
 
-int32_t SplitVersion(int32_t result, std::string_view version, char separator, int32_t *major, int32_t *minor) {
-  const size_t place = version.find(separator);
+// Asks a client's version and splits it.
+template <typename Client> int32_t ReadVersionNumbers(Client &adapter, char separator, int32_t *major, int32_t *minor) {
+  std::string version;
+  const int32_t result = adapter.GetClientVersion(version);
+  const std::string_view text = version;
+  const size_t place = text.find(separator);
   const bool divided = place != std::string_view::npos;
-  *major = divided ? LeadingNumber(version.substr(0, place)) : 0;
-  *minor = divided ? LeadingNumber(version.substr(place + 1)) : 0;
+  *major = divided ? LeadingNumber(text.substr(0, place)) : 0;
+  *minor = divided ? LeadingNumber(text.substr(place + 1)) : 0;
   return result;
 }
 
-// Hands the texts of a search back to the host. A key that doesn't fit isn't handed out in part, since it would name
-// another account; a question is cut.
-int32_t HandBack(int32_t result, const std::string &foundKey, const std::string &question, char *key, char *message) {
+// Searches for an account and hands the texts back to the host. A key that doesn't fit isn't handed out in part, since
+// it would name another account; a question is cut.
+template <typename Client, typename Spec> int32_t Search(Client &adapter, const Spec &spec, char *key, char *message) {
+  std::string foundKey = key;
+  std::string question;
+  const int32_t result = adapter.IsExistAccount(spec, foundKey, question);
   message[0] = '\0';
   if (result == 0 || foundKey.size() >= KeySize)
     return 0;
@@ -76,11 +104,19 @@ int32_t IsInstallMailer(int32_t client) {
   return WithMailClient(client, [](MailClient &adapter) { return adapter.IsInstall(); });
 }
 
+int32_t IsInstallNews(int32_t client) {
+  return WithNewsClient(client, [](NewsClient &adapter) { return adapter.IsInstall(); });
+}
+
 int32_t GetMailVersion(int32_t client, int32_t *major, int32_t *minor) {
   return WithMailClient(client, [=](MailClient &adapter) {
-    std::string version;
-    const int32_t result = adapter.GetClientVersion(version);
-    return SplitVersion(result, version, VersionSeparators[client], major, minor);
+    return ReadVersionNumbers(adapter, VersionSeparators[client], major, minor);
+  });
+}
+
+int32_t GetNewsVersion(int32_t client, int32_t *major, int32_t *minor) {
+  return WithNewsClient(client, [=](NewsClient &adapter) {
+    return ReadVersionNumbers(adapter, VersionSeparators[client], major, minor);
   });
 }
 
@@ -88,23 +124,24 @@ int32_t IsExistMailAccount(int32_t client, const char *const *spec, char *key, c
   return WithMailClient(client, [=](MailClient &adapter) {
     MailAccountSpec record = MailSpec(spec);
     record.originalDomain = static_cast<int32_t>(reinterpret_cast<intptr_t>(spec[8]));
-    std::string foundKey = key;
-    std::string question;
-    const int32_t result = adapter.IsExistAccount(record, foundKey, question);
-    return HandBack(result, foundKey, question, key, message);
+    return Search(adapter, record, key, message);
   });
 }
 
-int32_t SetupMailAccount(int32_t client, const char *const *spec, const char *key) {
-  return WithMailClient(client, [=](MailClient &adapter) { return adapter.SetupAccount(MailSpec(spec), key); });
+int32_t IsExistNewsAccount(int32_t client, const char *const *spec, char *key, char *message) {
+  return WithNewsClient(client, [=](NewsClient &adapter) { return Search(adapter, NewsSpec(spec), key, message); });
 }
 
-// No client's news adapter is there yet: every index is one without.
+int32_t SetupMailAccount(int32_t client, const char *const *spec, const char *key) {
+  return WithMailClient(client, [=](MailClient &adapter) {
+    std::string account = key;
+    return adapter.SetupAccount(MailSpec(spec), account);
+  });
+}
 
-int32_t IsInstallNews(int32_t) { return 0; }
-
-int32_t GetNewsVersion(int32_t, int32_t *, int32_t *) { return 0; }
-
-int32_t IsExistNewsAccount(int32_t, const char *const *, char *, char *) { return 0; }
-
-int32_t SetupNewsAccount(int32_t, const char *const *, const char *) { return 0; }
+int32_t SetupNewsAccount(int32_t client, const char *const *spec, const char *key) {
+  return WithNewsClient(client, [=](NewsClient &adapter) {
+    std::string account = key;
+    return adapter.SetupAccount(NewsSpec(spec), account);
+  });
+}

@@ -1,6 +1,6 @@
 #include "stores/prefs_file.h"
 
-#include "stores/file_handle.h"
+#include "stores/files.h"
 
 #include <algorithm>
 #include <cstring>
@@ -54,9 +54,17 @@ void Clear(char *out, int32_t size) {
     std::memset(out, 0, static_cast<size_t>(size));
 }
 
-FileHandle OpenPrefs(const char *path, DWORD disposition) {
-  return FileHandle(
-      CreateFileA(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+// Puts a line at a place of the text. Without room the text stays as it is, and is no longer whole.
+void Insert(PrefsText &prefs, size_t place, const char *line) {
+  const size_t length = std::strlen(line);
+  if (length > PrefsCapacity - prefs.length) {
+    prefs.whole = false;
+    return;
+  }
+  char *const gap = prefs.text + place;
+  std::memmove(gap + length, gap, prefs.length - place);
+  std::memcpy(gap, line, length);
+  prefs.length += length;
 }
 
 } // namespace
@@ -68,7 +76,7 @@ void LoadPrefsText(const char *path, PrefsText &prefs) {
   prefs.length = 0;
   prefs.whole = false;
 
-  const FileHandle file = OpenPrefs(path, OPEN_ALWAYS);
+  const FileHandle file = OpenFileAlone(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
   if (!file)
     return;
   DWORD read = 0;
@@ -81,14 +89,9 @@ void LoadPrefsText(const char *path, PrefsText &prefs) {
     AppendPrefLine(prefs, "\n");
 }
 
-void SavePrefsText(const char *path, const PrefsText &prefs) {
-  if (!prefs.whole)
-    return;
-  const FileHandle file = OpenPrefs(path, CREATE_ALWAYS);
-  if (!file)
-    return;
-  DWORD written = 0;
-  WriteFile(file.Get(), prefs.text, static_cast<DWORD>(prefs.length), &written, nullptr);
+void SavePrefsText(const char *path, const PrefsText &prefs, DWORD access) {
+  if (prefs.whole)
+    WriteWholeFile(path, access, {prefs.text, prefs.length});
 }
 
 int32_t HasPrefText(const char *needle, const PrefsText &prefs) {
@@ -111,28 +114,32 @@ int32_t TakePrefLine(const char *needle, PrefsText &prefs, char *keep, int32_t k
   return 1;
 }
 
-void AppendPrefLine(PrefsText &prefs, const char *line) {
-  const size_t length = std::strlen(line);
-  if (length > PrefsCapacity - prefs.length) {
-    prefs.whole = false;
-    return;
-  }
-  std::memcpy(prefs.text + prefs.length, line, length);
-  prefs.length += length;
+void AppendPrefLine(PrefsText &prefs, const char *line) { Insert(prefs, prefs.length, line); }
+
+int32_t InsertPrefLine(const char *needle, PrefsText &prefs, const char *line) {
+  const char *const found = std::strstr(prefs.text, needle);
+  const char *const end = found != nullptr ? std::strchr(found, '\n') : nullptr;
+  if (end == nullptr)
+    return 0;
+  Insert(prefs, static_cast<size_t>(end + 1 - prefs.text), line);
+  return 1;
 }
 
-int32_t ReadPrefValue(const char *needle, const PrefsText &prefs, char *out, int32_t size) {
-  Clear(out, size);
+std::optional<std::string_view> FindPrefValue(const char *needle, const PrefsText &prefs) {
   const char *quote = std::strstr(prefs.text, needle);
   for (int skipped = 0; quote != nullptr && skipped < 2; ++skipped) {
     quote = std::strchr(quote, '"');
     if (quote != nullptr)
       ++quote;
   }
-  if (quote == nullptr)
-    return 0;
-  const char *const close = std::strchr(quote, '"');
-  return close == nullptr ? 0 : CopyOut(quote, close, out, size);
+  const char *const close = quote != nullptr ? std::strchr(quote, '"') : nullptr;
+  return close != nullptr ? std::optional(std::string_view(quote, close)) : std::nullopt;
+}
+
+int32_t ReadPrefValue(const char *needle, const PrefsText &prefs, char *out, int32_t size) {
+  Clear(out, size);
+  const auto value = FindPrefValue(needle, prefs);
+  return value ? CopyOut(value->data(), value->data() + value->size(), out, size) : 0;
 }
 
 int32_t CountListItems(const char *list) {

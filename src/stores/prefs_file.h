@@ -10,6 +10,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <string_view>
 
 constexpr size_t PrefsCapacity = 102400;
 // Room for one value or list item, terminator included; every caller's buffers have it.
@@ -31,7 +33,7 @@ struct PrefsText {
 void LoadPrefsText(const char *path, PrefsText &prefs);
 
 // Replaces the file at `path` by the text, unless the text isn't whole.
-void SavePrefsText(const char *path, const PrefsText &prefs);
+void SavePrefsText(const char *path, const PrefsText &prefs, DWORD access = GENERIC_READ | GENERIC_WRITE);
 
 // 1 if the needle stands anywhere in the text, else 0.
 int32_t HasPrefText(const char *needle, const PrefsText &prefs);
@@ -49,9 +51,16 @@ int32_t TakePrefLine(const char *needle, PrefsText &prefs, char *keep, int32_t k
 // is, and no longer whole.
 void AppendPrefLine(PrefsText &prefs, const char *line);
 
-// Copies the quoted value behind the first occurrence of the needle, counting quotes and nothing else: the next one
-// closes the key, the one after opens the value. `out` is zeroed first. 1 if a value was copied; 0 if there is none or
-// it doesn't fit into `size` bytes with its terminator.
+// Puts a ready-made line right behind the line of the first occurrence of the needle. 0 if the needle isn't there.
+// Without room the text is left as by AppendPrefLine.
+int32_t InsertPrefLine(const char *needle, PrefsText &prefs, const char *line);
+
+// The quoted value behind the first occurrence of the needle, counting quotes and nothing else: the next one closes the
+// key, the one after opens the value. Nothing if there is none. Valid as long as the text isn't changed.
+std::optional<std::string_view> FindPrefValue(const char *needle, const PrefsText &prefs);
+
+// Copies that value to `out`, which is zeroed first. 1 if a value was copied; 0 if there is none or it doesn't fit into
+// `size` bytes with its terminator.
 int32_t ReadPrefValue(const char *needle, const PrefsText &prefs, char *out, int32_t size);
 
 // Items of a list joined by commas: their number (at least 1), and the item at an index from 0. GetListItem answers 0

@@ -163,6 +163,7 @@ constexpr DWORD TRUNCATE_EXISTING = 5;
 constexpr DWORD FILE_ATTRIBUTE_DIRECTORY = 0x10;
 constexpr DWORD FILE_ATTRIBUTE_ARCHIVE = 0x20;
 constexpr DWORD FILE_ATTRIBUTE_NORMAL = 0x80;
+constexpr DWORD INVALID_FILE_SIZE = 0xFFFFFFFF;
 inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(static_cast<INT_PTR>(-1));
 
 struct WIN32_FIND_DATAA {
@@ -184,6 +185,8 @@ struct WIN32_FIND_DATAA {
 HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *security, DWORD disposition, DWORD attributes,
                    HANDLE templateFile);
 BOOL ReadFile(HANDLE file, void *buffer, DWORD size, DWORD *read, void *overlapped);
+// The low half of the size in bytes; INVALID_FILE_SIZE for no open file. `high` may be null.
+DWORD GetFileSize(HANDLE file, DWORD *high);
 BOOL WriteFile(HANDLE file, const void *data, DWORD size, DWORD *written, void *overlapped);
 // FALSE if what was written to a CREATE_ALWAYS file couldn't be put in place; the old file then stands as it was.
 BOOL CloseHandle(HANDLE handle);
@@ -257,6 +260,9 @@ constexpr DWORD MB_ERR_INVALID_CHARS = 8;
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char *text, int length, WCHAR *wide, int size);
 int WideCharToMultiByte(UINT codePage, DWORD flags, const WCHAR *wide, int length, char *text, int size,
                         const char *defaultChar, BOOL *usedDefaultChar);
+
+// Whether a byte begins a character of two bytes.
+BOOL IsDBCSLeadByte(BYTE byte);
 
 // Comparison and character classes of the multi-byte run-time library. Case is that of the Latin letters, half-width
 // and full-width.

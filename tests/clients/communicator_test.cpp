@@ -60,7 +60,7 @@ TEST_F(CommunicatorTest, IsInstalledInAVersionFour) {
 
 TEST_F(CommunicatorTest, EntersANewProfile) {
   PutDword(HKEY_LOCAL_MACHINE, UsersKey + Profile, "Obsoleted", 1);
-  EXPECT_EQ(adapter.SetupAccount(SampleMailSpec(), ""), 1);
+  EXPECT_EQ(WriteAccount(adapter, SampleMailSpec()), 1);
   const std::string directory = CommunicatorFolder() + "\\Users\\" + Profile;
   EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, UsersKey + Profile),
             (Lines{"DirRoot=" + directory, "EmailAddr=taro@zuvio.example", "UserName=山田 太郎"}));
@@ -74,7 +74,7 @@ TEST_F(CommunicatorTest, EntersANewProfile) {
 TEST_F(CommunicatorTest, OverwritesAProfileAndKeepsTheOtherLinesOfItsPrefs) {
   PutFile(ProfilePrefs(OtherProfile), "// 表\r\nuser_pref(\"mail.pop_name\", \"a\");\r\nuser_pref(\"x\", 1);\r\n"
                                       "user_pref(\"mail.pop_name\", \"b\");\r\n");
-  EXPECT_EQ(adapter.SetupAccount(SampleMailSpec(), OtherProfile), 1);
+  EXPECT_EQ(WriteAccount(adapter, SampleMailSpec(), OtherProfile), 1);
   EXPECT_EQ(GetFile(ProfilePrefs(OtherProfile)),
             "// 表\r\nuser_pref(\"x\", 1);\r\nuser_pref(\"mail.pop_name\", \"b\");\r\n" + AccountLines());
   EXPECT_EQ(GetString(HKEY_LOCAL_MACHINE, UsersKey + OtherProfile, "EmailAddr"), "taro@zuvio.example");
@@ -83,7 +83,7 @@ TEST_F(CommunicatorTest, OverwritesAProfileAndKeepsTheOtherLinesOfItsPrefs) {
 
 TEST_F(CommunicatorTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
   const auto refused = [&](const MailAccountSpec &spec) {
-    EXPECT_EQ(adapter.SetupAccount(spec, ""), 0);
+    EXPECT_EQ(WriteAccount(adapter, spec), 0);
     EXPECT_FALSE(KeyThere(HKEY_LOCAL_MACHINE, UsersKey + spec.accountName));
     EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, BiffKey + spec.accountName));
   };

@@ -28,7 +28,7 @@ TEST_F(ExternalMailerTest, HandsTheAccountToThePlugin) {
   const std::string kept = InstallPlugin("plugin_complete");
   ASSERT_EQ(adapter.IsInstall(), 1);
   MailAccountSpec spec = SampleMailSpec();
-  EXPECT_EQ(adapter.SetupAccount(spec, "any"), 1);
+  EXPECT_EQ(WriteAccount(adapter, spec, "any"), 1);
   MailEnvironment expected{};
   std::strcpy(expected.serviceId, "ABC01234");
   std::strcpy(expected.connectionName, "@zuvioダイヤラ");
@@ -46,7 +46,7 @@ TEST_F(ExternalMailerTest, HandsTheAccountToThePlugin) {
     spec = SampleMailSpec();
     spec.userId.assign(256, 'u');
     spec.*kind = 1;
-    EXPECT_EQ(adapter.SetupAccount(spec, ""), 1);
+    EXPECT_EQ(WriteAccount(adapter, spec), 1);
     EXPECT_EQ(Kept(kept), Bytes(expected));
   }
 }
@@ -56,7 +56,7 @@ TEST_F(ExternalMailerTest, RefusesTextsTooLongWithoutAskingThePlugin) {
   for (std::string MailAccountSpec::*field : {&MailAccountSpec::userId, &MailAccountSpec::smtpServer}) {
     MailAccountSpec spec = SampleMailSpec();
     spec.*field = std::string(field == &MailAccountSpec::userId ? 9 : 257, 'x');
-    EXPECT_EQ(adapter.SetupAccount(spec, ""), 0);
+    EXPECT_EQ(WriteAccount(adapter, spec), 0);
   }
   EXPECT_EQ(Kept(kept), "");
 }
@@ -87,7 +87,7 @@ TEST_F(ExternalMailerTest, FailsWithoutAPluginThatAnswersOne) {
       InstallPlugin(plugin);
     std::string text = "old";
     EXPECT_EQ(adapter.IsInstall(), 0) << plugin;
-    EXPECT_EQ(adapter.SetupAccount(SampleMailSpec(), ""), 0) << plugin;
+    EXPECT_EQ(WriteAccount(adapter, SampleMailSpec()), 0) << plugin;
     EXPECT_EQ(adapter.GetClientName(text) + adapter.GetClientPath(text) + adapter.GetClientVersion(text), 0) << plugin;
     EXPECT_EQ(text, "old");
     EXPECT_EQ(adapter.SetDefaultClient(), 1);

@@ -67,7 +67,7 @@ TEST_F(OutlookExpressTest, WritesANewAccountUnderTheNextNumber) {
     InstallOutlookExpress(test.version);
     PutString(HKEY_CURRENT_USER, "Identities", "Default User ID", "{1-2}");
     PutDword(HKEY_CURRENT_USER, ManagerKey, "Account Name", 15);
-    EXPECT_EQ(adapter.SetupAccount(SampleMailSpec(), ""), 1);
+    EXPECT_EQ(WriteAccount(adapter, SampleMailSpec()), 1);
     EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, Account("0000000f")), Titled(AccountValues(test.connectionType)));
     EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, ManagerKey),
               (Lines{"Account Name:4=10000000", "Default Mail Account=0000000f"}));
@@ -79,7 +79,7 @@ TEST_F(OutlookExpressTest, WritesANewAccountUnderTheNextNumber) {
 }
 
 TEST_F(OutlookExpressTest, WritesTheFirstAccountOnAnEmptyMachine) {
-  EXPECT_EQ(adapter.SetupAccount(SampleMailSpec(), ""), 1);
+  EXPECT_EQ(WriteAccount(adapter, SampleMailSpec()), 1);
   EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, Account("00000001")), Titled(AccountValues("03000000")));
   EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ManagerKey, "Account Name"), 2U);
   // Without a default identity there is none whose settings could be written.
@@ -92,7 +92,7 @@ TEST_F(OutlookExpressTest, OverwritesAnAccountButItsTitleAndTheCounter) {
   MakeKey(HKEY_CURRENT_USER, Account("00000003"));
   PutString(HKEY_CURRENT_USER, Account("00000004"), "Account Name", "mine");
   PutString(HKEY_CURRENT_USER, Account("00000004"), "POP3 Server", "old");
-  EXPECT_EQ(adapter.SetupAccount(SampleMailSpec(), "00000004"), 1);
+  EXPECT_EQ(WriteAccount(adapter, SampleMailSpec(), "00000004"), 1);
   Lines expected = AccountValues("03000000");
   expected.insert(expected.begin(), "Account Name=mine");
   EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, Account("00000004")), expected);
@@ -101,21 +101,21 @@ TEST_F(OutlookExpressTest, OverwritesAnAccountButItsTitleAndTheCounter) {
 
   // A default that names a key which is gone goes to the account written, an overwritten one too.
   PutString(HKEY_CURRENT_USER, ManagerKey, "Default Mail Account", "000000ff");
-  EXPECT_EQ(adapter.SetupAccount(SampleMailSpec(), "00000004"), 1);
+  EXPECT_EQ(WriteAccount(adapter, SampleMailSpec(), "00000004"), 1);
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, ManagerKey, "Default Mail Account"), "00000004");
 }
 
 TEST_F(OutlookExpressTest, RefusesANewsAccountAndTextsTooLongBeforeAnyWrite) {
   PutString(HKEY_CURRENT_USER, Account("00000002"), "NNTP Server", "news.example");
-  EXPECT_EQ(adapter.SetupAccount(SampleMailSpec(), "00000002"), 0);
+  EXPECT_EQ(WriteAccount(adapter, SampleMailSpec(), "00000002"), 0);
   MailAccountSpec spec = SampleMailSpec();
   spec.senderName.assign(512, 'x');
-  EXPECT_EQ(adapter.SetupAccount(spec, ""), 0);
+  EXPECT_EQ(WriteAccount(adapter, spec), 0);
   EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, Account("00000002")), Lines{"NNTP Server=news.example"});
   EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, ManagerKey), Lines{});
 
   spec.senderName.assign(511, 'x');
-  EXPECT_EQ(adapter.SetupAccount(spec, ""), 1);
+  EXPECT_EQ(WriteAccount(adapter, spec), 1);
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account("00000001"), "SMTP Display Name"), spec.senderName);
 }
 

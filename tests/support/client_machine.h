@@ -27,3 +27,9 @@ protected:
 
 // An account whose every text is different, Japanese where a client shows it.
 MailAccountSpec SampleMailSpec();
+
+// SetupAccount with a key of its own, for the tests that don't look at it afterwards.
+template <typename Adapter, typename Spec>
+int32_t WriteAccount(Adapter &adapter, const Spec &spec, std::string key = std::string()) {
+  return adapter.SetupAccount(spec, key);
+}

@@ -38,18 +38,28 @@ bool RegistryTextsFit(const std::string &profile, const std::string &directory, 
   return std::ranges::all_of(texts, [](const std::string &text) { return text.size() < RegistryTextSize; });
 }
 
-// Enters a new profile: it is no longer obsolete, and Communicator looks for its new mail.
+// Enters a new profile, in which Communicator will look for new mail.
 void EnterProfile(const std::string &profile, const std::string &directory, const std::string &popServer) {
-  RegistryKey key;
-  key.DeleteValue(HKEY_LOCAL_MACHINE, communicator::UserPath(profile).c_str(), "Obsoleted");
+  communicator::Revive(profile);
   WriteValues(HKEY_CURRENT_USER, communicator::BiffServerPath(profile, popServer),
               {{"popstatePath", MailboxStatePath(directory)}});
   WriteValues(HKEY_CURRENT_USER, communicator::BiffPath(profile), {{"defaultServer", popServer}});
 }
 
+// All old lines go before the first new one is written.
+communicator::PrefsEdit ReplaceAll(std::span<const PrefLine> lines) {
+  return [lines](PrefsText &prefs) {
+    for (const PrefLine &line : lines)
+      RemovePrefLine(line.key.c_str(), prefs);
+    for (const PrefLine &line : lines)
+      AppendPrefLine(prefs, LineText(line).c_str());
+  };
+}
+
 void WriteProfilePrefs(const std::string &directory, const MailAccountSpec &spec) {
-  communicator::WritePrefs(directory, AccountPrefs(spec));
-  CreateDirectoryA((directory + "\\mail").c_str(), nullptr);
+  const auto lines = AccountPrefs(spec);
+  communicator::EditPrefs(directory, ReplaceAll(lines));
+  communicator::MakeMailDirectory(directory);
 }
 
 // The client's entry in the system's list of mail programs, in the order of writing. The path is the same whatever the
@@ -76,25 +86,23 @@ constexpr ClientEntry ClientEntries[] = {
 
 } // namespace
 
-int32_t CommunicatorMail::IsInstall() { return communicator::IsInstalled(); }
+int32_t CommunicatorMail::IsInstall() { return IsInstalled(communicator::Program); }
 
-int32_t CommunicatorMail::SetupAccount(const MailAccountSpec &spec, const std::string &key) {
+int32_t CommunicatorMail::SetupAccount(const MailAccountSpec &spec, std::string &key) {
   const std::string installDirectory = communicator::InstallDirectory();
   if (installDirectory.empty())
     return 0;
   const std::string &profile = key.empty() ? spec.accountName : key;
   const std::string directory = communicator::ProfileDirectory(installDirectory, profile);
-  if (!communicator::ProfileFits(profile, directory) || !RegistryTextsFit(profile, directory, spec.popServer) ||
-      !communicator::PrefsTake(directory, AccountPrefs(spec)))
+  const auto prefs = AccountPrefs(spec);
+  if (!communicator::ProfileFits(profile, directory) || !communicator::LinesFit(prefs) ||
+      !RegistryTextsFit(profile, directory, spec.popServer) || !communicator::PrefsTake(directory, ReplaceAll(prefs)))
     return 0;
 
   if (key.empty())
     EnterProfile(profile, directory, spec.popServer);
-  const std::string user = communicator::UserPath(profile);
-  WriteValues(HKEY_LOCAL_MACHINE, user, {{"EmailAddr", spec.mailAddress}, {"UserName", spec.senderName}});
-  CreateDirectoryA((installDirectory + "\\Users").c_str(), nullptr);
-  CreateDirectoryA(directory.c_str(), nullptr);
-  WriteValues(HKEY_LOCAL_MACHINE, user, {{"DirRoot", directory}});
+  communicator::EnterSender(profile, spec.mailAddress, spec.senderName);
+  communicator::EnterDirectory(installDirectory, profile);
   WriteProfilePrefs(directory, spec);
   return 1;
 }
@@ -124,17 +132,17 @@ int32_t CommunicatorMail::IsExistUser(const MailAccountSpec &, std::string &, st
 
 int32_t CommunicatorMail::IsExistSecondUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
 
-int32_t CommunicatorMail::GetClientName(std::string &name) { return communicator::ReadName(name); }
+int32_t CommunicatorMail::GetClientName(std::string &name) { return ReadName(communicator::Program, name); }
 
-int32_t CommunicatorMail::GetClientPath(std::string &path) { return communicator::ReadProgramPath(path); }
+int32_t CommunicatorMail::GetClientPath(std::string &path) { return ReadProgramPath(communicator::Program, path); }
 
-int32_t CommunicatorMail::GetClientVersion(std::string &version) { return communicator::ReadVersion(version); }
+int32_t CommunicatorMail::GetClientVersion(std::string &version) { return ReadVersion(communicator::Program, version); }
 
 int32_t CommunicatorMail::GetClientType() { return ClientCommunicator; }
 
 int32_t CommunicatorMail::SetStartPage(const std::string &directory, const std::string &url) {
-  const PrefLine line[] = {{"browser.startup.homepage", QuotedPref(url)}};
-  if (communicator::ProfileFits({}, directory) && PrefLinesFit(line))
-    communicator::WritePrefs(directory, line);
+  const PrefLine line = {"browser.startup.homepage", QuotedPref(url)};
+  if (communicator::ProfileFits({}, directory) && communicator::LinesFit({&line, 1}))
+    communicator::EditPrefs(directory, [&](PrefsText &prefs) { ReplacePref(prefs, line); });
   return 1;
 }

@@ -12,7 +12,7 @@ public:
   // preferences in its prefs.js. 0, with nothing written, if Communicator's install directory can't be read, a text is
   // too long for its place (profile name, preference line and path of prefs.js 255 bytes, registry texts 511), or
   // prefs.js has no room.
-  int32_t SetupAccount(const MailAccountSpec &spec, const std::string &key) override;
+  int32_t SetupAccount(const MailAccountSpec &spec, std::string &key) override;
 
   // Enters the client's mailto keys of HKEY_LOCAL_MACHINE where it has none, and makes it the default mail program.
   int32_t SetDefaultClient() override;

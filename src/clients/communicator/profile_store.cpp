@@ -2,26 +2,27 @@
 
 #include "clients/files.h"
 #include "clients/registry.h"
-#include "stores/file_handle.h"
+#include "stores/files.h"
+
+#include <algorithm>
 
 namespace communicator {
+
+#define PRODUCT_KEY "SOFTWARE\\Netscape\\Netscape Navigator"
+const InstalledProgram Program = {"NetscapeCommunicator (Netscape)",
+                                  PRODUCT_KEY,
+                                  "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\NETSCAPE.EXE",
+                                  "4.",
+                                  "SOFTWARE\\Netscape\\Conference",
+                                  "CurrentVersion",
+                                  "4.xx"};
 
 const char *const MainKey = "Software\\Netscape\\Netscape Navigator\\Main";
 
 namespace {
 
-constexpr const char *ProductKey = "SOFTWARE\\Netscape\\Netscape Navigator";
-constexpr const char *ProgramKey = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\NETSCAPE.EXE";
 constexpr const char *BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users";
 constexpr const char *MailboxState = "\\mail\\popstate.dat";
-constexpr size_t NameSize = 256;
-
-// A version 4.x. The test is for "4." anywhere up to the first dot.
-bool IsVersion4(const std::string &version) {
-  const size_t dot = version.find('.');
-  return dot != std::string::npos && version.substr(0, dot + 1).find("4.") != std::string::npos;
-}
-
 // The directory of a listed profile, told by where the state of its POP mailbox is kept; empty if that can't be told.
 std::string ListedDirectory(const std::string &profile) {
   std::string server;
@@ -34,43 +35,10 @@ std::string ListedDirectory(const std::string &profile) {
 }
 
 bool CanOpenPrefs(const std::string &directory) {
-  return static_cast<bool>(FileHandle(CreateFileA(PrefsPath(directory).c_str(), GENERIC_READ | GENERIC_WRITE, 0,
-                                                  nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)));
+  return static_cast<bool>(OpenFileAlone(PrefsPath(directory).c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
 }
 
 } // namespace
-
-int32_t IsInstalled() {
-  RegistryKey key;
-  std::string path;
-  if (!key.KeyExists(HKEY_LOCAL_MACHINE, ProductKey) || !key.KeyExists(HKEY_LOCAL_MACHINE, ProgramKey) ||
-      !ReadPath(HKEY_LOCAL_MACHINE, ProgramKey, nullptr, path))
-    return 0;
-  std::string version;
-  if (!ReadText(HKEY_LOCAL_MACHINE, ProductKey, "CurrentVersion", version))
-    version = "X.00";
-  return IsVersion4(version) ? 1 : 0;
-}
-
-int32_t ReadName(std::string &name) {
-  const int32_t installed = IsInstalled();
-  name = installed ? "NetscapeCommunicator (Netscape)" : "";
-  return installed;
-}
-
-int32_t ReadProgramPath(std::string &path) {
-  path.clear();
-  return IsInstalled() ? ReadPath(HKEY_LOCAL_MACHINE, ProgramKey, nullptr, path) : 0;
-}
-
-int32_t ReadVersion(std::string &version) {
-  version.clear();
-  if (!IsInstalled())
-    return 0;
-  if (!ReadText(HKEY_LOCAL_MACHINE, "SOFTWARE\\Netscape\\Conference", "CurrentVersion", version))
-    version = "4.xx";
-  return 1;
-}
 
 std::string InstallDirectory() {
   std::string path;
@@ -84,7 +52,7 @@ std::string ProfileDirectory(const std::string &installDirectory, const std::str
 
 std::string PrefsPath(const std::string &directory) { return directory + "\\prefs.js"; }
 
-std::string UserPath(const std::string &profile) { return std::string(ProductKey) + "\\Users\\" + profile; }
+std::string UserPath(const std::string &profile) { return std::string(PRODUCT_KEY "\\Users\\") + profile; }
 
 std::string BiffPath(const std::string &profile) { return std::string(BiffKey) + '\\' + profile; }
 
@@ -105,29 +73,49 @@ bool FindProfile(const std::string &profile) {
   return false;
 }
 
-bool ProfileFits(const std::string &profile, const std::string &directory) {
-  return profile.size() < NameSize && PrefsPath(directory).size() < NameSize;
+void Revive(const std::string &profile) {
+  RegistryKey key;
+  key.DeleteValue(HKEY_LOCAL_MACHINE, UserPath(profile).c_str(), "Obsoleted");
 }
 
-bool PrefsTake(const std::string &directory, std::span<const PrefLine> lines) {
-  if (!PrefLinesFit(lines))
-    return false;
+void EnterSender(const std::string &profile, const std::string &mailAddress, const std::string &senderName) {
+  WriteValues(HKEY_LOCAL_MACHINE, UserPath(profile), {{"EmailAddr", mailAddress}, {"UserName", senderName}});
+}
+
+void EnterDirectory(const std::string &installDirectory, const std::string &profile) {
+  const std::string directory = ProfileDirectory(installDirectory, profile);
+  CreateDirectoryA((installDirectory + "\\Users").c_str(), nullptr);
+  CreateDirectoryA(directory.c_str(), nullptr);
+  WriteValues(HKEY_LOCAL_MACHINE, UserPath(profile), {{"DirRoot", directory}});
+}
+
+void MakeMailDirectory(const std::string &directory) { CreateDirectoryA((directory + "\\mail").c_str(), nullptr); }
+
+bool ProfileFits(const std::string &profile, const std::string &directory) {
+  return profile.size() < LineSize && PrefsPath(directory).size() < LineSize;
+}
+
+bool LinesFit(std::span<const PrefLine> lines) {
+  return std::ranges::all_of(lines, [](const PrefLine &line) { return LineText(line).size() < LineSize; });
+}
+
+bool PrefsTake(const std::string &directory, const PrefsEdit &edit) {
   const std::string path = PrefsPath(directory);
   if (!PathExists(path.c_str()))
     return true;
   PrefsText prefs;
   LoadPrefsText(path.c_str(), prefs);
   const bool read = prefs.whole || prefs.length > 0;
-  ReplacePrefs(prefs, lines);
+  edit(prefs);
   return prefs.whole || !read;
 }
 
-void WritePrefs(const std::string &directory, std::span<const PrefLine> lines) {
+void EditPrefs(const std::string &directory, const PrefsEdit &edit, DWORD access) {
   const std::string path = PrefsPath(directory);
   PrefsText prefs;
   LoadPrefsText(path.c_str(), prefs);
-  ReplacePrefs(prefs, lines);
-  SavePrefsText(path.c_str(), prefs);
+  edit(prefs);
+  SavePrefsText(path.c_str(), prefs, access);
 }
 
 } // namespace communicator

@@ -2,20 +2,19 @@
 // program's path and version, the registry keys of a profile and its directory.
 #pragma once
 
+#include "clients/installed_program.h"
 #include "clients/pref_lines.h"
 #include "win32/win32.h"
 
 #include <cstdint>
+#include <functional>
+#include <span>
 #include <string>
 
 namespace communicator {
 
-// Results are 1 or 0; the texts are empty on 0.
-int32_t IsInstalled();
-int32_t ReadName(std::string &name);
-int32_t ReadProgramPath(std::string &path);
-// The registry's version text (as in "4.75"), or "4.xx".
-int32_t ReadVersion(std::string &version);
+// The version of its conference program, as in "4.75 [ja]", stands for the client's.
+extern const InstalledProgram Program;
 
 // Where HKEY_CURRENT_USER keeps the install directory.
 extern const char *const MainKey;
@@ -35,14 +34,29 @@ std::string BiffServerPath(const std::string &profile, const std::string &server
 // has none.
 bool FindProfile(const std::string &profile);
 
-// Whether the profile's name and the path of its prefs.js fit their buffers of 256 bytes.
+// A profile of that name is no longer obsolete, should an older one have been.
+void Revive(const std::string &profile);
+// Enters what the profile's user is called.
+void EnterSender(const std::string &profile, const std::string &mailAddress, const std::string &senderName);
+// Makes the folder of all profiles and the profile's directory, and enters that as the profile's.
+void EnterDirectory(const std::string &installDirectory, const std::string &profile);
+// Makes the directory for mail that every profile has.
+void MakeMailDirectory(const std::string &directory);
+
+// The lines, paths and names of a profile pass through buffers of 256 bytes.
+constexpr size_t LineSize = 256;
+// Whether the profile's name and the path of its prefs.js fit their buffers.
 bool ProfileFits(const std::string &profile, const std::string &directory);
+bool LinesFit(std::span<const PrefLine> lines);
 
-// Whether the lines fit their buffers and the directory's prefs.js, if there is one, has room for them. A file that
-// can't be read counts as having room: it will be left as it is.
-bool PrefsTake(const std::string &directory, std::span<const PrefLine> lines);
+// An edit of a prefs.js. It is made twice, once to see whether the file has room.
+using PrefsEdit = std::function<void(PrefsText &prefs)>;
 
-// Replaces preferences in the directory's prefs.js.
-void WritePrefs(const std::string &directory, std::span<const PrefLine> lines);
+// Whether the directory's prefs.js, if there is one, has room for the edit. A file that can't be read counts as having
+// room: it will be left as it is.
+bool PrefsTake(const std::string &directory, const PrefsEdit &edit);
+
+// Edits the directory's prefs.js.
+void EditPrefs(const std::string &directory, const PrefsEdit &edit, DWORD access = GENERIC_READ | GENERIC_WRITE);
 
 } // namespace communicator

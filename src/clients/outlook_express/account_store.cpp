@@ -2,15 +2,21 @@
 
 #include "clients/registry.h"
 
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
 
 namespace outlook_express {
 
+const InstalledProgram Program = {"OutlookExpress (Microsoft)",
+                                  "SOFTWARE\\Microsoft\\Outlook Express",
+                                  "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\msimn.exe",
+                                  nullptr,
+                                  "SOFTWARE\\Microsoft\\Outlook Express",
+                                  "MediaVer",
+                                  "4.00.0"};
+
 namespace {
 
-constexpr const char *ProductKey = "SOFTWARE\\Microsoft\\Outlook Express";
-constexpr const char *ProgramKey = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\msimn.exe";
 constexpr const char *ManagerKey = "Software\\Microsoft\\Internet Account Manager";
 constexpr const char *AccountsKey = "Software\\Microsoft\\Internet Account Manager\\Accounts";
 
@@ -25,38 +31,9 @@ DWORD NextAccountNumber() {
 
 } // namespace
 
-int32_t IsInstalled() {
-  RegistryKey key;
-  std::string path;
-  return key.KeyExists(HKEY_LOCAL_MACHINE, ProductKey) && key.KeyExists(HKEY_LOCAL_MACHINE, ProgramKey) &&
-                 ReadPath(HKEY_LOCAL_MACHINE, ProgramKey, nullptr, path)
-             ? 1
-             : 0;
-}
-
-int32_t ReadName(std::string &name) {
-  const int32_t installed = IsInstalled();
-  name = installed ? "OutlookExpress (Microsoft)" : "";
-  return installed;
-}
-
-int32_t ReadProgramPath(std::string &path) {
-  path.clear();
-  return IsInstalled() ? ReadPath(HKEY_LOCAL_MACHINE, ProgramKey, nullptr, path) : 0;
-}
-
-int32_t ReadVersion(std::string &version) {
-  version.clear();
-  if (!IsInstalled())
-    return 0;
-  if (!ReadText(HKEY_LOCAL_MACHINE, ProductKey, "MediaVer", version))
-    version = "4.00.0";
-  return 1;
-}
-
 bool IsVersion4() {
   std::string version;
-  ReadVersion(version);
+  ReadVersion(Program, version);
   return version.starts_with('4');
 }
 
@@ -89,6 +66,11 @@ bool HasText(const std::string &path, const char *valueName) {
   return ReadText(HKEY_CURRENT_USER, path, valueName, text) != 0;
 }
 
+bool HoldsText(const std::string &path, const char *valueName, const std::string &text) {
+  std::string stored;
+  return ReadText(HKEY_CURRENT_USER, path, valueName, stored) && stored == text;
+}
+
 void EnsureDefaultMailAccount(const std::string &name) {
   std::string current;
   if (!ReadStringValue(HKEY_CURRENT_USER, ManagerKey, "Default Mail Account", current) ||
@@ -103,6 +85,8 @@ std::string IdentitySettingsPath() {
   return "Identities\\" + identity + "\\Software\\Microsoft\\Outlook Express\\5.0";
 }
 
-bool Fits(const std::string &text) { return text.size() < RegistryTextSize; }
+bool TextsFit(std::initializer_list<std::string_view> texts) {
+  return std::ranges::all_of(texts, [](std::string_view text) { return text.size() < RegistryTextSize; });
+}
 
 } // namespace outlook_express

@@ -1,21 +1,20 @@
-// Outlook Express and its account store in the registry, as the mail and the news adapter share them: the install test,
-// the program's path and version, the numbering of accounts and the walk over them.
+// Outlook Express and its account store in the registry, as the mail and the news adapter share them: the numbering of
+// accounts, the walk over them, and the client's settings that every account comes with.
 #pragma once
 
-#include "win32/win32.h"
+#include "clients/installed_program.h"
+#include "clients/registry.h"
 
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 namespace outlook_express {
 
-// Results are 1 or 0; the texts are empty on 0.
-int32_t IsInstalled();
-int32_t ReadName(std::string &name);
-int32_t ReadProgramPath(std::string &path);
-// The registry's version text with its own separators (as in "5,50,4522,1200"), or "4.00.0".
-int32_t ReadVersion(std::string &version);
+// Its version text has separators of its own, as in "5,50,4522,1200".
+extern const InstalledProgram Program;
 
 // Whether the version begins with a 4. An empty version, of a client that isn't installed, doesn't.
 bool IsVersion4();
@@ -32,8 +31,9 @@ std::string EnterAccount(const std::string &title);
 // did, and `name` is then that account's.
 bool FindAccount(const std::function<bool(const std::string &path)> &matches, std::string &name);
 
-// Whether HKEY_CURRENT_USER's account `path` has a text `valueName` that can be read.
+// Whether the key of an account has a value that can be read as a text, and whether that is the text given.
 bool HasText(const std::string &path, const char *valueName);
+bool HoldsText(const std::string &path, const char *valueName, const std::string &text);
 
 // Makes the account the default mail account unless that names an account already.
 void EnsureDefaultMailAccount(const std::string &name);
@@ -42,7 +42,7 @@ void EnsureDefaultMailAccount(const std::string &name);
 // identity can't be read: its settings are then left alone, since a made-up identity would belong to nobody.
 std::string IdentitySettingsPath();
 
-// Whether a text fits the buffers of 512 bytes that the client's values pass through.
-bool Fits(const std::string &text);
+// Whether the texts fit the buffers of 512 bytes that the client's values pass through.
+bool TextsFit(std::initializer_list<std::string_view> texts);
 
 } // namespace outlook_express

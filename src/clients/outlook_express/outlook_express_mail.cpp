@@ -4,8 +4,6 @@
 #include "clients/registry.h"
 #include "clients/text.h"
 
-#include <algorithm>
-
 namespace {
 
 constexpr const char *ClientKey = "SOFTWARE\\Clients\\Mail\\Outlook Express";
@@ -30,19 +28,12 @@ int32_t FindMailAccount(const char *valueName, const std::string &wanted, const 
                         std::string &message) {
   const bool found = outlook_express::FindAccount(
       [&](const std::string &path) {
-        std::string text;
-        return IsMailAccount(path) && ReadText(HKEY_CURRENT_USER, path, valueName, text) && text == wanted;
+        return IsMailAccount(path) && outlook_express::HoldsText(path, valueName, wanted);
       },
       key);
   if (found)
     message = Format(question, wanted);
   return found ? 1 : 0;
-}
-
-bool SpecFits(const MailAccountSpec &spec) {
-  const std::string *const texts[] = {&spec.userId,     &spec.senderName, &spec.accountName,
-                                      &spec.smtpServer, &spec.popServer,  &spec.mailAddress};
-  return std::ranges::all_of(texts, [](const std::string *text) { return outlook_express::Fits(*text); });
 }
 
 // Copies the default value of one of the client's keys to the system's key. A command line isn't a file, so whether the
@@ -56,10 +47,11 @@ void CopyDefaultValue(const char *from, const char *to) {
 
 } // namespace
 
-int32_t OutlookExpressMail::IsInstall() { return outlook_express::IsInstalled(); }
+int32_t OutlookExpressMail::IsInstall() { return IsInstalled(outlook_express::Program); }
 
-int32_t OutlookExpressMail::SetupAccount(const MailAccountSpec &spec, const std::string &key) {
-  if (!SpecFits(spec) || !outlook_express::Fits(outlook_express::AccountPath(key)))
+int32_t OutlookExpressMail::SetupAccount(const MailAccountSpec &spec, std::string &key) {
+  if (!outlook_express::TextsFit({spec.userId, spec.senderName, spec.accountName, spec.smtpServer, spec.popServer,
+                                  spec.mailAddress, outlook_express::AccountPath(key)}))
     return 0;
   if (!key.empty() && outlook_express::HasText(outlook_express::AccountPath(key), "NNTP Server"))
     return 0;
@@ -107,10 +99,12 @@ int32_t OutlookExpressMail::IsExistUser(const MailAccountSpec &spec, std::string
 
 int32_t OutlookExpressMail::IsExistSecondUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
 
-int32_t OutlookExpressMail::GetClientName(std::string &name) { return outlook_express::ReadName(name); }
+int32_t OutlookExpressMail::GetClientName(std::string &name) { return ReadName(outlook_express::Program, name); }
 
-int32_t OutlookExpressMail::GetClientPath(std::string &path) { return outlook_express::ReadProgramPath(path); }
+int32_t OutlookExpressMail::GetClientPath(std::string &path) { return ReadProgramPath(outlook_express::Program, path); }
 
-int32_t OutlookExpressMail::GetClientVersion(std::string &version) { return outlook_express::ReadVersion(version); }
+int32_t OutlookExpressMail::GetClientVersion(std::string &version) {
+  return ReadVersion(outlook_express::Program, version);
+}
 
 int32_t OutlookExpressMail::GetClientType() { return ClientOutlookExpress; }

@@ -141,6 +141,17 @@ BOOL ReadFile(HANDLE handle, void *buffer, DWORD size, DWORD *read, void *) {
   return TRUE;
 }
 
+DWORD GetFileSize(HANDLE handle, DWORD *high) {
+  const OpenFile *const opened = AsOpenFile(handle);
+  struct stat status;
+  if (opened == nullptr || fstat(opened->Data(), &status) != 0)
+    return Fail(ERROR_INVALID_HANDLE, INVALID_FILE_SIZE);
+  const auto size = static_cast<uint64_t>(status.st_size);
+  if (high != nullptr)
+    *high = static_cast<DWORD>(size >> 32);
+  return static_cast<DWORD>(size);
+}
+
 BOOL WriteFile(HANDLE handle, const void *data, DWORD size, DWORD *written, void *) {
   OpenFile *const opened = AsOpenFile(handle);
   *written = 0;

@@ -1,16 +1,16 @@
 // The multi-byte functions of the run-time library, in code page 932.
 #include "win32/win32.h"
 
+#include "win32/linux/text.h"
+
 #include <cstring>
 
 namespace {
 
-bool IsLeadByte(unsigned char byte) { return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC); }
-
 // The character that begins there as one number, lead byte first; moves the text behind it.
 unsigned int NextCharacter(const unsigned char *&text) {
   const unsigned int first = *text++;
-  if (!IsLeadByte(static_cast<unsigned char>(first)) || *text == 0)
+  if (!text::IsLeadByte(static_cast<unsigned char>(first)) || *text == 0)
     return first;
   return first << 8 | *text++;
 }

@@ -49,8 +49,6 @@ private:
   iconv_t descriptor;
 };
 
-bool IsLeadByte(unsigned char byte) { return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC); }
-
 // Single bytes that Windows maps and the C library doesn't.
 struct ByteMapping {
   unsigned char byte;
@@ -238,6 +236,8 @@ std::optional<std::string> FromUtf8(std::string_view utf8) {
   return cp932;
 }
 
+bool IsLeadByte(unsigned char byte) { return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC); }
+
 char16_t Upper(char16_t character) {
   struct Range {
     char16_t first, last, distance;
@@ -280,6 +280,8 @@ template <typename Unit> int HandOver(const std::basic_string<Unit> &converted, 
 }
 
 } // namespace
+
+BOOL IsDBCSLeadByte(BYTE byte) { return text::IsLeadByte(byte) ? TRUE : FALSE; }
 
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char *text, int length, WCHAR *wide, int size) {
   if (text == nullptr || length == 0 || length < -1 || size < 0 || (size != 0 && wide == nullptr) ||

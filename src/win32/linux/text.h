@@ -22,6 +22,9 @@ bool WideToCp932(std::u16string_view wide, std::string &cp932, std::string_view 
 std::string ToUtf8(std::string_view cp932);
 std::optional<std::string> FromUtf8(std::string_view utf8);
 
+// Whether a byte of code page 932 begins a character of two bytes.
+bool IsLeadByte(unsigned char byte);
+
 // Simple upper case, as names of keys, values and files are compared by: Latin, Greek and Cyrillic letters.
 char16_t Upper(char16_t character);
 

@@ -1,0 +1,35 @@
+// Netscape Communicator 4.x as a news client: a news server in a profile's map and in its prefs.js. The twin of
+// CommunicatorMail, on the same profiles.
+#pragma once
+
+#include "clients/news_client.h"
+#include "stores/prefs_file.h"
+
+class CommunicatorNews : public NewsClient {
+public:
+  int32_t IsInstall() override;
+
+  // Puts the spec's server into the profile that the account's title names, or that `key` names: the profile's
+  // registry values and directory, where the server is on the map of news servers and an empty newsrc file, and its
+  // news preferences. A sender that prefs.js names already stays. 0, with nothing written, if Communicator's install
+  // directory can't be read, the host of a server that is on has no dot, a text is too long for its place (255 bytes
+  // for names, lines and paths, 511 for registry texts), or prefs.js or the map has no room.
+  int32_t SetupAccount(const NewsAccountSpec &spec, std::string &key) override;
+
+  int32_t SetDefaultClient() override;
+
+  // Matches the profile's name as CommunicatorMail does; both servers of a spec give the same answer.
+  int32_t IsExistAccount(const NewsAccountSpec &spec, std::string &key, std::string &message) override;
+
+  int32_t GetClientName(std::string &name) override;
+  int32_t GetClientPath(std::string &path) override;
+  int32_t GetClientVersion(std::string &version) override;
+  int32_t GetClientType() override;
+
+private:
+  // The edits of prefs.js, in their order.
+  void EditNewsPrefs(PrefsText &prefs, const NewsAccountSpec &spec);
+  void KeepOrFill(PrefsText &prefs, const char *key, const std::string &value);
+
+  char keptLine[PrefValueSize]; // scratch space of KeepOrFill
+};

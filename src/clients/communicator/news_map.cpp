@@ -1,0 +1,65 @@
+#include "clients/communicator/news_map.h"
+
+#include "clients/communicator/profile_store.h"
+#include "clients/files.h"
+#include "stores/files.h"
+
+namespace communicator {
+
+namespace {
+
+constexpr const char *Heading = "netscape-newsrc-map-file\n";
+constexpr const char *HeadingWord = "netscape-newsrc-map-file";
+
+bool Holds(const std::string &map, const std::string &text) { return map.find(text) != std::string::npos; }
+
+// The map's text, of a missing one empty; nothing if it can't be read or is none of ours: too large, or not a text.
+std::optional<std::string> ReadMap(const FileHandle &file) {
+  std::string map(NewsMap::Capacity + 1, '\0');
+  DWORD read = 0;
+  if (!file || !ReadFile(file.Get(), map.data(), static_cast<DWORD>(map.size()), &read, nullptr) ||
+      read > NewsMap::Capacity)
+    return std::nullopt;
+  map.resize(read);
+  return Holds(map, std::string(1, '\0')) ? std::nullopt : std::optional(map);
+}
+
+} // namespace
+
+NewsMap::NewsMap(const std::string &profileDirectory)
+    : directory(profileDirectory + "\\news"), path(directory + "\\fat") {}
+
+std::string NewsMap::NewsrcPath(const std::string &host) const {
+  return directory + '\\' + host.substr(0, host.find('.')) + ".rc";
+}
+
+std::string NewsMap::Record(const std::string &host) const {
+  return "newsrc-" + host + '\t' + NewsrcPath(host) + "\tFALSE\n";
+}
+
+std::string NewsMap::WithServer(const std::string &map, const std::string &host) const {
+  return map + (Holds(map, HeadingWord) ? "" : Heading) + Record(host);
+}
+
+bool NewsMap::Takes(const std::string &host) const {
+  if (host.find('.') == std::string::npos || path.size() >= LineSize || NewsrcPath(host).size() >= LineSize ||
+      Record(host).size() >= LineSize)
+    return false;
+  if (!PathExists(path.c_str()))
+    return true;
+  const FileHandle file = OpenFileAlone(path.c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
+  const std::optional<std::string> map = ReadMap(file);
+  return !file || (map && (Holds(*map, host) || WithServer(*map, host).size() <= Capacity));
+}
+
+void NewsMap::Enter(const std::string &host) const {
+  CreateDirectoryA(directory.c_str(), nullptr);
+  const std::optional<std::string> map =
+      ReadMap(OpenFileAlone(path.c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
+  if (!map || Holds(*map, host))
+    return;
+  WriteWholeFile(path.c_str(), GENERIC_WRITE, WithServer(*map, host));
+  WriteWholeFile(NewsrcPath(host).c_str(), GENERIC_WRITE, "");
+}
+
+} // namespace communicator

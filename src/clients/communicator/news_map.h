@@ -1,0 +1,36 @@
+// The map of a profile's news servers, the file `fat` in its news directory, and the newsrc file that each server has
+// there. The map only grows: no record is removed or changed.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace communicator {
+
+class NewsMap {
+public:
+  // Largest map that is kept, in bytes.
+  static constexpr size_t Capacity = 10240;
+
+  // The map below a profile's directory. Nothing is read or made yet.
+  explicit NewsMap(const std::string &profileDirectory);
+
+  // Whether the server can be entered: the host has a dot, which its newsrc file's name ends at, paths and record fit
+  // their buffers of 256 bytes, and a map that is there has room. A map that can't be read counts as having room: it
+  // will be left as it is.
+  bool Takes(const std::string &host) const;
+
+  // Makes the news directory and enters the server with an empty newsrc file, cutting one of that name. Does nothing
+  // for a host that stands anywhere in the map.
+  void Enter(const std::string &host) const;
+
+private:
+  std::string NewsrcPath(const std::string &host) const;
+  std::string Record(const std::string &host) const;
+  std::string WithServer(const std::string &map, const std::string &host) const;
+
+  std::string directory;
+  std::string path;
+};
+
+} // namespace communicator

@@ -1,0 +1,25 @@
+// Outlook Express, versions 4 and 5, as a news client: the twin of OutlookExpressMail in the same account store.
+#pragma once
+
+#include "clients/news_client.h"
+
+class OutlookExpressNews : public NewsClient {
+public:
+  int32_t IsInstall() override;
+
+  // Writes the account of the spec's server below "Software\Microsoft\Internet Account Manager" of HKEY_CURRENT_USER,
+  // with the next free number or over the account whose key's name `key` is, and the client's own news settings. 0,
+  // with nothing written, if `key` belongs to a mail account or a text has more than 511 bytes.
+  int32_t SetupAccount(const NewsAccountSpec &spec, std::string &key) override;
+
+  int32_t SetDefaultClient() override;
+
+  // Matches the account's title, byte by byte, on accounts of either kind. The title is `accountName`, a blank and the
+  // server's display name.
+  int32_t IsExistAccount(const NewsAccountSpec &spec, std::string &key, std::string &message) override;
+
+  int32_t GetClientName(std::string &name) override;
+  int32_t GetClientPath(std::string &path) override;
+  int32_t GetClientVersion(std::string &version) override;
+  int32_t GetClientType() override;
+};

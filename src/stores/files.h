@@ -1,0 +1,40 @@
+// Files as the stores use them: opened for themselves alone, read or replaced whole, and closed at the end of a scope.
+#pragma once
+
+#include "win32/win32.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+// Owns a file that CreateFileA opened.
+class FileHandle {
+public:
+  explicit FileHandle(HANDLE opened) : handle(opened) {}
+  ~FileHandle() { Close(); }
+  FileHandle(FileHandle &&other) noexcept : handle(std::exchange(other.handle, INVALID_HANDLE_VALUE)) {}
+  FileHandle &operator=(FileHandle &&) = delete;
+  FileHandle(const FileHandle &) = delete;
+  FileHandle &operator=(const FileHandle &) = delete;
+
+  explicit operator bool() const { return handle != INVALID_HANDLE_VALUE; }
+  HANDLE Get() const { return handle; }
+  // False if it wasn't open, or if what was written to it couldn't be put in place.
+  bool Close() { return *this && CloseHandle(std::exchange(handle, INVALID_HANDLE_VALUE)) != FALSE; }
+
+private:
+  HANDLE handle;
+};
+
+// Opens a file that nobody else may have open meanwhile.
+FileHandle OpenFileAlone(const char *path, DWORD access, DWORD disposition);
+
+// Whether a file can be opened for reading.
+bool CanReadFile(const char *path);
+
+// Reads a file up to its end. False if it can't be read, or is larger than 4 GB.
+bool ReadWholeFile(const FileHandle &file, std::string &bytes);
+
+// Puts a file with these bytes at the path, in the place of the one that may be there. False if it couldn't be opened,
+// written or put in place.
+bool WriteWholeFile(const char *path, DWORD access, std::string_view bytes);
