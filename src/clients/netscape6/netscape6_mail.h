@@ -1,0 +1,29 @@
+// Netscape 6 as a mail client: an account is a user profile, and in its prefs.js the account, server, identity and SMTP
+// server that belong together.
+#pragma once
+
+#include "clients/mail_client.h"
+
+class Netscape6Mail : public MailClient {
+public:
+  int32_t IsInstall() override;
+
+  // Writes a POP3 account into the prefs.js of the profile whose directory `key` is, or of a new one that the account's
+  // title names; `key` is then its directory. An account of the same user is taken over, and becomes the default one
+  // like any other. 0, with nothing changed, if a text has more than 259 bytes (the name shown as sender in UTF-8), the
+  // directory's path more than 246, all numbers of the profile are taken, or prefs.js has no room; and if no profile
+  // could be made.
+  int32_t SetupAccount(const MailAccountSpec &spec, std::string &key) override;
+
+  int32_t SetDefaultClient() override;
+
+  // Matches the profile's name, byte by byte, on profiles with a prefs.js; `key` is empty on 0.
+  int32_t IsExistAccount(const MailAccountSpec &spec, std::string &key, std::string &message) override;
+  int32_t IsExistUser(const MailAccountSpec &spec, std::string &key, std::string &message) override;
+  int32_t IsExistSecondUser(const MailAccountSpec &spec, std::string &key, std::string &message) override;
+
+  int32_t GetClientName(std::string &name) override;
+  int32_t GetClientPath(std::string &path) override;
+  int32_t GetClientVersion(std::string &version) override;
+  int32_t GetClientType() override;
+};

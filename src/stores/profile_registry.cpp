@@ -1,0 +1,337 @@
+#include "stores/profile_registry.h"
+
+#include "stores/files.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <new>
+
+namespace {
+
+constexpr uint16_t KeyType = ProfileRegistryNode::KeyType;
+constexpr uint16_t StringType = ProfileRegistryNode::StringType;
+
+// A record as it stands in the file, little-endian like every machine that AcctKit runs on.
+struct Record {
+  uint32_t location;
+  uint32_t name;
+  uint16_t namelen;
+  uint16_t type;
+  uint32_t left;
+  uint32_t down;
+  uint32_t value;
+  uint32_t valuelen;
+  uint32_t parent;
+};
+static_assert(sizeof(Record) == 32);
+
+Record RecordAt(std::string_view image, uint32_t offset) {
+  Record record;
+  std::memcpy(&record, image.data() + offset, sizeof record);
+  return record;
+}
+
+// ---- Walking the tree ----
+
+// Where a record hangs: in one of the two chains of an owner, which is named by its number in the order of the walk.
+struct Place {
+  uint32_t offset;
+  uint32_t level;
+  int32_t owner;
+  bool inValues;
+};
+
+// Comes to every record that hangs on the chain at an offset, in the order of the nodes: a key, its subkeys with all
+// that is below them, its values, the next record. `visit` reads the record at a place; the walk ends when it answers
+// false. What is still to come is kept in a list of our own, so a deep tree is no deeper call.
+template <typename Visit> bool Walk(uint32_t offset, uint32_t level, Visit visit) {
+  std::vector<Place> ahead;
+  const auto push = [&](uint32_t next, uint32_t nextLevel, int32_t owner, bool inValues) {
+    if (next != 0)
+      ahead.push_back({next, nextLevel, owner, inValues});
+  };
+  push(offset, level, -1, false);
+  for (int32_t number = 0; !ahead.empty(); ++number) {
+    const Place place = ahead.back();
+    ahead.pop_back();
+    Record record;
+    if (!visit(place, record))
+      return false;
+    push(record.left, place.level, place.owner, place.inValues);
+    if (record.type == KeyType) {
+      push(record.value, place.level + 1, number, true);
+      push(record.down, place.level + 1, number, false);
+    }
+  }
+  return true;
+}
+
+// ---- Checking a file that may be anybody's ----
+
+// Marks the bytes of records and strings as they are come to. No byte is part of two of them, which rules out loops,
+// and bounds what is read of a file by its size.
+class SoundnessCheck {
+public:
+  explicit SoundnessCheck(std::string_view file) : image(file), taken(file.size(), '\0') {}
+
+  bool Passes() {
+    constexpr uint32_t Root = ProfileRegistry::RootOffset;
+    if (image.size() < Root + sizeof(Record) || RecordAt(image, Root).type != KeyType)
+      return false;
+    std::vector<uint32_t> locations; // of the records in the order of the walk
+    return Walk(Root, 0, [&](const Place &place, Record &record) {
+      if (!Take(place.offset, sizeof(Record), Root))
+        return false;
+      record = RecordAt(image, place.offset);
+      locations.push_back(place.offset);
+      const bool knowsItself = record.location == place.offset;
+      const bool knowsItsKey = place.owner < 0 || record.parent == locations[static_cast<size_t>(place.owner)];
+      return knowsItself && knowsItsKey && TakeString(record.name, 0, 0) &&
+             (record.type != StringType || TakeString(record.value, record.valuelen, Root));
+    });
+  }
+
+private:
+  // Takes bytes that have to lie within the file, not ahead of `lowest`.
+  bool Take(uint32_t offset, size_t size, uint32_t lowest) {
+    if (offset < lowest || offset > image.size() || size > image.size() - offset)
+      return false;
+    char *const begin = taken.data() + offset;
+    char any = 0;
+    for (size_t index = 0; index < size; ++index)
+      any = static_cast<char>(any | begin[index]);
+    std::memset(begin, 1, size);
+    return any == 0;
+  }
+
+  // Takes a string with its terminator, and the room that it has.
+  bool TakeString(uint32_t offset, uint32_t room, uint32_t lowest) {
+    if (offset == 0)
+      return true;
+    const size_t end = offset < image.size() ? image.find('\0', offset) : std::string_view::npos;
+    return end != std::string_view::npos && Take(offset, std::max<size_t>(end + 1 - offset, room), lowest);
+  }
+
+  std::string_view image;
+  std::string taken;
+};
+
+} // namespace
+
+ProfileRegistry::ProfileRegistry() : children(0, ChildHash{this}, ChildEqual{this}) {}
+
+ProfileRegistry::~ProfileRegistry() = default;
+
+// ---- File ----
+
+int32_t ProfileRegistry::Open(const std::string &path) {
+  image.clear();
+  ClearNodes();
+  FileHandle file = OpenFileAlone(path.c_str(), GENERIC_READ, OPEN_EXISTING);
+  try {
+    if (!file || !ReadWholeFile(file, image) || !SoundnessCheck(image).Passes()) {
+      image.clear();
+      return 0;
+    }
+  } catch (const std::bad_alloc &) {
+    image.clear();
+    return 0;
+  }
+  filePath = path;
+  return 1;
+}
+
+int32_t ProfileRegistry::Save() const {
+  return !image.empty() && WriteWholeFile(filePath.c_str(), GENERIC_WRITE, image) ? 1 : 0;
+}
+
+// ---- Nodes ----
+
+void ProfileRegistry::ClearNodes() {
+  children.clear();
+  chainEnds.clear();
+  nodes.clear();
+}
+
+void ProfileRegistry::Parse() {
+  ClearNodes();
+  if (!image.empty())
+    ParseChain(RootOffset, 0);
+}
+
+void ProfileRegistry::ParseChain(uint32_t offset, uint32_t level) {
+  Walk(offset, level, [this](const Place &place, Record &record) {
+    record = RecordAt(image, place.offset);
+    const auto index = static_cast<int32_t>(nodes.size());
+    ReadNode(nodes.emplace_back(), place.offset);
+    nodes.back().depth = place.level;
+    chainEnds.emplace_back();
+    children.insert(static_cast<uint32_t>(index));
+    if (place.owner >= 0) {
+      ChainEnds &ends = chainEnds[static_cast<size_t>(place.owner)];
+      (place.inValues ? ends.value : ends.down) = index;
+    }
+    return true;
+  });
+}
+
+void ProfileRegistry::ReadNode(ProfileRegistryNode &node, uint32_t offset) const {
+  const Record record = RecordAt(image, offset);
+  node.location = record.location;
+  node.nameOffset = record.name;
+  node.namelen = record.namelen;
+  node.type = record.type;
+  node.left = record.left;
+  node.down = record.down;
+  node.valueOffset = record.value;
+  node.valuelen = record.valuelen;
+  node.parent = record.parent;
+  node.name = record.name != 0 ? image.data() + record.name : "";
+  node.value = record.type == StringType && record.value != 0 ? image.data() + record.value : "";
+}
+
+void ProfileRegistry::WriteNode(uint32_t offset, const ProfileRegistryNode &node) {
+  const Record record = {node.location, node.nameOffset,  node.namelen,  node.type,  node.left,
+                         node.down,     node.valueOffset, node.valuelen, node.parent};
+  std::memcpy(image.data() + offset, &record, sizeof record);
+}
+
+// ---- Searching ----
+
+size_t ProfileRegistry::ChildHash::operator()(const ChildName &child) const {
+  constexpr size_t Spread = static_cast<size_t>(0x9E3779B97F4A7C15U);
+  return std::hash<std::string_view>()(child.name) ^ (child.parent + child.type) * Spread;
+}
+
+bool ProfileRegistry::ChildEqual::Same(const ChildName &left, const ChildName &right) {
+  return left.parent == right.parent && left.type == right.type && left.name == right.name;
+}
+
+ProfileRegistry::ChildName ProfileRegistry::NameOf(uint32_t index) const {
+  const ProfileRegistryNode &node = nodes[index];
+  return {node.parent, node.type, node.name};
+}
+
+int32_t ProfileRegistry::FindChild(int32_t index, const std::string &name, int32_t wantKey) const {
+  if (index < 0 || index >= NodeCount())
+    return -1;
+  const auto found = children.find(ChildName{Node(index).location, wantKey != 0 ? KeyType : StringType, name});
+  return found != children.end() ? static_cast<int32_t>(*found) : -1;
+}
+
+std::vector<std::string> ProfileRegistry::SplitPath(const std::string &path) {
+  std::vector<std::string> names;
+  std::string name;
+  const auto finish = [&] {
+    if (!name.empty())
+      names.push_back(std::exchange(name, {}));
+  };
+  for (size_t index = 0; index < path.size(); ++index) {
+    if (path[index] == '\\') {
+      finish();
+      continue;
+    }
+    name += path[index];
+    if (IsDBCSLeadByte(static_cast<BYTE>(path[index])) && index + 1 < path.size())
+      name += path[++index]; // which may be a backslash, and is none
+  }
+  finish();
+  return names;
+}
+
+int32_t ProfileRegistry::FindPath(const std::string &keyPath, const std::string &valueName) const {
+  int32_t index = nodes.empty() ? -1 : 0;
+  for (const std::string &name : SplitPath(keyPath))
+    index = FindChild(index, name, 1);
+  return valueName.empty() ? index : FindChild(index, valueName, 0);
+}
+
+int32_t ProfileRegistry::GetValue(const std::string &keyPath, const std::string &valueName, std::string &out) const {
+  const int32_t index = FindPath(keyPath, valueName);
+  if (index < 0)
+    return 0;
+  out = Node(index).value;
+  return 1;
+}
+
+// ---- Editing ----
+
+uint32_t ProfileRegistry::GrowImage(size_t bytes) {
+  const uint32_t end = ImageLength();
+  image.resize(image.size() + bytes);
+  return end;
+}
+
+void ProfileRegistry::WriteString(uint32_t offset, const std::string &text) {
+  std::memcpy(image.data() + offset, text.c_str(), StoredSize(text));
+}
+
+bool ProfileRegistry::CanAdd(int32_t parentIndex, const std::string &name, const std::string &value) const {
+  const size_t added = StoredSize(name) + StoredSize(value) + sizeof(Record);
+  return parentIndex >= 0 && parentIndex < NodeCount() && Node(parentIndex).type == KeyType && !name.empty() &&
+         name.size() <= LongestString && value.size() <= LongestString &&
+         image.size() + added <= std::numeric_limits<uint32_t>::max();
+}
+
+int32_t ProfileRegistry::AddNode(int32_t parentIndex, const std::string &name, uint16_t type,
+                                 const std::string &value) {
+  ProfileRegistryNode node;
+  node.name = name;
+  node.value = value;
+  node.type = type;
+  node.parent = Node(parentIndex).location;
+  node.nameOffset = GrowImage(StoredSize(name));
+  node.namelen = static_cast<uint16_t>(StoredSize(name));
+  WriteString(node.nameOffset, name);
+  if (type == StringType) {
+    node.valueOffset = GrowImage(StoredSize(value));
+    node.valuelen = static_cast<uint32_t>(StoredSize(value));
+    WriteString(node.valueOffset, value);
+  }
+  node.location = GrowImage(sizeof(Record));
+  WriteNode(node.location, node);
+
+  // Behind the last record of the chain, whatever that is: clients have values of types that we have no use for.
+  const auto index = static_cast<int32_t>(nodes.size());
+  ProfileRegistryNode &parent = nodes[static_cast<size_t>(parentIndex)];
+  ChainEnds &ends = chainEnds[static_cast<size_t>(parentIndex)];
+  int32_t &last = type == KeyType ? ends.down : ends.value;
+  ProfileRegistryNode &linked = last >= 0 ? nodes[static_cast<size_t>(last)] : parent;
+  (last >= 0 ? linked.left : type == KeyType ? linked.down : linked.valueOffset) = node.location;
+  WriteNode(linked.location, linked);
+  last = index;
+
+  nodes.push_back(std::move(node));
+  chainEnds.emplace_back();
+  children.insert(static_cast<uint32_t>(index));
+  return index;
+}
+
+int32_t ProfileRegistry::AddKey(int32_t parentIndex, const std::string &name) {
+  const int32_t existing = FindChild(parentIndex, name, 1);
+  if (existing >= 0)
+    return existing;
+  return CanAdd(parentIndex, name, {}) ? AddNode(parentIndex, name, KeyType, {}) : -1;
+}
+
+int32_t ProfileRegistry::SetValue(int32_t keyIndex, const std::string &name, const std::string &value) {
+  if (!CanAdd(keyIndex, name, value))
+    return -1;
+  const int32_t existing = FindChild(keyIndex, name, 0);
+  if (existing < 0)
+    return AddNode(keyIndex, name, StringType, value);
+  ChangeValue(existing, value);
+  return existing;
+}
+
+void ProfileRegistry::ChangeValue(int32_t index, const std::string &value) {
+  ProfileRegistryNode &node = nodes[static_cast<size_t>(index)];
+  if (node.valueOffset == 0 || StoredSize(value) > node.valuelen)
+    node.valueOffset = GrowImage(StoredSize(value));
+  WriteString(node.valueOffset, value);
+  node.value = value;
+  node.valuelen = static_cast<uint32_t>(StoredSize(value));
+  WriteNode(node.location, node);
+}

@@ -1,0 +1,130 @@
+// registry.dat of Netscape 6: a tree of named keys with named values in one binary file, read whole into memory and
+// edited there. Existing records are overwritten in place, everything new goes behind the end; nothing is deleted, and
+// the bytes ahead of the root record are never changed.
+//
+// Names and values are byte strings that pass through unconverted. Lengths and positions are in bytes.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+// One record: a key, a value, or what we have no use for. The fields after `value` are the record's own.
+struct ProfileRegistryNode {
+  static constexpr uint16_t KeyType = 1;
+  static constexpr uint16_t StringType = 17;
+
+  std::string name;
+  std::string value;       // of a string value, else empty
+  uint32_t location = 0;   // the record's own offset
+  uint32_t nameOffset = 0; // 0 for none, as with all offsets
+  uint16_t namelen = 0;    // with its terminator
+  uint16_t type = 0;
+  uint32_t left = 0;        // the next record of the same chain
+  uint32_t down = 0;        // of a key: its first subkey
+  uint32_t valueOffset = 0; // of a key: its first value record; of a string value: the text
+  uint32_t valuelen = 0;    // of a string value: length of the text with its terminator
+  uint32_t parent = 0;      // location of the key above
+  uint32_t depth = 0;       // level in the tree as it was parsed, the root's is 0
+};
+
+class ProfileRegistry {
+public:
+  // Offset of the root record.
+  static constexpr uint32_t RootOffset = 130;
+  // Longest name or value that is written, without its terminator.
+  static constexpr size_t LongestString = 1023;
+
+  ProfileRegistry();
+  virtual ~ProfileRegistry();
+  ProfileRegistry(const ProfileRegistry &) = delete;
+  ProfileRegistry &operator=(const ProfileRegistry &) = delete;
+
+  // Reads the file. 0 if it can't be read or held in memory, or isn't sound: every record and string has to lie within
+  // the file and to overlap with no other, every record has to know its own place and the key it hangs below, and the
+  // root has to be a key. So a file that was accepted can be edited without damage to what else it holds.
+  int32_t Open(const std::string &path);
+
+  // Builds the list of nodes from what was read; searches and edits need it. Order: a key, the whole tree of its
+  // subkeys, its values, and then the next key of its level.
+  void Parse();
+
+  // Index of a key's subkey of that name, or of its string value if `wantKey` is 0; -1 if there is none. Names match
+  // exactly; the first of several is found.
+  int32_t FindChild(int32_t index, const std::string &name, int32_t wantKey) const;
+
+  // Index of the key at a path below the root, or of one of its values unless `valueName` is empty; -1 if there is
+  // none. The path's names are divided by backslashes.
+  int32_t FindPath(const std::string &keyPath, const std::string &valueName) const;
+
+  // 1 and the value's text, or 0 with `out` as it was.
+  int32_t GetValue(const std::string &keyPath, const std::string &valueName, std::string &out) const;
+
+  // Index of a key's subkey, which is made if there is none. -1, with nothing changed, for a name that is empty or too
+  // long, or a file that would grow past 4 GB.
+  int32_t AddKey(int32_t parentIndex, const std::string &name);
+
+  // Index of a key's string value, which is changed, or made if there is none. A text that fits goes over the old one.
+  // -1 as for AddKey, also for a text that is too long.
+  int32_t SetValue(int32_t keyIndex, const std::string &name, const std::string &value);
+
+  // Replaces the file. 0 if it can't be written.
+  int32_t Save() const;
+
+  const ProfileRegistryNode &Node(int32_t index) const { return nodes[static_cast<size_t>(index)]; }
+  int32_t NodeCount() const { return static_cast<int32_t>(nodes.size()); }
+  uint32_t ImageLength() const { return static_cast<uint32_t>(image.size()); }
+
+private:
+  // What a search for a child goes by.
+  struct ChildName {
+    uint32_t parent;
+    uint16_t type;
+    std::string_view name;
+  };
+  struct ChildHash {
+    using is_transparent = void;
+    const ProfileRegistry *registry;
+    size_t operator()(const ChildName &child) const;
+    size_t operator()(uint32_t index) const { return (*this)(registry->NameOf(index)); }
+  };
+  struct ChildEqual {
+    using is_transparent = void;
+    const ProfileRegistry *registry;
+    bool operator()(uint32_t left, uint32_t right) const {
+      return Same(registry->NameOf(left), registry->NameOf(right));
+    }
+    bool operator()(const ChildName &left, uint32_t right) const { return Same(left, registry->NameOf(right)); }
+    bool operator()(uint32_t left, const ChildName &right) const { return Same(registry->NameOf(left), right); }
+    static bool Same(const ChildName &left, const ChildName &right);
+  };
+  // The records that stand last in a key's two chains, as indexes; -1 for an empty chain.
+  struct ChainEnds {
+    int32_t down = -1;
+    int32_t value = -1;
+  };
+
+  void ParseChain(uint32_t offset, uint32_t level);
+  void ReadNode(ProfileRegistryNode &node, uint32_t offset) const;
+  void WriteNode(uint32_t offset, const ProfileRegistryNode &node);
+  void ChangeValue(int32_t index, const std::string &value);
+  uint32_t GrowImage(size_t bytes);
+  static size_t StoredSize(const std::string &text) { return text.size() + 1; }
+  void WriteString(uint32_t offset, const std::string &text);
+  static std::vector<std::string> SplitPath(const std::string &path);
+  void ClearNodes();
+
+  ChildName NameOf(uint32_t index) const;
+  // Whether a child of that name can be put below the node, with these strings and a record behind the end.
+  bool CanAdd(int32_t parentIndex, const std::string &name, const std::string &value) const;
+  // A record behind the end for a child with its name; the index of the node, which nothing leads to yet.
+  int32_t AddNode(int32_t parentIndex, const std::string &name, uint16_t type, const std::string &value);
+
+  std::string image;
+  std::vector<ProfileRegistryNode> nodes;
+  std::vector<ChainEnds> chainEnds;                             // of each node
+  std::unordered_set<uint32_t, ChildHash, ChildEqual> children; // indexes of nodes, the first one of each name
+  std::string filePath;
+};
