@@ -114,8 +114,10 @@ ACCTKIT_API int32_t ACCTKIT_CALL IsExistNewsAccount(int32_t client, const char *
  * Writes an account. `spec` is the array told above (positions 0 to 7). An empty `key` asks for a new account, a key
  * that the matching IsExist call gave back overwrites that account; the key of a new account isn't given back.
  * Outlook Express: values below HKEY_CURRENT_USER "Software\Microsoft\Internet Account Manager". Communicator: keys of
- * the profile below both roots, its directories, its prefs.js. A text that is too long for its place in the client's
- * format is refused with 0 before anything is written.
+ * the profile below both roots, its directories, its prefs.js, and for news the profile's map of news servers. Before
+ * anything is written, 0 refuses a text that is too long for its place in the client's format, a key that belongs to an
+ * account of the other kind (Outlook Express), an install directory that can't be read, a news host without a dot, and
+ * files that have no room for the account (Communicator).
  */
 ACCTKIT_API int32_t ACCTKIT_CALL SetupMailAccount(int32_t client, const char *const *spec, const char *key);
 ACCTKIT_API int32_t ACCTKIT_CALL SetupNewsAccount(int32_t client, const char *const *spec, const char *key);

@@ -29,7 +29,8 @@ bool FindLine(const char *needle, PrefsText &prefs, LineSpan &line) {
   line.begin = line.needle;
   while (*line.begin != '\n' && line.begin != farthest)
     --line.begin;
-  return *line.begin == '\n' || line.begin == prefs.text;
+  // Where the walk ends on the line's first byte, the LF ahead of it stays.
+  return *line.begin == '\n' || line.begin == prefs.text || line.begin[-1] == '\n';
 }
 
 void Erase(PrefsText &prefs, const LineSpan &line) {
@@ -69,22 +70,15 @@ void Insert(PrefsText &prefs, size_t place, const char *line) {
 
 } // namespace
 
-PrefsText::PrefsText() : text(), length(0), whole(true) {}
+PrefsText::PrefsText() : text(), length(0), read(false), whole(true) {}
 
 void LoadPrefsText(const char *path, PrefsText &prefs) {
-  std::memset(prefs.text, 0, sizeof prefs.text);
-  prefs.length = 0;
-  prefs.whole = false;
-
+  DWORD size = 0;
   const FileHandle file = OpenFileAlone(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
-  if (!file)
-    return;
-  DWORD read = 0;
-  if (!ReadFile(file.Get(), prefs.text, sizeof prefs.text, &read, nullptr))
-    return;
-  prefs.whole = read <= PrefsCapacity && std::memchr(prefs.text, '\0', read) == nullptr;
-  prefs.text[PrefsCapacity] = '\0';
-  prefs.length = std::strlen(prefs.text);
+  prefs.read = file && ReadFile(file.Get(), prefs.text, sizeof prefs.text, &size, nullptr);
+  prefs.length = prefs.read ? strnlen(prefs.text, std::min<size_t>(size, PrefsCapacity)) : 0;
+  prefs.whole = prefs.read && prefs.length == size;
+  std::memset(prefs.text + prefs.length, 0, sizeof prefs.text - prefs.length);
   if (prefs.length > 0 && prefs.text[prefs.length - 1] != '\n')
     AppendPrefLine(prefs, "\n");
 }

@@ -21,6 +21,7 @@ constexpr int32_t PrefValueSize = 260;
 struct PrefsText {
   char text[PrefsCapacity + 1];
   size_t length;
+  bool read; // whether the file could be read
   // Whether `text` is all that the file held plus every change made since. Once it isn't (the file couldn't be read,
   // was too large, held a zero byte, or a line found no room), SavePrefsText leaves the file alone.
   bool whole;
@@ -40,7 +41,7 @@ int32_t HasPrefText(const char *needle, const PrefsText &prefs);
 
 // Removes the line of the first occurrence of the needle with the LF ahead of it; the first line of the text leaves an
 // empty line. 1 if a line was removed, 0 if the needle isn't there, or stands more than 1,024 bytes behind the start of
-// its line: such a line is no preference of ours.
+// its line: such a line is no preference of ours. At just 1,024 bytes the LF ahead stays, and so an empty line.
 int32_t RemovePrefLine(const char *needle, PrefsText &prefs);
 
 // The same, with the line from the needle on (without its LF) copied to `keep`. 0, with nothing removed, if that

@@ -1,5 +1,6 @@
 // Communicator profiles: the install test, finding a profile, entering one and rewriting its prefs.js.
 #include "clients/communicator/communicator_mail.h"
+#include "clients/communicator/communicator_news.h"
 
 #include "support/client_machine.h"
 
@@ -155,6 +156,110 @@ TEST_F(CommunicatorTest, EntersItselfAsDefaultClient) {
   PutString(HKEY_LOCAL_MACHINE, client, nullptr, "mine");
   EXPECT_EQ(adapter.SetDefaultClient(), 1);
   EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, client), Lines{"=mine"});
+}
+
+class CommunicatorNewsTest : public CommunicatorTest {
+protected:
+  CommunicatorNews news;
+  const std::string folder = CommunicatorFolder() + "\\Users\\" + Profile + "\\news\\";
+
+  static std::string ServerLine(const std::string &host) {
+    return "user_pref(\"network.hosts.nntp_server\", \"" + host + "\");\n";
+  }
+  std::string Record(const std::string &host, const std::string &label) const {
+    return "newsrc-" + host + "\t" + folder + label + ".rc\tFALSE\n";
+  }
+  static std::string SenderLines() {
+    return "user_pref(\"mail.identity.useremail\", \"taro@zuvio.example\");\n"
+           "user_pref(\"mail.identity.username\", \"山田 太郎\");\n";
+  }
+  static std::string NewsLines() {
+    return "user_pref(\"mail.html_compose\", false);\n"
+           "user_pref(\"mail.pop_name\", \"ABC01234\");\n"
+           "user_pref(\"news.remember_password\", true);\n"
+           "user_pref(\"browser.startup.homepage_override\", false);\n"
+           "user_pref(\"offline.news.download.increments\", 2);\n"
+           "user_pref(\"offline.news.download.by_date\", true);\n";
+  }
+};
+
+TEST_F(CommunicatorNewsTest, EntersTwoServersInOneProfile) {
+  PutDword(HKEY_LOCAL_MACHINE, UsersKey + Profile, "Obsoleted", 1);
+  EXPECT_EQ(WriteAccount(news, SampleNewsSpec(0)), 1);
+  const std::string directory = CommunicatorFolder() + "\\Users\\" + Profile;
+  EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, UsersKey + Profile),
+            (Lines{"DirRoot=" + directory, "EmailAddr=taro@zuvio.example", "UserName=山田 太郎"}));
+  EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, BiffKey + Profile));
+  EXPECT_EQ(GetFile(ProfilePrefs(Profile)), ServerLine("forum-nntp.example") + SenderLines() + NewsLines());
+  EXPECT_EQ(GetFile(folder + "fat"), "netscape-newsrc-map-file\n" + Record("forum-nntp.example", "forum-nntp"));
+  PutFile(folder + "forum-nntp.rc", "read: 1-5\n");
+
+  EXPECT_EQ(WriteAccount(news, SampleNewsSpec(1), Profile), 1);
+  EXPECT_EQ(WriteAccount(news, SampleNewsSpec(0), Profile), 1);
+  // The first server's old line went, and its new one stands behind that of the second.
+  EXPECT_EQ(GetFile(ProfilePrefs(Profile)),
+            "\n" + ServerLine("square.example") + ServerLine("forum-nntp.example") + SenderLines() + NewsLines());
+  EXPECT_EQ(GetFile(folder + "fat"), "netscape-newsrc-map-file\n" + Record("forum-nntp.example", "forum-nntp") +
+                                         Record("square.example", "square"));
+  EXPECT_EQ(GetFile(folder + "forum-nntp.rc"), "read: 1-5\n");
+  EXPECT_EQ(GetFile(folder + "square.rc"), "");
+  EXPECT_FALSE(CreateDirectoryA((directory + "\\mail").c_str(), nullptr)); // it's there
+}
+
+TEST_F(CommunicatorNewsTest, LeavesASenderThatIsThere) {
+  const std::string longAddress = "user_pref(\"mail.identity.useremail\", \"" + std::string(300, 'a') + "\");\n";
+  struct Case {
+    std::string before, after;
+  };
+  const Case cases[] = {
+      {"user_pref( \"mail.identity.useremail\", \"mine\");\n1\nuser_pref(\"mail.identity.username\", \"\");\n",
+       "\n1\nuser_pref(\"mail.identity.useremail\", \"mine\");\n"
+       "user_pref(\"mail.identity.username\", \"山田 太郎\");\n"},
+      {"1\n" + longAddress, "1\n" + longAddress + "user_pref(\"mail.identity.username\", \"山田 太郎\");\n"},
+      {"user_pref(\"mail.html_compose\", 1);\nuser_pref(\"mail.html_compose\", 2);\n", "\n" + SenderLines()},
+  };
+  NewsAccountSpec spec = SampleNewsSpec(0);
+  spec.newsServerOn[0] = 0;
+  spec.newsHosts[0] = ""; // which isn't looked for as an empty value
+  for (const Case &test : cases) {
+    PutFile(ProfilePrefs(Profile), test.before);
+    EXPECT_EQ(WriteAccount(news, spec, Profile), 1);
+    EXPECT_EQ(GetFile(ProfilePrefs(Profile)), test.after + NewsLines());
+  }
+  // Of a profile that is known the registry gets the directory alone.
+  EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, UsersKey + Profile).size(), 1U);
+  EXPECT_EQ(GetFile(folder + "fat"), std::nullopt);
+}
+
+TEST_F(CommunicatorNewsTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
+  const auto refused = [&](const NewsAccountSpec &spec) {
+    EXPECT_EQ(WriteAccount(news, spec), 0);
+    EXPECT_FALSE(KeyThere(HKEY_LOCAL_MACHINE, UsersKey + spec.accountName));
+    EXPECT_EQ(GetFile(ProfilePrefs(Profile)), std::nullopt);
+  };
+  NewsAccountSpec spec = SampleNewsSpec(0);
+  spec.newsHosts[0] = "nodot";
+  refused(spec);
+  spec.newsHosts[0] = std::string(100, 'h') + "." + std::string(60, 'h');
+  refused(spec);
+  spec = SampleNewsSpec(0);
+  for (const std::string &map : {std::string(10240 - 100, '\n'), std::string(10241, '\n'), std::string("a\0b\n", 4)}) {
+    PutFile(folder + "fat", map);
+    refused(spec);
+    EXPECT_EQ(GetFile(folder + "fat"), map);
+  }
+  PutFile(folder + "fat", "x forum-nntp.example.org");
+  EXPECT_EQ(WriteAccount(news, spec), 1);
+  EXPECT_EQ(GetFile(folder + "fat"), "x forum-nntp.example.org");
+}
+
+TEST_F(CommunicatorNewsTest, AsksAboutTheProfileInOneLine) {
+  EXPECT_EQ(WriteAccount(adapter, SampleMailSpec()), 1);
+  std::string key;
+  std::string message;
+  EXPECT_EQ(news.IsExistAccount(SampleNewsSpec(1), key, message), 1);
+  EXPECT_EQ(key, Profile);
+  EXPECT_EQ(message, "プロファイル名：" + Profile);
 }
 
 } // namespace

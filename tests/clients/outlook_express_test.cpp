@@ -1,5 +1,6 @@
 // Outlook Express mail accounts in the registry: the install test, finding an account, writing one.
 #include "clients/outlook_express/outlook_express_mail.h"
+#include "clients/outlook_express/outlook_express_news.h"
 
 #include "support/client_machine.h"
 
@@ -168,6 +169,45 @@ TEST_F(OutlookExpressTest, BecomesTheDefaultClientWithWhatItsKeysHold) {
   EXPECT_EQ(GetString(HKEY_LOCAL_MACHINE, "SOFTWARE\\Classes\\mailto\\shell\\open\\command", nullptr),
             "\"C:\\msimn.exe\" /mailurl:%1");
   EXPECT_FALSE(KeyThere(HKEY_LOCAL_MACHINE, "SOFTWARE\\Classes\\mailto\\DefaultIcon"));
+}
+
+TEST_F(OutlookExpressTest, WritesNewsAccountsBesideMailAccounts) {
+  OutlookExpressNews news;
+  InstallOutlookExpress("4,72,3110,0");
+  PutString(HKEY_CURRENT_USER, "Identities", "Default User ID", "{1-2}");
+  for (const int32_t server : {0, 1})
+    EXPECT_EQ(WriteAccount(news, SampleNewsSpec(server)), 1);
+  EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, ManagerKey), Lines{"Account Name:4=03000000"});
+  EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, Account("00000002")),
+            (Lines{"Account Name=@zuvio(ABC01234) カモメ", "Connection Type:4=01000000", "NNTP Display Name=山田 太郎",
+                   "NNTP Email Address=taro@zuvio.example", "NNTP Prompt for Password:4=00000000",
+                   "NNTP Server=square.example", "NNTP Split Message Size:4=58020000", "NNTP Split Messages:4=01000000",
+                   "NNTP User Name=ABC01234"}));
+  const Lines settings = {"Cache Delete Message Days:4=ffffffff", "Cache Read Messages:4=00000000",
+                          "Message Send HTML:4=00000000"};
+  const std::string identity = "Identities\\{1-2}\\Software\\Microsoft\\Outlook Express\\5.0";
+  EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, "Software\\Microsoft\\Outlook Express\\News"), settings);
+  EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, identity + "\\News"), settings);
+  EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, identity), Lines{"Background Compaction:4=01000000"});
+
+  // Titles are looked for in accounts of both kinds; keys of the other kind are refused.
+  std::string key;
+  std::string message;
+  EXPECT_EQ(news.IsExistAccount(SampleNewsSpec(1), key, message), 1);
+  EXPECT_EQ(key, "00000002");
+  EXPECT_EQ(message, "アカウント名：@zuvio(ABC01234) カモメ");
+  EXPECT_EQ(WriteAccount(adapter, SampleMailSpec(), key), 0);
+  NewsAccountSpec spec = SampleNewsSpec(0);
+  spec.newsHosts[0] = "other.example";
+  EXPECT_EQ(WriteAccount(news, spec, "00000001"), 1);
+  EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account("00000001"), "NNTP Server"), "other.example");
+  PutString(HKEY_CURRENT_USER, Account("00000001"), "POP3 Server", "");
+  EXPECT_EQ(news.IsExistAccount(SampleNewsSpec(0), key, message), 1);
+  EXPECT_EQ(WriteAccount(news, SampleNewsSpec(0), key), 0);
+  spec.newsServerNames[0].assign(512 - 17, 'x');
+  EXPECT_EQ(WriteAccount(news, spec), 0);
+  EXPECT_EQ(news.IsExistAccount(spec, key, message), 0);
+  EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ManagerKey, "Account Name"), 3U);
 }
 
 } // namespace

@@ -59,7 +59,8 @@ TEST_F(PrefsFileTest, RemovesTheFirstLineThatHoldsTheNeedle) {
       {"1\nkey\n2\nkey\n", "key", "1\n2\nkey\n", 1},
       {"1\nserver10.name\nserver1.name\n", "server1.name", "1\nserver10.name\n", 1},
       {"1\n" + std::string(1023, '.') + "key\n2\n", "key", "1\n2\n", 1},
-      {"1\n" + std::string(1024, '.') + "key\n2\n", "key", "1\n" + std::string(1024, '.') + "key\n2\n", 0},
+      {"1\n" + std::string(1024, '.') + "key\n2\n", "key", "1\n\n2\n", 1},
+      {"1\n" + std::string(1025, '.') + "key\n2\n", "key", "1\n" + std::string(1025, '.') + "key\n2\n", 0},
       {std::string(1024, '.') + "key\n2\n", "key", "\n2\n", 1},
   };
   for (const Case &test : cases) {
@@ -68,6 +69,16 @@ TEST_F(PrefsFileTest, RemovesTheFirstLineThatHoldsTheNeedle) {
     EXPECT_EQ(Text(), test.after) << "needle " << test.needle;
     EXPECT_EQ(Saved(), test.after);
   }
+}
+
+TEST_F(PrefsFileTest, InsertsALineBehindTheLineOfTheNeedle) {
+  Load("1\nkey a\nkey b\n");
+  EXPECT_EQ(InsertPrefLine("key", *prefs, "new\n"), 1);
+  EXPECT_EQ(InsertPrefLine("none", *prefs, "new\n"), 0);
+  EXPECT_EQ(Text(), "1\nkey a\nnew\nkey b\n");
+  Load(std::string(PrefsCapacity - 2, 'x') + "\n");
+  EXPECT_EQ(InsertPrefLine("x", *prefs, "ab\n"), 1);
+  EXPECT_EQ(Saved(), std::string(PrefsCapacity - 2, 'x') + "\n");
 }
 
 TEST_F(PrefsFileTest, TakesALineOnlyIfItFitsTheBuffer) {
@@ -86,8 +97,10 @@ TEST_F(PrefsFileTest, LeavesAFileAloneThatItCannotHoldWhole) {
   EXPECT_EQ(Saved(), full + "\n");
   AppendPrefLine(*prefs, "\n");
   EXPECT_EQ(Text(), full + "\n");
-  for (const std::string &bytes : {full + "\n\n", full + "x", std::string("a\n\0b\n", 5)}) {
+  for (const std::string &bytes :
+       {full + "\n\n", full + "x", std::string("a\n\0b\n", 5), std::string("a\0b\n", 4), std::string("\0b\n", 3)}) {
     Load(bytes);
+    RemovePrefLine("b", *prefs);
     RemovePrefLine("a", *prefs);
     EXPECT_EQ(Saved(), bytes);
   }

@@ -17,6 +17,8 @@ void InstallProgram(const std::string &name) {
 
 std::string CommunicatorFolder() { return std::string(ScratchFolder) + "\\Communicator"; }
 
+std::string MozillaFolder() { return std::string(ScratchFolder) + "\\AppData\\Mozilla"; }
+
 std::string ProfilePrefs(const std::string &profile) {
   return CommunicatorFolder() + "\\Users\\" + profile + "\\prefs.js";
 }
@@ -36,6 +38,19 @@ void ClientTest::InstallCommunicator(const char *version) {
     PutString(HKEY_LOCAL_MACHINE, NavigatorKey, "CurrentVersion", version);
   PutString(HKEY_CURRENT_USER, "Software\\Netscape\\Netscape Navigator\\Main", "Install Directory",
             CommunicatorFolder());
+}
+
+void ClientTest::InstallNetscape6(const char *version) {
+  InstallProgram("Netscp6.exe");
+  MakeKey(HKEY_LOCAL_MACHINE, Netscape6Key);
+  if (version != nullptr)
+    PutString(HKEY_LOCAL_MACHINE, Netscape6Key, "CurrentVersion", version);
+  // The second is what Windows goes by, and keeps the first after it.
+  for (const char *key : {"Shell Folders", "User Shell Folders"})
+    PutString(HKEY_CURRENT_USER, std::string("Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\") + key,
+              "AppData", std::string(ScratchFolder) + "\\AppData");
+  MakeFolders(MozillaFolder() + "\\Users50");
+  CopyOntoMachine(SAMPLE_DIR "/profiles-small.dat", MozillaFolder() + "\\registry.dat");
 }
 
 std::string ClientTest::InstallPlugin(const std::string &plugin) {
@@ -65,5 +80,18 @@ MailAccountSpec SampleMailSpec() {
   spec.popServer = "pop.example";
   spec.mailAddress = "taro@zuvio.example";
   spec.connectionName = "dialer";
+  return spec;
+}
+
+NewsAccountSpec SampleNewsSpec(int32_t serverIndex) {
+  NewsAccountSpec spec;
+  spec.userId = "ABC01234";
+  spec.senderName = "山田 太郎";
+  spec.accountName = "@zuvio(ABC01234)";
+  spec.newsHosts = {"forum-nntp.example", "square.example"};
+  spec.newsServerNames = {"フォーラム会議室", "カモメ"};
+  spec.mailAddress = "taro@zuvio.example";
+  spec.newsServerOn = {1, 1};
+  spec.serverIndex = serverIndex;
   return spec;
 }

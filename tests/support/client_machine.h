@@ -9,24 +9,31 @@ constexpr const char *OutlookKey = "SOFTWARE\\Microsoft\\Outlook Express";
 constexpr const char *ManagerKey = "Software\\Microsoft\\Internet Account Manager";
 constexpr const char *AccountsKey = "Software\\Microsoft\\Internet Account Manager\\Accounts";
 constexpr const char *NavigatorKey = "SOFTWARE\\Netscape\\Netscape Navigator";
+constexpr const char *Netscape6Key = "SOFTWARE\\Netscape\\Netscape 6";
 constexpr const char *PluginKey = "SOFTWARE\\Harveld\\@zuvioSetup";
 
 // Where Communicator is installed, and the prefs.js of one of its profiles.
 std::string CommunicatorFolder();
 std::string ProfilePrefs(const std::string &profile);
 
+// Where Netscape 6 keeps the user's profiles.
+std::string MozillaFolder();
+
 class ClientTest : public MachineTest {
 protected:
   // A null version leaves the version value out.
   static void InstallOutlookExpress(const char *mediaVersion);
   static void InstallCommunicator(const char *version = "4.75");
+  // With a profile registry of one profile, "default".
+  static void InstallNetscape6(const char *version = "6.2 (ja)");
   // Registers one of the plug-ins that the build made, with a mailer's file on the machine, and answers where the
   // complete one keeps what it is handed.
   static std::string InstallPlugin(const std::string &plugin);
 };
 
-// An account whose every text is different, Japanese where a client shows it.
+// Accounts whose every text is different, Japanese where a client shows it.
 MailAccountSpec SampleMailSpec();
+NewsAccountSpec SampleNewsSpec(int32_t serverIndex);
 
 // SetupAccount with a key of its own, for the tests that don't look at it afterwards.
 template <typename Adapter, typename Spec>

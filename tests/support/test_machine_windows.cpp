@@ -28,6 +28,7 @@ const Tree Trees[] = {
     {HKEY_CURRENT_USER, "Software\\Microsoft\\Outlook Express"},
     {HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\msimn.exe"},
     {HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\NETSCAPE.EXE"},
+    {HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\Netscp6.exe"},
     {HKEY_LOCAL_MACHINE, "Software\\Clients\\Mail"},
     {HKEY_LOCAL_MACHINE, "Software\\Classes\\mailto"},
     {HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Account Manager"},

@@ -4,7 +4,6 @@
 #include "clients/registry.h"
 #include "clients/text.h"
 
-#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -29,14 +28,6 @@ std::array<PrefLine, 9> AccountPrefs(const MailAccountSpec &spec) {
 }
 
 std::string MailboxStatePath(const std::string &directory) { return directory + "\\mail\\popstate.dat"; }
-
-// Whether every registry text of the profile fits its buffer. The values that go into preference lines as well are
-// bounded by those.
-bool RegistryTextsFit(const std::string &profile, const std::string &directory, const std::string &popServer) {
-  const std::string texts[] = {communicator::UserPath(profile), communicator::BiffServerPath(profile, popServer),
-                               MailboxStatePath(directory)};
-  return std::ranges::all_of(texts, [](const std::string &text) { return text.size() < RegistryTextSize; });
-}
 
 // Enters a new profile, in which Communicator will look for new mail.
 void EnterProfile(const std::string &profile, const std::string &directory, const std::string &popServer) {
@@ -96,7 +87,7 @@ int32_t CommunicatorMail::SetupAccount(const MailAccountSpec &spec, std::string 
   const std::string directory = communicator::ProfileDirectory(installDirectory, profile);
   const auto prefs = AccountPrefs(spec);
   if (!communicator::ProfileFits(profile, directory) || !communicator::LinesFit(prefs) ||
-      !RegistryTextsFit(profile, directory, spec.popServer) || !communicator::PrefsTake(directory, ReplaceAll(prefs)))
+      !communicator::PrefsTake(directory, ReplaceAll(prefs)))
     return 0;
 
   if (key.empty())

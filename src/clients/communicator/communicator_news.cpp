@@ -5,7 +5,6 @@
 #include "clients/registry.h"
 #include "clients/text.h"
 
-#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -34,12 +33,6 @@ bool LinesFit(const NewsAccountSpec &spec) {
   const PrefLine others[] = {
       ServerLine(spec), {AddressKey, QuotedPref(spec.mailAddress)}, {SenderKey, QuotedPref(spec.senderName)}};
   return communicator::LinesFit(NewsPrefs(spec)) && communicator::LinesFit(others);
-}
-
-// The directory's path bounds all but these.
-bool RegistryTextsFit(const std::string &profile, const NewsAccountSpec &spec) {
-  const std::string texts[] = {communicator::UserPath(profile), spec.mailAddress, spec.senderName};
-  return std::ranges::all_of(texts, [](const std::string &text) { return text.size() < RegistryTextSize; });
 }
 
 } // namespace
@@ -88,7 +81,7 @@ int32_t CommunicatorNews::SetupAccount(const NewsAccountSpec &spec, std::string 
   const std::string directory = communicator::ProfileDirectory(installDirectory, profile);
   const communicator::NewsMap map(directory);
   const auto edit = [&](PrefsText &prefs) { EditNewsPrefs(prefs, spec); };
-  if (!communicator::ProfileFits(profile, directory) || !LinesFit(spec) || !RegistryTextsFit(profile, spec) ||
+  if (!communicator::ProfileFits(profile, directory) || !LinesFit(spec) ||
       (spec.IsServerOn() && !map.Takes(spec.Host())) || !communicator::PrefsTake(directory, edit))
     return 0;
 

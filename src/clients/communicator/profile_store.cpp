@@ -105,9 +105,8 @@ bool PrefsTake(const std::string &directory, const PrefsEdit &edit) {
     return true;
   PrefsText prefs;
   LoadPrefsText(path.c_str(), prefs);
-  const bool read = prefs.whole || prefs.length > 0;
   edit(prefs);
-  return prefs.whole || !read;
+  return prefs.whole || !prefs.read;
 }
 
 void EditPrefs(const std::string &directory, const PrefsEdit &edit, DWORD access) {

@@ -18,7 +18,7 @@ extern const InstalledProgram Program;
 
 // Where HKEY_CURRENT_USER keeps the install directory.
 extern const char *const MainKey;
-// Communicator's install directory, empty if it can't be read.
+// Communicator's install directory; an empty one counts as one that can't be read.
 std::string InstallDirectory();
 // A profile's directory below the install directory.
 std::string ProfileDirectory(const std::string &installDirectory, const std::string &profile);

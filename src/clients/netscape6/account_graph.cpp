@@ -148,8 +148,7 @@ int32_t EditProfile(const std::string &directory, const std::function<bool(Prefs
   const std::string path = PrefsPath(directory);
   const auto prefs = std::make_unique<PrefsText>();
   LoadPrefsText(path.c_str(), *prefs);
-  const bool read = prefs->whole || prefs->length > 0;
-  if (!edit(*prefs) || (read && !prefs->whole))
+  if (!edit(*prefs) || (prefs->read && !prefs->whole))
     return 0;
   SavePrefsText(path.c_str(), *prefs);
   CreateDirectoryA((directory + "\\mail").c_str(), nullptr);
