@@ -2,6 +2,7 @@
 
 #include "acctkit/acctkit.h"
 #include "registry_view.h"
+#include "stores/profile_registry.h"
 #include "text.h"
 
 #include <algorithm>
@@ -38,6 +39,10 @@ struct Client {
 const std::string CurrentUser = "HKEY_CURRENT_USER\\";
 const std::string LocalMachine = "HKEY_LOCAL_MACHINE\\";
 
+std::string Below(const std::string &key, const std::string &name) {
+  return std::string(key).append("\\").append(name);
+}
+
 std::string RootName(HKEY root) { return root == HKEY_CURRENT_USER ? CurrentUser : LocalMachine; }
 
 // Those of the named values that a key has.
@@ -66,7 +71,7 @@ std::vector<Value> FileLines(const std::string &bytes, const std::vector<std::st
       line.pop_back();
     if (beginnings.empty() ||
         std::ranges::any_of(beginnings, [&](const std::string &word) { return line.starts_with(word); }))
-      lines.push_back({"", ToUtf8(line)});
+      lines.push_back({"", MixedToUtf8(line)});
   }
   return lines;
 }
@@ -96,10 +101,6 @@ const std::vector<const char *> AccountValues = {"Account Name",
                                                  "Connection Type",
                                                  "Connectoid"};
 
-std::string Below(const std::string &key, const std::string &name) {
-  return std::string(key).append("\\").append(name);
-}
-
 std::vector<Entry> OutlookExpressEntries() {
   std::vector<Entry> entries;
   const std::string standard = ShownValue(HKEY_CURRENT_USER, ManagerKey, "Default Mail Account").value_or("");
@@ -124,10 +125,14 @@ const std::string BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users
 const std::vector<std::string> ShownPreferences = {"user_pref(\"mail.", "user_pref(\"network.hosts.",
                                                    "user_pref(\"news.", "user_pref(\"browser.startup."};
 
-void AddPrefs(std::vector<Entry> &entries, const std::string &directory) {
-  const std::string path = directory + "\\prefs.js";
+void AddFile(std::vector<Entry> &entries, const char *kind, const std::string &path,
+             const std::vector<std::string> &beginnings) {
   if (const auto bytes = FileBytes(path))
-    entries.push_back({"prefs.js", "", false, ToUtf8(path), FileLines(*bytes, ShownPreferences)});
+    entries.push_back({kind, "", false, MixedToUtf8(path), FileLines(*bytes, beginnings)});
+}
+
+void AddPrefs(std::vector<Entry> &entries, const std::string &directory) {
+  AddFile(entries, "prefs.js", Below(directory, "prefs.js"), ShownPreferences);
 }
 
 std::vector<Entry> CommunicatorEntries() {
@@ -145,14 +150,58 @@ std::vector<Entry> CommunicatorEntries() {
     const std::string servers = Below(biff, "servers");
     for (const std::string &server : Subkeys(HKEY_CURRENT_USER, servers))
       entries.push_back(KeyEntry("new mail", server, HKEY_CURRENT_USER, Below(servers, server), {"popstatePath"}));
-    if (const auto directory = ShownValue(HKEY_LOCAL_MACHINE, user, "DirRoot"))
+    if (const auto directory = ShownValue(HKEY_LOCAL_MACHINE, user, "DirRoot")) {
       AddPrefs(entries, *directory);
+      AddFile(entries, "news servers", Below(*directory, "news\\fat"), {"newsrc-"});
+    }
   }
   // Without a profile's name a start page goes to the folder of all profiles.
   if (const auto folder =
           ShownValue(HKEY_CURRENT_USER, "Software\\Netscape\\Netscape Navigator\\Main", "Install Directory"))
     AddPrefs(entries, *folder + "\\Users");
   return entries;
+}
+
+// ---- Netscape 6 ----
+
+const std::string Netscape6Key = "SOFTWARE\\Netscape\\Netscape 6";
+
+std::vector<Entry> Netscape6Entries() {
+  const auto appData =
+      ShownValue(HKEY_CURRENT_USER, "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders", "AppData");
+  const std::string path = Below(appData.value_or(""), "Mozilla\\registry.dat");
+  ProfileRegistry registry;
+  if (!appData || !registry.Open(path))
+    return {};
+  registry.Parse();
+  const std::string profilesKey = "Common\\Profiles";
+  const int32_t profiles = registry.FindPath(profilesKey, "");
+  std::string current;
+  registry.GetValue(profilesKey, "CurrentProfile", current);
+  std::vector<Entry> entries;
+  for (int32_t index = 0; profiles >= 0 && index < registry.NodeCount(); ++index) {
+    const ProfileRegistryNode &node = registry.Node(index);
+    if (node.type != ProfileRegistryNode::KeyType || node.parent != registry.Node(profiles).location)
+      continue;
+    Entry entry = {"profile", MixedToUtf8(node.name), node.name == current, ToUtf8(path), {}};
+    std::string directory;
+    for (const char *name : {"directory", "migrated"})
+      if (const int32_t value = registry.FindChild(index, name, 0); value >= 0)
+        entry.values.push_back({name, MixedToUtf8(registry.Node(value).value)});
+    registry.GetValue(Below(profilesKey, node.name), "directory", directory);
+    entries.push_back(std::move(entry));
+    if (!directory.empty())
+      AddPrefs(entries, directory);
+  }
+  return entries;
+}
+
+// Only the wizards reach this client, so the plain exports tell nothing of it.
+Client ReadNetscape6() {
+  const std::string program = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\Netscp6.exe";
+  const auto version = ShownValue(HKEY_LOCAL_MACHINE, Netscape6Key, "CurrentVersion");
+  const bool installed = version && ShownValue(HKEY_LOCAL_MACHINE, program, nullptr);
+  return {"Netscape 6", installed ? ToUtf8(*version) : "", installed, Netscape6Entries()};
 }
 
 // ---- The external mailer
@@ -164,9 +213,7 @@ std::vector<Entry> MailerEntries() {
   if (!folder)
     return {};
   std::vector<Entry> entries = {KeyEntry("plug-in", "", HKEY_LOCAL_MACHINE, key, {"InstPath", "ProgramName"})};
-  const std::string settings = *folder + "\\settings.txt"; // the sample plug-in's
-  if (const auto bytes = FileBytes(settings))
-    entries.push_back({"handed over", "", false, ToUtf8(settings), FileLines(*bytes, {})});
+  AddFile(entries, "handed over", Below(*folder, "settings.txt"), {}); // the sample plug-in's
   return entries;
 }
 
@@ -191,6 +238,7 @@ std::vector<Client> ReadClients() {
   std::vector<Client> clients;
   for (const KnownClient &known : KnownClients)
     clients.push_back({known.name, VersionText(known.index), IsInstallMailer(known.index) != 0, known.entries()});
+  clients.push_back(ReadNetscape6());
   std::vector<Entry> mailer = MailerEntries();
   const bool plugin = !mailer.empty();
   clients.push_back({"External mailer", "", plugin, std::move(mailer)});
@@ -263,5 +311,8 @@ void PrintStatus() {
   for (const KnownClient &known : KnownClients)
     row(known.name, VersionText(known.index), IsInstallMailer(known.index) ? "yes" : "no",
         IsInstallNews(known.index) ? "yes" : "no");
+  const Client netscape6 = ReadNetscape6();
+  const char *const there = netscape6.installed ? "yes" : "no";
+  row(netscape6.name, netscape6.version, there, there);
   row("External mailer", "", MailerEntries().empty() ? "no" : "yes", "no");
 }

@@ -35,8 +35,7 @@ int Fail(const std::string &why) {
 void CheckClients(const std::vector<std::string> &clients) {
   for (const std::string &client : clients)
     if (std::ranges::find(SampleClients, client) == SampleClients.end())
-      throw UsageError(client == "netscape6" ? "--with: netscape6 isn't there yet"
-                                             : "--with: there is no client " + client);
+      throw UsageError("--with: there is no client " + client);
   if (std::ranges::count_if(clients, [](const std::string &client) { return client.starts_with("oe"); }) > 1)
     throw UsageError("--with: a machine has one of oe4 and oe5");
 }
@@ -45,9 +44,10 @@ void AddMachineCommand(CLI::App &app, Chosen &chosen) {
   CLI::App *const machine = app.add_subcommand("machine", "Makes a sample machine");
   machine->require_subcommand(1);
   CLI::App *const made = machine->add_subcommand("new", "Makes a sample machine with clients installed");
-  const auto clients =
-      std::make_shared<std::vector<std::string>>(std::vector<std::string>{"oe5", "communicator", "mailer"});
-  made->add_option("--with", *clients, "the clients, of oe4 oe5 communicator mailer, with commas between them")
+  const auto clients = std::make_shared<std::vector<std::string>>(
+      std::vector<std::string>{"oe5", "communicator", "netscape6", "mailer"});
+  made->add_option("--with", *clients,
+                   "the clients, of oe4 oe5 communicator netscape6 mailer, with commas between them")
       ->delimiter(',')
       ->type_name("LIST");
   made->callback([&chosen, clients] {

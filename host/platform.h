@@ -13,8 +13,8 @@ bool HasMachineFolders();
 void UseMachine(const std::string &folder);
 std::string MachineName();
 
-// Makes an empty machine where the program is to make a sample machine. A line that says why it can't, or an empty
-// text.
+// Makes an empty machine where the program is to make a sample machine, unless there is one, as a Wine prefix is. A
+// line that says why it can't, or an empty text.
 std::string MakeMachine();
 
 // Holds the machine over a command that reads, decides and writes.

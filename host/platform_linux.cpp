@@ -16,12 +16,10 @@ std::string MachineName() { return machine::Folder().string(); }
 
 std::string MakeMachine() {
   const fs::path folder = machine::Folder();
-  for (const char *part : {"drive_c", "system.reg", "user.reg"})
-    if (fs::exists(folder / part))
-      return folder.string() + ": this is a machine folder already";
   std::error_code error;
-  fs::create_directories(folder / "drive_c" / "windows", error);
-  return error ? folder.string() + ": " + error.message() : std::string();
+  if (!fs::exists(folder / "system.reg", error)) // which a Wine prefix has
+    fs::create_directories(folder / "drive_c" / "windows", error);
+  return error ? folder.string() + ": " + error.message() : machine::Problem(true);
 }
 
 struct MachineLock::Held {

@@ -1,7 +1,6 @@
 #include "platform.h"
 
 #include "text.h"
-#include "win32/win32.h"
 
 namespace platform {
 
@@ -11,17 +10,7 @@ void UseMachine(const std::string &) {}
 
 std::string MachineName() { return "this machine"; }
 
-std::string MakeMachine() {
-  for (const char *key : {"SOFTWARE\\Netscape\\Netscape Navigator", "SOFTWARE\\Microsoft\\Outlook Express",
-                          "SOFTWARE\\Harveld\\@zuvioSetup"}) {
-    HKEY opened = nullptr;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, key, 0, KEY_READ, &opened) == ERROR_SUCCESS) {
-      RegCloseKey(opened);
-      return std::string("this machine has a client already: HKEY_LOCAL_MACHINE\\") + key;
-    }
-  }
-  return {};
-}
+std::string MakeMachine() { return {}; }
 
 struct MachineLock::Held {};
 

@@ -1,6 +1,8 @@
 #include "sample_machine.h"
 
 #include "platform.h"
+#include "registry_view.h"
+#include "stores/profile_registry.h"
 #include "win32/win32.h"
 
 #include <algorithm>
@@ -8,7 +10,7 @@
 #include <fstream>
 #include <iterator>
 
-const std::vector<std::string> SampleClients = {"oe4", "oe5", "communicator", "mailer"};
+const std::vector<std::string> SampleClients = {"oe4", "oe5", "communicator", "netscape6", "mailer"};
 
 namespace {
 
@@ -28,7 +30,12 @@ struct SampleValue {
 #define APP_PATHS "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\"
 #define COMMUNICATOR_FOLDER "C:\\Program Files\\Netscape\\Communicator"
 #define PROFILE_FOLDER COMMUNICATOR_FOLDER "\\Users\\home"
+#define APP_DATA "C:\\WINDOWS\\Application Data"
+#define MOZILLA APP_DATA "\\Mozilla"
+#define MOZILLA_PROFILE MOZILLA "\\Users50\\default\\4x7q2k1m.slt"
 #define MAILER_FOLDER "C:\\Program Files\\Harveld\\SampleMailer"
+#define NETSCAPE6_PROGRAM "C:\\Program Files\\Netscape\\Netscape 6\\Netscp6.exe"
+#define SHELL_FOLDERS "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\"
 #define IDENTITY "{5B8E2F40-1C11-4D5A-9E0B-7A6D3C2F1E00}"
 
 const SampleValue Values[] = {
@@ -60,6 +67,10 @@ const SampleValue Values[] = {
     {"communicator", HKEY_CURRENT_USER, NAVIGATOR "\\biff\\users\\home", "defaultServer", "pop.company.example", 0},
     {"communicator", HKEY_CURRENT_USER, NAVIGATOR "\\biff\\users\\home\\servers\\pop.company.example", "popstatePath",
      PROFILE_FOLDER "\\mail\\popstate.dat", 0},
+    {"netscape6", HKEY_LOCAL_MACHINE, "SOFTWARE\\Netscape\\Netscape 6", "CurrentVersion", "6.2 (ja)", 0},
+    {"netscape6", HKEY_LOCAL_MACHINE, APP_PATHS "Netscp6.exe", nullptr, NETSCAPE6_PROGRAM, 0},
+    {"netscape6", HKEY_CURRENT_USER, SHELL_FOLDERS "Shell Folders", "AppData", APP_DATA, 0},
+    {"netscape6", HKEY_CURRENT_USER, SHELL_FOLDERS "User Shell Folders", "AppData", APP_DATA, 0},
     {"mailer", HKEY_LOCAL_MACHINE, "SOFTWARE\\Harveld\\@zuvioSetup", "InstPath", MAILER_FOLDER, 0},
     {"mailer", HKEY_LOCAL_MACHINE, "SOFTWARE\\Harveld\\@zuvioSetup", "ProgramName", "sample_mailer.dll", 0},
 };
@@ -78,6 +89,9 @@ const SampleFile Files[] = {
      "user_pref(\"mail.identity.useremail\", \"yamada@company.example\");\r\n"
      "user_pref(\"mail.identity.username\", \"山田 太郎\");\r\n"
      "user_pref(\"mail.pop_name\", \"yamada\");\r\n"},
+    {"netscape6", NETSCAPE6_PROGRAM, "sample program\r\n"},
+    {"netscape6", MOZILLA_PROFILE "\\prefs.js",
+     "# Mozilla User Preferences\n\nuser_pref(\"browser.startup.homepage\", \"http://old.example/\");\n"},
     {"mailer", MAILER_FOLDER "\\mailer.exe", "sample program\r\n"},
     {"", "C:\\Program Files\\Zuvio\\service.ini",
      "[MAIL_SERVER]\r\nserver_max=2\r\n"
@@ -131,14 +145,64 @@ std::string InstallPlugin() {
   return EnterFile(MAILER_FOLDER "\\sample_mailer.dll", bytes) ? "" : "the sample plug-in can't be written";
 }
 
+// A profile registry with one profile, in the order in which the client makes its entries.
+std::string InstallProfileRegistry() {
+  constexpr size_t LengthOffset = 8;
+  const std::string path = MOZILLA "\\registry.dat";
+  // Magic number, version 1.2, the file's length, the root's offset; the root's name, and the root itself.
+  std::string file("ADdv\1\0\2\0\0\0\0\0\x82\0\0\0", 16);
+  file.resize(128);
+  file.append("/\0\x82\0\0\0\x80\0\0\0\2\0\1\0", 14).resize(162);
+
+  ProfileRegistry registry;
+  if (!EnterFile(path, file) || !registry.Open(path))
+    return path + ": the profile registry can't be made";
+  registry.Parse();
+  registry.AddKey(0, "Users");
+  const int32_t profiles = registry.AddKey(registry.AddKey(0, "Common"), "Profiles");
+  registry.AddKey(0, "Version Registry");
+  registry.AddKey(0, "Private Arenas");
+  registry.SetValue(profiles, "CurrentProfile", "default");
+  registry.SetValue(profiles, "Version", "1.0");
+  registry.SetValue(profiles, "HavePregInfo", "no");
+  const int32_t profile = registry.AddKey(profiles, "default");
+  registry.SetValue(profile, "migrated", "yes");
+  registry.SetValue(profile, "directory", MOZILLA_PROFILE);
+  const uint32_t length = registry.ImageLength();
+  const auto saved = registry.Save() ? FileBytes(path) : std::nullopt;
+  if (!saved)
+    return path + ": the profile registry can't be written";
+  file = *saved;
+  std::memcpy(&file[LengthOffset], &length, sizeof length);
+  return EnterFile(path, file) ? "" : path + ": the profile registry can't be written";
+}
+
+// The entry of a client that is on the machine already; empty if none is.
+std::string EarlierClient() {
+  for (const char *key : {"SOFTWARE\\Netscape\\Netscape Navigator", "SOFTWARE\\Netscape\\Netscape 6",
+                          "SOFTWARE\\Microsoft\\Outlook Express", "SOFTWARE\\Harveld\\@zuvioSetup"}) {
+    HKEY opened = nullptr;
+    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, key, 0, KEY_READ, &opened) == ERROR_SUCCESS) {
+      RegCloseKey(opened);
+      return key;
+    }
+  }
+  return {};
+}
+
 } // namespace
 
 std::string InstallSamples(const std::vector<std::string> &clients) {
+  if (const std::string key = EarlierClient(); !key.empty())
+    return platform::MachineName() + ": there is a client already, HKEY_LOCAL_MACHINE\\" + key;
   for (const SampleFile &file : Files)
     if (IsWanted(file.client, clients) && !EnterFile(file.path, file.text))
       return std::string(file.path) + ": the file can't be written";
   for (const SampleValue &value : Values)
     if (IsWanted(value.client, clients) && !EnterValue(value))
       return std::string(value.key) + ": the registry can't be written";
-  return IsWanted("mailer", clients) ? InstallPlugin() : std::string();
+  std::string problem = IsWanted("netscape6", clients) ? InstallProfileRegistry() : "";
+  if (problem.empty() && IsWanted("mailer", clients))
+    problem = InstallPlugin();
+  return problem;
 }

@@ -4,12 +4,13 @@ namespace {
 
 using WideText = std::basic_string<WCHAR>;
 
-WideText Widen(UINT codePage, const std::string &text) {
+// An empty text for bytes that the flags don't let pass.
+WideText Widen(UINT codePage, const std::string &text, DWORD flags = 0) {
   if (text.empty())
     return {};
   const int length = static_cast<int>(text.size());
   WideText wide(text.size(), WCHAR{});
-  wide.resize(static_cast<size_t>(MultiByteToWideChar(codePage, 0, text.data(), length, wide.data(), length)));
+  wide.resize(static_cast<size_t>(MultiByteToWideChar(codePage, flags, text.data(), length, wide.data(), length)));
   return wide;
 }
 
@@ -28,6 +29,10 @@ std::string Narrow(UINT codePage, const WideText &wide) {
 std::string WideToUtf8(const WideText &wide) { return Narrow(CP_UTF8, wide); }
 
 std::string ToUtf8(const std::string &text) { return Narrow(CP_UTF8, Widen(CP_ACP, text)); }
+
+std::string MixedToUtf8(const std::string &bytes) {
+  return Widen(CP_UTF8, bytes, MB_ERR_INVALID_CHARS).empty() ? ToUtf8(bytes) : bytes;
+}
 
 std::optional<std::string> FromUtf8(const std::string &utf8) {
   const std::string text = Narrow(CP_ACP, Widen(CP_UTF8, utf8));

@@ -5,8 +5,8 @@
  * 32-bit integer, 1 for yes or done and 0 for no or failed, unless told otherwise. A failure carries no code. No call
  * shows a window, and none writes a password. The library keeps nothing between calls; calls are made from one thread.
  *
- * `client` is a client index: 0 Outlook Express, 1 Netscape Communicator 4.x. Any other index answers 0 at once, and
- * none of the other arguments is touched. All pointers have to be valid unless told otherwise.
+ * `client` is a client index: 0 Outlook Express, 1 Netscape Communicator 4.x. Any other index answers 0, and the plain
+ * exports then touch none of the other arguments. All pointers have to be valid unless told otherwise.
  *
  * An array of strings may hold an integer at a position told below: the integer cast to the pointer type.
  */
@@ -103,9 +103,10 @@ ACCTKIT_API int32_t ACCTKIT_CALL GetNewsVersion(int32_t client, int32_t *major, 
  *
  * `key` is read and written: on 1 it names the account (Outlook Express: its registry key of eight hexadecimal digits;
  * Communicator: the profile), on 0 it keeps its text. `message` is written only: on 1 the question whether the account
- * may be overwritten, on 0 an empty text. The library doesn't know the sizes of these buffers; it never writes more
- * than 256 bytes, terminator included, to `key`, nor more than 1,024 to `message`. Communicator leaves an empty
- * prefs.js behind in a profile's directory that has none.
+ * may be overwritten (for news, a line of a list of such accounts), on 0 an empty text. The library doesn't know the sizes of these buffers; it never writes more
+ * than 256 bytes, terminator included, to `key` (an account whose key is longer counts as none), and to `message` at
+ * most 68 bytes more than the title has. Communicator leaves an empty prefs.js behind in a profile's directory that has
+ * none.
  */
 ACCTKIT_API int32_t ACCTKIT_CALL IsExistMailAccount(int32_t client, const char *const *spec, char *key, char *message);
 ACCTKIT_API int32_t ACCTKIT_CALL IsExistNewsAccount(int32_t client, const char *const *spec, char *key, char *message);
@@ -113,7 +114,8 @@ ACCTKIT_API int32_t ACCTKIT_CALL IsExistNewsAccount(int32_t client, const char *
 /*
  * Writes an account. `spec` is the array told above (positions 0 to 7). An empty `key` asks for a new account, a key
  * that the matching IsExist call gave back overwrites that account; the key of a new account isn't given back.
- * Outlook Express: values below HKEY_CURRENT_USER "Software\Microsoft\Internet Account Manager". Communicator: keys of
+ * Outlook Express: values below HKEY_CURRENT_USER "Software\Microsoft\Internet Account Manager", and settings of the
+ * client itself below "Software\Microsoft\Outlook Express" and the user's key of "Identities". Communicator: keys of
  * the profile below both roots, its directories, its prefs.js, and for news the profile's map of news servers. Before
  * anything is written, 0 refuses a text that is too long for its place in the client's format, a key that belongs to an
  * account of the other kind (Outlook Express), an install directory that can't be read, a news host without a dot, and
@@ -135,7 +137,7 @@ ACCTKIT_API int32_t ACCTKIT_CALL SetupNewsAccount(int32_t client, const char *co
  *                           1 forum, 2 second server
  *   4                                                     POP host
  *
- * Titles, servers and the connection's name are the service's own. The news calls answer 0 for any other news server.
+ * `values` is read whatever the client index is. Titles, servers and the connection's name are the service's own. The news calls answer 0 for any other news server.
  */
 ACCTKIT_API int32_t ACCTKIT_CALL IsExistZuvioMailAccount(int32_t client, const char *const *values, char *key,
                                                          char *message);
@@ -163,8 +165,8 @@ ACCTKIT_API int32_t ACCTKIT_CALL SetupCompleted(void);
 /*
  * Makes `url` the browser's start page. Client 0: the value `Start Page` of HKEY_CURRENT_USER
  * "Software\Microsoft\Internet Explorer\Main", whose key has to be there; `profile` isn't read and may be null.
- * Client 1: prefs.js of the Communicator profile; 1 also if that file couldn't be written, 0 only if Communicator's
- * install directory can't be read.
+ * Client 1: prefs.js of the Communicator profile; 1 also if that file couldn't be written or the URL has more than 212
+ * bytes, which leaves it as it is, 0 only if Communicator's install directory can't be read.
  */
 ACCTKIT_API int32_t ACCTKIT_CALL SetBrowserStartPage(int32_t client, const char *profile, const char *url);
 

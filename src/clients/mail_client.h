@@ -24,7 +24,7 @@ public:
   virtual int32_t SetDefaultClient() = 0;
 
   // Looks for an account with the spec's title. On 1 `key` names it and `message` is the question to put to the user;
-  // on 0 both stay as they were.
+  // on 0 both stay as they were, but Netscape 6 empties `key`.
   virtual int32_t IsExistAccount(const MailAccountSpec &spec, std::string &key, std::string &message) = 0;
 
   // The same for an account of the spec's user.
@@ -33,7 +33,8 @@ public:
   // Asked in place of IsExistUser, or after it, by the flows for second and original-domain accounts.
   virtual int32_t IsExistSecondUser(const MailAccountSpec &spec, std::string &key, std::string &message) = 0;
 
-  // The name shown for the client, the path of its program, and its version in the client's own form.
+  // The name shown for the client, the path of its program, and its version in the client's own form. On 0 the text is
+  // empty, but the external mailer leaves it as it was.
   virtual int32_t GetClientName(std::string &name) = 0;
   virtual int32_t GetClientPath(std::string &path) = 0;
   virtual int32_t GetClientVersion(std::string &version) = 0;

@@ -22,10 +22,10 @@ public:
   virtual int32_t SetDefaultClient() = 0;
 
   // Looks for an account of that server. On 1 `key` names it and `message` is the question to put to the user; on 0
-  // both stay as they were.
+  // both stay as they were, but Netscape 6 empties `key`.
   virtual int32_t IsExistAccount(const NewsAccountSpec &spec, std::string &key, std::string &message) = 0;
 
-  // The name shown for the client, the path of its program, and its version in the client's own form.
+  // The name shown for the client, the path of its program, and its version in the client's own form; empty on 0.
   virtual int32_t GetClientName(std::string &name) = 0;
   virtual int32_t GetClientPath(std::string &path) = 0;
   virtual int32_t GetClientVersion(std::string &version) = 0;

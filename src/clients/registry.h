@@ -79,7 +79,8 @@ int32_t WriteStringValue(HKEY root, const char *subkey, const char *valueName, c
 // A text of any length; `out` is empty if it can't be read.
 int32_t ReadStringValue(HKEY root, const char *subkey, const char *valueName, std::string &out);
 int32_t DeleteNamedValue(HKEY root, const char *subkey, const char *valueName);
-// Adds the paths of all keys below `path` to the list, a key's descendants ahead of it. 0 if `path` can't be opened.
+// Adds the paths of all keys below `path` to the list, a key's descendants ahead of it. 0 if `path` can't be opened;
+// names of more than 255 bytes, which no client makes, are left out.
 int32_t CollectSubkeys(HKEY root, const std::string &path, std::vector<std::string> &list);
 
 // The name of the subkey at an index of an open key; false at the end. Names have at most 511 bytes.

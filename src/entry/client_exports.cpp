@@ -6,6 +6,7 @@
 #include "clients/communicator/communicator_news.h"
 #include "clients/outlook_express/outlook_express_mail.h"
 #include "clients/outlook_express/outlook_express_news.h"
+#include "entry/guard.h"
 
 #include <charconv>
 #include <cstring>
@@ -23,18 +24,20 @@ constexpr char VersionSeparators[] = {',', '.'};
 // Calls the operation with the adapter of the index; 0 for an index without one.
 template <typename Adapter0, typename Adapter1, typename Operation>
 int32_t WithClient(int32_t client, Operation operation) {
-  switch (client) {
-  case 0: {
-    Adapter0 adapter;
-    return operation(adapter);
-  }
-  case 1: {
-    Adapter1 adapter;
-    return operation(adapter);
-  }
-  default:
-    return 0;
-  }
+  return Guarded([&]() -> int32_t {
+    switch (client) {
+    case 0: {
+      Adapter0 adapter;
+      return operation(adapter);
+    }
+    case 1: {
+      Adapter1 adapter;
+      return operation(adapter);
+    }
+    default:
+      return 0;
+    }
+  });
 }
 template <typename Operation> int32_t WithMailClient(int32_t client, Operation operation) {
   return WithClient<OutlookExpressMail, CommunicatorMail>(client, operation);

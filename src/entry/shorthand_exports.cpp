@@ -5,17 +5,16 @@
 #include "clients/external_mailer.h"
 #include "clients/service_constants.h"
 #include "clients/text.h"
+#include "entry/guard.h"
 
 #include <array>
-#include <optional>
 
 namespace {
 
 // A plain export's spec array: eight texts, and the integer that its search reads.
 using SpecArray = std::array<const char *, 9>;
 
-// The title "@zuvio(ID)" passes through a buffer of 512 bytes; an ID that doesn't fit is refused further on, by the
-// adapter's own bounds on titles.
+// The title "@zuvio(ID)". One that is too long for a client is refused further on, by the adapter's own bounds.
 std::string ServiceTitle(const char *id) { return Format("@zuvio(%s)", std::string(id)); }
 
 SpecArray ZuvioMailSpec(const char *const *values, const std::string &title) {
@@ -36,42 +35,42 @@ constexpr NewsServer NewsServers[] = {
     {IspSquareNewsHostLegacy, "@zuvio(QZX00000) カモメ（web会議室）"},
 };
 
-// The server that position 3 numbers from 1; null for any other number.
-const NewsServer *ChosenServer(const char *const *values) {
+// Calls the operation with the spec array of the server that position 3 numbers from 1; 0 for any other number.
+template <typename Operation> int32_t WithChosenServer(const char *const *values, Operation operation) {
   const auto number = static_cast<int32_t>(reinterpret_cast<intptr_t>(values[3]));
-  return number == 1 || number == 2 ? &NewsServers[number - 1] : nullptr;
-}
-
-SpecArray ZuvioNewsSpec(const char *const *values, const std::string &title, const NewsServer &server) {
-  return {values[0], values[1], title.c_str(), "", server.host, server.name, values[2], ServiceConnectionName, nullptr};
+  if (number != 1 && number != 2)
+    return 0;
+  return Guarded([&] {
+    const NewsServer &server = NewsServers[number - 1];
+    const std::string title = ServiceTitle(values[0]);
+    return operation(SpecArray{values[0], values[1], title.c_str(), "", server.host, server.name, values[2],
+                               ServiceConnectionName, nullptr});
+  });
 }
 
 } // namespace
 
 int32_t IsExistZuvioMailAccount(int32_t client, const char *const *values, char *key, char *message) {
-  const std::string title = ServiceTitle(values[0]);
-  return IsExistMailAccount(client, ZuvioMailSpec(values, title).data(), key, message);
+  return Guarded([=] {
+    const std::string title = ServiceTitle(values[0]);
+    return IsExistMailAccount(client, ZuvioMailSpec(values, title).data(), key, message);
+  });
 }
 
 int32_t SetupZuvioMailAccount(int32_t client, const char *const *values, const char *key) {
-  const std::string title = ServiceTitle(values[0]);
-  return SetupMailAccount(client, ZuvioMailSpec(values, title).data(), key);
+  return Guarded([=] {
+    const std::string title = ServiceTitle(values[0]);
+    return SetupMailAccount(client, ZuvioMailSpec(values, title).data(), key);
+  });
 }
 
 int32_t IsExistZuvioNewsAccount(int32_t client, const char *const *values, char *key, char *message) {
-  const NewsServer *const server = ChosenServer(values);
-  if (server == nullptr)
-    return 0;
-  const std::string title = ServiceTitle(values[0]);
-  return IsExistNewsAccount(client, ZuvioNewsSpec(values, title, *server).data(), key, message);
+  return WithChosenServer(values,
+                          [=](const SpecArray &spec) { return IsExistNewsAccount(client, spec.data(), key, message); });
 }
 
 int32_t SetupZuvioNewsAccount(int32_t client, const char *const *values, const char *key) {
-  const NewsServer *const server = ChosenServer(values);
-  if (server == nullptr)
-    return 0;
-  const std::string title = ServiceTitle(values[0]);
-  return SetupNewsAccount(client, ZuvioNewsSpec(values, title, *server).data(), key);
+  return WithChosenServer(values, [=](const SpecArray &spec) { return SetupNewsAccount(client, spec.data(), key); });
 }
 
 int32_t IsExistKERMMailAccount(int32_t client, const char *const *values, char *key, char *message) {

@@ -2,6 +2,7 @@
 #include "acctkit/acctkit.h"
 
 #include "clients/external_mailer.h"
+#include "entry/guard.h"
 
 #include <cstddef>
 #include <cstring>
@@ -90,16 +91,20 @@ int32_t HandToPlugin(const SignupRecord &record) {
 } // namespace
 
 int32_t SetupAfterSignup(const SignupRecord *record) {
-  if (record->serviceKind == 0 || record->serviceKind == 1)
-    SetupClients(*record);
-  return HandToPlugin(*record);
+  return Guarded([=] {
+    if (record->serviceKind == 0 || record->serviceKind == 1)
+      SetupClients(*record);
+    return HandToPlugin(*record);
+  });
 }
 
 int32_t SetupCompleted(void) {
-  ExternalMailer mailer;
-  if (mailer.LoadMailerLibrary() != 1)
-    return 0;
-  const int32_t answer = mailer.SetCompleteFlag();
-  mailer.FreeMailerLibrary();
-  return answer;
+  return Guarded([]() -> int32_t {
+    ExternalMailer mailer;
+    if (mailer.LoadMailerLibrary() != 1)
+      return 0;
+    const int32_t answer = mailer.SetCompleteFlag();
+    mailer.FreeMailerLibrary();
+    return answer;
+  });
 }

@@ -6,6 +6,7 @@
 #include "clients/communicator/profile_store.h"
 #include "clients/external_mailer.h"
 #include "clients/registry.h"
+#include "entry/guard.h"
 
 #include <string>
 #include <vector>
@@ -43,28 +44,32 @@ bool UsesServiceConnection(const char *account) {
 } // namespace
 
 int32_t SetBrowserStartPage(int32_t client, const char *profile, const char *url) {
-  switch (client) {
-  case 0:
-    return WriteStringValue(HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Explorer\\Main", "Start Page", url);
-  case 1:
-    return SetCommunicatorStartPage(profile, url);
-  default:
-    return 0;
-  }
+  return Guarded([=]() -> int32_t {
+    switch (client) {
+    case 0:
+      return WriteStringValue(HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Explorer\\Main", "Start Page", url);
+    case 1:
+      return SetCommunicatorStartPage(profile, url);
+    default:
+      return 0;
+    }
+  });
 }
 
 int32_t OutlookDisable(void) {
-  std::vector<std::string> accounts;
-  CollectSubkeys(HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Account Manager\\Accounts", accounts);
-  int32_t major = 0;
-  int32_t minor = 0;
-  if (!GetMailVersion(0, &major, &minor))
-    return 0;
-  const DWORD replacement = major > 4 ? ConnectionOfVersion5 : ConnectionOfVersion4;
-  for (const std::string &account : accounts)
-    if (UsesServiceConnection(account.c_str())) {
-      WriteDwordValue(HKEY_CURRENT_USER, account.c_str(), "Connection Type", replacement);
-      DeleteNamedValue(HKEY_CURRENT_USER, account.c_str(), "Connectoid");
-    }
-  return 1;
+  return Guarded([]() -> int32_t {
+    std::vector<std::string> accounts;
+    CollectSubkeys(HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Account Manager\\Accounts", accounts);
+    int32_t major = 0;
+    int32_t minor = 0;
+    if (!GetMailVersion(0, &major, &minor))
+      return 0;
+    const DWORD replacement = major > 4 ? ConnectionOfVersion5 : ConnectionOfVersion4;
+    for (const std::string &account : accounts)
+      if (UsesServiceConnection(account.c_str())) {
+        WriteDwordValue(HKEY_CURRENT_USER, account.c_str(), "Connection Type", replacement);
+        DeleteNamedValue(HKEY_CURRENT_USER, account.c_str(), "Connectoid");
+      }
+    return 1;
+  });
 }

@@ -3,10 +3,10 @@
 #include "stores/files.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
-#include <functional>
-#include <limits>
-#include <new>
+#include <exception>
+#include <utility>
 
 namespace {
 
@@ -76,12 +76,13 @@ class SoundnessCheck {
 public:
   explicit SoundnessCheck(std::string_view file) : image(file), taken(file.size(), '\0') {}
 
-  bool Passes() {
+  // The number of records; 0 if the file isn't sound.
+  size_t Count() {
     constexpr uint32_t Root = ProfileRegistry::RootOffset;
     if (image.size() < Root + sizeof(Record) || RecordAt(image, Root).type != KeyType)
-      return false;
+      return 0;
     std::vector<uint32_t> locations; // of the records in the order of the walk
-    return Walk(Root, 0, [&](const Place &place, Record &record) {
+    const bool sound = Walk(Root, 0, [&](const Place &place, Record &record) {
       if (!Take(place.offset, sizeof(Record), Root))
         return false;
       record = RecordAt(image, place.offset);
@@ -91,6 +92,7 @@ public:
       return knowsItself && knowsItsKey && TakeString(record.name, 0, 0) &&
              (record.type != StringType || TakeString(record.value, record.valuelen, Root));
     });
+    return sound ? locations.size() : 0;
   }
 
 private:
@@ -120,10 +122,6 @@ private:
 
 } // namespace
 
-ProfileRegistry::ProfileRegistry() : children(0, ChildHash{this}, ChildEqual{this}) {}
-
-ProfileRegistry::~ProfileRegistry() = default;
-
 // ---- File ----
 
 int32_t ProfileRegistry::Open(const std::string &path) {
@@ -131,16 +129,14 @@ int32_t ProfileRegistry::Open(const std::string &path) {
   ClearNodes();
   FileHandle file = OpenFileAlone(path.c_str(), GENERIC_READ, OPEN_EXISTING);
   try {
-    if (!file || !ReadWholeFile(file, image) || !SoundnessCheck(image).Passes()) {
-      image.clear();
-      return 0;
-    }
-  } catch (const std::bad_alloc &) {
-    image.clear();
-    return 0;
+    recordCount = file && ReadWholeFile(file, LargestFile, image) ? SoundnessCheck(image).Count() : 0;
+  } catch (const std::exception &) { // no memory for it
+    recordCount = 0;
   }
+  if (recordCount == 0)
+    image.clear();
   filePath = path;
-  return 1;
+  return recordCount != 0 ? 1 : 0;
 }
 
 int32_t ProfileRegistry::Save() const {
@@ -150,15 +146,19 @@ int32_t ProfileRegistry::Save() const {
 // ---- Nodes ----
 
 void ProfileRegistry::ClearNodes() {
-  children.clear();
+  children.Clear();
   chainEnds.clear();
   nodes.clear();
 }
 
 void ProfileRegistry::Parse() {
   ClearNodes();
-  if (!image.empty())
-    ParseChain(RootOffset, 0);
+  if (image.empty())
+    return;
+  nodes.reserve(recordCount);
+  chainEnds.reserve(recordCount);
+  children.Reserve(recordCount);
+  ParseChain(RootOffset, 0);
 }
 
 void ProfileRegistry::ParseChain(uint32_t offset, uint32_t level) {
@@ -168,7 +168,7 @@ void ProfileRegistry::ParseChain(uint32_t offset, uint32_t level) {
     ReadNode(nodes.emplace_back(), place.offset);
     nodes.back().depth = place.level;
     chainEnds.emplace_back();
-    children.insert(static_cast<uint32_t>(index));
+    children.Add(nodes, static_cast<uint32_t>(index));
     if (place.owner >= 0) {
       ChainEnds &ends = chainEnds[static_cast<size_t>(place.owner)];
       (place.inValues ? ends.value : ends.down) = index;
@@ -200,25 +200,68 @@ void ProfileRegistry::WriteNode(uint32_t offset, const ProfileRegistryNode &node
 
 // ---- Searching ----
 
-size_t ProfileRegistry::ChildHash::operator()(const ChildName &child) const {
-  constexpr size_t Spread = static_cast<size_t>(0x9E3779B97F4A7C15U);
-  return std::hash<std::string_view>()(child.name) ^ (child.parent + child.type) * Spread;
+// A polynomial in `base` over a prime field, so that no names share a hash for more than a few bases.
+uint32_t ProfileRegistry::Children::Hash(uint32_t parent, uint16_t type, std::string_view name) const {
+  constexpr uint64_t Prime = 0x7FFFFFFF;
+  uint64_t hash = parent % Prime;
+  for (const char byte : name)
+    hash = (hash * base + static_cast<unsigned char>(byte) + 1) % Prime;
+  return static_cast<uint32_t>((hash * base + type) % Prime);
 }
 
-bool ProfileRegistry::ChildEqual::Same(const ChildName &left, const ChildName &right) {
-  return left.parent == right.parent && left.type == right.type && left.name == right.name;
+size_t ProfileRegistry::Children::Locate(const std::vector<ProfileRegistryNode> &nodes, uint32_t hash, uint32_t parent,
+                                         uint16_t type, std::string_view name) const {
+  const size_t mask = slots.size() - 1;
+  size_t place = hash & mask;
+  for (; slots[place].index >= 0; place = (place + 1) & mask) {
+    if (slots[place].hash != hash)
+      continue;
+    const ProfileRegistryNode &node = nodes[static_cast<size_t>(slots[place].index)];
+    if (node.parent == parent && node.type == type && node.name == name)
+      break;
+  }
+  return place;
 }
 
-ProfileRegistry::ChildName ProfileRegistry::NameOf(uint32_t index) const {
+void ProfileRegistry::Children::Clear() {
+  slots.clear();
+  used = 0;
+}
+
+void ProfileRegistry::Children::Reserve(size_t count) {
+  if (2 * count < slots.size())
+    return;
+  const std::vector<Slot> old = std::exchange(slots, std::vector<Slot>(std::bit_ceil(2 * count + 2)));
+  const size_t mask = slots.size() - 1;
+  for (const Slot &slot : old) {
+    size_t place = slot.hash & mask;
+    while (slot.index >= 0 && slots[place].index >= 0)
+      place = (place + 1) & mask;
+    if (slot.index >= 0)
+      slots[place] = slot;
+  }
+}
+
+void ProfileRegistry::Children::Add(const std::vector<ProfileRegistryNode> &nodes, uint32_t index) {
+  Reserve(used + 1);
   const ProfileRegistryNode &node = nodes[index];
-  return {node.parent, node.type, node.name};
+  const uint32_t hash = Hash(node.parent, node.type, node.name);
+  Slot &slot = slots[Locate(nodes, hash, node.parent, node.type, node.name)];
+  if (slot.index >= 0)
+    return;
+  slot = {hash, static_cast<int32_t>(index)};
+  ++used;
+}
+
+int32_t ProfileRegistry::Children::Find(const std::vector<ProfileRegistryNode> &nodes, uint32_t parent, uint16_t type,
+                                        std::string_view name) const {
+  return slots.empty() ? -1 : slots[Locate(nodes, Hash(parent, type, name), parent, type, name)].index;
 }
 
 int32_t ProfileRegistry::FindChild(int32_t index, const std::string &name, int32_t wantKey) const {
   if (index < 0 || index >= NodeCount())
     return -1;
-  const auto found = children.find(ChildName{Node(index).location, wantKey != 0 ? KeyType : StringType, name});
-  return found != children.end() ? static_cast<int32_t>(*found) : -1;
+  return children.Find(nodes, Node(index).location, wantKey != 0 ? KeyType : StringType, name);
 }
 
 std::vector<std::string> ProfileRegistry::SplitPath(const std::string &path) {
@@ -271,8 +314,7 @@ void ProfileRegistry::WriteString(uint32_t offset, const std::string &text) {
 bool ProfileRegistry::CanAdd(int32_t parentIndex, const std::string &name, const std::string &value) const {
   const size_t added = StoredSize(name) + StoredSize(value) + sizeof(Record);
   return parentIndex >= 0 && parentIndex < NodeCount() && Node(parentIndex).type == KeyType && !name.empty() &&
-         name.size() <= LongestString && value.size() <= LongestString &&
-         image.size() + added <= std::numeric_limits<uint32_t>::max();
+         name.size() <= LongestString && value.size() <= LongestString && image.size() + added <= LargestFile;
 }
 
 int32_t ProfileRegistry::AddNode(int32_t parentIndex, const std::string &name, uint16_t type,
@@ -305,7 +347,7 @@ int32_t ProfileRegistry::AddNode(int32_t parentIndex, const std::string &name, u
 
   nodes.push_back(std::move(node));
   chainEnds.emplace_back();
-  children.insert(static_cast<uint32_t>(index));
+  children.Add(nodes, static_cast<uint32_t>(index));
   return index;
 }
 

@@ -6,9 +6,9 @@
 #pragma once
 
 #include <cstdint>
+#include <random>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 // One record: a key, a value, or what we have no use for. The fields after `value` are the record's own.
@@ -36,15 +36,17 @@ public:
   static constexpr uint32_t RootOffset = 130;
   // Longest name or value that is written, without its terminator.
   static constexpr size_t LongestString = 1023;
+  // Largest file that is read; clients have some kilobytes.
+  static constexpr size_t LargestFile = size_t{64} << 20;
 
-  ProfileRegistry();
-  virtual ~ProfileRegistry();
+  ProfileRegistry() = default;
+  virtual ~ProfileRegistry() = default;
   ProfileRegistry(const ProfileRegistry &) = delete;
   ProfileRegistry &operator=(const ProfileRegistry &) = delete;
 
-  // Reads the file. 0 if it can't be read or held in memory, or isn't sound: every record and string has to lie within
-  // the file and to overlap with no other, every record has to know its own place and the key it hangs below, and the
-  // root has to be a key. So a file that was accepted can be edited without damage to what else it holds.
+  // Reads the file. 0 if it can't be read, has more than 64 MB, or isn't sound: every record and string has to lie
+  // within the file and to overlap with no other, every record has to know its own place and the key it hangs below,
+  // and the root has to be a key. So a file that was accepted can be edited without damage to what else it holds.
   int32_t Open(const std::string &path);
 
   // Builds the list of nodes from what was read; searches and edits need it. Order: a key, the whole tree of its
@@ -63,7 +65,7 @@ public:
   int32_t GetValue(const std::string &keyPath, const std::string &valueName, std::string &out) const;
 
   // Index of a key's subkey, which is made if there is none. -1, with nothing changed, for a name that is empty or too
-  // long, or a file that would grow past 4 GB.
+  // long, or a file that would grow past its largest size.
   int32_t AddKey(int32_t parentIndex, const std::string &name);
 
   // Index of a key's string value, which is changed, or made if there is none. A text that fits goes over the old one.
@@ -78,27 +80,30 @@ public:
   uint32_t ImageLength() const { return static_cast<uint32_t>(image.size()); }
 
 private:
-  // What a search for a child goes by.
-  struct ChildName {
-    uint32_t parent;
-    uint16_t type;
-    std::string_view name;
-  };
-  struct ChildHash {
-    using is_transparent = void;
-    const ProfileRegistry *registry;
-    size_t operator()(const ChildName &child) const;
-    size_t operator()(uint32_t index) const { return (*this)(registry->NameOf(index)); }
-  };
-  struct ChildEqual {
-    using is_transparent = void;
-    const ProfileRegistry *registry;
-    bool operator()(uint32_t left, uint32_t right) const {
-      return Same(registry->NameOf(left), registry->NameOf(right));
-    }
-    bool operator()(const ChildName &left, uint32_t right) const { return Same(left, registry->NameOf(right)); }
-    bool operator()(uint32_t left, const ChildName &right) const { return Same(registry->NameOf(left), right); }
-    static bool Same(const ChildName &left, const ChildName &right);
+  // The nodes by the key that they hang below, their type and their name: a table of indexes with linear probing, at
+  // most half full, in which the first node of a name is found.
+  class Children {
+  public:
+    void Clear();
+    void Reserve(size_t count);
+    void Add(const std::vector<ProfileRegistryNode> &nodes, uint32_t index);
+    int32_t Find(const std::vector<ProfileRegistryNode> &nodes, uint32_t parent, uint16_t type,
+                 std::string_view name) const;
+
+  private:
+    struct Slot {
+      uint32_t hash = 0;
+      int32_t index = -1;
+    };
+    uint32_t Hash(uint32_t parent, uint16_t type, std::string_view name) const;
+    // Where a child stands, or the free slot where it would.
+    size_t Locate(const std::vector<ProfileRegistryNode> &nodes, uint32_t hash, uint32_t parent, uint16_t type,
+                  std::string_view name) const;
+
+    std::vector<Slot> slots; // a power of two
+    size_t used = 0;
+    // Not the same in every run: names that all have one hash would make a file that takes for ever.
+    uint32_t base = std::random_device()();
   };
   // The records that stand last in a key's two chains, as indexes; -1 for an empty chain.
   struct ChainEnds {
@@ -116,7 +121,6 @@ private:
   static std::vector<std::string> SplitPath(const std::string &path);
   void ClearNodes();
 
-  ChildName NameOf(uint32_t index) const;
   // Whether a child of that name can be put below the node, with these strings and a record behind the end.
   bool CanAdd(int32_t parentIndex, const std::string &name, const std::string &value) const;
   // A record behind the end for a child with its name; the index of the node, which nothing leads to yet.
@@ -124,7 +128,8 @@ private:
 
   std::string image;
   std::vector<ProfileRegistryNode> nodes;
-  std::vector<ChainEnds> chainEnds;                             // of each node
-  std::unordered_set<uint32_t, ChildHash, ChildEqual> children; // indexes of nodes, the first one of each name
+  std::vector<ChainEnds> chainEnds; // of each node
+  Children children;
+  size_t recordCount = 0; // of the file, as the check of Open counted them
   std::string filePath;
 };

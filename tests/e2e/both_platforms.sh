@@ -1,9 +1,12 @@
 #!/bin/bash
-# both_platforms.sh NATIVE WINDOWS: one Wine prefix, entered through Wine itself; the native host program works on it and
-# the Windows one on a copy. What Wine then reads from both has to be the same, and what was there before still there.
+# both_platforms.sh NATIVE WINDOWS: one Wine prefix, entered through Wine itself; the host program and the sequence of the
+# native build work on it, those of the Windows build on a copy. What Wine then reads from both has to be the same, and
+# what was there before still there. The arguments are the build folders.
 set -euo pipefail
-native=$(realpath "$1")
-windows=$(realpath "$2")
+native=$(realpath "$1/acctkit")
+native_sequence=$(realpath "$1/tests/sequence")
+windows=$(realpath "$2/acctkit.exe")
+windows_sequence=$(realpath "$2/tests/sequence.exe")
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/../../cmake/packages.sh"
 command -v wine >/dev/null || { echo "no wine here" >&2; exit 1; }
@@ -40,11 +43,17 @@ add 'HKCU\Software\Microsoft\Internet Account Manager' /v 'Account Name' /t REG_
 add 'HKCU\Software\Microsoft\Internet Account Manager\Accounts\00000008' /v 'Account Name' /d '会社 "表"\'
 add 'HKCU\Software\Microsoft\Internet Account Manager\Accounts\00000008' /v 'Connectoid' /d '@zuvioダイヤラ'
 add 'HKCU\Software\Microsoft\Internet Account Manager\Accounts\00000008' /v 'Connection Type' /t REG_DWORD /d 2
+add 'HKLM\Software\Netscape\Netscape 6' /v CurrentVersion /d '6.2 (ja)'
+add "$paths\\Netscp6.exe" /ve /d 'C:\Program Files\Netscape\Netscp6.exe'
 add 'HKCU\Software\Unrelated' /v Binary /t REG_BINARY /d 000102ff
 settle
 drive=$WINEPREFIX/drive_c
 mkdir -p "$drive/Program Files/Outlook Express" "$drive/Program Files/Netscape/Communicator/Program"
 touch "$drive/Program Files/Outlook Express/msimn.exe" "$drive/Program Files/Netscape/Communicator/Program/NETSCAPE.EXE"
+touch "$drive/Program Files/Netscape/Netscp6.exe"
+mozilla=$drive/users/$(whoami)/AppData/Roaming/Mozilla
+mkdir -p "$mozilla/Users50"
+cp "$here/../samples/profiles-ja.dat" "$mozilla/registry.dat"
 mkdir "$work/b"
 cp -a "$work/a/prefix" "$work/b/prefix"
 cp "$WINEPREFIX"/{system,user}.reg "$work"
@@ -69,10 +78,15 @@ commands() {
   run start-page --client oe http://start.example/
   run outlook-disable
   run mail set --client communicator --user u --name "$(printf 'n%.0s' {1..300})" --title t --smtp s --pop p --address a
+  run news set --client oe --zuvio --server 1 --user ABC01234 --name 表示 --address taro@mail.zuvio.example
+  run news exists --client oe --zuvio --server 1 --user ABC01234 --name x --address y
+  run news set --client communicator --zuvio --server 2 --user ABC01234 --name 表示 --address taro@mail.zuvio.example
+  run_sequence
   run accounts --json
 }
 use a
 run() { "$native" --machine "$WINEPREFIX" "$@" || echo "status $?"; }
+run_sequence() { ACCTKIT_MACHINE=$WINEPREFIX "$native_sequence"; }
 commands "$work/signup.txt" >"$work/a/output" 2>&1
 # Every other line of the hives is still there, and in its place.
 allowed='Account Name|Connection Type|Connectoid|Start Page|\(Apps\\\\Outlook|Default Mail'
@@ -82,6 +96,7 @@ for hive in system user; do
 done
 use b
 run() { wine "$windows" "$@" | tr -d '\r' || echo "status ${PIPESTATUS[0]}"; }
+run_sequence() { wine "$windows_sequence" | tr -d '\r'; }
 set -o pipefail
 commands "Z:${work//\//\\}\\signup.txt" >"$work/b/output" 2>&1
 settle
@@ -96,11 +111,15 @@ for name in a b; do
   done >"$work/$name/registry"
   settle
 done
-grep -q 'taro@mail.zuvio.example' "$work/a/registry" || fail "Wine doesn't see what was written"
+grep -q 'abc01234@mail.zuvio.example' "$work/a/registry" || fail "Wine doesn't see what was written"
 diff "$work/a/registry" "$work/b/registry" || fail "the registries differ"
-(cd "$work/a/prefix/drive_c/Program Files" && find Netscape -type f -exec sha256sum {} + | sort -k 2) >"$work/a/files"
-(cd "$work/b/prefix/drive_c/Program Files" && find Netscape -type f -exec sha256sum {} + | sort -k 2) >"$work/b/files"
-[ "$(wc -l <"$work/a/files")" -ge 4 ] || fail "there are fewer files than expected"
+written_files() {
+  (cd "$work/$1/prefix/drive_c" && find 'Program Files/Netscape' users/*/AppData/Roaming/Mozilla -type f \
+    -exec sha256sum {} + | sort -k 2) >"$work/$1/files"
+}
+written_files a
+written_files b
+[ "$(grep -cE 'prefs.js|registry.dat|fat$' "$work/a/files")" -ge 9 ] || fail "there are fewer files than expected"
 diff "$work/a/files" "$work/b/files" || fail "the files differ"
 
 # And the native program reads what the Windows one wrote.

@@ -71,6 +71,16 @@ void CommunicatorNews::EditNewsPrefs(PrefsText &prefs, const NewsAccountSpec &sp
     AppendPrefLine(prefs, LineText(line).c_str());
 }
 
+void CommunicatorNews::WriteNewsPrefs(const std::string &directory, const NewsAccountSpec &spec) {
+  const auto edit = [&](PrefsText &prefs) {
+    EditNewsPrefs(prefs, spec);
+    if (spec.IsServerOn())
+      communicator::NewsMap(directory).Enter(spec.Host());
+  };
+  communicator::EditPrefs(directory, edit, GENERIC_WRITE);
+  communicator::MakeMailDirectory(directory);
+}
+
 int32_t CommunicatorNews::IsInstall() { return IsInstalled(communicator::Program); }
 
 int32_t CommunicatorNews::SetupAccount(const NewsAccountSpec &spec, std::string &key) {
@@ -79,10 +89,9 @@ int32_t CommunicatorNews::SetupAccount(const NewsAccountSpec &spec, std::string 
     return 0;
   const std::string &profile = key.empty() ? spec.accountName : key;
   const std::string directory = communicator::ProfileDirectory(installDirectory, profile);
-  const communicator::NewsMap map(directory);
-  const auto edit = [&](PrefsText &prefs) { EditNewsPrefs(prefs, spec); };
   if (!communicator::ProfileFits(profile, directory) || !LinesFit(spec) ||
-      (spec.IsServerOn() && !map.Takes(spec.Host())) || !communicator::PrefsTake(directory, edit))
+      (spec.IsServerOn() && !communicator::NewsMap(directory).Takes(spec.Host())) ||
+      !communicator::PrefsTake(directory, [&](PrefsText &prefs) { EditNewsPrefs(prefs, spec); }))
     return 0;
 
   if (key.empty()) {
@@ -90,10 +99,7 @@ int32_t CommunicatorNews::SetupAccount(const NewsAccountSpec &spec, std::string 
     communicator::EnterSender(profile, spec.mailAddress, spec.senderName);
   }
   communicator::EnterDirectory(installDirectory, profile);
-  if (spec.IsServerOn())
-    map.Enter(spec.Host());
-  communicator::EditPrefs(directory, edit, GENERIC_WRITE);
-  communicator::MakeMailDirectory(directory);
+  WriteNewsPrefs(directory, spec);
   return 1;
 }
 

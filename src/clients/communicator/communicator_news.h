@@ -11,7 +11,8 @@ public:
 
   // Puts the spec's server into the profile that the account's title names, or that `key` names: the profile's
   // registry values and directory, where the server is on the map of news servers and an empty newsrc file, and its
-  // news preferences. A sender that prefs.js names already stays. 0, with nothing written, if Communicator's install
+  // news preferences. A sender that prefs.js names already stays; a newsrc file of the
+  // server's name that isn't on the map is cut. 0, with nothing written, if Communicator's install
   // directory can't be read or is empty, the host of a server that is on has no dot, a text is too long for its place
   // (255 bytes for names, lines and paths), or prefs.js or the map has no room or a zero byte in it.
   int32_t SetupAccount(const NewsAccountSpec &spec, std::string &key) override;
@@ -27,7 +28,9 @@ public:
   int32_t GetClientType() override;
 
 private:
-  // The edits of prefs.js, in their order.
+  // Puts the server on the profile's map and edits its prefs.js.
+  void WriteNewsPrefs(const std::string &directory, const NewsAccountSpec &spec);
+  // The edits of prefs.js, in their order. An empty host, of a server that isn't on, is looked for in no line.
   void EditNewsPrefs(PrefsText &prefs, const NewsAccountSpec &spec);
   void KeepOrFill(PrefsText &prefs, const char *key, const std::string &value);
 

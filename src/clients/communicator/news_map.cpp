@@ -13,12 +13,13 @@ constexpr const char *HeadingWord = "netscape-newsrc-map-file";
 
 bool Holds(const std::string &map, const std::string &text) { return map.find(text) != std::string::npos; }
 
-// The map's text, of a missing one empty; nothing if it can't be read or is none of ours: too large, or not a text.
+// The map's text; empty for one that can't be opened, nothing for one that is none of ours: too large, or no text.
 std::optional<std::string> ReadMap(const FileHandle &file) {
   std::string map(NewsMap::Capacity + 1, '\0');
   DWORD read = 0;
-  if (!file || !ReadFile(file.Get(), map.data(), static_cast<DWORD>(map.size()), &read, nullptr) ||
-      read > NewsMap::Capacity)
+  if (!file)
+    return "";
+  if (!ReadFile(file.Get(), map.data(), static_cast<DWORD>(map.size()), &read, nullptr) || read > NewsMap::Capacity)
     return std::nullopt;
   map.resize(read);
   return Holds(map, std::string(1, '\0')) ? std::nullopt : std::optional(map);
@@ -47,9 +48,9 @@ bool NewsMap::Takes(const std::string &host) const {
     return false;
   if (!PathExists(path.c_str()))
     return true;
-  const FileHandle file = OpenFileAlone(path.c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
-  const std::optional<std::string> map = ReadMap(file);
-  return !file || (map && (Holds(*map, host) || WithServer(*map, host).size() <= Capacity));
+  const std::optional<std::string> map =
+      ReadMap(OpenFileAlone(path.c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING));
+  return map && (Holds(*map, host) || WithServer(*map, host).size() <= Capacity);
 }
 
 void NewsMap::Enter(const std::string &host) const {

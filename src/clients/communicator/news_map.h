@@ -16,8 +16,8 @@ public:
   explicit NewsMap(const std::string &profileDirectory);
 
   // Whether the server can be entered: the host has a dot, which its newsrc file's name ends at, paths and record fit
-  // their buffers of 256 bytes, and a map that is there has room. A map that can't be read counts as having room: it
-  // will be left as it is.
+  // their buffers of 256 bytes, and a map that is there has room and is a text. A map that can't be opened counts as
+  // an empty one.
   bool Takes(const std::string &host) const;
 
   // Makes the news directory and enters the server with an empty newsrc file, cutting one of that name. Does nothing

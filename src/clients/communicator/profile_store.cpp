@@ -8,9 +8,8 @@
 
 namespace communicator {
 
-#define PRODUCT_KEY "SOFTWARE\\Netscape\\Netscape Navigator"
 const InstalledProgram Program = {"NetscapeCommunicator (Netscape)",
-                                  PRODUCT_KEY,
+                                  "SOFTWARE\\Netscape\\Netscape Navigator",
                                   "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\NETSCAPE.EXE",
                                   "4.",
                                   "SOFTWARE\\Netscape\\Conference",
@@ -23,6 +22,7 @@ namespace {
 
 constexpr const char *BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users";
 constexpr const char *MailboxState = "\\mail\\popstate.dat";
+
 // The directory of a listed profile, told by where the state of its POP mailbox is kept; empty if that can't be told.
 std::string ListedDirectory(const std::string &profile) {
   std::string server;
@@ -52,7 +52,7 @@ std::string ProfileDirectory(const std::string &installDirectory, const std::str
 
 std::string PrefsPath(const std::string &directory) { return directory + "\\prefs.js"; }
 
-std::string UserPath(const std::string &profile) { return std::string(PRODUCT_KEY "\\Users\\") + profile; }
+std::string UserPath(const std::string &profile) { return std::string(Program.productKey) + "\\Users\\" + profile; }
 
 std::string BiffPath(const std::string &profile) { return std::string(BiffKey) + '\\' + profile; }
 

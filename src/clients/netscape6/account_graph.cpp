@@ -4,7 +4,10 @@
 #include "clients/text.h"
 
 #include <algorithm>
+#include <charconv>
 #include <memory>
+#include <set>
+#include <string_view>
 
 namespace netscape6 {
 
@@ -14,33 +17,41 @@ constexpr int LastNumber = 65535;
 
 std::string Numbered(const char *prefix, int number) { return prefix + std::to_string(number); }
 
-// Whether a quoted value names it, alone or in a list of identities.
-bool IsNamed(const PrefsText &prefs, const std::string &name) {
-  for (const char *format : {"\"%s\"", "\"%s,", ",%s,", ",%s\""})
-    if (HasPrefText(Format(format, name).c_str(), prefs))
-      return true;
-  return false;
+// Which numbers with the prefix a quoted value names, alone or also in a comma list.
+std::vector<bool> NamedNumbers(const PrefsText &prefs, std::string_view prefix, bool inLists) {
+  const auto endsItem = [inLists](char byte) { return byte == '"' || (inLists && byte == ','); };
+  std::vector<bool> named(LastNumber + 1);
+  const std::string_view text(prefs.text, prefs.length);
+  for (size_t place = text.find(prefix, 1); place != std::string_view::npos; place = text.find(prefix, place + 1)) {
+    if (!endsItem(text[place - 1]))
+      continue;
+    const std::string_view digits = text.substr(place + prefix.size());
+    int number = 0;
+    const char *const end = std::from_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    if (number > 0 && number <= LastNumber && digits[0] != '0' && end != digits.data() + digits.size() &&
+        endsItem(*end))
+      named[static_cast<size_t>(number)] = true;
+  }
+  return named;
 }
 
 // The first numbered name that no value names; empty if all are taken.
-std::string FreeName(const PrefsText &prefs, const char *prefix) {
-  for (int number = 1; number <= LastNumber; ++number)
-    if (std::string name = Numbered(prefix, number); !IsNamed(prefs, name))
-      return name;
-  return {};
+std::string FreeName(const PrefsText &prefs, const char *prefix, bool inLists) {
+  const std::vector<bool> named = NamedNumbers(prefs, prefix, inLists);
+  const auto free = std::find(named.begin() + 1, named.end(), false);
+  return free == named.end() ? std::string() : Numbered(prefix, static_cast<int>(free - named.begin()));
 }
 
 // The keys of an account of the list, if it is the one.
 std::optional<GraphKeys> Match(const PrefsText &prefs, const std::string &key, const GraphAccount &account) {
+  // The likeliest mismatch first: each search goes through the text.
   const auto server = ReadPref(prefs, Format("mail.account.%s.server", key));
+  if (!server ||
+      ReadPref(prefs, Format("mail.server.%s.%s", *server, std::string(account.matchedBy))) != account.matchedText ||
+      ReadPref(prefs, Format("mail.server.%s.type", *server)) != account.type)
+    return std::nullopt;
   const auto identity = ReadPref(prefs, Format("mail.account.%s.identities", key));
-  if (!server || !identity)
-    return std::nullopt;
-  const auto type = ReadPref(prefs, Format("mail.server.%s.type", *server));
-  const auto text = ReadPref(prefs, Format("mail.server.%s.%s", *server, std::string(account.matchedBy)));
-  if (type != account.type || text != account.matchedText)
-    return std::nullopt;
-  return GraphKeys{key, *server, *identity};
+  return identity ? std::optional(GraphKeys{key, *server, *identity}) : std::nullopt;
 }
 
 void Append(PrefsText &prefs, const PrefLine &line) { AppendPrefLine(prefs, LineText(line).c_str()); }
@@ -64,10 +75,8 @@ GraphKeys EnterFirst(PrefsText &prefs, const GraphAccount &account) {
 }
 
 std::optional<GraphKeys> EnterNext(PrefsText &prefs, const std::string &list, const GraphAccount &account) {
-  const auto hasLines = [&](const std::string &name) {
-    return HasPrefText(Format("mail.account.%s.", name).c_str(), prefs) != 0;
-  };
-  const GraphKeys keys = {NextName(list, "account", hasLines), FreeName(prefs, "server"), FreeName(prefs, "id")};
+  const GraphKeys keys = {NextName(prefs, list, "mail.account.", "account"), FreeName(prefs, "server", false),
+                          FreeName(prefs, "id", true)}; // an account may have several identities
   if (keys.server.empty() || keys.identity.empty())
     return std::nullopt;
   ReplacePref(prefs, ExtendedList(AccountList, list, keys.account));
@@ -85,21 +94,21 @@ std::optional<std::string> ReadPref(const PrefsText &prefs, const std::string &k
 }
 
 std::vector<std::string> ListItems(const std::string &list) {
-  std::vector<std::string> items;
-  std::string item(list.size() + 1, '\0');
-  for (int32_t index = 0; index < CountListItems(list.c_str()); ++index) {
-    GetListItem(list.c_str(), index, item.data(), static_cast<int32_t>(item.size()));
-    items.emplace_back(item.c_str());
-  }
+  std::vector<std::string> items(1);
+  for (const char byte : list)
+    if (byte == ',')
+      items.emplace_back();
+    else
+      items.back() += byte;
   return items;
 }
 
-std::string NextName(const std::string &list, const char *prefix,
-                     const std::function<bool(const std::string &)> &inUse) {
+std::string NextName(const PrefsText &prefs, const std::string &list, const char *keys, const char *prefix) {
   const std::vector<std::string> items = ListItems(list);
+  const std::set<std::string> listed(items.begin(), items.end());
   auto number = static_cast<int>(items.size()) + 1;
   std::string name = Numbered(prefix, number);
-  while (std::ranges::find(items, name) != items.end() || inUse(name))
+  while (listed.contains(name) || HasPrefText((keys + name + '.').c_str(), prefs))
     name = Numbered(prefix, ++number);
   return name;
 }

@@ -31,7 +31,7 @@ struct GraphAccount {
 struct GraphKeys {
   std::string account;
   std::string server;
-  std::string identity;
+  std::string identity; // may be a list; an account of several identities has its preferences under all of it
 };
 
 constexpr const char *AccountList = "mail.accountmanager.accounts";
@@ -41,10 +41,10 @@ std::optional<std::string> ReadPref(const PrefsText &prefs, const std::string &k
 
 // The items of a comma list.
 std::vector<std::string> ListItems(const std::string &list);
-// The name that the next item of a numbered list takes: the number behind the count of its items, or the first one from
-// there on that isn't in use, should the list have gaps.
-std::string NextName(const std::string &list, const char *prefix,
-                     const std::function<bool(const std::string &)> &inUse);
+// The name that the next item of a numbered list takes, as in "smtp2": the number behind the count of its items, or the
+// first one from there on that isn't in use, should the list have gaps. The preferences of such an item begin with
+// `keys`, as in "mail.smtpserver.".
+std::string NextName(const PrefsText &prefs, const std::string &list, const char *keys, const char *prefix);
 // The list with a further item.
 PrefLine ExtendedList(const char *key, const std::string &list, const std::string &item);
 
@@ -55,7 +55,7 @@ std::optional<GraphKeys> FindOrEnter(PrefsText &prefs, const GraphAccount &accou
 // The preferences of the account's identity and server, in the order in which they are replaced.
 std::array<PrefLine, 8> AccountPrefs(const GraphKeys &keys, const GraphAccount &account);
 
-// That each text is short enough to be read back into the clients' own buffers of 260 bytes, and converts.
+// That each text is short enough to be read back into the clients' own buffers of 260 bytes.
 bool TextsFit(const GraphAccount &account);
 
 // A text in UTF-8, or nothing if it doesn't fit.

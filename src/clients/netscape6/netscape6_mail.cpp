@@ -54,7 +54,7 @@ std::string FindSmtpKey(PrefsText &prefs, const std::string &host) {
   }
   if (!candidate.empty() || !spare.empty())
     return candidate.empty() ? spare : candidate;
-  const std::string key = netscape6::NextName(list, "smtp", [](const std::string &) { return false; });
+  const std::string key = netscape6::NextName(prefs, list, "mail.smtpserver.", "smtp");
   ReplacePref(prefs, netscape6::ExtendedList(SmtpList, list, key));
   return key;
 }

@@ -11,8 +11,8 @@ public:
   // Writes a POP3 account into the prefs.js of the profile whose directory `key` is, or of a new one that the account's
   // title names; `key` is then its directory. An account of the same user is taken over, and becomes the default one
   // like any other. 0, with nothing changed, if a text has more than 259 bytes (the name shown as sender in UTF-8), the
-  // directory's path more than 246, all numbers of the profile are taken, or prefs.js has no room; and if no profile
-  // could be made.
+  // directory's path more than 246, 65,535 servers or identities are there already, or prefs.js has no room or a zero
+  // byte in it; and if no profile could be made. A prefs.js that can't be opened stays as it is, which counts as done.
   int32_t SetupAccount(const MailAccountSpec &spec, std::string &key) override;
 
   int32_t SetDefaultClient() override;

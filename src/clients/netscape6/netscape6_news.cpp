@@ -17,15 +17,18 @@ std::optional<GraphAccount> AccountOf(const NewsAccountSpec &spec) {
                       spec.Host(), *serverName, spec.mailAddress, *fullName};
 }
 
+void ApplyAccountPrefs(PrefsText &prefs, const netscape6::GraphKeys &keys, const GraphAccount &account) {
+  for (const PrefLine &line : netscape6::AccountPrefs(keys, account))
+    ReplacePref(prefs, line);
+  ReplacePref(prefs, {"signon.rememberSignons", "true"});
+}
+
 int32_t WriteAccount(const std::string &directory, const GraphAccount &account) {
   return netscape6::EditProfile(directory, [&](PrefsText &prefs) {
     const auto keys = netscape6::FindOrEnter(prefs, account);
-    if (!keys)
-      return false;
-    for (const PrefLine &line : netscape6::AccountPrefs(*keys, account))
-      ReplacePref(prefs, line);
-    ReplacePref(prefs, {"signon.rememberSignons", "true"});
-    return true;
+    if (keys)
+      ApplyAccountPrefs(prefs, *keys, account);
+    return keys.has_value();
   });
 }
 

@@ -8,12 +8,11 @@
 
 namespace netscape6 {
 
-#define PRODUCT_KEY "SOFTWARE\\Netscape\\Netscape 6"
 const InstalledProgram Program = {"Netscape6 (Netscape)",
-                                  PRODUCT_KEY,
+                                  "SOFTWARE\\Netscape\\Netscape 6",
                                   "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\Netscp6.exe",
                                   "6.",
-                                  PRODUCT_KEY,
+                                  "SOFTWARE\\Netscape\\Netscape 6",
                                   "CurrentVersion",
                                   "X.00"};
 

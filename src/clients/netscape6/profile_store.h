@@ -23,8 +23,9 @@ int32_t FindProfile(const std::string &name, std::string &key, std::string &mess
 
 // Makes a profile, with a first prefs.js in the next free directory below its name's, registers it and makes it the
 // current one. 1 with the directory in `key`. 0 with `key` as it was, and nothing changed, if the registry can't be
-// read or isn't sound, the name can't be registered, or a path would be too long; 0 as well if prefs.js can't be made
-// or the registry can't be written, and the folders made so far then stay.
+// read or isn't sound, the name is empty, a path would be too long, all 65,535 directories of the name are taken, or
+// the free one has a prefs.js that can't be read, and so is somebody's; 0 as well if prefs.js can't be made or the
+// registry can't be written, and the folders made so far then stay.
 int32_t MakeProfile(const std::string &name, std::string &key);
 
 // Whether the path of the directory's prefs.js fits its buffer of 256 bytes.

@@ -18,7 +18,7 @@ extern const InstalledProgram Program;
 
 // Whether the version begins with a 4. An empty version, of a client that isn't installed, doesn't.
 bool IsVersion4();
-// The connection type of a new account: the client's own default for its version.
+// The connection type of an account that is written: the client's own default for its version.
 DWORD ConnectionType();
 
 // The key of the account that `name` (eight hexadecimal digits) names, below HKEY_CURRENT_USER.
@@ -39,7 +39,8 @@ bool HoldsText(const std::string &path, const char *valueName, const std::string
 void EnsureDefaultMailAccount(const std::string &name);
 
 // Below HKEY_CURRENT_USER, the key of the user's identity, in which version 5 keeps its settings. Empty if the default
-// identity can't be read: its settings are then left alone, since a made-up identity would belong to nobody.
+// identity can't be read or is empty: its settings are then left alone, since a made-up identity would belong to
+// nobody.
 std::string IdentitySettingsPath();
 
 // Whether the texts fit the buffers of 512 bytes that the client's values pass through.

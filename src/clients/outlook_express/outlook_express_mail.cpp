@@ -39,9 +39,11 @@ int32_t FindMailAccount(const char *valueName, const std::string &wanted, const 
 // Copies the default value of one of the client's keys to the system's key. A command line isn't a file, so whether the
 // path exists has no meaning here.
 void CopyDefaultValue(const char *from, const char *to) {
+  std::string stored;
   std::string text;
+  const int32_t found = ReadText(HKEY_LOCAL_MACHINE, from, nullptr, stored);
   ReadPath(HKEY_LOCAL_MACHINE, from, nullptr, text);
-  if (!text.empty())
+  if (found && (!text.empty() || stored.empty()))
     WriteValues(HKEY_LOCAL_MACHINE, to, {{nullptr, text}});
 }
 

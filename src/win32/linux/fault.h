@@ -9,6 +9,9 @@ namespace machine {
 // Keeps one line (UTF-8, no line feed) for machine::TakeFault, unless one is kept already: the first is the cause.
 void RecordFault(const std::string &line);
 
+// Whether machine::Folder is that one.
+bool IsFolder(const std::filesystem::path &folder);
+
 // One line that says why a folder is no machine, empty if it is one.
 std::string FolderProblem(const std::filesystem::path &folder);
 

@@ -302,12 +302,8 @@ constexpr std::string_view ReadOnlyLine = "#readonly";
 
 } // namespace
 
-bool FoldedLess::operator()(std::u16string_view left, std::u16string_view right) const {
-  return std::ranges::lexicographical_compare(left, right, {}, text::Upper, text::Upper);
-}
-
 bool SameName(std::u16string_view left, std::u16string_view right) {
-  return std::ranges::equal(left, right, {}, text::Upper, text::Upper);
+  return left.size() == right.size() && std::ranges::equal(left, right, {}, text::Upper, text::Upper);
 }
 
 const Hive::Key *Hive::Key::Subkey(size_t index) {
@@ -402,17 +398,18 @@ std::string Hive::Text() const {
 // ------------------------------------------------------------------------------------------------------------
 
 Hive::Key &Hive::Subkey(Key &parent, std::u16string_view name) {
+  std::u16string upper = text::ToUpper(name);
   // Files have their keys in order, so a new one mostly goes to the end.
-  const auto place = parent.subkeys.empty() || FoldedLess()(parent.subkeys.rbegin()->first, name)
+  const auto place = parent.subkeys.empty() || parent.subkeys.rbegin()->first < upper
                          ? parent.subkeys.end()
-                         : parent.subkeys.lower_bound(name);
-  if (place != parent.subkeys.end() && SameName(place->first, name))
+                         : parent.subkeys.lower_bound(upper);
+  if (place != parent.subkeys.end() && place->first == upper)
     return *place->second;
   auto key = std::make_unique<Key>();
   key->parent = &parent;
   key->name = name;
   Key &made = *key;
-  parent.subkeys.emplace_hint(place, std::u16string(name), std::move(key));
+  parent.subkeys.emplace_hint(place, std::move(upper), std::move(key));
   parent.order.clear();
   return made;
 }
@@ -458,7 +455,9 @@ Hive::Key *Hive::KeyOfHeading(std::string_view heading, std::string_view &error)
   return key;
 }
 
-Hive::Key *Hive::Find(Key &from, std::u16string_view path) {
+Hive::Key *Hive::Find(Key &from, std::u16string_view names) {
+  const std::u16string upper = text::ToUpper(names);
+  std::u16string_view path = upper;
   Key *key = &from;
   while (key != nullptr && !path.empty()) {
     const std::u16string_view name = path.substr(0, path.find(u'\\'));

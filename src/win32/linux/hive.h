@@ -7,6 +7,7 @@
 #include "win32/win32.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -16,11 +17,7 @@
 
 namespace machine {
 
-// Orders names without regard to case.
-struct FoldedLess {
-  using is_transparent = void;
-  bool operator()(std::u16string_view left, std::u16string_view right) const;
-};
+// Whether two names are the same, which case doesn't matter for.
 bool SameName(std::u16string_view left, std::u16string_view right);
 
 // A value as the registry holds it: texts in UTF-16, little-endian.
@@ -35,7 +32,7 @@ public:
   struct Key {
     Key *parent = nullptr;
     std::u16string name;
-    std::map<std::u16string, std::unique_ptr<Key>, FoldedLess> subkeys;
+    std::map<std::u16string, std::unique_ptr<Key>, std::less<>> subkeys; // by their names in upper case
     std::vector<uint32_t> sections; // one as a rule; Wine merges those that a file has twice
     bool readOnly = false;
     std::vector<const Key *> order; // the subkeys by index, once somebody asked for one

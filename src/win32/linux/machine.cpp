@@ -40,6 +40,12 @@ std::filesystem::path Folder() {
   return Environment("HOME") / ".local/share/acctkit/machine";
 }
 
+// Every registry call asks this, and a path is slow to make.
+bool IsFolder(const std::filesystem::path &folder) {
+  const char *const named = std::getenv("ACCTKIT_MACHINE");
+  return named != nullptr && *named != '\0' ? folder.native() == named : folder == Folder();
+}
+
 void RecordFault(const std::string &line) {
   const std::lock_guard guard(faultGuard);
   if (firstFault.empty())

@@ -4,9 +4,14 @@
 #include "win32/linux/paths.h"
 
 #include <dlfcn.h>
+#include <string>
 
 HMODULE LoadLibraryA(const char *path) {
-  const machine::DiskPath found = machine::FindOnDisk(path);
+  // A name without an ending gets the usual one.
+  std::string file = path;
+  if (file.find('.', file.rfind('\\') + 1) == std::string::npos)
+    file += ".dll";
+  const machine::DiskPath found = machine::FindOnDisk(file.c_str());
   if (found.error != ERROR_SUCCESS || !found.exists) {
     SetLastError(ERROR_MOD_NOT_FOUND);
     return nullptr;

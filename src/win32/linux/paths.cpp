@@ -63,7 +63,7 @@ bool IsWithin(const fs::path &path, const fs::path &folder) {
 bool FollowLink(fs::path &path, const fs::path &drive) {
   std::error_code error;
   const fs::path target = fs::canonical(path, error);
-  if (error || !(IsWithin(target, fs::canonical(Folder(), error)) || IsWithin(target, drive)))
+  if (error || !(IsWithin(target, fs::canonical(Folder(), error)) || IsWithin(target, fs::canonical(drive, error))))
     return false;
   path = target;
   return true;
@@ -75,10 +75,12 @@ fs::path DriveFolder(char16_t letter) {
   const fs::path folder = Folder();
   const fs::path devices = folder / "dosdevices";
   std::error_code error;
-  fs::path drive = devices / std::string{lower, ':'};
-  if (!fs::exists(devices, error))
-    drive = lower == 'c' ? folder / "drive_c" : fs::path();
-  return drive.empty() ? drive : fs::canonical(drive, error);
+  if (fs::exists(devices, error))
+    return fs::canonical(devices / std::string{lower, ':'}, error);
+  if (lower != 'c')
+    return {};
+  const fs::path drive = folder / "drive_c";
+  return fs::is_symlink(drive, error) ? fs::canonical(drive, error) : drive;
 }
 
 bool IsForbidden(char16_t unit) {

@@ -26,9 +26,9 @@ constexpr REGSAM MaximumAllowed = 0x02000000;
 struct OpenKey {
   std::shared_ptr<HiveFile> file;
   std::u16string path;
-  REGSAM access;
-  Hive::Key *key;
-  uint64_t generation;
+  REGSAM access = 0;
+  Hive::Key *key = nullptr;
+  uint64_t generation = 0;
 };
 
 // The hives of the machine folder that was asked for last.
@@ -43,10 +43,9 @@ Machine current;
 std::unordered_set<OpenKey *> openKeys;
 
 void UseCurrentMachine() {
-  std::filesystem::path folder = machine::Folder();
-  if (current.localMachine != nullptr && folder == current.folder)
+  if (current.localMachine != nullptr && machine::IsFolder(current.folder))
     return;
-  current.folder = std::move(folder);
+  current.folder = machine::Folder();
   current.localMachine = std::make_shared<HiveFile>(current.folder / "system.reg", "\\\\Machine");
   current.currentUser = std::make_shared<HiveFile>(current.folder / "user.reg", "\\\\User\\\\S-1-5-21-0-0-0-1000");
 }
@@ -69,31 +68,28 @@ LSTATUS Resolve(OpenKey &open) {
   return open.key != nullptr ? ERROR_SUCCESS : KeyDeleted;
 }
 
-// Where a call works: the key that a handle stands for, be it one of the roots or opened before.
-LSTATUS Locate(HKEY handle, OpenKey &place) {
-  if (IsRoot(handle)) {
-    UseCurrentMachine();
-    place.file = handle == HKEY_LOCAL_MACHINE ? current.localMachine : current.currentUser;
-    place.path.clear();
-    place.access = KEY_ALL_ACCESS;
-    if (const LSTATUS result = place.file->Refresh(); result != ERROR_SUCCESS)
-      return result;
-    place.key = &place.file->Content().Root();
-    place.generation = place.file->Generation();
-    return ERROR_SUCCESS;
+// Where a call works: the key that a handle stands for, be it one of the roots or opened before. An open key's handle
+// is only looked up; a root's is `root`, which the caller has room for.
+LSTATUS Locate(HKEY handle, OpenKey &root, OpenKey *&place) {
+  if (!IsRoot(handle)) {
+    place = AsOpenKey(handle);
+    return place != nullptr ? Resolve(*place) : ERROR_INVALID_HANDLE;
   }
-  OpenKey *const open = AsOpenKey(handle);
-  if (open == nullptr)
-    return ERROR_INVALID_HANDLE;
-  const LSTATUS result = Resolve(*open);
-  place = *open;
-  return result;
+  UseCurrentMachine();
+  place = &root;
+  root.file = handle == HKEY_LOCAL_MACHINE ? current.localMachine : current.currentUser;
+  root.access = KEY_ALL_ACCESS;
+  if (const LSTATUS result = root.file->Refresh(); result != ERROR_SUCCESS)
+    return result;
+  root.key = &root.file->Content().Root();
+  root.generation = root.file->Generation();
+  return ERROR_SUCCESS;
 }
 
 // The same for a call that needs rights which the handle must have been opened with.
-LSTATUS Locate(HKEY handle, REGSAM needed, OpenKey &place) {
-  const LSTATUS result = Locate(handle, place);
-  if (result == ERROR_SUCCESS && (place.access & needed) != needed)
+LSTATUS Locate(HKEY handle, REGSAM needed, OpenKey &root, OpenKey *&place) {
+  const LSTATUS result = Locate(handle, root, place);
+  if (result == ERROR_SUCCESS && (place->access & needed) != needed)
     return ERROR_ACCESS_DENIED;
   return result;
 }
@@ -120,14 +116,13 @@ bool IsReadOnly(const Hive::Key *key) {
   return key != nullptr;
 }
 
-// Hands out a handle to the key that `place` names.
-LSTATUS HandOut(OpenKey place, REGSAM access, HKEY *result) {
-  if ((access & RightsToWrite) != 0 && IsReadOnly(place.key))
+// Hands out a handle to a key with the access that is asked for.
+LSTATUS HandOut(OpenKey opened, HKEY *result) {
+  if ((opened.access & RightsToWrite) != 0 && IsReadOnly(opened.key))
     return ERROR_ACCESS_DENIED;
-  if ((access & MaximumAllowed) != 0)
-    access = IsReadOnly(place.key) ? KEY_READ : KEY_ALL_ACCESS;
-  place.access = access;
-  auto open = std::make_unique<OpenKey>(std::move(place));
+  if ((opened.access & MaximumAllowed) != 0)
+    opened.access = IsReadOnly(opened.key) ? KEY_READ : KEY_ALL_ACCESS;
+  auto open = std::make_unique<OpenKey>(std::move(opened));
   openKeys.insert(open.get());
   *result = reinterpret_cast<HKEY>(open.release());
   return ERROR_SUCCESS;
@@ -163,21 +158,17 @@ LSTATUS RegOpenKeyExA(HKEY key, const char *subkey, DWORD, REGSAM access, HKEY *
   if (result == nullptr)
     return ERROR_INVALID_PARAMETER;
   *result = nullptr;
-  OpenKey place;
+  OpenKey root;
+  OpenKey *place = nullptr;
   std::u16string path;
-  if (const LSTATUS located = Locate(key, place); located != ERROR_SUCCESS)
+  if (const LSTATUS located = Locate(key, root, place); located != ERROR_SUCCESS)
     return located;
-  if (!IsRoot(key) && place.file->Refresh() == ERROR_SUCCESS) {
-    if (const LSTATUS located = Locate(key, place); located != ERROR_SUCCESS)
-      return located;
-  }
   if (const LSTATUS parsed = SubkeyPath(subkey, path); parsed != ERROR_SUCCESS)
     return parsed;
-  place.key = place.file->Content().Find(*place.key, path);
-  if (place.key == nullptr)
+  Hive::Key *const found = place->file->Content().Find(*place->key, path);
+  if (found == nullptr)
     return ERROR_FILE_NOT_FOUND;
-  place.path = Joined(place.path, path);
-  return HandOut(std::move(place), access, result);
+  return HandOut({place->file, Joined(place->path, path), access, found, place->generation}, result);
 }
 
 LSTATUS RegOpenKeyA(HKEY key, const char *subkey, HKEY *result) {
@@ -196,12 +187,14 @@ LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD, char *, DWORD, REGS
   if (opened != ERROR_FILE_NOT_FOUND)
     return opened;
 
-  OpenKey place;
+  OpenKey root;
+  OpenKey *place = nullptr;
   std::u16string path;
-  if (Locate(key, place) != ERROR_SUCCESS || SubkeyPath(subkey, path) != ERROR_SUCCESS)
+  if (Locate(key, root, place) != ERROR_SUCCESS || SubkeyPath(subkey, path) != ERROR_SUCCESS)
     return ERROR_PATH_NOT_FOUND; // no machine to make it on
-  path = Joined(place.path, path);
-  const LSTATUS made = place.file->Edit([&](Hive &hive, bool &) -> LSTATUS {
+  path = Joined(place->path, path);
+  Hive::Key *target = nullptr;
+  const LSTATUS made = place->file->Edit([&](Hive &hive, bool &) -> LSTATUS {
     // The nearest key that is there decides whether there may be one below it.
     const Hive::Key *above = nullptr;
     for (std::u16string upper = path; above == nullptr; upper.resize(upper.rfind(u'\\'))) {
@@ -211,27 +204,26 @@ LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD, char *, DWORD, REGS
     }
     if (IsReadOnly(above))
       return ERROR_ACCESS_DENIED;
-    place.key = hive.Create(hive.Root(), path);
-    return place.key != nullptr ? ERROR_SUCCESS : ERROR_INVALID_PARAMETER;
+    target = hive.Create(hive.Root(), path);
+    return target != nullptr ? ERROR_SUCCESS : ERROR_INVALID_PARAMETER;
   });
   if (made != ERROR_SUCCESS)
     return made;
-  place.path = path;
-  place.generation = place.file->Generation();
   if (disposition != nullptr)
     *disposition = REG_CREATED_NEW_KEY;
-  return HandOut(std::move(place), access, result);
+  return HandOut({place->file, path, access, target, place->file->Generation()}, result);
 }
 
 LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE *data, DWORD *size) {
   const std::lock_guard lock(guard);
   if (data != nullptr && size == nullptr)
     return ERROR_INVALID_PARAMETER;
-  OpenKey place;
-  if (const LSTATUS located = Locate(key, KEY_QUERY_VALUE, place); located != ERROR_SUCCESS)
+  OpenKey root;
+  OpenKey *place = nullptr;
+  if (const LSTATUS located = Locate(key, KEY_QUERY_VALUE, root, place); located != ERROR_SUCCESS)
     return located;
   HiveValue value;
-  switch (place.file->Content().ReadValue(*place.key, ValueName(name), value)) {
+  switch (place->file->Content().ReadValue(*place->key, ValueName(name), value)) {
   case Hive::Found::No:
     return ERROR_FILE_NOT_FOUND;
   case Hive::Found::Damaged:
@@ -260,8 +252,9 @@ LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE 
 
 LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE *data, DWORD size) {
   const std::lock_guard lock(guard);
-  OpenKey place;
-  if (const LSTATUS located = Locate(key, KEY_SET_VALUE, place); located != ERROR_SUCCESS)
+  OpenKey root;
+  OpenKey *place = nullptr;
+  if (const LSTATUS located = Locate(key, KEY_SET_VALUE, root, place); located != ERROR_SUCCESS)
     return located;
   HiveValue value{ValueName(name), type, {}};
   if (data != nullptr)
@@ -273,10 +266,10 @@ LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE
     const std::u16string wide = text::ToWide(value.data);
     value.data.assign(reinterpret_cast<const char *>(wide.data()), wide.size() * sizeof(char16_t));
   }
-  return place.file->Edit([&](Hive &hive, bool &changed) -> LSTATUS {
-    if (hive.Find(hive.Root(), place.path) == nullptr)
+  return place->file->Edit([&](Hive &hive, bool &changed) -> LSTATUS {
+    if (hive.Find(hive.Root(), place->path) == nullptr)
       return KeyDeleted;
-    Hive::Key *const target = hive.Create(hive.Root(), place.path); // a key of the path alone gets its section now
+    Hive::Key *const target = hive.Create(hive.Root(), place->path); // a key of the path alone gets its section now
     HiveValue old;
     changed = hive.ReadValue(*target, value.name, old) != Hive::Found::Yes || old.type != value.type ||
               old.data != value.data;
@@ -288,11 +281,12 @@ LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE
 
 LSTATUS RegDeleteValueA(HKEY key, const char *name) {
   const std::lock_guard lock(guard);
-  OpenKey place;
-  if (const LSTATUS located = Locate(key, KEY_SET_VALUE, place); located != ERROR_SUCCESS)
+  OpenKey root;
+  OpenKey *place = nullptr;
+  if (const LSTATUS located = Locate(key, KEY_SET_VALUE, root, place); located != ERROR_SUCCESS)
     return located;
-  return place.file->Edit([&](Hive &hive, bool &) -> LSTATUS {
-    Hive::Key *const target = hive.Find(hive.Root(), place.path);
+  return place->file->Edit([&](Hive &hive, bool &) -> LSTATUS {
+    Hive::Key *const target = hive.Find(hive.Root(), place->path);
     if (target == nullptr)
       return KeyDeleted;
     return hive.RemoveValue(*target, ValueName(name)) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
@@ -304,10 +298,11 @@ LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *size, DWORD *, c
   const std::lock_guard lock(guard);
   if (name == nullptr || size == nullptr)
     return ERROR_INVALID_PARAMETER;
-  OpenKey place;
-  if (const LSTATUS located = Locate(key, KEY_ENUMERATE_SUB_KEYS, place); located != ERROR_SUCCESS)
+  OpenKey root;
+  OpenKey *place = nullptr;
+  if (const LSTATUS located = Locate(key, KEY_ENUMERATE_SUB_KEYS, root, place); located != ERROR_SUCCESS)
     return located;
-  const Hive::Key *const subkey = place.key->Subkey(index);
+  const Hive::Key *const subkey = place->key->Subkey(index);
   if (subkey == nullptr)
     return ERROR_NO_MORE_ITEMS;
   DWORD length = 0;
@@ -343,11 +338,12 @@ namespace machine {
 
 void MarkKeyReadOnly(HKEY root, const char *subkey) {
   const std::lock_guard lock(guard);
-  OpenKey place;
+  OpenKey opened;
+  OpenKey *place = nullptr;
   std::u16string path;
-  if (Locate(root, place) != ERROR_SUCCESS || SubkeyPath(subkey, path) != ERROR_SUCCESS)
+  if (Locate(root, opened, place) != ERROR_SUCCESS || SubkeyPath(subkey, path) != ERROR_SUCCESS)
     return;
-  place.file->Edit([&](Hive &hive, bool &) -> LSTATUS {
+  place->file->Edit([&](Hive &hive, bool &) -> LSTATUS {
     if (Hive::Key *const key = hive.Create(hive.Root(), path); key != nullptr)
       hive.MarkReadOnly(*key);
     return ERROR_SUCCESS;
@@ -356,12 +352,13 @@ void MarkKeyReadOnly(HKEY root, const char *subkey) {
 
 std::vector<Value> ListValues(HKEY root, const char *subkey) {
   const std::lock_guard lock(guard);
-  OpenKey place;
+  OpenKey opened;
+  OpenKey *place = nullptr;
   std::u16string path;
   std::vector<Value> values;
-  if (Locate(root, place) != ERROR_SUCCESS || SubkeyPath(subkey, path) != ERROR_SUCCESS)
+  if (Locate(root, opened, place) != ERROR_SUCCESS || SubkeyPath(subkey, path) != ERROR_SUCCESS)
     return values;
-  if (Hive &hive = place.file->Content(); const Hive::Key *const key = hive.Find(hive.Root(), path))
+  if (Hive &hive = place->file->Content(); const Hive::Key *const key = hive.Find(hive.Root(), path))
     for (const HiveValue &value : hive.Values(*key))
       values.push_back({text::FromWide(value.name), value.type, AnsiData(value)});
   return values;

@@ -238,17 +238,24 @@ std::optional<std::string> FromUtf8(std::string_view utf8) {
 
 bool IsLeadByte(unsigned char byte) { return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC); }
 
-char16_t Upper(char16_t character) {
+char16_t UpperBeyondAscii(char16_t character) {
   struct Range {
     char16_t first, last, distance;
   };
-  static constexpr Range Ranges[] = {{u'a', u'z', 0x20},   {0xE0, 0xF6, 0x20},     {0xF8, 0xFE, 0x20},
-                                     {0x3B1, 0x3C1, 0x20}, {0x3C3, 0x3CB, 0x20},   {0x430, 0x44F, 0x20},
-                                     {0x450, 0x45F, 0x50}, {0x2170, 0x217F, 0x10}, {0xFF41, 0xFF5A, 0x20}};
+  static constexpr Range Ranges[] = {{0xE0, 0xF6, 0x20},     {0xF8, 0xFE, 0x20},    {0x3B1, 0x3C1, 0x20},
+                                     {0x3C3, 0x3CB, 0x20},   {0x430, 0x44F, 0x20},  {0x450, 0x45F, 0x50},
+                                     {0x2170, 0x217F, 0x10}, {0xFF41, 0xFF5A, 0x20}};
   for (const Range &range : Ranges)
     if (character >= range.first && character <= range.last)
       return static_cast<char16_t>(character - range.distance);
   return character;
+}
+
+std::u16string ToUpper(std::u16string_view wide) {
+  std::u16string upper(wide);
+  for (char16_t &unit : upper)
+    unit = Upper(unit);
+  return upper;
 }
 
 } // namespace text

@@ -26,6 +26,12 @@ std::optional<std::string> FromUtf8(std::string_view utf8);
 bool IsLeadByte(unsigned char byte);
 
 // Simple upper case, as names of keys, values and files are compared by: Latin, Greek and Cyrillic letters.
-char16_t Upper(char16_t character);
+char16_t UpperBeyondAscii(char16_t character);
+inline char16_t Upper(char16_t character) {
+  if (character < 0x80)
+    return static_cast<char16_t>(character >= u'a' && character <= u'z' ? character - 0x20 : character);
+  return UpperBeyondAscii(character);
+}
+std::u16string ToUpper(std::u16string_view wide);
 
 } // namespace text

@@ -1,0 +1,152 @@
+// registry.dat with more and more profiles: reading it, finding a profile, entering one, and what memory that takes.
+// And an account written into a large prefs.js of Netscape 6.
+#include "clients/netscape6/netscape6_mail.h"
+#include "stores/profile_registry.h"
+
+#include "bench_machine.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char *Path = "C:\\registry.dat";
+
+// A registry as a client has it: five values of its own in each profile beside our two.
+void WriteRegistry(const std::filesystem::path &folder, int64_t profiles) {
+  std::string empty("ADdv\1\0\2\0\0\0\0\0\x82\0\0\0", 16);
+  empty.resize(128);
+  empty.append("/\0\x82\0\0\0\x80\0\0\0\2\0\1\0", 14).resize(162);
+  std::filesystem::create_directories(folder / "drive_c");
+  std::ofstream(folder / "drive_c/registry.dat", std::ios::binary) << empty;
+  ProfileRegistry registry;
+  registry.Open(Path);
+  registry.Parse();
+  const int32_t list = registry.AddKey(registry.AddKey(0, "Common"), "Profiles");
+  for (int64_t number = 0; number < profiles; ++number) {
+    const std::string name = "profile" + std::to_string(number);
+    const int32_t profile = registry.AddKey(list, name);
+    registry.SetValue(profile, "migrated", "yes");
+    for (const char *value : {"NCProfileName", "NCServiceDenial", "NCEmailAddress", "NCHavePregInfo"})
+      registry.SetValue(profile, value, "");
+    registry.SetValue(profile, "directory",
+                      "C:\\WINDOWS\\Application Data\\Mozilla\\Users50\\" + name + "\\4x7q2k1m.slt");
+  }
+  registry.Save();
+}
+
+void OpenAndParse(benchmark::State &state) {
+  const BenchMachine machine;
+  WriteRegistry(machine.Folder(), state.range(0));
+  size_t size = 0;
+  for (auto _ : state) {
+    ProfileRegistry registry;
+    registry.Open(Path);
+    registry.Parse();
+    size = registry.ImageLength();
+    benchmark::DoNotOptimize(registry.NodeCount());
+  }
+  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(size));
+}
+
+void FindPath(benchmark::State &state) {
+  const BenchMachine machine;
+  WriteRegistry(machine.Folder(), state.range(0));
+  ProfileRegistry registry;
+  registry.Open(Path);
+  registry.Parse();
+  const std::string path = "Common\\Profiles\\profile" + std::to_string(state.range(0) - 1);
+  for (auto _ : state)
+    benchmark::DoNotOptimize(registry.FindPath(path, "directory"));
+}
+
+// The edits alone; reading and writing the file is what the others measure.
+void EnterProfile(benchmark::State &state) {
+  const BenchMachine machine;
+  WriteRegistry(machine.Folder(), state.range(0));
+  ProfileRegistry registry;
+  registry.Open(Path);
+  registry.Parse();
+  int64_t number = state.range(0);
+  for (auto _ : state) {
+    const int32_t list = registry.AddKey(registry.AddKey(0, "Common"), "Profiles");
+    const std::string name = "profile" + std::to_string(number++);
+    registry.SetValue(list, "CurrentProfile", name);
+    const int32_t profile = registry.AddKey(list, name);
+    registry.SetValue(profile, "migrated", "yes");
+    registry.SetValue(profile, "directory", "C:\\WINDOWS\\Application Data\\Mozilla\\Users50\\zuvio0.slt");
+  }
+}
+
+// 100 accounts in 100,000 bytes, none of which is the one that is written.
+void WriteAccountAmong100(benchmark::State &state) {
+  const BenchMachine machine;
+  std::string list = "account1";
+  std::string text;
+  for (int number = 1; number <= 100; ++number) {
+    const std::string digits = std::to_string(number);
+    if (number > 1)
+      list += ",account" + digits;
+    text += "user_pref(\"mail.account.account" + digits + ".identities\", \"id" + digits + "\");\n" +
+            "user_pref(\"mail.account.account" + digits + ".server\", \"server" + digits + "\");\n" +
+            "user_pref(\"mail.identity.id" + digits + ".useremail\", \"user@company.example\");\n" +
+            "user_pref(\"mail.server.server" + digits + ".hostname\", \"pop.company.example\");\n" +
+            "user_pref(\"mail.server.server" + digits + ".type\", \"pop3\");\n" + "user_pref(\"mail.server.server" +
+            digits + ".userName\", \"user" + digits + "\");\n";
+  }
+  text = "user_pref(\"mail.accountmanager.accounts\", \"" + list + "\");\n" + text;
+  for (int number = 0; text.size() < 99900; ++number)
+    text += "user_pref(\"browser.history.entry" + std::to_string(number) + "\", \"http://www.example/\");\n";
+  MailAccountSpec spec;
+  spec.userId = "ABC01234";
+  spec.smtpServer = spec.popServer = "mail.example";
+  Netscape6Mail adapter;
+  std::string key = "C:\\profile";
+  std::filesystem::create_directories(machine.Folder() / "drive_c/profile");
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::ofstream(machine.Folder() / "drive_c/profile/prefs.js", std::ios::binary) << text;
+    state.ResumeTiming();
+    if (adapter.SetupAccount(spec, key) != 1)
+      state.SkipWithError("not written");
+  }
+}
+
+BENCHMARK(OpenAndParse)->RangeMultiplier(10)->Range(1000, 100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(FindPath)->RangeMultiplier(10)->Range(1000, 100000);
+BENCHMARK(EnterProfile)->RangeMultiplier(10)->Range(1000, 100000);
+BENCHMARK(WriteAccountAmong100)->Unit(benchmark::kMicrosecond);
+
+} // namespace
+
+// `profile_registry_bench --memory N` reads a registry of N profiles once and prints the peak beside the file's size.
+int main(int count, char **arguments) {
+  if (count == 3 && std::string(arguments[1]) == "--memory") {
+    const BenchMachine machine;
+    const std::string profiles = arguments[2];
+    if (const pid_t child = fork(); child == 0) {
+      WriteRegistry(machine.Folder(), std::stoll(profiles));
+      _exit(0);
+    } else {
+      waitpid(child, nullptr, 0);
+    }
+    rusage before{};
+    rusage after{};
+    getrusage(RUSAGE_SELF, &before);
+    ProfileRegistry registry;
+    registry.Open(Path);
+    registry.Parse();
+    getrusage(RUSAGE_SELF, &after);
+    const auto size = static_cast<double>(registry.ImageLength());
+    std::printf("%s profiles, a file of %.1f MB: peak memory %.1f times that\n", profiles.c_str(), size / 1e6,
+                static_cast<double>(after.ru_maxrss - before.ru_maxrss) * 1024 / size);
+    return 0;
+  }
+  benchmark::Initialize(&count, arguments);
+  benchmark::RunSpecifiedBenchmarks();
+}
