@@ -456,7 +456,10 @@ Hive::Key *Hive::KeyOfHeading(std::string_view heading, std::string_view &error)
 }
 
 Hive::Key *Hive::Find(Key &from, std::u16string_view names) {
-  const std::u16string upper = text::ToUpper(names);
+  // Kept for its memory: every open of a key comes here.
+  thread_local std::u16string upper;
+  upper.resize(names.size());
+  std::ranges::transform(names, upper.begin(), text::Upper);
   std::u16string_view path = upper;
   Key *key = &from;
   while (key != nullptr && !path.empty()) {

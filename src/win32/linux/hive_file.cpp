@@ -33,13 +33,21 @@ LSTATUS HiveFile::Refresh() {
   return state = Load();
 }
 
+LSTATUS HiveFile::RefreshOpened() {
+  struct stat status;
+  if (read && fstat(read.Get(), &status) == 0 && status.st_nlink > 0 && IdentityOf(status) == identity)
+    return state;
+  return Refresh();
+}
+
 LSTATUS HiveFile::Load() {
   ++generation;
   hive = std::make_unique<Hive>();
   identity = Identity();
   fault.clear();
+  read = Descriptor();
 
-  const Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   std::string text;
   struct stat status;
   if (!opened) {
@@ -59,6 +67,7 @@ LSTATUS HiveFile::Load() {
     if (!ReadAll(opened.Get(), text))
       return Fail(ERROR_READ_FAULT, std::strerror(errno));
     identity = IdentityOf(status);
+    read = std::move(opened);
   }
   const std::string damage = hive->Load(std::move(text));
   return damage.empty() ? ERROR_SUCCESS : Fail(ERROR_BADDB, "the registry is damaged, " + damage);
@@ -102,6 +111,7 @@ LSTATUS HiveFile::Replace() {
     return Fail(ErrorOf(reason), std::string("the registry can't be written: ") + std::strerror(reason));
   }
   identity = IdentityOf(status);
+  read = replacement.TakeFile();
   return ERROR_SUCCESS;
 }
 

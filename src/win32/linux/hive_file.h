@@ -2,6 +2,7 @@
 // edit.
 #pragma once
 
+#include "win32/linux/descriptor.h"
 #include "win32/linux/hive.h"
 
 #include <filesystem>
@@ -20,6 +21,9 @@ public:
   // Makes sure that the content is that of the file; one look at the file's identity if it is. ERROR_BADDB for a
   // damaged file, ERROR_FILE_NOT_FOUND for a machine folder that isn't there; `Fault` then says why.
   LSTATUS Refresh();
+  // The same in half the time, for a key that is open: looks at the file that was read, whatever its name is now, and
+  // so misses one that was given another name and not replaced.
+  LSTATUS RefreshOpened();
 
   Hive &Content() { return *hive; }
   // Changes with every load: keys of another generation are gone.
@@ -55,6 +59,7 @@ private:
   std::filesystem::path file;
   const char *root;
   std::unique_ptr<Hive> hive;
+  Descriptor read; // the file that the content is from
   Identity identity;
   uint64_t generation = 0;
   LSTATUS state = ERROR_SUCCESS; // what the last load came to

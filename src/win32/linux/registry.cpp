@@ -59,7 +59,7 @@ bool IsRoot(HKEY handle) { return handle == HKEY_LOCAL_MACHINE || handle == HKEY
 
 // Finds the key behind an open handle again, should its hive have been loaded anew.
 LSTATUS Resolve(OpenKey &open) {
-  if (const LSTATUS result = open.file->Refresh(); result != ERROR_SUCCESS)
+  if (const LSTATUS result = open.file->RefreshOpened(); result != ERROR_SUCCESS)
     return result;
   if (open.generation != open.file->Generation()) {
     open.key = open.file->Content().Find(open.file->Content().Root(), open.path);
@@ -133,9 +133,9 @@ bool IsText(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ || type
 std::u16string ValueName(const char *name) { return name != nullptr ? text::ToWide(name) : std::u16string(); }
 
 // A value's data as the calls see it: texts in code page 932.
-std::string AnsiData(const HiveValue &value) {
+std::string AnsiData(HiveValue value) {
   if (!IsText(value.type))
-    return value.data;
+    return std::move(value.data);
   std::u16string wide(value.data.size() / sizeof(char16_t), u'\0');
   std::memcpy(wide.data(), value.data.data(), wide.size() * sizeof(char16_t));
   return text::FromWide(wide);
@@ -236,7 +236,7 @@ LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE 
   if (size == nullptr)
     return ERROR_SUCCESS;
 
-  const std::string ansi = AnsiData(value);
+  const std::string ansi = AnsiData(std::move(value));
   const DWORD room = *size;
   *size = static_cast<DWORD>(ansi.size());
   if (data == nullptr)

@@ -52,6 +52,11 @@ Replacement::~Replacement() {
     unlink(beside.c_str());
 }
 
+Descriptor Replacement::TakeFile() {
+  flock(file.Get(), LOCK_UN);
+  return std::move(file);
+}
+
 bool Replacement::Commit() {
   if (rename(beside.c_str(), target.c_str()) != 0)
     return false;

@@ -21,6 +21,9 @@ public:
   // Null if the file beside couldn't be made; errno tells why.
   const Descriptor &File() const { return file; }
 
+  // The new file, once it is in place.
+  Descriptor TakeFile();
+
   // Puts the new file in place. There is no fsync: a sign-up replaces some thirty files, and what a power cut leaves is
   // the file system's affair, which orders the data before the rename. False with errno set, the old file then stands.
   bool Commit();
