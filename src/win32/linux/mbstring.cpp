@@ -1,16 +1,16 @@
 // The multi-byte functions of the run-time library, in code page 932.
 #include "win32/win32.h"
 
+#include "win32/linux/text.h"
+
 #include <cstring>
 
 namespace {
 
-bool IsLeadByte(unsigned char byte) { return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC); }
-
 // The character that begins there as one number, lead byte first; moves the text behind it.
 unsigned int NextCharacter(const unsigned char *&text) {
   const unsigned int first = *text++;
-  if (!IsLeadByte(static_cast<unsigned char>(first)) || *text == 0)
+  if (!text::IsLeadByte(static_cast<unsigned char>(first)) || *text == 0)
     return first;
   return first << 8 | *text++;
 }
@@ -45,7 +45,8 @@ int _mbsicmp(const unsigned char *left, const unsigned char *right) { return Com
 
 int _ismbcalpha(unsigned int character) {
   const unsigned int lower = LowerCase(character);
-  return (lower >= 'a' && lower <= 'z') || (lower >= 0x8281 && lower <= 0x829A) ? 1 : 0;
+  const bool kana = character >= 0xA6 && character <= 0xDF; // half-width, a letter in one byte
+  return (lower >= 'a' && lower <= 'z') || (lower >= 0x8281 && lower <= 0x829A) || kana ? 1 : 0;
 }
 
 int _ismbcdigit(unsigned int character) {
