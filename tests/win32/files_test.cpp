@@ -2,6 +2,8 @@
 #include "support/handles.h"
 #include "support/test_machine.h"
 
+#include <vector>
+
 namespace {
 
 using FilesTest = MachineTest;
@@ -119,23 +121,18 @@ TEST_F(FilesTest, ReadsAndWrites) {
 
 TEST_F(FilesTest, MakesOneFolderAtATime) {
   PutFile(Scratch + "\\file", "");
-  const std::pair<const char *, LONG> cases[] = {
-      {"\\new", NoError},
-      {"\\NEW", ERROR_ALREADY_EXISTS},
-      {"\\file", ERROR_ALREADY_EXISTS},
-      {"", ERROR_ALREADY_EXISTS},
-      {"\\one\\two", ERROR_PATH_NOT_FOUND},
-      {"\\file\\below", ERROR_PATH_NOT_FOUND},
-      {"\\behind\\", NoError},
-      {"\\\x95\x5c", NoError},
-      {"\\\x95\x5c\\\x83\x5c\\", NoError},
-      {"\\a?b", ERROR_INVALID_NAME},
+  const std::pair<LONG, std::vector<const char *>> cases[] = {
+      {NoError, {"\\new", "\\behind\\", "\\\x95\x5c", "\\\x95\x5c\\\x83\x5c\\"}},
+      {ERROR_ALREADY_EXISTS, {"", "\\NEW", "\\new\\", "\\file"}},
+      {ERROR_PATH_NOT_FOUND, {"\\one\\two", "\\file\\below"}},
+      {ERROR_INVALID_NAME, {"\\a?b"}},
   };
-  for (const auto &[path, error] : cases) {
-    SetLastError(0);
-    EXPECT_EQ(CreateDirectoryA((Scratch + path).c_str(), nullptr), error == NoError ? TRUE : FALSE) << path;
-    EXPECT_EQ(LastError(), error) << path;
-  }
+  for (const auto &[error, paths] : cases)
+    for (const char *path : paths) {
+      SetLastError(0);
+      EXPECT_EQ(CreateDirectoryA((Scratch + path).c_str(), nullptr), error == NoError ? TRUE : FALSE) << path;
+      EXPECT_EQ(LastError(), error) << path;
+    }
   EXPECT_FALSE(CreateDirectoryA("", nullptr));
   EXPECT_EQ(LastError(), ERROR_PATH_NOT_FOUND);
 }
@@ -143,55 +140,39 @@ TEST_F(FilesTest, MakesOneFolderAtATime) {
 TEST_F(FilesTest, Finds) {
   PutFile(Scratch + "\\Folder\\Text File.TXT", "12345");
   PutFile(Scratch + "\\Folder\\\x95\x5c.dat", "");
-  const struct {
-    const char *path, *name; // as on disk; null for none
-    LONG error;
-  } cases[] = {
-      {"\\folder", "Folder", NoError},
-      {"\\FOLDER\\text file.txt", "Text File.TXT", NoError},
-      {"/folder/TEXT FILE.txt", "Text File.TXT", NoError},
-      {"\\Folder\\..\\folder\\.\\text file.txt", "Text File.TXT", NoError},
-      {"\\Folder\\text file.txt. ", "Text File.TXT", NoError},
-      {"\\Folder\\\x95\x5c.dat", "\x95\x5c.dat", NoError},
-      {"\\Folder\\*.txt", "Text File.TXT", NoError},
-      {"\\Folder\\text?file.*", "Text File.TXT", NoError},
-      {"\\Folder\\?.dat", "\x95\x5c.dat", NoError},
-      {"\\Folder\\*", ".", NoError},
-      {"\\Folder\\*.*", ".", NoError},
-      {"\\Folder\\*.none", nullptr, ERROR_FILE_NOT_FOUND},
-      {"\\Folder\\none", nullptr, ERROR_FILE_NOT_FOUND},
-      {"\\Folder\\", nullptr, ERROR_FILE_NOT_FOUND},
-      {"\\none\\file", nullptr, ERROR_PATH_NOT_FOUND},
-      {"\\none\\*", nullptr, ERROR_PATH_NOT_FOUND},
+  PutFile(Scratch + "\\Folder\\\x82\x60", "");
+  const std::pair<const char *, std::vector<const char *>> found[] = {
+      {"Folder", {"\\folder"}},
+      {"Text File.TXT",
+       {"\\FOLDER\\text file.txt", "/folder/TEXT FILE.txt", "\\Folder\\..\\folder\\.\\text file.txt",
+        "\\Folder\\text file.txt. ", "\\Folder\\*.txt", "\\Folder\\text?file.*"}},
+      {"\x95\x5c.dat", {"\\Folder\\\x95\x5c.dat", "\\Folder\\?.dat"}},
+      {"\x82\x60", {"\\Folder\\\x82\x81"}},
+      {".", {"\\Folder\\*", "\\Folder\\*.*"}},
   };
-  for (const auto &test : cases) {
-    SCOPED_TRACE(test.path);
-    WIN32_FIND_DATAA data = {};
-    SetLastError(0);
-    const HANDLE search = FindFirstFileA((Scratch + test.path).c_str(), &data);
-    EXPECT_EQ(search != INVALID_HANDLE_VALUE, test.name != nullptr);
-    EXPECT_EQ(LastError(), test.error);
-    EXPECT_STREQ(data.cFileName, test.name != nullptr ? test.name : "");
-    if (search == INVALID_HANDLE_VALUE)
-      continue;
-    const std::string name = data.cFileName;
-    EXPECT_EQ(data.nFileSizeLow, name == "Text File.TXT" ? 5U : 0U);
-    EXPECT_EQ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0, name == "Folder" || name == ".");
-    EXPECT_TRUE(FindClose(search));
-  }
+  for (const auto &[name, paths] : found)
+    for (const char *path : paths) {
+      WIN32_FIND_DATAA data = {};
+      const HANDLE search = FindFirstFileA((Scratch + path).c_str(), &data);
+      ASSERT_NE(search, INVALID_HANDLE_VALUE) << path;
+      EXPECT_STREQ(data.cFileName, name) << path;
+      EXPECT_EQ(data.nFileSizeLow, std::string(name) == "Text File.TXT" ? 5U : 0U) << path;
+      EXPECT_EQ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
+                std::string(name) == "Folder" || std::string(name) == ".");
+      EXPECT_TRUE(FindClose(search));
+    }
+  const std::pair<LONG, std::vector<const char *>> missing[] = {
+      {ERROR_FILE_NOT_FOUND, {"\\Folder\\*.none", "\\Folder\\none", "\\Folder\\", "\\Folder\\\x95\x7c.dat"}},
+      {ERROR_PATH_NOT_FOUND, {"\\none\\file", "\\none\\*"}},
+  };
+  for (const auto &[error, paths] : missing)
+    for (const char *path : paths) {
+      WIN32_FIND_DATAA data;
+      EXPECT_EQ(FindFirstFileA((Scratch + path).c_str(), &data), INVALID_HANDLE_VALUE) << path;
+      EXPECT_EQ(LastError(), error) << path;
+    }
   EXPECT_FALSE(FindClose(INVALID_HANDLE_VALUE));
   EXPECT_EQ(LastError(), ERROR_INVALID_HANDLE);
-}
-
-TEST_F(FilesTest, NamesMatchWithoutCase) {
-  for (const char *name : {"File.txt", "\x82\x60", "\x83\x41", "\x83\x61"})
-    PutFile(Scratch + "\\" + name, name);
-  const std::pair<const char *, const char *> cases[] = {
-      {"FILE.TXT", "File.txt"}, {"File.txt.", "File.txt"}, {"file.TXT ", "File.txt"},
-      {"\x82\x81", "\x82\x60"}, {"\x83\x41", "\x83\x41"},  {"\x83\x61", "\x83\x61"},
-  };
-  for (const auto &[name, content] : cases)
-    EXPECT_EQ(GetFile(Scratch + "/" + name), content);
 }
 
 // How much fits is the same everywhere, whatever the path is.

@@ -2,6 +2,7 @@
 #include "support/handles.h"
 #include "support/test_machine.h"
 
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -62,18 +63,10 @@ protected:
 
 TEST_F(RegistryTest, OpensOnlyWhatIsThere) {
   MakeKey(HKEY_CURRENT_USER, scratch + "\\Some Key\\\x95\x5c\\below");
-  const std::pair<const char *, LSTATUS> cases[] = {
-      {"\\Some Key", ERROR_SUCCESS},
-      {"\\sOME kEY\\\x95\x5c\\BELOW", ERROR_SUCCESS},
-      {"\\Some Key\\", ERROR_SUCCESS},
-      {"\\Some Key\\\x95\x5c", ERROR_SUCCESS},
-      {"\\Some Key\\\x95", ERROR_FILE_NOT_FOUND},
-      {"\\Some Key\\\x95\x7c", ERROR_FILE_NOT_FOUND},
-      {"\\Some", ERROR_FILE_NOT_FOUND},
-      {"\\missing\\below", ERROR_FILE_NOT_FOUND},
-  };
-  for (const auto &[path, result] : cases)
-    EXPECT_EQ(Open(scratch + path), result) << path;
+  for (const char *path : {"", "\\Some Key", "\\sOME kEY\\\x95\x5c\\BELOW", "\\Some Key\\", "\\Some Key\\\x95\x5c"})
+    EXPECT_EQ(Open(scratch + path), ERROR_SUCCESS) << path;
+  for (const char *path : {"\\Some", "\\Some Key\\\x95", "\\Some Key\\\x95\x7c", "\\missing\\below"})
+    EXPECT_EQ(Open(scratch + path), ERROR_FILE_NOT_FOUND) << path;
   constexpr LSTATUS BadPathname = 161;
   EXPECT_EQ(Open("\\" + scratch), BadPathname);
   EXPECT_EQ(Create(HKEY_CURRENT_USER, "\\" + scratch), BadPathname);
@@ -147,34 +140,29 @@ TEST_F(RegistryTest, KeysThatCanOnlyBeRead) {
 TEST_F(RegistryTest, ValuesComeBackAsTheyWereWritten) {
   const TestKey key = Opened();
   const std::string kanji("\x95\x5c \x83\x5c\0", 6);
-  const struct {
-    const char *name;
-    DWORD type;
-    std::string data;
-  } cases[] = {
+  const std::tuple<const char *, DWORD, std::string> cases[] = {
       {"number", REG_DWORD, std::string("\x78\x56\x34\x92", 4)},
-      {"bytes", REG_BINARY, std::string("\0\xff\\\"\n", 5)},
-      {"none", REG_NONE, std::string("n\0", 2)},
-      {"no bytes", REG_BINARY, ""},
-      {"no text", REG_SZ, ""},
-      {"empty", REG_SZ, std::string(1, '\0')},
-      {"text", REG_SZ, kanji},
-      {"variable", REG_EXPAND_SZ, std::string("%SystemRoot%\\\x95\x5c\0", 16)},
-      {"list", REG_MULTI_SZ, kanji + kanji + '\0'},
-      {"zeros", REG_SZ, std::string("a\0b\0\0", 5)},
       {"odd number", REG_DWORD, "ab"},
+      {"bytes", REG_BINARY, std::string("\0\xff\\\"\n", 5)},
+      {"no bytes", REG_BINARY, ""},
+      {"none", REG_NONE, std::string("n\0", 2)},
       {"another type", 0x1234, "xyz"},
+      {"text", REG_SZ, kanji},
+      {"empty", REG_SZ, std::string(1, '\0')},
+      {"zeros", REG_SZ, std::string("a\0b\0\0", 5)},
+      {"no text", REG_SZ, ""},
+      {"variable", REG_EXPAND_SZ, "%SystemRoot%\\" + kanji},
+      {"list", REG_MULTI_SZ, kanji + kanji + '\0'},
       {"long", REG_SZ, std::string(70000, 'x') + '\0'},
       {"\x95\x5c\\a=\"b\"", REG_SZ, kanji},
-      {"", REG_SZ, kanji},
-  };
-  for (const auto &test : cases)
-    EXPECT_EQ(Set(key.Get(), test.name, test.type, test.data), ERROR_SUCCESS) << test.name;
-  for (const auto &test : cases) {
-    DWORD type = 99;
-    EXPECT_EQ(RegQueryValueExA(key.Get(), test.name, nullptr, &type, nullptr, nullptr), ERROR_SUCCESS) << test.name;
-    EXPECT_EQ(type, test.type) << test.name;
-    EXPECT_EQ(Get(key.Get(), test.name), test.data) << test.name;
+      {"", REG_SZ, kanji}};
+  for (const auto &[name, type, data] : cases)
+    EXPECT_EQ(Set(key.Get(), name, type, data), ERROR_SUCCESS) << name;
+  for (const auto &[name, type, data] : cases) {
+    DWORD given = 99;
+    EXPECT_EQ(RegQueryValueExA(key.Get(), name, nullptr, &given, nullptr, nullptr), ERROR_SUCCESS) << name;
+    EXPECT_EQ(given, type) << name;
+    EXPECT_EQ(Get(key.Get(), name), data) << name;
   }
   EXPECT_EQ(Get(key.Get(), nullptr), kanji);
   EXPECT_EQ(RegSetValueExA(key.Get(), "text", 0, REG_SZ, reinterpret_cast<const BYTE *>("1234"), 4), ERROR_SUCCESS);

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace {
 
@@ -98,37 +98,31 @@ TEST(TextTest, SizesAndWrongArguments) {
   char bytes[8];
   const auto widen = [&](const char *text, int length, int size) {
     SetLastError(0);
-    return MultiByteToWideChar(CP_ACP, 0, text, length, units, size);
+    const int result = MultiByteToWideChar(CP_ACP, 0, text, length, units, size);
+    return std::pair(result, static_cast<LONG>(GetLastError()));
   };
   const auto narrow = [&](UINT codePage, const WCHAR *text, int length, int size) {
     SetLastError(0);
-    return WideCharToMultiByte(codePage, 0, text, length, bytes, size, nullptr, nullptr);
+    const int result = WideCharToMultiByte(codePage, 0, text, length, bytes, size, nullptr, nullptr);
+    return std::pair(result, static_cast<LONG>(GetLastError()));
   };
-  const auto left = [] { return static_cast<LONG>(GetLastError()); };
-  EXPECT_EQ(widen(ansi, -1, 8), 3);
-  EXPECT_EQ(widen(ansi, -1, 0), 3);
-  EXPECT_EQ(widen(ansi, 3, 2), 2);
-  EXPECT_EQ(widen(ansi, 4, 3), 3); // a terminator within the length is a character like any other
-  EXPECT_EQ(units[2], 0);
-  EXPECT_EQ(widen("", -1, 1), 1);
-  EXPECT_EQ(left(), ERROR_SUCCESS);
-  EXPECT_EQ(widen(ansi, -1, 2), 0);
-  EXPECT_EQ(left(), ERROR_INSUFFICIENT_BUFFER);
-  EXPECT_EQ(narrow(CP_ACP, wide.c_str(), -1, 4), 4);
-  EXPECT_EQ(narrow(CP_UTF8, wide.c_str(), -1, 5), 5);
-  EXPECT_EQ(left(), ERROR_SUCCESS);
-  for (const UINT codePage : {UINT{CP_ACP}, UINT{CP_UTF8}}) {
-    EXPECT_EQ(narrow(codePage, wide.c_str(), 2, 2), 0); // no half of a character
-    EXPECT_EQ(left(), ERROR_INSUFFICIENT_BUFFER);
-  }
-  EXPECT_EQ(widen(ansi, 0, 8), 0);
-  EXPECT_EQ(left(), ERROR_INVALID_PARAMETER);
-  EXPECT_EQ(widen(nullptr, -1, 8), 0);
-  EXPECT_EQ(left(), ERROR_INVALID_PARAMETER);
-  EXPECT_EQ(narrow(CP_ACP, wide.c_str(), 0, 8), 0);
-  EXPECT_EQ(left(), ERROR_INVALID_PARAMETER);
-  EXPECT_EQ(narrow(12345, wide.c_str(), 1, 8), 0);
-  EXPECT_EQ(left(), ERROR_INVALID_PARAMETER);
+  const auto done = [](int count) { return std::pair(count, LONG{ERROR_SUCCESS}); };
+  const std::pair tooSmall(0, LONG{ERROR_INSUFFICIENT_BUFFER});
+  const std::pair wrong(0, LONG{ERROR_INVALID_PARAMETER});
+  EXPECT_EQ(widen(ansi, -1, 8), done(3));
+  EXPECT_EQ(widen(ansi, -1, 0), done(3));
+  EXPECT_EQ(widen(ansi, 3, 2), done(2));
+  EXPECT_EQ(widen(ansi, 4, 3), done(3)); // a terminator within the length is a character like any other
+  EXPECT_EQ(widen("", -1, 1), done(1));
+  EXPECT_EQ(widen(ansi, -1, 2), tooSmall);
+  EXPECT_EQ(widen(ansi, 0, 8), wrong);
+  EXPECT_EQ(widen(nullptr, -1, 8), wrong);
+  EXPECT_EQ(narrow(CP_ACP, wide.c_str(), -1, 4), done(4));
+  EXPECT_EQ(narrow(CP_UTF8, wide.c_str(), -1, 5), done(5));
+  EXPECT_EQ(narrow(CP_ACP, wide.c_str(), 2, 2), tooSmall); // no half of a character
+  EXPECT_EQ(narrow(CP_UTF8, wide.c_str(), 2, 2), tooSmall);
+  EXPECT_EQ(narrow(CP_ACP, wide.c_str(), 0, 8), wrong);
+  EXPECT_EQ(narrow(12345, wide.c_str(), 1, 8), wrong);
 }
 
 // The case of Greek and Cyrillic letters is left out: Wine folds it, the run-time library of Windows doesn't.
@@ -157,26 +151,19 @@ TEST(TextTest, ComparesByCharacters) {
 }
 
 TEST(TextTest, LettersAndDigits) {
-  std::vector<unsigned> letters;
-  std::vector<unsigned> digits;
+  std::string letters;
+  std::string digits;
   for (unsigned character = 0; character < 0x100; ++character) {
     if (_ismbcalpha(character) != 0)
-      letters.push_back(character);
+      letters += static_cast<char>(character);
     if (_ismbcdigit(character) != 0)
-      digits.push_back(character);
+      digits += static_cast<char>(character);
   }
-  const auto add = [](std::vector<unsigned> &list, unsigned first, unsigned last) {
-    for (unsigned character = first; character <= last; ++character)
-      list.push_back(character);
-  };
-  std::vector<unsigned> expected;
-  add(expected, 'A', 'Z');
-  add(expected, 'a', 'z');
-  add(expected, 0xA6, 0xDF); // half-width kana
-  EXPECT_EQ(letters, expected);
-  expected.clear();
-  add(expected, '0', '9');
-  EXPECT_EQ(digits, expected);
+  std::string kana; // half-width
+  for (unsigned character = 0xA6; character <= 0xDF; ++character)
+    kana += static_cast<char>(character);
+  EXPECT_EQ(letters, "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz" + kana);
+  EXPECT_EQ(digits, "0123456789");
   EXPECT_TRUE(_ismbcalpha(0x8260) && _ismbcalpha(0x829A) && _ismbcdigit(0x824F) && _ismbcdigit(0x8258));
   EXPECT_FALSE(_ismbcalpha(0x824F) || _ismbcalpha(0x8140) || _ismbcdigit(0x8260) || _ismbcdigit(0x8259));
 }
