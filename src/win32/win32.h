@@ -200,6 +200,16 @@ BOOL CreateDirectoryA(const char *path, void *security);
 UINT GetWindowsDirectoryA(char *buffer, UINT size);
 DWORD GetModuleFileNameA(HMODULE module, char *buffer, DWORD size);
 
+// Reads a value of a profile file, whose lines `name=value` stand below headings `[section]`; a file name without a
+// folder is one of the Windows directory. Sections and keys match without regard to case, the first of several counts.
+// Blanks around names and values don't count, nor does one pair of quotes around a value; lines that begin with a
+// semicolon are comments. `defaultText`, without blanks at its end, stands in for what is missing. A null section or key
+// gives the names of all sections, or of the section's keys, each terminated. The result is the length without the last
+// terminator; what doesn't fit is cut to size - 1, a list of names to size - 2 with two terminators. Text is code page
+// 932, or UTF-16 behind a byte order mark.
+DWORD GetPrivateProfileStringA(const char *section, const char *key, const char *defaultText, char *buffer, DWORD size,
+                               const char *path);
+
 // Version resource of a program file; the query path is "\StringFileInfo\...", "\VarFileInfo\Translation" or "\".
 DWORD GetFileVersionInfoSizeA(const char *path, DWORD *handle);
 BOOL GetFileVersionInfoA(const char *path, DWORD handle, DWORD size, void *data);

@@ -114,8 +114,8 @@ HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *, DWORD di
     if (!opened->replacement->File())
       return NoFile(errno == EWOULDBLOCK ? ERROR_SHARING_VIOLATION : ErrorOf(errno));
   }
-  if (disposition == CREATE_ALWAYS || disposition == OPEN_ALWAYS)
-    SetLastError(found.exists ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
+  const bool always = disposition == CREATE_ALWAYS || disposition == OPEN_ALWAYS;
+  SetLastError(always && found.exists ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
   const std::lock_guard lock(guard);
   openFiles.insert(opened.get());
   return opened.release();

@@ -45,7 +45,8 @@ int _mbsicmp(const unsigned char *left, const unsigned char *right) { return Com
 
 int _ismbcalpha(unsigned int character) {
   const unsigned int lower = LowerCase(character);
-  return (lower >= 'a' && lower <= 'z') || (lower >= 0x8281 && lower <= 0x829A) ? 1 : 0;
+  const bool kana = character >= 0xA6 && character <= 0xDF; // half-width, a letter in one byte
+  return (lower >= 'a' && lower <= 'z') || (lower >= 0x8281 && lower <= 0x829A) || kana ? 1 : 0;
 }
 
 int _ismbcdigit(unsigned int character) {

@@ -2,16 +2,16 @@
 #include "win32/win32.h"
 
 #include "win32/linux/paths.h"
+#include "win32/linux/text.h"
 
 #include <dlfcn.h>
 #include <string>
 
 HMODULE LoadLibraryA(const char *path) {
-  // A name without an ending gets the usual one.
-  std::string file = path;
-  if (file.find('.', file.rfind('\\') + 1) == std::string::npos)
-    file += ".dll";
-  const machine::DiskPath found = machine::FindOnDisk(file.c_str());
+  // A name without a dot means the file with ".dll" behind it.
+  const std::u16string wide = text::ToWide(path);
+  const bool dotted = wide.find(u'.', wide.find_last_of(u"\\/") + 1) != std::u16string::npos;
+  const machine::DiskPath found = machine::FindOnDisk(dotted ? path : (std::string(path) + ".dll").c_str());
   if (found.error != ERROR_SUCCESS || !found.exists) {
     SetLastError(ERROR_MOD_NOT_FOUND);
     return nullptr;

@@ -54,7 +54,23 @@ struct ByteMapping {
   unsigned char byte;
   char16_t character;
 };
-constexpr ByteMapping SingleBytes[] = {{0x80, 0x80}, {0xA0, 0xA0}, {0xFD, 0xF8F1}, {0xFE, 0xF8F2}, {0xFF, 0xF8F3}};
+constexpr ByteMapping SingleBytes[] = {{0x80, 0x80}, {0xA0, 0xF8F0}, {0xFD, 0xF8F1}, {0xFE, 0xF8F2}, {0xFF, 0xF8F3}};
+
+// What stands in on Windows for characters that code page 932 doesn't have, from U+00A1 on.
+constexpr std::u16string_view Likenesses = u"!¢£¤¥|§¨ca≪¬-R￣°±23´μ¶・，1o≫¼½¾¿AAAAAAACEEEEIIIIDNOOOOO×OUUUUYTs"
+                                           u"aaaaaaaceeeeiiiidnooooo÷ouuuuyty";
+// Characters that the C library likens to others, and Windows doesn't: dashes, the double bar, overline, minus and
+// wave.
+constexpr std::u16string_view Unlike = u"\u2014\u2016\u203E\u2212\u301C";
+
+char16_t Likeness(char16_t character) {
+  if (character >= 0xA1 && character <= 0xFF)
+    return Likenesses[character - 0xA1];
+  return character == u'ゔ' ? u'ヴ' : character;
+}
+
+// Whether a character only stands for a byte that means nothing.
+bool IsStandIn(char16_t character) { return character >= 0xF8F0 && character <= 0xF8F3; }
 
 char16_t DoubleByteCharacter(const char *bytes) {
   thread_local Converter converter("UTF-16LE", "CP932");
@@ -77,11 +93,14 @@ char16_t SingleByteCharacter(unsigned char byte) {
 
 // The bytes of a character, empty if code page 932 doesn't have it.
 std::string Cp932Bytes(char16_t character) {
-  if (character < 0x80)
-    return {static_cast<char>(character)};
   for (const ByteMapping &mapping : SingleBytes)
     if (mapping.character == character)
       return {static_cast<char>(mapping.byte)};
+  character = Likeness(character);
+  if (character < 0x80)
+    return {static_cast<char>(character)};
+  if (Unlike.find(character) != std::u16string_view::npos)
+    return {};
   thread_local Converter converter("CP932", "UTF-16LE");
   char bytes[4];
   const size_t size =
@@ -89,29 +108,26 @@ std::string Cp932Bytes(char16_t character) {
   return {bytes, size};
 }
 
-// Length of the UTF-8 sequence that begins there and its character; 0 for no such sequence.
-size_t DecodeUtf8(std::string_view text, char32_t &character) {
-  const auto byte = [&](size_t index) { return static_cast<unsigned char>(text[index]); };
-  const unsigned char lead = byte(0);
-  if (lead < 0x80) {
-    character = lead;
-    return 1;
+// Takes the UTF-8 sequence at the beginning off the text. False for bytes that are none: what could have begun one is
+// taken off then, or else one byte.
+bool TakeUtf8(std::string_view &text, char32_t &character) {
+  const auto lead = static_cast<unsigned char>(text[0]);
+  const size_t length = lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+  // The second byte's range keeps out overlong forms, surrogates and what is beyond U+10FFFF.
+  unsigned char lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+  unsigned char highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+  character = length < 2 ? lead : lead & (0xFFU >> (length + 1));
+  size_t taken = 1;
+  for (; taken < length && taken < text.size(); ++taken) {
+    const auto byte = static_cast<unsigned char>(text[taken]);
+    if (byte < lowest || byte > highest)
+      break;
+    character = character << 6 | (byte & 0x3FU);
+    lowest = 0x80;
+    highest = 0xBF;
   }
-  const size_t length = lead >= 0xF0 && lead < 0xF5   ? 4
-                        : lead >= 0xE0 && lead < 0xF0 ? 3
-                        : lead >= 0xC2 && lead < 0xE0 ? 2
-                                                      : 0;
-  if (length == 0 || text.size() < length)
-    return 0;
-  character = lead & (0xFFU >> (length + 1));
-  for (size_t index = 1; index < length; ++index) {
-    if ((byte(index) & 0xC0U) != 0x80)
-      return 0;
-    character = character << 6 | (byte(index) & 0x3FU);
-  }
-  const bool overlong = (length == 3 && character < 0x800) || (length == 4 && character < 0x10000);
-  const bool surrogate = character >= 0xD800 && character < 0xE000;
-  return overlong || surrogate || character > 0x10FFFF ? 0 : length;
+  text.remove_prefix(taken);
+  return taken == length;
 }
 
 void AppendUtf8(std::string &text, char32_t character) {
@@ -135,6 +151,8 @@ void AppendUtf8(std::string &text, char32_t character) {
 
 } // namespace
 
+bool IsLeadByte(unsigned char byte) { return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC); }
+
 bool Cp932ToWide(std::string_view cp932, std::u16string &wide) {
   wide.clear();
   wide.reserve(cp932.size());
@@ -152,6 +170,7 @@ bool Cp932ToWide(std::string_view cp932, std::u16string &wide) {
       character = UndefinedBytes;
       valid = false;
     }
+    valid = valid && !IsStandIn(character);
     wide += character;
     index += twoBytes ? 2 : 1;
   }
@@ -208,8 +227,7 @@ bool Utf8ToWide(std::string_view utf8, std::u16string &wide) {
   bool valid = true;
   while (!utf8.empty()) {
     char32_t character = Replacement;
-    const size_t length = DecodeUtf8(utf8, character);
-    if (length == 0) {
+    if (!TakeUtf8(utf8, character)) {
       valid = false;
       character = Replacement;
     }
@@ -219,7 +237,6 @@ bool Utf8ToWide(std::string_view utf8, std::u16string &wide) {
     } else {
       wide += static_cast<char16_t>(character);
     }
-    utf8.remove_prefix(std::max<size_t>(length, 1));
   }
   return valid;
 }

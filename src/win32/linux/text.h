@@ -12,11 +12,14 @@ std::u16string ToWide(std::string_view cp932);
 std::string FromWide(std::u16string_view wide);
 
 std::string WideToUtf8(std::u16string_view wide);
-// False for bytes that aren't UTF-8; `wide` then has U+FFFD for each of them.
+// False for bytes that aren't UTF-8; `wide` then has U+FFFD for them.
 bool Utf8ToWide(std::string_view utf8, std::u16string &wide);
 // False for bytes that aren't code page 932, or for characters that it doesn't have.
 bool Cp932ToWide(std::string_view cp932, std::u16string &wide);
 bool WideToCp932(std::u16string_view wide, std::string &cp932, std::string_view replacement);
+
+// Whether a byte of code page 932 takes the next one with it as a character.
+bool IsLeadByte(unsigned char byte);
 
 // A name of the calls as a file name on disk, and the other way; nothing for a file name that code page 932 can't say.
 std::string ToUtf8(std::string_view cp932);

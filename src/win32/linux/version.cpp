@@ -201,14 +201,16 @@ BOOL GetFileVersionInfoA(const char *path, DWORD, DWORD size, void *data) {
   const std::string resource = ReadVersionResource(path);
   if (resource.empty())
     return FALSE;
-  if (size < BlockHeader + 2 * Aligned(resource.size())) {
+  if (size < BlockHeader) {
     SetLastError(ERROR_INSUFFICIENT_BUFFER);
     return FALSE;
   }
-  const auto length = static_cast<DWORD>(resource.size());
+  // A block that is too small gets as much as leaves room for converted texts.
+  const size_t room = (size - BlockHeader) / 2 & ~size_t{3};
+  const auto length = static_cast<DWORD>(std::min(resource.size(), room));
   std::memset(data, 0, size);
   std::memcpy(data, &length, sizeof length);
-  std::memcpy(static_cast<char *>(data) + BlockHeader, resource.data(), resource.size());
+  std::memcpy(static_cast<char *>(data) + BlockHeader, resource.data(), length);
   return TRUE;
 }
 

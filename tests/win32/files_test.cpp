@@ -1,0 +1,203 @@
+// What the file calls answer: dispositions, sharing, folders, searches, names.
+#include "support/handles.h"
+#include "support/test_machine.h"
+
+#include <vector>
+
+namespace {
+
+using FilesTest = MachineTest;
+
+const std::string Scratch = "C:\\acctkit-test";
+constexpr LONG NoError = ERROR_SUCCESS;
+
+HANDLE Open(const std::string &path, DWORD access, DWORD share, DWORD disposition) {
+  SetLastError(99);
+  return CreateFileA(path.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+LONG LastError() { return static_cast<LONG>(GetLastError()); }
+
+TEST_F(FilesTest, Dispositions) {
+  const struct {
+    DWORD disposition;
+    LONG missing, existing, folder; // what GetLastError says; success for 0 and ERROR_ALREADY_EXISTS of a file
+    const char *content;            // of the file that was there
+  } cases[] = {
+      {OPEN_EXISTING, ERROR_FILE_NOT_FOUND, NoError, ERROR_ACCESS_DENIED, "old"},
+      {OPEN_ALWAYS, NoError, ERROR_ALREADY_EXISTS, ERROR_ACCESS_DENIED, "old"},
+      {CREATE_NEW, NoError, ERROR_FILE_EXISTS, ERROR_FILE_EXISTS, "old"},
+      {CREATE_ALWAYS, NoError, ERROR_ALREADY_EXISTS, ERROR_ACCESS_DENIED, ""},
+      {TRUNCATE_EXISTING, ERROR_FILE_NOT_FOUND, NoError, ERROR_ACCESS_DENIED, ""},
+  };
+  PutFile(Scratch + "\\file", "");
+  for (const auto &test : cases) {
+    SCOPED_TRACE(test.disposition);
+    const std::string name = "\\new" + std::to_string(test.disposition);
+    const auto open = [&](const std::string &path) {
+      TestFile file(Open(Scratch + path, GENERIC_READ | GENERIC_WRITE, 0, test.disposition));
+      const LONG error = LastError();
+      EXPECT_EQ(static_cast<bool>(file), error == NoError || error == ERROR_ALREADY_EXISTS) << path;
+      return error;
+    };
+    EXPECT_EQ(open(name), test.missing);
+    EXPECT_EQ(GetFile(Scratch + name).has_value(), test.missing == NoError);
+    PutFile(Scratch + "\\old", "old");
+    EXPECT_EQ(open("\\old"), test.existing);
+    EXPECT_EQ(GetFile(Scratch + "\\old"), test.content);
+    EXPECT_EQ(open(""), test.folder);
+    EXPECT_EQ(open("\\none\\file"), ERROR_PATH_NOT_FOUND);
+    EXPECT_EQ(open("\\file\\below"), ERROR_PATH_NOT_FOUND);
+    EXPECT_EQ(open("\\a*b"), ERROR_INVALID_NAME);
+  }
+  EXPECT_FALSE(TestFile(Open("", GENERIC_READ, 0, OPEN_ALWAYS)));
+  EXPECT_EQ(LastError(), ERROR_PATH_NOT_FOUND);
+}
+
+TEST_F(FilesTest, ShareModeZeroKeepsEveryOtherOpenOut) {
+  constexpr DWORD All = FILE_SHARE_READ | FILE_SHARE_WRITE;
+  const struct {
+    DWORD firstAccess, firstShare, secondAccess, secondShare;
+    LONG error;
+  } cases[] = {
+      {GENERIC_READ, 0, GENERIC_READ, All, ERROR_SHARING_VIOLATION},
+      {GENERIC_READ, All, GENERIC_READ, 0, ERROR_SHARING_VIOLATION},
+      {GENERIC_READ | GENERIC_WRITE, 0, GENERIC_READ, FILE_SHARE_READ, ERROR_SHARING_VIOLATION},
+      {GENERIC_READ, 0, GENERIC_READ, 0, ERROR_SHARING_VIOLATION},
+      {GENERIC_READ, FILE_SHARE_READ, GENERIC_READ, FILE_SHARE_READ, NoError},
+      {GENERIC_WRITE, All, GENERIC_READ | GENERIC_WRITE, All, NoError},
+  };
+  PutFile(Scratch + "\\file", "text");
+  for (const auto &test : cases)
+    for (const DWORD disposition : {OPEN_EXISTING, OPEN_ALWAYS}) {
+      SCOPED_TRACE(::testing::Message() << (&test - cases) << " " << disposition);
+      TestFile first(Open(Scratch + "\\file", test.firstAccess, test.firstShare, OPEN_EXISTING));
+      ASSERT_TRUE(first);
+      const TestFile second(Open(Scratch + "\\FILE", test.secondAccess, test.secondShare, disposition));
+      EXPECT_EQ(static_cast<bool>(second), test.error == NoError);
+      if (!second) {
+        EXPECT_EQ(LastError(), test.error);
+      }
+      EXPECT_TRUE(first.Close());
+    }
+  {
+    const TestFile created(Open(Scratch + "\\file", GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS));
+    EXPECT_FALSE(TestFile(Open(Scratch + "\\file", GENERIC_READ, All, OPEN_EXISTING)));
+    EXPECT_EQ(LastError(), ERROR_SHARING_VIOLATION);
+    EXPECT_FALSE(TestFile(Open(Scratch + "\\file", GENERIC_WRITE, 0, CREATE_ALWAYS)));
+    EXPECT_EQ(LastError(), ERROR_SHARING_VIOLATION);
+  }
+  EXPECT_EQ(GetFile(Scratch + "\\file"), "");
+}
+
+TEST_F(FilesTest, ReadsAndWrites) {
+  const std::string path = Scratch + "\\file";
+  PutFile(path, "abcdef");
+  char bytes[8] = "";
+  DWORD count = 9;
+  TestFile file(Open(path, GENERIC_READ | GENERIC_WRITE, 0, OPEN_EXISTING));
+  EXPECT_TRUE(ReadFile(file.Get(), bytes, 2, &count, nullptr));
+  EXPECT_TRUE(WriteFile(file.Get(), "XY", 2, &count, nullptr)); // where the read left off
+  EXPECT_TRUE(ReadFile(file.Get(), bytes + 2, 6, &count, nullptr));
+  EXPECT_EQ(count, 2U);
+  EXPECT_STREQ(bytes, "abef");
+  EXPECT_TRUE(ReadFile(file.Get(), bytes, 8, &count, nullptr)); // at the end
+  EXPECT_EQ(count, 0U);
+  EXPECT_TRUE(file.Close());
+  EXPECT_EQ(GetFile(path), "abXYef");
+
+  const TestFile reading(Open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING));
+  EXPECT_FALSE(WriteFile(reading.Get(), "z", 1, &count, nullptr));
+  EXPECT_EQ(LastError(), ERROR_ACCESS_DENIED);
+  const TestFile writing(Open(path, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING));
+  EXPECT_FALSE(ReadFile(writing.Get(), bytes, 1, &count, nullptr));
+  EXPECT_EQ(LastError(), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(count, 0U);
+  EXPECT_FALSE(ReadFile(INVALID_HANDLE_VALUE, bytes, 1, &count, nullptr));
+  EXPECT_EQ(LastError(), ERROR_INVALID_HANDLE);
+  EXPECT_FALSE(CloseHandle(nullptr));
+  EXPECT_EQ(LastError(), ERROR_INVALID_HANDLE);
+}
+
+TEST_F(FilesTest, MakesOneFolderAtATime) {
+  PutFile(Scratch + "\\file", "");
+  const std::pair<LONG, std::vector<const char *>> cases[] = {
+      {NoError, {"\\new", "\\behind\\", "\\\x95\x5c", "\\\x95\x5c\\\x83\x5c\\"}},
+      {ERROR_ALREADY_EXISTS, {"", "\\NEW", "\\new\\", "\\file"}},
+      {ERROR_PATH_NOT_FOUND, {"\\one\\two", "\\file\\below"}},
+      {ERROR_INVALID_NAME, {"\\a?b"}},
+  };
+  for (const auto &[error, paths] : cases)
+    for (const char *path : paths) {
+      SetLastError(0);
+      EXPECT_EQ(CreateDirectoryA((Scratch + path).c_str(), nullptr), error == NoError ? TRUE : FALSE) << path;
+      EXPECT_EQ(LastError(), error) << path;
+    }
+  EXPECT_FALSE(CreateDirectoryA("", nullptr));
+  EXPECT_EQ(LastError(), ERROR_PATH_NOT_FOUND);
+}
+
+TEST_F(FilesTest, Finds) {
+  PutFile(Scratch + "\\Folder\\Text File.TXT", "12345");
+  PutFile(Scratch + "\\Folder\\\x95\x5c.dat", "");
+  PutFile(Scratch + "\\Folder\\\x82\x60", "");
+  const std::pair<const char *, std::vector<const char *>> found[] = {
+      {"Folder", {"\\folder"}},
+      {"Text File.TXT",
+       {"\\FOLDER\\text file.txt", "/folder/TEXT FILE.txt", "\\Folder\\..\\folder\\.\\text file.txt",
+        "\\Folder\\text file.txt. ", "\\Folder\\*.txt", "\\Folder\\text?file.*"}},
+      {"\x95\x5c.dat", {"\\Folder\\\x95\x5c.dat", "\\Folder\\?.dat"}},
+      {"\x82\x60", {"\\Folder\\\x82\x81"}},
+      {".", {"\\Folder\\*", "\\Folder\\*.*"}},
+  };
+  for (const auto &[name, paths] : found)
+    for (const char *path : paths) {
+      WIN32_FIND_DATAA data = {};
+      const HANDLE search = FindFirstFileA((Scratch + path).c_str(), &data);
+      ASSERT_NE(search, INVALID_HANDLE_VALUE) << path;
+      EXPECT_STREQ(data.cFileName, name) << path;
+      EXPECT_EQ(data.nFileSizeLow, std::string(name) == "Text File.TXT" ? 5U : 0U) << path;
+      EXPECT_EQ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
+                std::string(name) == "Folder" || std::string(name) == ".");
+      EXPECT_TRUE(FindClose(search));
+    }
+  const std::pair<LONG, std::vector<const char *>> missing[] = {
+      {ERROR_FILE_NOT_FOUND, {"\\Folder\\*.none", "\\Folder\\none", "\\Folder\\", "\\Folder\\\x95\x7c.dat"}},
+      {ERROR_PATH_NOT_FOUND, {"\\none\\file", "\\none\\*"}},
+  };
+  for (const auto &[error, paths] : missing)
+    for (const char *path : paths) {
+      WIN32_FIND_DATAA data;
+      EXPECT_EQ(FindFirstFileA((Scratch + path).c_str(), &data), INVALID_HANDLE_VALUE) << path;
+      EXPECT_EQ(LastError(), error) << path;
+    }
+  EXPECT_FALSE(FindClose(INVALID_HANDLE_VALUE));
+  EXPECT_EQ(LastError(), ERROR_INVALID_HANDLE);
+}
+
+// How much fits is the same everywhere, whatever the path is.
+TEST_F(FilesTest, BuffersForPaths) {
+  char whole[MAX_PATH];
+  const UINT length = GetWindowsDirectoryA(whole, sizeof whole);
+  const std::string path(whole);
+  ASSERT_EQ(length, path.size());
+  EXPECT_FALSE(path.ends_with('\\'));
+  EXPECT_EQ(GetWindowsDirectoryA(whole, length + 1), length);
+  whole[0] = '#';
+  EXPECT_EQ(GetWindowsDirectoryA(whole, length), length + 1);
+  EXPECT_EQ(GetWindowsDirectoryA(nullptr, 0), length + 1);
+  EXPECT_EQ(whole[0], '#');
+
+  char program[MAX_PATH];
+  const DWORD size = GetModuleFileNameA(nullptr, program, sizeof program);
+  const std::string programPath(program);
+  ASSERT_EQ(size, programPath.size());
+  EXPECT_EQ(programPath.substr(1, 2), ":\\");
+  EXPECT_EQ(GetModuleFileNameA(nullptr, program, size + 1), size);
+  EXPECT_EQ(GetModuleFileNameA(nullptr, program, size), size);
+  EXPECT_EQ(LastError(), ERROR_INSUFFICIENT_BUFFER);
+  // Windows has terminated a cut path since Vista; Wine, like the systems before, fills the buffer to its end.
+  EXPECT_EQ(std::string(program, size - 1), programPath.substr(0, size - 1));
+}
+
+} // namespace

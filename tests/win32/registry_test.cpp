@@ -1,0 +1,256 @@
+// What the registry calls answer: result codes, sizes, rights, names.
+#include "support/handles.h"
+#include "support/test_machine.h"
+
+#include <tuple>
+#include <vector>
+
+namespace {
+
+class RegistryTest : public MachineTest {
+protected:
+  static LSTATUS Open(const std::string &path, REGSAM access = KEY_READ) {
+    HKEY opened = nullptr;
+    const LSTATUS result = RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, access, &opened);
+    EXPECT_EQ(TestKey(opened).Get() != nullptr, result == ERROR_SUCCESS) << path;
+    return result;
+  }
+  static LSTATUS Create(HKEY parent, const std::string &path, DWORD *disposition = nullptr,
+                        REGSAM access = KEY_ALL_ACCESS) {
+    HKEY opened = nullptr;
+    const LSTATUS result = RegCreateKeyExA(parent, path.c_str(), 0, nullptr, 0, access, nullptr, &opened, disposition);
+    EXPECT_EQ(TestKey(opened).Get() != nullptr, result == ERROR_SUCCESS) << path;
+    return result;
+  }
+  // The scratch key, opened, or another key.
+  static TestKey Opened(REGSAM access = KEY_ALL_ACCESS, const std::string &path = ScratchKey) {
+    HKEY opened = nullptr;
+    EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, access, nullptr, &opened, nullptr),
+              ERROR_SUCCESS);
+    return TestKey(opened);
+  }
+  // Writes just these bytes: no terminator stands behind them.
+  static LSTATUS Set(HKEY key, const char *name, DWORD type, const std::string &data) {
+    return RegSetValueExA(key, name, 0, type, reinterpret_cast<const BYTE *>((data + '#').data()),
+                          static_cast<DWORD>(data.size()));
+  }
+  // A value's bytes, read with exactly the room that was asked for.
+  static std::string Get(HKEY key, const char *name) {
+    DWORD size = 0;
+    EXPECT_EQ(RegQueryValueExA(key, name, nullptr, nullptr, nullptr, &size), ERROR_SUCCESS) << name;
+    std::string data(size, '#');
+    EXPECT_EQ(RegQueryValueExA(key, name, nullptr, nullptr, reinterpret_cast<BYTE *>(data.data()), &size),
+              ERROR_SUCCESS);
+    EXPECT_EQ(size, data.size()) << name;
+    return data;
+  }
+  static std::vector<std::string> Subkeys(HKEY key) {
+    std::vector<std::string> names;
+    for (DWORD index = 0;; ++index) {
+      char name[256];
+      DWORD size = sizeof name;
+      const LSTATUS result = RegEnumKeyExA(key, index, name, &size, nullptr, nullptr, nullptr, nullptr);
+      if (result != ERROR_SUCCESS) {
+        EXPECT_EQ(result, ERROR_NO_MORE_ITEMS);
+        return names;
+      }
+      EXPECT_EQ(size, std::string(name).size());
+      names.emplace_back(name);
+    }
+  }
+  const std::string scratch = ScratchKey;
+};
+
+TEST_F(RegistryTest, OpensOnlyWhatIsThere) {
+  MakeKey(HKEY_CURRENT_USER, scratch + "\\Some Key\\\x95\x5c\\below");
+  for (const char *path : {"", "\\Some Key", "\\sOME kEY\\\x95\x5c\\BELOW", "\\Some Key\\", "\\Some Key\\\x95\x5c"})
+    EXPECT_EQ(Open(scratch + path), ERROR_SUCCESS) << path;
+  for (const char *path : {"\\Some", "\\Some Key\\\x95", "\\Some Key\\\x95\x7c", "\\missing\\below"})
+    EXPECT_EQ(Open(scratch + path), ERROR_FILE_NOT_FOUND) << path;
+  constexpr LSTATUS BadPathname = 161;
+  EXPECT_EQ(Open("\\" + scratch), BadPathname);
+  EXPECT_EQ(Create(HKEY_CURRENT_USER, "\\" + scratch), BadPathname);
+
+  HKEY opened = nullptr;
+  EXPECT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, nullptr, 0, KEY_READ, &opened), ERROR_SUCCESS); // the same key again
+  TestKey own(opened);
+  EXPECT_EQ(RegOpenKeyExA(nullptr, ScratchKey, 0, KEY_READ, &opened), ERROR_INVALID_HANDLE);
+  EXPECT_EQ(RegQueryValueExA(nullptr, "v", nullptr, nullptr, nullptr, nullptr), ERROR_INVALID_HANDLE);
+  EXPECT_EQ(RegCloseKey(nullptr), ERROR_INVALID_HANDLE);
+  EXPECT_EQ(RegCloseKey(HKEY_CURRENT_USER), ERROR_SUCCESS);
+}
+
+TEST_F(RegistryTest, CreatesEveryMissingKey) {
+  DWORD disposition = 0;
+  EXPECT_EQ(Create(HKEY_CURRENT_USER, scratch + "\\A\\B\\C\\", &disposition), ERROR_SUCCESS);
+  EXPECT_EQ(disposition, REG_CREATED_NEW_KEY);
+  for (const char *path : {"\\a\\b\\c", "\\A", ""}) {
+    EXPECT_EQ(Create(HKEY_CURRENT_USER, scratch + path, &disposition), ERROR_SUCCESS);
+    EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
+  }
+  const TestKey key = Opened();
+  EXPECT_EQ(Create(key.Get(), std::string(255, 'x')), ERROR_SUCCESS);
+  // A longer name is refused, which is left out: Wine makes the key, and can't enumerate it then.
+  EXPECT_EQ(Subkeys(key.Get()), (std::vector<std::string>{"A", std::string(255, 'x')}));
+}
+
+TEST_F(RegistryTest, HandlesGiveTheRightsAskedFor) {
+  PutDword(HKEY_CURRENT_USER, scratch, "v", 1);
+  const struct {
+    REGSAM access;
+    LSTATUS query, set, enumerate;
+  } cases[] = {
+      {KEY_ALL_ACCESS, ERROR_SUCCESS, ERROR_SUCCESS, ERROR_NO_MORE_ITEMS},
+      {KEY_READ, ERROR_SUCCESS, ERROR_ACCESS_DENIED, ERROR_NO_MORE_ITEMS},
+      {KEY_WRITE, ERROR_ACCESS_DENIED, ERROR_SUCCESS, ERROR_ACCESS_DENIED},
+      {KEY_QUERY_VALUE, ERROR_SUCCESS, ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED},
+      {KEY_SET_VALUE, ERROR_ACCESS_DENIED, ERROR_SUCCESS, ERROR_ACCESS_DENIED},
+  };
+  for (const auto &test : cases) {
+    SCOPED_TRACE(test.access);
+    const TestKey key = Opened(test.access);
+    char name[8];
+    EXPECT_EQ(RegQueryValueExA(key.Get(), "v", nullptr, nullptr, nullptr, nullptr), test.query);
+    EXPECT_EQ(Set(key.Get(), "w", REG_SZ, "text"), test.set);
+    EXPECT_EQ(RegDeleteValueA(key.Get(), "w"), test.set);
+    EXPECT_EQ(RegEnumKeyA(key.Get(), 0, name, sizeof name), test.enumerate);
+  }
+  // Whether there may be a new key is the parent's to say, not the handle's.
+  const TestKey reading = Opened(KEY_READ);
+  EXPECT_EQ(Create(reading.Get(), "below"), ERROR_SUCCESS);
+}
+
+TEST_F(RegistryTest, KeysThatCanOnlyBeRead) {
+  PutDword(HKEY_CURRENT_USER, scratch + "\\Kept", "v", 1);
+  MakeKeyReadOnly(HKEY_CURRENT_USER, scratch + "\\Kept");
+  for (const REGSAM access :
+       {REGSAM{KEY_ALL_ACCESS}, REGSAM{KEY_WRITE}, KEY_READ | REGSAM{KEY_SET_VALUE}, REGSAM{KEY_CREATE_SUB_KEY}}) {
+    EXPECT_EQ(Open(scratch + "\\Kept", access), ERROR_ACCESS_DENIED) << access;
+    EXPECT_EQ(Create(HKEY_CURRENT_USER, scratch + "\\Kept", nullptr, access), ERROR_ACCESS_DENIED) << access;
+  }
+  EXPECT_EQ(Open(scratch + "\\Kept", KEY_READ), ERROR_SUCCESS);
+  HKEY opened = nullptr;
+  ASSERT_EQ(RegOpenKeyA(HKEY_CURRENT_USER, (scratch + "\\Kept").c_str(), &opened), ERROR_SUCCESS);
+  const TestKey key(opened);
+  EXPECT_EQ(Get(key.Get(), "v"), std::string("\1\0\0\0", 4));
+  EXPECT_EQ(Set(key.Get(), "v", REG_SZ, "text"), ERROR_ACCESS_DENIED);
+  // No new key may be below it either, which is left out: Wine lets it be made.
+}
+
+TEST_F(RegistryTest, ValuesComeBackAsTheyWereWritten) {
+  const TestKey key = Opened();
+  const std::string kanji("\x95\x5c \x83\x5c\0", 6);
+  const std::tuple<const char *, DWORD, std::string> cases[] = {
+      {"number", REG_DWORD, std::string("\x78\x56\x34\x92", 4)},
+      {"odd number", REG_DWORD, "ab"},
+      {"bytes", REG_BINARY, std::string("\0\xff\\\"\n", 5)},
+      {"no bytes", REG_BINARY, ""},
+      {"none", REG_NONE, std::string("n\0", 2)},
+      {"another type", 0x1234, "xyz"},
+      {"text", REG_SZ, kanji},
+      {"empty", REG_SZ, std::string(1, '\0')},
+      {"zeros", REG_SZ, std::string("a\0b\0\0", 5)},
+      {"no text", REG_SZ, ""},
+      {"variable", REG_EXPAND_SZ, "%SystemRoot%\\" + kanji},
+      {"list", REG_MULTI_SZ, kanji + kanji + '\0'},
+      {"long", REG_SZ, std::string(70000, 'x') + '\0'},
+      {"\x95\x5c\\a=\"b\"", REG_SZ, kanji},
+      {"", REG_SZ, kanji}};
+  for (const auto &[name, type, data] : cases)
+    EXPECT_EQ(Set(key.Get(), name, type, data), ERROR_SUCCESS) << name;
+  for (const auto &[name, type, data] : cases) {
+    DWORD given = 99;
+    EXPECT_EQ(RegQueryValueExA(key.Get(), name, nullptr, &given, nullptr, nullptr), ERROR_SUCCESS) << name;
+    EXPECT_EQ(given, type) << name;
+    EXPECT_EQ(Get(key.Get(), name), data) << name;
+  }
+  EXPECT_EQ(Get(key.Get(), nullptr), kanji);
+  EXPECT_EQ(RegSetValueExA(key.Get(), "text", 0, REG_SZ, reinterpret_cast<const BYTE *>("1234"), 4), ERROR_SUCCESS);
+  EXPECT_EQ(Get(key.Get(), "text"), std::string("1234\0", 5)); // the terminator stood behind
+  EXPECT_EQ(RegSetValueExA(key.Get(), "text", 0, REG_SZ, reinterpret_cast<const BYTE *>("1234"), 2), ERROR_SUCCESS);
+  EXPECT_EQ(Get(key.Get(), "text"), "12");
+}
+
+TEST_F(RegistryTest, NamesOfValuesMatchWithoutCase) {
+  const TestKey key = Opened();
+  for (const char *name : {"Name", "NAME", "\x82\x60", "\x82\x81", "\x83\x41", "\x83\x61"})
+    EXPECT_EQ(Set(key.Get(), name, REG_SZ, name), ERROR_SUCCESS);
+  EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, scratch),
+            (std::vector<std::string>{"Name=NAME", "\x82\x60=\x82\x81", "\x83\x41=\x83\x41", "\x83\x61=\x83\x61"}));
+  EXPECT_EQ(RegDeleteValueA(key.Get(), "nAME"), ERROR_SUCCESS);
+  EXPECT_EQ(RegDeleteValueA(key.Get(), "Name"), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(RegDeleteValueA(key.Get(), nullptr), ERROR_FILE_NOT_FOUND);
+  DWORD type = 99;
+  DWORD size = 99;
+  EXPECT_EQ(RegQueryValueExA(key.Get(), "Name", nullptr, &type, nullptr, &size), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(RegQueryValueExA(key.Get(), nullptr, nullptr, &type, nullptr, &size), ERROR_FILE_NOT_FOUND);
+}
+
+TEST_F(RegistryTest, SizesOfQueriedValues) {
+  const TestKey key = Opened();
+  Set(key.Get(), "text", REG_SZ, std::string("\x95\x5c!\0", 4));
+  Set(key.Get(), "open", REG_SZ, "\x95\x5c!");
+  Set(key.Get(), "bytes", REG_BINARY, "abc");
+  const struct {
+    const char *name;
+    DWORD room;
+    LSTATUS result;
+    DWORD size;
+    std::string buffer; // '#' is as it was
+  } cases[] = {
+      {"text", 6, ERROR_SUCCESS, 4, std::string("\x95\x5c!\0##", 6)},
+      {"text", 4, ERROR_SUCCESS, 4, std::string("\x95\x5c!\0##", 6)},
+      {"text", 3, ERROR_MORE_DATA, 4, "######"},
+      {"text", 0, ERROR_MORE_DATA, 4, "######"},
+      {"open", 4, ERROR_SUCCESS, 3, std::string("\x95\x5c!\0##", 6)}, // gets a terminator if there is room
+      {"open", 3, ERROR_SUCCESS, 3, "\x95\x5c!###"},
+      {"open", 2, ERROR_MORE_DATA, 3, "######"},
+      {"bytes", 6, ERROR_SUCCESS, 3, "abc###"},
+      {"bytes", 2, ERROR_MORE_DATA, 3, "######"},
+  };
+  for (const auto &test : cases) {
+    SCOPED_TRACE(test.name + std::to_string(test.room));
+    std::string buffer(6, '#');
+    DWORD size = test.room;
+    EXPECT_EQ(RegQueryValueExA(key.Get(), test.name, nullptr, nullptr, reinterpret_cast<BYTE *>(buffer.data()), &size),
+              test.result);
+    EXPECT_EQ(size, test.size);
+    EXPECT_EQ(buffer, test.buffer);
+  }
+  BYTE byte = 0;
+  EXPECT_EQ(RegQueryValueExA(key.Get(), "text", nullptr, nullptr, &byte, nullptr), ERROR_INVALID_PARAMETER);
+}
+
+// Order of letters and what stands between their two cases ('_') is left out: Wine folds to the other case.
+TEST_F(RegistryTest, EnumeratesInOrderOfNames) {
+  const TestKey key = Opened();
+  for (const char *name : {"b", "\x95\x5c", "C", "a1", "A", "1"})
+    EXPECT_EQ(Create(key.Get(), name), ERROR_SUCCESS);
+  EXPECT_EQ(Subkeys(key.Get()), (std::vector<std::string>{"1", "A", "a1", "b", "C", "\x95\x5c"}));
+  EXPECT_EQ(Create(key.Get(), "B\\below"), ERROR_SUCCESS); // is there
+  EXPECT_EQ(Create(key.Get(), "Aa"), ERROR_SUCCESS);       // moves those behind it
+  EXPECT_EQ(Subkeys(key.Get()), (std::vector<std::string>{"1", "A", "a1", "Aa", "b", "C", "\x95\x5c"}));
+
+  const struct {
+    DWORD index, room;
+    LSTATUS result;
+    DWORD size;
+    const char *name;
+  } cases[] = {
+      {6, 3, ERROR_SUCCESS, 2, "\x95\x5c"}, {6, 2, ERROR_MORE_DATA, 2, "####"}, {6, 0, ERROR_MORE_DATA, 0, "####"},
+      {1, 2, ERROR_SUCCESS, 1, "A"},        {1, 1, ERROR_MORE_DATA, 1, "####"}, {7, 5, ERROR_NO_MORE_ITEMS, 5, "####"},
+  };
+  for (const auto &test : cases) {
+    SCOPED_TRACE(std::to_string(test.index) + " " + std::to_string(test.room));
+    char name[] = "####";
+    DWORD size = test.room;
+    EXPECT_EQ(RegEnumKeyExA(key.Get(), test.index, name, &size, nullptr, nullptr, nullptr, nullptr), test.result);
+    EXPECT_EQ(size, test.size);
+    EXPECT_STREQ(name, test.name);
+    char again[] = "####";
+    EXPECT_EQ(RegEnumKeyA(key.Get(), test.index, again, test.room), test.result);
+    EXPECT_STREQ(again, test.name);
+  }
+}
+
+} // namespace

@@ -1,0 +1,42 @@
+// The user's shell folders and the icons of files.
+#include "support/test_machine.h"
+
+namespace {
+
+using ShellTest = MachineTest;
+
+TEST_F(ShellTest, FoldersComeFromTheRegistry) {
+  const char *const key = "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
+  const struct {
+    int folder;
+    const char *valueName;
+  } cases[] = {{CSIDL_APPDATA, "AppData"}, {CSIDL_PROGRAMS, "Programs"}};
+  for (const auto &test : cases) {
+    SCOPED_TRACE(test.valueName);
+    if (!GetString(HKEY_CURRENT_USER, key, test.valueName)) // a new machine may have no user's folders yet
+      PutString(HKEY_CURRENT_USER, key, test.valueName, std::string("C:\\acctkit-test\\\x95\x5c ") + test.valueName);
+    ITEMIDLIST *list = nullptr;
+    ASSERT_EQ(SHGetSpecialFolderLocation(nullptr, test.folder, &list), S_OK);
+    char path[MAX_PATH] = "";
+    EXPECT_TRUE(SHGetPathFromIDListA(list, path));
+    EXPECT_EQ(std::string(path), GetString(HKEY_CURRENT_USER, key, test.valueName));
+    CoTaskMemFree(list);
+  }
+  ITEMIDLIST *list = reinterpret_cast<ITEMIDLIST *>(1);
+  EXPECT_LT(SHGetSpecialFolderLocation(nullptr, 0x7F, &list), 0);
+  char path[MAX_PATH] = "x";
+  EXPECT_FALSE(SHGetPathFromIDListA(nullptr, path));
+}
+
+TEST_F(ShellTest, IconsOfFiles) {
+  const char *const program = "C:\\acctkit-test\\\x95\x5c.exe";
+  CopyOntoMachine(PLUGIN_DIR "/versioned.exe", program);
+  SHFILEINFOA info = {};
+  EXPECT_NE(SHGetFileInfoA(program, 0, &info, sizeof info, SHGFI_ICON), 0U);
+  ASSERT_NE(info.hIcon, nullptr);
+  EXPECT_TRUE(DestroyIcon(info.hIcon));
+  info = {};
+  EXPECT_EQ(SHGetFileInfoA("C:\\acctkit-test\\missing.exe", 0, &info, sizeof info, SHGFI_ICON), 0U);
+}
+
+} // namespace

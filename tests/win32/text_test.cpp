@@ -1,0 +1,171 @@
+// Conversion between code page 932, UTF-8 and UTF-16, and the multi-byte functions of the run-time library.
+#include "win32/win32.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+
+namespace {
+
+using Units = std::basic_string<WCHAR>;
+
+Units Wide(std::initializer_list<unsigned> units) {
+  Units wide;
+  for (const unsigned unit : units)
+    wide += static_cast<WCHAR>(unit);
+  return wide;
+}
+
+const unsigned char *Bytes(const char *text) { return reinterpret_cast<const unsigned char *>(text); }
+
+TEST(TextTest, Widens) {
+  const struct {
+    UINT codePage;
+    std::string bytes;
+    Units wide;
+    bool valid;
+  } cases[] = {
+      {CP_ACP, "aZ\\~", Wide({'a', 'Z', '\\', '~'}), true},
+      {CP_ACP, "\xb1\xdf", Wide({0xFF71, 0xFF9F}), true},                         // half-width kana
+      {CP_ACP, "\x95\x5c\x83\x5c", Wide({0x8868, 0x30BD}), true},                 // a backslash as second byte
+      {CP_ACP, "\x81\x60\x81\x7c\x81\x5f", Wide({0xFF5E, 0xFF0D, 0xFF3C}), true}, // not wave dash and minus
+      {CP_ACP, "\x87\x40\x87\x54", Wide({0x2460, 0x2160}), true},                 // NEC's row 13
+      {CP_ACP, "\xed\x40\xfa\x40\xfa\x5c", Wide({0x7E8A, 0x2170, 0x7E8A}),
+       true},                                                     // IBM's, in NEC's place and in its own
+      {CP_ACP, "\xf0\x40\xf9\xfc", Wide({0xE000, 0xE757}), true}, // user-defined
+      {CP_ACP, "a\x81\x30z", Wide({'a', 0x30FB, 'z'}), false},    // takes its second byte with it
+      {CP_ACP, "\x85\x40\xfc\x50", Wide({0x30FB, 0x30FB}), false},
+      {CP_ACP, "\x80", Wide({0x80}), true},
+      {CP_ACP, "\xa0\xfd\xff", Wide({0xF8F0, 0xF8F1, 0xF8F3}), false},
+      {CP_UTF8, "a\xc2\x80\xe8\xa1\xa8", Wide({'a', 0x80, 0x8868}), true},
+      {CP_UTF8, "\xf0\x9f\x98\x80", Wide({0xD83D, 0xDE00}), true},
+      {CP_UTF8, "a\x80\xffz", Wide({'a', 0xFFFD, 0xFFFD, 'z'}), false},
+      {CP_UTF8, "\xc0\x80", Wide({0xFFFD, 0xFFFD}), false},
+      {CP_UTF8, "\xe8\xa1\xe8\xa1\xa8\xf0\x9f\x98", Wide({0xFFFD, 0x8868, 0xFFFD}), false}, // one for what was begun
+  };
+  for (const auto &test : cases) {
+    SCOPED_TRACE(::testing::PrintToString(test.bytes));
+    const auto length = static_cast<int>(test.bytes.size());
+    Units wide(32, u'#');
+    wide.resize(static_cast<size_t>(MultiByteToWideChar(test.codePage, 0, test.bytes.data(), length, wide.data(), 32)));
+    EXPECT_EQ(wide, test.wide);
+    SetLastError(0);
+    EXPECT_EQ(MultiByteToWideChar(test.codePage, MB_ERR_INVALID_CHARS, test.bytes.data(), length, nullptr, 0),
+              test.valid ? static_cast<int>(test.wide.size()) : 0);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(test.valid ? ERROR_SUCCESS : ERROR_NO_UNICODE_TRANSLATION));
+  }
+}
+
+TEST(TextTest, Narrows) {
+  const struct {
+    UINT codePage;
+    Units wide;
+    std::string bytes;
+    bool exact;
+  } cases[] = {
+      {CP_ACP, Wide({'a', 0xFF71, 0x8868}), "a\xb1\x95\x5c", true},
+      {CP_ACP, Wide({0x2252, 0x222A, 0x7E8A, 0xE000}), "\x81\xe0\x81\xbe\xfa\x5c\xf0\x40", true}, // which of its places
+      {CP_ACP, Wide({0xFF5E, 0xF8F0}), "\x81\x60\xa0", true},
+      {CP_ACP, Wide({0xA1, 0xA5, 0xB5, 0xE9, 0xDF, 0x3094}), "!\\\x83\xca\x65s\x83\x94", true}, // likenesses
+      {CP_ACP, Wide({0x301C, 0x2212, 0xA0, 0xAC00}), "[[[[", false},
+      {CP_ACP, Wide({0xD83D, 0xDE00, 'a'}), "[[a", false},
+      {CP_UTF8, Wide({'a', 0x80, 0x8868, 0xD83D, 0xDE00}), "a\xc2\x80\xe8\xa1\xa8\xf0\x9f\x98\x80", true},
+      {CP_UTF8, Wide({0xD83D, 'a', 0xDE00}), "\xef\xbf\xbd\x61\xef\xbf\xbd", true}, // surrogates without their other
+  };
+  for (const auto &test : cases) {
+    SCOPED_TRACE(::testing::PrintToString(test.bytes));
+    const bool ansi = test.codePage == CP_ACP;
+    const auto length = static_cast<int>(test.wide.size());
+    char bytes[64];
+    BOOL used = 7;
+    const int size = WideCharToMultiByte(test.codePage, 0, test.wide.data(), length, bytes, sizeof bytes,
+                                         ansi ? "[" : nullptr, ansi ? &used : nullptr);
+    EXPECT_EQ(std::string(bytes, static_cast<size_t>(size)), test.bytes);
+    EXPECT_EQ(used, ansi ? (test.exact ? FALSE : TRUE) : 7);
+    EXPECT_EQ(WideCharToMultiByte(test.codePage, 0, test.wide.data(), length, nullptr, 0, nullptr, nullptr), size);
+  }
+  const WCHAR unknown = 0xAC00;
+  char byte = 0;
+  EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, &unknown, 1, &byte, 1, nullptr, nullptr), 1);
+  EXPECT_EQ(byte, '?');
+}
+
+TEST(TextTest, SizesAndWrongArguments) {
+  const Units wide = Wide({'a', 0x8868});
+  const char *const ansi = "a\x95\x5c";
+  WCHAR units[8];
+  char bytes[8];
+  const auto widen = [&](const char *text, int length, int size) {
+    SetLastError(0);
+    const int result = MultiByteToWideChar(CP_ACP, 0, text, length, units, size);
+    return std::pair(result, static_cast<LONG>(GetLastError()));
+  };
+  const auto narrow = [&](UINT codePage, const WCHAR *text, int length, int size) {
+    SetLastError(0);
+    const int result = WideCharToMultiByte(codePage, 0, text, length, bytes, size, nullptr, nullptr);
+    return std::pair(result, static_cast<LONG>(GetLastError()));
+  };
+  const auto done = [](int count) { return std::pair(count, LONG{ERROR_SUCCESS}); };
+  const std::pair tooSmall(0, LONG{ERROR_INSUFFICIENT_BUFFER});
+  const std::pair wrong(0, LONG{ERROR_INVALID_PARAMETER});
+  EXPECT_EQ(widen(ansi, -1, 8), done(3));
+  EXPECT_EQ(widen(ansi, -1, 0), done(3));
+  EXPECT_EQ(widen(ansi, 3, 2), done(2));
+  EXPECT_EQ(widen(ansi, 4, 3), done(3)); // a terminator within the length is a character like any other
+  EXPECT_EQ(widen("", -1, 1), done(1));
+  EXPECT_EQ(widen(ansi, -1, 2), tooSmall);
+  EXPECT_EQ(widen(ansi, 0, 8), wrong);
+  EXPECT_EQ(widen(nullptr, -1, 8), wrong);
+  EXPECT_EQ(narrow(CP_ACP, wide.c_str(), -1, 4), done(4));
+  EXPECT_EQ(narrow(CP_UTF8, wide.c_str(), -1, 5), done(5));
+  EXPECT_EQ(narrow(CP_ACP, wide.c_str(), 2, 2), tooSmall); // no half of a character
+  EXPECT_EQ(narrow(CP_UTF8, wide.c_str(), 2, 2), tooSmall);
+  EXPECT_EQ(narrow(CP_ACP, wide.c_str(), 0, 8), wrong);
+  EXPECT_EQ(narrow(12345, wide.c_str(), 1, 8), wrong);
+}
+
+// The case of Greek and Cyrillic letters is left out: Wine folds it, the run-time library of Windows doesn't.
+TEST(TextTest, ComparesByCharacters) {
+  const struct {
+    const char *left, *right;
+    int exactly, withoutCase; // signs
+  } cases[] = {
+      {"abc", "abc", 0, 0},
+      {"abc", "ABC", 1, 0},
+      {"", "a", -1, -1},
+      {"_", "A", 1, -1},
+      {"_", "a", -1, -1},
+      {"\xb1", "b", 1, 1},
+      {"\x82\x60", "\x82\x81", -1, 0},
+      {"\x83\x41", "\x83\x61", -1, -1}, // second bytes aren't letters
+      {"\x95\x5c", "\x95\x7c", -1, -1},
+      {"\xb1", "\x82\xa0", -1, -1},
+      {"\x82\x60", "A", 1, 1},
+  };
+  const auto sign = [](int result) { return result < 0 ? -1 : result > 0 ? 1 : 0; };
+  for (const auto &test : cases) {
+    EXPECT_EQ(sign(_mbscmp(Bytes(test.left), Bytes(test.right))), test.exactly) << test.left << " " << test.right;
+    EXPECT_EQ(sign(_mbsicmp(Bytes(test.left), Bytes(test.right))), test.withoutCase) << test.left << " " << test.right;
+  }
+}
+
+TEST(TextTest, LettersAndDigits) {
+  std::string letters;
+  std::string digits;
+  for (unsigned character = 0; character < 0x100; ++character) {
+    if (_ismbcalpha(character) != 0)
+      letters += static_cast<char>(character);
+    if (_ismbcdigit(character) != 0)
+      digits += static_cast<char>(character);
+  }
+  std::string kana; // half-width
+  for (unsigned character = 0xA6; character <= 0xDF; ++character)
+    kana += static_cast<char>(character);
+  EXPECT_EQ(letters, "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz" + kana);
+  EXPECT_EQ(digits, "0123456789");
+  EXPECT_TRUE(_ismbcalpha(0x8260) && _ismbcalpha(0x829A) && _ismbcdigit(0x824F) && _ismbcdigit(0x8258));
+  EXPECT_FALSE(_ismbcalpha(0x824F) || _ismbcalpha(0x8140) || _ismbcdigit(0x8260) || _ismbcdigit(0x8259));
+}
+
+} // namespace
