@@ -253,8 +253,6 @@ std::optional<std::string> FromUtf8(std::string_view utf8) {
   return cp932;
 }
 
-bool IsLeadByte(unsigned char byte) { return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC); }
-
 char16_t UpperBeyondAscii(char16_t character) {
   struct Range {
     char16_t first, last, distance;
