@@ -1,7 +1,7 @@
 // The operations on a prefs.js of 100,000 bytes, each beside the plain memory or file operation on the same bytes.
 #include "stores/prefs_file.h"
 
-#include "bench_machine.h"
+#include "support/scratch_machine.h"
 
 #include <benchmark/benchmark.h>
 
@@ -84,14 +84,14 @@ void RemoveFirstPlain(benchmark::State &state) {
 }
 
 void Load(benchmark::State &state) {
-  const BenchMachine machine;
+  const ScratchMachine machine;
   auto prefs = SamplePrefs();
   SavePrefsText("C:\\prefs.js", *prefs);
   for (auto _ : state)
     LoadPrefsText("C:\\prefs.js", *prefs);
 }
 void LoadPlain(benchmark::State &state) {
-  const BenchMachine machine;
+  const ScratchMachine machine;
   auto prefs = SamplePrefs();
   SavePrefsText("C:\\prefs.js", *prefs);
   const std::string path = machine.Folder() / "drive_c/prefs.js";
@@ -103,14 +103,14 @@ void LoadPlain(benchmark::State &state) {
 }
 
 void Save(benchmark::State &state) {
-  const BenchMachine machine;
+  const ScratchMachine machine;
   const auto prefs = SamplePrefs();
   for (auto _ : state)
     SavePrefsText("C:\\prefs.js", *prefs);
 }
 // As a program does that replaces a file whole: write another, rename it.
 void SavePlain(benchmark::State &state) {
-  const BenchMachine machine;
+  const ScratchMachine machine;
   const auto prefs = SamplePrefs();
   const std::string path = machine.Folder() / "drive_c/prefs.js";
   const std::string other = path + ".new";

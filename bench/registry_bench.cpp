@@ -3,7 +3,7 @@
 #include "acctkit/acctkit.h"
 #include "clients/registry.h"
 
-#include "bench_machine.h"
+#include "support/scratch_machine.h"
 
 #include <benchmark/benchmark.h>
 
@@ -15,7 +15,7 @@ namespace {
 constexpr const char *AccountsKey = "Software\\Microsoft\\Internet Account Manager\\Accounts";
 
 void ReadValue(benchmark::State &state) {
-  const BenchMachine machine;
+  const ScratchMachine machine;
   WriteValues(HKEY_CURRENT_USER, AccountsKey, {{"Server", "pop.example"}});
   char text[RegistryTextSize];
   for (auto _ : state) {
@@ -41,7 +41,7 @@ void WriteAccounts(const std::filesystem::path &folder, int64_t count) {
 }
 
 void IsExistMailAccountOver(benchmark::State &state) {
-  const BenchMachine machine;
+  const ScratchMachine machine;
   WriteAccounts(machine.Folder(), state.range(0));
   const char *const spec[] = {"none", "", "none", "", "", "", "", "", nullptr};
   char key[256] = "";

@@ -443,7 +443,7 @@ Hive::Key *Hive::KeyOfHeading(std::string_view heading, std::string_view &error)
     std::string_view escaped = closed;
     std::u16string name;
     if (!ReadEscaped(escaped, ']', name) || name.empty() || name.size() > LongestName ||
-        lastPath.size() >= DeepestPath) {
+        name.find(u'\\') != std::u16string::npos || lastPath.size() >= DeepestPath) {
       error = "a key's name that can't be read";
       return nullptr;
     }
