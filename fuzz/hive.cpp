@@ -1,5 +1,6 @@
 // A hive of anybody's making: it is refused, or comes out byte for byte as it was but for what was edited.
 #include "win32/linux/hive.h"
+#include "win32/linux/text.h"
 
 #include "fuzzing.h"
 
@@ -10,8 +11,14 @@ namespace {
 using machine::Hive;
 using machine::HiveValue;
 
+struct FoldedLess {
+  bool operator()(const std::u16string &left, const std::u16string &right) const {
+    return text::ToUpper(left) < text::ToUpper(right);
+  }
+};
+
 // The values that a search by name finds, and whether they can be read.
-using ValueMap = std::map<std::u16string, std::pair<Hive::Found, HiveValue>, machine::FoldedLess>;
+using ValueMap = std::map<std::u16string, std::pair<Hive::Found, HiveValue>, FoldedLess>;
 // A key by the names on its path.
 using KeyPath = std::vector<std::u16string>;
 using Snapshot = std::map<KeyPath, ValueMap>;

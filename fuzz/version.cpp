@@ -63,9 +63,14 @@ void QueryFile(const std::string &file, FuzzedDataProvider &input) {
     REQUIRE(found == 0 && !GetFileVersionInfoA(Path, 0, 1, &none));
     return;
   }
-  const std::unique_ptr<BYTE[]> block(new BYTE[size]);
-  REQUIRE(!GetFileVersionInfoA(Path, 0, size - 1, block.get()) && GetFileVersionInfoA(Path, 0, size, block.get()));
-  Query(block.get(), size, input);
+  // A block that is too small holds the resource's beginning.
+  for (const DWORD room : {size, size - 1, size / 2}) {
+    const std::unique_ptr<BYTE[]> block(new BYTE[room]);
+    if (GetFileVersionInfoA(Path, 0, room, block.get()))
+      Query(block.get(), room, input);
+    else
+      REQUIRE(room < size);
+  }
 }
 
 void QueryBlock(const std::string &resource, FuzzedDataProvider &input) {
