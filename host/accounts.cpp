@@ -76,8 +76,7 @@ std::vector<Value> FileLines(const std::string &bytes, const std::vector<std::st
   return lines;
 }
 
-// ---- Outlook Express
-// -------------------------------------------------------------------------------------------------
+// ---- Outlook Express ----
 
 const std::string ManagerKey = "Software\\Microsoft\\Internet Account Manager";
 const std::string AccountsKey = ManagerKey + "\\Accounts";
@@ -116,8 +115,7 @@ std::vector<Entry> OutlookExpressEntries() {
   return entries;
 }
 
-// ---- Communicator
-// ----------------------------------------------------------------------------------------------------
+// ---- Communicator ----
 
 const std::string UsersKey = "SOFTWARE\\Netscape\\Netscape Navigator\\Users";
 const std::string BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users";
@@ -204,8 +202,7 @@ Client ReadNetscape6() {
   return {"Netscape 6", installed ? ToUtf8(*version) : "", installed, Netscape6Entries()};
 }
 
-// ---- The external mailer
-// ---------------------------------------------------------------------------------------------
+// ---- The external mailer ----
 
 std::vector<Entry> MailerEntries() {
   const std::string key = "SOFTWARE\\Harveld\\@zuvioSetup";
@@ -217,8 +214,7 @@ std::vector<Entry> MailerEntries() {
   return entries;
 }
 
-// ---- The report
-// ------------------------------------------------------------------------------------------------------
+// ---- The report ----
 
 struct KnownClient {
   int32_t index;

@@ -103,10 +103,10 @@ ACCTKIT_API int32_t ACCTKIT_CALL GetNewsVersion(int32_t client, int32_t *major, 
  *
  * `key` is read and written: on 1 it names the account (Outlook Express: its registry key of eight hexadecimal digits;
  * Communicator: the profile), on 0 it keeps its text. `message` is written only: on 1 the question whether the account
- * may be overwritten (for news, a line of a list of such accounts), on 0 an empty text. The library doesn't know the sizes of these buffers; it never writes more
- * than 256 bytes, terminator included, to `key` (an account whose key is longer counts as none), and to `message` at
- * most 68 bytes more than the title has. Communicator leaves an empty prefs.js behind in a profile's directory that has
- * none.
+ * may be overwritten (for news, a line of a list of such accounts), on 0 an empty text. The library doesn't know the
+ * sizes of these buffers; it never writes more than 256 bytes, terminator included, to `key` (an account whose key is
+ * longer counts as none), and to `message` at most 68 bytes more than the title has. Communicator leaves an empty
+ * prefs.js behind in a profile's directory that has none.
  */
 ACCTKIT_API int32_t ACCTKIT_CALL IsExistMailAccount(int32_t client, const char *const *spec, char *key, char *message);
 ACCTKIT_API int32_t ACCTKIT_CALL IsExistNewsAccount(int32_t client, const char *const *spec, char *key, char *message);
@@ -137,7 +137,8 @@ ACCTKIT_API int32_t ACCTKIT_CALL SetupNewsAccount(int32_t client, const char *co
  *                           1 forum, 2 second server
  *   4                                                     POP host
  *
- * `values` is read whatever the client index is. Titles, servers and the connection's name are the service's own. The news calls answer 0 for any other news server.
+ * `values` is read whatever the client index is. Titles, servers and the connection's name are the service's own. The
+ * news calls answer 0 for any other news server.
  */
 ACCTKIT_API int32_t ACCTKIT_CALL IsExistZuvioMailAccount(int32_t client, const char *const *values, char *key,
                                                          char *message);

@@ -5,8 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-// ---- RegistryKey
-// -----------------------------------------------------------------------------------------------------
+// ---- RegistryKey ----
 
 bool RegistryKey::Open(HKEY root, const char *subkey) {
   status = RegOpenKeyExA(root, subkey, 0, KEY_ALL_ACCESS, &handle);
@@ -128,8 +127,7 @@ int32_t ReadPath(HKEY root, const char *subkey, const char *valueName, std::stri
   return there;
 }
 
-// ---- Utilities
-// -------------------------------------------------------------------------------------------------------
+// ---- Utilities ----
 
 ScopedKey::ScopedKey(HKEY root, const char *subkey) {
   if (RegOpenKeyA(root, subkey, &handle) != ERROR_SUCCESS)

@@ -68,8 +68,7 @@ int32_t ReadText(HKEY root, const std::string &subkey, const char *valueName, st
 // RegistryKey::ReadPathValue without a suffix; `path` takes what that leaves in its buffer.
 int32_t ReadPath(HKEY root, const char *subkey, const char *valueName, std::string &path);
 
-// ---- Utilities that make no key and ask only for the access they need
-// ------------------------------------------------
+// ---- Utilities that make no key and ask only for the access they need ----
 
 int32_t KeyReadable(HKEY root, const char *subkey);
 int32_t WriteDwordValue(HKEY root, const char *subkey, const char *valueName, DWORD value);

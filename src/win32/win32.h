@@ -25,8 +25,7 @@
 // The calls are visible outside the library: a host looks at the machine through the very calls that wrote to it.
 #pragma GCC visibility push(default)
 
-// ---- Types
-// -----------------------------------------------------------------------------------------------------------
+// ---- Types ----
 
 using BYTE = uint8_t;
 using WORD = uint16_t;
@@ -54,8 +53,7 @@ constexpr BOOL FALSE = 0;
 constexpr BOOL TRUE = 1;
 constexpr int MAX_PATH = 260;
 
-// ---- Result codes
-// ----------------------------------------------------------------------------------------------------
+// ---- Result codes ----
 
 constexpr LONG ERROR_SUCCESS = 0;
 constexpr LONG ERROR_INVALID_FUNCTION = 1;
@@ -92,10 +90,9 @@ constexpr LONG ERROR_RESOURCE_TYPE_NOT_FOUND = 1813;
 DWORD GetLastError();
 void SetLastError(DWORD code);
 
-// ---- Registry
-// -------------------------------------------------------------------------------------------------------- Keys below
-// the two roots. Names of keys and values match without regard to case and keep the case first written. Strings are
-// code page 932 on this side. A call answers its result code and doesn't touch GetLastError.
+// ---- Registry ----
+// Keys below the two roots. Names of keys and values match without regard to case and keep the case first written.
+// Strings are code page 932 on this side. A call answers its result code and doesn't touch GetLastError.
 
 inline const HKEY HKEY_CURRENT_USER = reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(0x80000001U));
 inline const HKEY HKEY_LOCAL_MACHINE = reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(0x80000002U));
@@ -147,9 +144,8 @@ LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *size, DWORD *res
 LSTATUS RegEnumKeyA(HKEY key, DWORD index, char *name, DWORD size);
 LSTATUS RegCloseKey(HKEY key);
 
-// ---- Files and folders
-// ----------------------------------------------------------------------------------------------- Paths have a drive
-// letter and backslashes, match without regard to case, and are code page 932 on this side.
+// ---- Files and folders ----
+// Paths have a drive letter and backslashes, match without regard to case, and are code page 932 on this side.
 
 constexpr DWORD GENERIC_READ = 0x80000000;
 constexpr DWORD GENERIC_WRITE = 0x40000000;
@@ -203,10 +199,10 @@ DWORD GetModuleFileNameA(HMODULE module, char *buffer, DWORD size);
 // Reads a value of a profile file, whose lines `name=value` stand below headings `[section]`; a file name without a
 // folder is one of the Windows directory. Sections and keys match without regard to case, the first of several counts.
 // Blanks around names and values don't count, nor does one pair of quotes around a value; lines that begin with a
-// semicolon are comments. `defaultText`, without blanks at its end, stands in for what is missing. A null section or key
-// gives the names of all sections, or of the section's keys, each terminated. The result is the length without the last
-// terminator; what doesn't fit is cut to size - 1, a list of names to size - 2 with two terminators. Text is code page
-// 932, or UTF-16 behind a byte order mark.
+// semicolon are comments. `defaultText`, without blanks at its end, stands in for what is missing. A null section or
+// key gives the names of all sections, or of the section's keys, each terminated. The result is the length without the
+// last terminator; what doesn't fit is cut to size - 1, a list of names to size - 2 with two terminators. Text is code
+// page 932, or UTF-16 behind a byte order mark.
 DWORD GetPrivateProfileStringA(const char *section, const char *key, const char *defaultText, char *buffer, DWORD size,
                                const char *path);
 
@@ -216,8 +212,7 @@ BOOL GetFileVersionInfoA(const char *path, DWORD handle, DWORD size, void *data)
 // `value` points into `data`; `size` is in characters with the terminator for a text, else in bytes.
 BOOL VerQueryValueA(const void *data, const char *query, void **value, UINT *size);
 
-// ---- Shell
-// -----------------------------------------------------------------------------------------------------------
+// ---- Shell ----
 
 constexpr HRESULT S_OK = 0;
 constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005U);
@@ -250,16 +245,14 @@ void CoTaskMemFree(void *memory);
 DWORD_PTR SHGetFileInfoA(const char *path, DWORD attributes, SHFILEINFOA *info, UINT infoSize, UINT flags);
 BOOL DestroyIcon(HICON icon);
 
-// ---- Modules
-// ---------------------------------------------------------------------------------------------------------
+// ---- Modules ----
 
 HMODULE LoadLibraryA(const char *path);
 FARPROC GetProcAddress(HMODULE module, const char *name);
 BOOL FreeLibrary(HMODULE module);
 
-// ---- Text
-// ------------------------------------------------------------------------------------------------------------ The
-// system's code page is 932. Lengths of -1 mean terminated text, and the result then counts the terminator; a buffer
+// ---- Text ----
+// The system's code page is 932. Lengths of -1 mean terminated text, and the result then counts the terminator; a buffer
 // size of 0 only asks for the size. 0 and ERROR_INSUFFICIENT_BUFFER for a result that doesn't fit.
 
 constexpr UINT CP_ACP = 0;

@@ -12,8 +12,7 @@
 const char *const ScratchFolder = "C:\\acctkit-test";
 const char *const ScratchKey = "Software\\AcctKitTest";
 
-// ---- The registry
-// ----------------------------------------------------------------------------------------------------
+// ---- The registry ----
 
 namespace {
 
@@ -98,8 +97,7 @@ std::string DumpLine(const std::string &name, DWORD type, const std::string &dat
   return line;
 }
 
-// ---- Files
-// -----------------------------------------------------------------------------------------------------------
+// ---- Files ----
 
 void MakeFolders(const std::string &path) {
   // A backslash may be the second byte of a character, so the path is walked character by character.

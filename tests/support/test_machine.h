@@ -25,8 +25,7 @@ extern const char *const ScratchFolder;
 // Below the registry key tests may use freely: "Software\AcctKitTest" under either root.
 extern const char *const ScratchKey;
 
-// ---- The registry
-// ----------------------------------------------------------------------------------------------------
+// ---- The registry ----
 
 void PutString(HKEY root, const std::string &key, const char *valueName, const std::string &text);
 void PutDword(HKEY root, const std::string &key, const char *valueName, DWORD number);
@@ -41,8 +40,7 @@ std::vector<std::string> DumpKey(HKEY root, const std::string &key);
 // Makes a key that can be read but not written, with all the keys below it.
 void MakeKeyReadOnly(HKEY root, const std::string &key);
 
-// ---- Files
-// -----------------------------------------------------------------------------------------------------------
+// ---- Files ----
 
 // Makes every missing folder on the way.
 void MakeFolders(const std::string &path);
@@ -52,7 +50,6 @@ std::optional<std::string> GetFile(const std::string &path);
 // Makes a loadable library or another file of the build (named by its path outside the machine) a file of the machine.
 void CopyOntoMachine(const std::string &buildFile, const std::string &path);
 
-// ---- Environment
-// -----------------------------------------------------------------------------------------------------
+// ---- Environment ----
 
 void SetEnvironment(const char *name, const std::string &value);

@@ -18,8 +18,7 @@ constexpr size_t DeepestPath = 512;
 
 bool IsText(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ; }
 
-// ---- Escapes
-// ---------------------------------------------------------------------------------------------------------
+// ---- Escapes ----
 
 // The letters of the control characters that have one, by their number.
 constexpr std::string_view ControlLetters = ".......abtnvfr.............e....";
@@ -117,8 +116,7 @@ void AppendEscaped(std::string &out, std::u16string_view wide, std::string_view 
   }
 }
 
-// ---- Values
-// ----------------------------------------------------------------------------------------------------------
+// ---- Values ----
 
 std::u16string WideData(std::string_view data) {
   std::u16string wide(data.size() / sizeof(char16_t), u'\0');
@@ -249,8 +247,7 @@ std::string FormatValue(const HiveValue &value) {
   return line + '\n';
 }
 
-// ---- Lines
-// -----------------------------------------------------------------------------------------------------------
+// ---- Lines ----
 
 // The next line with its line feed, of a text that ends in one.
 std::string_view TakeLine(std::string_view &rest) {
@@ -315,8 +312,7 @@ const Hive::Key *Hive::Key::Subkey(size_t index) {
   return index < order.size() ? order[index] : nullptr;
 }
 
-// ---- Loading and writing
-// ---------------------------------------------------------------------------------------------
+// ---- Loading and writing ----
 
 std::string Hive::EmptyText(const char *root) {
   return std::string(Signature) + "\n;; All keys relative to " + root + "\n\n";
@@ -394,8 +390,7 @@ std::string Hive::Text() const {
   return text;
 }
 
-// ---- Keys
-// ------------------------------------------------------------------------------------------------------------
+// ---- Keys ----
 
 Hive::Key &Hive::Subkey(Key &parent, std::u16string_view name) {
   std::u16string upper = text::ToUpper(name);
@@ -517,8 +512,7 @@ void Hive::MarkReadOnly(Key &key) {
   key.readOnly = true;
 }
 
-// ---- Values of a key
-// -------------------------------------------------------------------------------------------------
+// ---- Values of a key ----
 
 std::vector<Hive::Line> &Hive::LinesOf(Section &section) {
   if (section.taken)

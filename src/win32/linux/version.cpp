@@ -33,8 +33,7 @@ std::string_view Part(std::string_view bytes, size_t offset, size_t size) {
   return offset <= bytes.size() && size <= bytes.size() - offset ? bytes.substr(offset, size) : std::string_view();
 }
 
-// ---- The resource section of a PE file
-// -------------------------------------------------------------------------------
+// ---- The resource section of a PE file ----
 
 struct PortableExecutable {
   std::string_view file;
@@ -134,8 +133,7 @@ std::string ReadVersionResource(const char *path) {
   return resource;
 }
 
-// ---- The tree of nodes
-// -----------------------------------------------------------------------------------------------
+// ---- The tree of nodes ----
 
 // A node: sizes of itself and of its value, whether that is text, its key in UTF-16, then value and children, each on a
 // boundary of four bytes.
