@@ -6,7 +6,6 @@
 
 #include <array>
 #include <iostream>
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -133,9 +132,16 @@ void AddCommand(CLI::App &group, const Kind &kind, bool sets, Action &action, bo
 } // namespace
 
 CLI::Option *AddClientOption(CLI::App &command, int &client) {
-  static const std::map<std::string, int> names = {{"oe", 0}, {"communicator", 1}};
-  return command.add_option("--client", client, "oe or communicator")
-      ->transform(CLI::CheckedTransformer(names, CLI::ignore_case));
+  return command
+      .add_option_function<std::string>(
+          "--client",
+          [&client](const std::string &name) {
+            if (name != "oe" && name != "communicator")
+              throw UsageError("--client: there is no client " + name + ", only oe and communicator");
+            client = name == "oe" ? 0 : 1;
+          },
+          "oe or communicator")
+      ->type_name("CLIENT");
 }
 
 CLI::Option *AddTextOption(CLI::App &command, const std::string &name, std::string &value, const std::string &help) {

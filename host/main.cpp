@@ -163,6 +163,12 @@ int RunHost(const std::vector<std::string> &arguments) {
   } catch (const CLI::CallForHelp &) {
     std::cout << app.help();
     return 0;
+  } catch (const CLI::RequiredError &error) {
+    const std::vector<std::string> unknown = app.remaining(true);
+    std::cerr << "acctkit: "
+              << (unknown.empty() ? std::string(error.what()) : unknown.front() + ": there is no such command")
+              << ", see acctkit --help\n";
+    return 2;
   } catch (const CLI::ParseError &error) {
     std::cerr << "acctkit: " << error.what() << '\n';
     return 2;

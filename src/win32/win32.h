@@ -252,8 +252,8 @@ FARPROC GetProcAddress(HMODULE module, const char *name);
 BOOL FreeLibrary(HMODULE module);
 
 // ---- Text ----
-// The system's code page is 932. Lengths of -1 mean terminated text, and the result then counts the terminator; a buffer
-// size of 0 only asks for the size. 0 and ERROR_INSUFFICIENT_BUFFER for a result that doesn't fit.
+// The system's code page is 932. Lengths of -1 mean terminated text, and the result then counts the terminator; a
+// buffer size of 0 only asks for the size. 0 and ERROR_INSUFFICIENT_BUFFER for a result that doesn't fit.
 
 constexpr UINT CP_ACP = 0;
 constexpr UINT CP_UTF8 = 65001;

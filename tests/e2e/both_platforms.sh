@@ -85,6 +85,13 @@ commands() {
   run accounts --json
 }
 use a
+# A running server holds the registry in its memory: nobody else may write it.
+wineserver -p
+wine cmd /c exit
+if "$native" --machine "$WINEPREFIX" outlook-disable 2>"$work/refused"; then fail "wrote below a running Wine server"; fi
+grep -q 'a Wine server is running' "$work/refused" || fail "said nothing of the running server: $(cat "$work/refused")"
+wineserver -k -w || true
+wineserver -w
 run() { "$native" --machine "$WINEPREFIX" "$@" || echo "status $?"; }
 run_sequence() { ACCTKIT_MACHINE=$WINEPREFIX "$native_sequence"; }
 commands "$work/signup.txt" >"$work/a/output" 2>&1

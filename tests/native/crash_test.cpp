@@ -124,36 +124,42 @@ TEST_F(CrashTest, AFullDiskLeavesTheOldFiles) {
   EXPECT_EQ(HiddenFiles(), std::vector<std::string>());
 }
 
-// A Wine server holds a lock on a file that is named after the prefix.
+// A Wine server holds a lock on a file that is named after the prefix, in a folder that the prefix may name.
 TEST_F(CrashTest, ARunningWineServerKeepsWritersOut) {
-  PutDword(HKEY_CURRENT_USER, ScratchKey, "number", 1);
-  struct stat folder;
-  ASSERT_EQ(stat(machine::Folder().c_str(), &folder), 0);
-  char name[96];
-  std::snprintf(name, sizeof name, "/tmp/.wine-%u/server-%llx-%llx", static_cast<unsigned>(getuid()),
-                static_cast<unsigned long long>(folder.st_dev), static_cast<unsigned long long>(folder.st_ino));
-  std::filesystem::create_directories(name);
-  int ready[2];
-  ASSERT_EQ(pipe(ready), 0);
-  const pid_t server = Start([&] {
-    const int file = open((std::string(name) + "/lock").c_str(), O_RDWR | O_CREAT, 0600);
-    struct flock lock = {};
-    lock.l_type = F_WRLCK;
-    fcntl(file, F_SETLK, &lock);
-    EXPECT_EQ(write(ready[1], "", 1), 1);
-    pause();
-  });
-  char byte = 0;
-  EXPECT_EQ(read(ready[0], &byte, 1), 1);
-  HKEY key = nullptr;
-  EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "new", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
-            ERROR_ACCESS_DENIED);
-  EXPECT_NE(machine::Problem(true).find("a Wine server is running"), std::string::npos);
-  EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ScratchKey, "number"), DWORD{1});
-  kill(server, SIGKILL);
-  Wait(server);
-  PutDword(HKEY_CURRENT_USER, ScratchKey, "number", 2);
-  std::filesystem::remove_all(name);
+  const std::string made = "acctkit-wine-" + std::to_string(getpid());
+  for (const std::string &place : {".wine-" + std::to_string(getuid()), made}) {
+    if (place == made)
+      std::ofstream(machine::Folder() / "wineserver") << place;
+    PutDword(HKEY_CURRENT_USER, ScratchKey, "number", 1);
+    struct stat folder;
+    ASSERT_EQ(stat(machine::Folder().c_str(), &folder), 0);
+    char name[96];
+    std::snprintf(name, sizeof name, "/tmp/%s/server-%llx-%llx", place.c_str(),
+                  static_cast<unsigned long long>(folder.st_dev), static_cast<unsigned long long>(folder.st_ino));
+    std::filesystem::create_directories(name);
+    int ready[2];
+    ASSERT_EQ(pipe(ready), 0);
+    const pid_t server = Start([&] {
+      const int file = open((std::string(name) + "/lock").c_str(), O_RDWR | O_CREAT, 0600);
+      struct flock lock = {};
+      lock.l_type = F_WRLCK;
+      fcntl(file, F_SETLK, &lock);
+      EXPECT_EQ(write(ready[1], "", 1), 1);
+      pause();
+    });
+    char byte = 0;
+    EXPECT_EQ(read(ready[0], &byte, 1), 1);
+    HKEY key = nullptr;
+    EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "new", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
+              ERROR_ACCESS_DENIED);
+    EXPECT_NE(machine::Problem(true).find("a Wine server is running"), std::string::npos);
+    EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ScratchKey, "number"), DWORD{1});
+    kill(server, SIGKILL);
+    Wait(server);
+    PutDword(HKEY_CURRENT_USER, ScratchKey, "number", 2);
+    std::filesystem::remove_all(name);
+  }
+  std::filesystem::remove("/tmp/" + made);
 }
 
 } // namespace

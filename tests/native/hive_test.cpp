@@ -92,7 +92,7 @@ TEST_F(HiveTest, ADamagedHiveIsRefusedAndLeftAlone) {
       {"cut within a line", WineHive.substr(0, 300), "the file ends within a line"},
       {"zero byte", Heading + std::string("[a] 1\n\"b\"=\"\0\"\n", 13), "line 3: a zero byte"},
       {"heading without its end", Heading + "[a\\\\b\n", "line 2: a key's heading without its end"},
-      {"backslash within a name", Heading + "[a\\x5cb]\n", "line 2: a key's name that can't be read"},
+      {"backslash within a name", Heading + "[a\\x5c]\n", "line 2: a key's name that can't be read"},
       {"empty name", Heading + "[a\\\\\\\\b]\n", "line 2: a key's name that can't be read"},
       {"value without its end", Heading + "[a]\n\"b=1\n", "line 3: a value that can't be read"},
       {"hexadecimal that goes nowhere", Heading + "[a]\n\"b\"=hex:01,\\\n", "line 3: a value that can't be read"},

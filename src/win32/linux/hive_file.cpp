@@ -103,7 +103,10 @@ LSTATUS HiveFile::Edit(const EditFunction &edit) {
 }
 
 LSTATUS HiveFile::Replace() {
-  Replacement replacement(file);
+  std::error_code ignored;
+  // A hive may stand elsewhere, behind a link that stays.
+  Replacement replacement(std::filesystem::is_symlink(file, ignored) ? std::filesystem::canonical(file, ignored)
+                                                                     : file);
   struct stat status;
   if (!replacement.File() || !WriteAll(replacement.File().Get(), hive->Text()) || !replacement.Commit() ||
       fstat(replacement.File().Get(), &status) != 0) {

@@ -8,10 +8,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 #include <mutex>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace machine {
 
@@ -69,24 +71,44 @@ std::string FolderProblem(const std::filesystem::path &folder) {
   return folder.string() + ": this is no machine folder, it has neither drive_c nor a registry";
 }
 
-// A Wine server has a folder of its own, named after the device and inode of the prefix, with a file that it holds
-// locked as long as it runs.
+namespace {
+
+// Where a Wine server of the prefix may have its own folder: Wine has a fixed place for a user, Debian's Wine makes one
+// up and leaves its name in the prefix.
+std::vector<std::filesystem::path> ServerPlaces(const std::filesystem::path &prefix, const struct stat &status) {
+  std::vector<std::filesystem::path> places = {"/tmp/.wine-" + std::to_string(status.st_uid)};
+  std::string name;
+  if (std::ifstream(prefix / "wineserver") >> name) {
+    places.push_back(std::filesystem::path("/tmp") / name);
+    if (const auto temporary = Environment("TMPDIR"); !temporary.empty())
+      places.push_back(temporary / name);
+  }
+  return places;
+}
+
+// A server holds a file locked as long as it runs.
+bool IsLocked(const std::filesystem::path &path) {
+  const Descriptor file(open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
+  struct flock lock = {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  return file && fcntl(file.Get(), F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+}
+
+} // namespace
+
 std::string ServerProblem(const std::filesystem::path &folder) {
   struct stat status;
   if (stat(folder.c_str(), &status) != 0)
     return {};
-  char name[96];
-  std::snprintf(name, sizeof name, "/tmp/.wine-%u/server-%llx-%llx/lock", static_cast<unsigned>(getuid()),
-                static_cast<unsigned long long>(status.st_dev), static_cast<unsigned long long>(status.st_ino));
-  const Descriptor file(open(name, O_RDWR | O_CLOEXEC | O_NOFOLLOW));
-  if (!file)
-    return {};
-  struct flock lock = {};
-  lock.l_type = F_WRLCK;
-  lock.l_whence = SEEK_SET;
-  if (fcntl(file.Get(), F_GETLK, &lock) != 0 || lock.l_type == F_UNLCK)
-    return {};
-  return folder.string() + ": a Wine server is running on this folder, stop it first (wineserver -k)";
+  // The server's folder is named after the prefix's device and inode.
+  char name[64];
+  std::snprintf(name, sizeof name, "server-%llx-%llx", static_cast<unsigned long long>(status.st_dev),
+                static_cast<unsigned long long>(status.st_ino));
+  for (const std::filesystem::path &place : ServerPlaces(folder, status))
+    if (IsLocked(place / name / "lock"))
+      return folder.string() + ": a Wine server is running on this folder, stop it first (wineserver -k)";
+  return {};
 }
 
 std::string Problem(bool forWriting) {
