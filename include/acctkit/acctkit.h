@@ -87,7 +87,7 @@ ACCTKIT_API int32_t ACCTKIT_CALL GetMailVersion(int32_t client, int32_t *major, 
 ACCTKIT_API int32_t ACCTKIT_CALL GetNewsVersion(int32_t client, int32_t *major, int32_t *minor);
 
 /*
- * Tells whether an account of the spec's title exists. `spec` is an array of strings, by position:
+ * Tells whether there is an account of a title. `spec` is the account as an array of strings, by position:
  *
  *          mail                               news
  *   0      POP3 user, the service ID          news user, the service ID

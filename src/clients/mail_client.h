@@ -23,11 +23,11 @@ public:
   // Makes the client the default mail program.
   virtual int32_t SetDefaultClient() = 0;
 
-  // Looks for an account with the spec's title. On 1 `key` names it and `message` is the question to put to the user;
+  // Looks for an account with the record's title. On 1 `key` names it and `message` is the question to put to the user;
   // on 0 both stay as they were, but Netscape 6 empties `key`.
   virtual int32_t IsExistAccount(const MailAccountSpec &spec, std::string &key, std::string &message) = 0;
 
-  // The same for an account of the spec's user.
+  // The same for an account of the record's user.
   virtual int32_t IsExistUser(const MailAccountSpec &spec, std::string &key, std::string &message) = 0;
 
   // Asked in place of IsExistUser, or after it, by the flows for second and original-domain accounts.

@@ -15,7 +15,7 @@ public:
   // 1 if the client is installed and usable.
   virtual int32_t IsInstall() = 0;
 
-  // Writes the account of the one news server that `serverIndex` of the spec picks. An empty `key` makes a new one,
+  // Writes the account of the one news server that `serverIndex` of the record picks. An empty `key` makes a new one,
   // another names the account to overwrite; `key` is changed as by MailClient.
   virtual int32_t SetupAccount(const NewsAccountSpec &spec, std::string &key) = 0;
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-// A plain export's spec array: eight texts, and the integer that its search reads.
+// A plain export's array: eight texts, and the integer that its search reads.
 using SpecArray = std::array<const char *, 9>;
 
 // The title "@zuvio(ID)". One that is too long for a client is refused further on, by the adapter's own bounds.
@@ -35,7 +35,7 @@ constexpr NewsServer NewsServers[] = {
     {IspSquareNewsHostLegacy, "@zuvio(QZX00000) カモメ（web会議室）"},
 };
 
-// Calls the operation with the spec array of the server that position 3 numbers from 1; 0 for any other number.
+// Calls the operation with the array for the server that position 3 numbers from 1; 0 for any other number.
 template <typename Operation> int32_t WithChosenServer(const char *const *values, Operation operation) {
   const auto number = static_cast<int32_t>(reinterpret_cast<intptr_t>(values[3]));
   if (number != 1 && number != 2)

@@ -10,7 +10,7 @@ using Lines = std::vector<std::string>;
 
 const std::string BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users\\";
 
-// The word of a spec array that is an integer.
+// The word of an export's array that is an integer.
 const char *Word(intptr_t number) { return reinterpret_cast<const char *>(number); }
 
 class ExportsTest : public ClientTest {

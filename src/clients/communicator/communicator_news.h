@@ -9,7 +9,7 @@ class CommunicatorNews : public NewsClient {
 public:
   int32_t IsInstall() override;
 
-  // Puts the spec's server into the profile that the account's title names, or that `key` names: the profile's
+  // Puts the record's server into the profile that the account's title names, or that `key` names: the profile's
   // registry values and directory, where the server is on the map of news servers and an empty newsrc file, and its
   // news preferences. A sender that prefs.js names already stays; a newsrc file of the
   // server's name that isn't on the map is cut. 0, with nothing written, if Communicator's install
@@ -19,7 +19,7 @@ public:
 
   int32_t SetDefaultClient() override;
 
-  // Matches the profile's name as CommunicatorMail does; both servers of a spec give the same answer.
+  // Matches the profile's name as CommunicatorMail does; both servers of a record give the same answer.
   int32_t IsExistAccount(const NewsAccountSpec &spec, std::string &key, std::string &message) override;
 
   int32_t GetClientName(std::string &name) override;

@@ -8,7 +8,7 @@ class Netscape6News : public NewsClient {
 public:
   int32_t IsInstall() override;
 
-  // Writes the spec's server as Netscape6Mail writes an account, with the same results. A server of the same display
+  // Writes the record's server as Netscape6Mail writes an account, with the same results. A server of the same display
   // name is taken over; it becomes the default account only as the first account of a profile.
   int32_t SetupAccount(const NewsAccountSpec &spec, std::string &key) override;
 

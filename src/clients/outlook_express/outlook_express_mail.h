@@ -10,7 +10,7 @@ public:
   // Writes a POP3/SMTP account below "Software\Microsoft\Internet Account Manager" of HKEY_CURRENT_USER, with the next
   // number (which isn't tested) or over the account whose key's name `key` is, makes it the default mail account if
   // there is no valid one, and turns HTML mail off. 0, with nothing written, if `key` belongs to a news account or a
-  // text of the spec has more than 511 bytes.
+  // text of the record has more than 511 bytes.
   int32_t SetupAccount(const MailAccountSpec &spec, std::string &key) override;
 
   // Copies the client's mailto entries of HKEY_LOCAL_MACHINE to the system's. 0, with nothing written, without a client

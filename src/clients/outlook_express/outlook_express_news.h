@@ -7,7 +7,7 @@ class OutlookExpressNews : public NewsClient {
 public:
   int32_t IsInstall() override;
 
-  // Writes the account of the spec's server below "Software\Microsoft\Internet Account Manager" of HKEY_CURRENT_USER,
+  // Writes the account of the record's server below "Software\Microsoft\Internet Account Manager" of HKEY_CURRENT_USER,
   // with the next number (which isn't tested) or over the account whose key's name `key` is, and the client's own news
   // settings. 0, with nothing written, if `key` belongs to a mail account or a text has more than 511 bytes.
   int32_t SetupAccount(const NewsAccountSpec &spec, std::string &key) override;
