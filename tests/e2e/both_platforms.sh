@@ -46,6 +46,10 @@ add 'HKCU\Software\Microsoft\Internet Account Manager\Accounts\00000008' /v 'Con
 add 'HKLM\Software\Netscape\Netscape 6' /v CurrentVersion /d '6.2 (ja)'
 add "$paths\\Netscp6.exe" /ve /d 'C:\Program Files\Netscape\Netscp6.exe'
 add 'HKCU\Software\Unrelated' /v Binary /t REG_BINARY /d 000102ff
+
+# A running server holds the registry in its memory: nobody else may write it.
+if "$native" --machine "$WINEPREFIX" outlook-disable 2>"$work/refused"; then fail "wrote below a running Wine server"; fi
+grep -q 'a Wine server is running' "$work/refused" || fail "said nothing of the running server: $(cat "$work/refused")"
 settle
 drive=$WINEPREFIX/drive_c
 mkdir -p "$drive/Program Files/Outlook Express" "$drive/Program Files/Netscape/Communicator/Program"
@@ -85,13 +89,6 @@ commands() {
   run accounts --json
 }
 use a
-# A running server holds the registry in its memory: nobody else may write it.
-wineserver -p
-wine cmd /c exit
-if "$native" --machine "$WINEPREFIX" outlook-disable 2>"$work/refused"; then fail "wrote below a running Wine server"; fi
-grep -q 'a Wine server is running' "$work/refused" || fail "said nothing of the running server: $(cat "$work/refused")"
-wineserver -k -w || true
-wineserver -w
 run() { "$native" --machine "$WINEPREFIX" "$@" || echo "status $?"; }
 run_sequence() { ACCTKIT_MACHINE=$WINEPREFIX "$native_sequence"; }
 commands "$work/signup.txt" >"$work/a/output" 2>&1
