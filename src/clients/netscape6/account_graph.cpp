@@ -66,7 +66,7 @@ void AppendAccount(PrefsText &prefs, const GraphKeys &keys) {
 }
 
 GraphKeys EnterFirst(PrefsText &prefs, const GraphAccount &account) {
-  const GraphKeys keys = {"account1", "server1", "id1"};
+  GraphKeys keys = {"account1", "server1", "id1"};
   Append(prefs, {AccountList, QuotedPref(keys.account)});
   Append(prefs, {"mail.accountmanager.defaultaccount", QuotedPref(keys.account)});
   AppendAccount(prefs, keys);
@@ -75,8 +75,8 @@ GraphKeys EnterFirst(PrefsText &prefs, const GraphAccount &account) {
 }
 
 std::optional<GraphKeys> EnterNext(PrefsText &prefs, const std::string &list, const GraphAccount &account) {
-  const GraphKeys keys = {NextName(prefs, list, "mail.account.", "account"), FreeName(prefs, "server", false),
-                          FreeName(prefs, "id", true)}; // an account may have several identities
+  GraphKeys keys = {NextName(prefs, list, "mail.account.", "account"), FreeName(prefs, "server", false),
+                    FreeName(prefs, "id", true)}; // an account may have several identities
   if (keys.server.empty() || keys.identity.empty())
     return std::nullopt;
   ReplacePref(prefs, ExtendedList(AccountList, list, keys.account));
@@ -122,7 +122,7 @@ std::optional<GraphKeys> FindOrEnter(PrefsText &prefs, const GraphAccount &accou
     return EnterFirst(prefs, account);
   const std::string list = ReadPref(prefs, AccountList).value_or("");
   for (const std::string &key : ListItems(list))
-    if (const auto keys = Match(prefs, key, account))
+    if (auto keys = Match(prefs, key, account))
       return keys;
   return EnterNext(prefs, list, account);
 }

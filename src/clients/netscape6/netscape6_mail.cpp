@@ -26,7 +26,7 @@ std::optional<GraphAccount> AccountOf(const MailAccountSpec &spec) {
 
 // The SMTP server of a profile's first account, before the account's own takes its place.
 std::string EnterFirstSmtp(PrefsText &prefs) {
-  const std::string key = "smtp1";
+  std::string key = "smtp1";
   const PrefLine lines[] = {{DefaultSmtp, QuotedPref(key)},
                             {SmtpHostKey(key), QuotedPref(IspMailRelayHost)},
                             {"mail.smtpserver.smtp1.try_ssl", "0"},
@@ -54,7 +54,7 @@ std::string FindSmtpKey(PrefsText &prefs, const std::string &host) {
   }
   if (!candidate.empty() || !spare.empty())
     return candidate.empty() ? spare : candidate;
-  const std::string key = netscape6::NextName(prefs, list, "mail.smtpserver.", "smtp");
+  std::string key = netscape6::NextName(prefs, list, "mail.smtpserver.", "smtp");
   ReplacePref(prefs, netscape6::ExtendedList(SmtpList, list, key));
   return key;
 }
