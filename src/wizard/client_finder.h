@@ -1,0 +1,26 @@
+// Which clients are there for a wizard to set up.
+#pragma once
+
+#include "clients/mail_client.h"
+#include "clients/news_client.h"
+
+#include <array>
+#include <memory>
+
+// The adapters in their fixed places; a place is empty if its client isn't installed.
+using MailClients = std::array<std::unique_ptr<MailClient>, 4>; // external mailer, Outlook Express, Communicator,
+                                                                // Netscape 6
+using NewsClients = std::array<std::unique_ptr<NewsClient>, 3>; // Outlook Express, Communicator, Netscape 6
+
+class ClientFinder {
+public:
+  virtual ~ClientFinder() = default;
+
+  // 1 if any client is installed.
+  int32_t HasMailClient() const;
+  int32_t HasNewsClient() const;
+
+  // Puts an adapter into the place of each client that is installed, and empties the others. 1 if there is any.
+  int32_t FindMailClients(MailClients &clients) const;
+  int32_t FindNewsClients(NewsClients &clients) const;
+};

@@ -1,0 +1,158 @@
+#include "wizard/input_rules.h"
+
+#include "clients/service_constants.h"
+#include "win32/win32.h"
+
+#include <algorithm>
+#include <cstring>
+
+// ---- Service IDs ----
+
+namespace {
+
+constexpr size_t IdLength = 8;
+constexpr const char *IdPrefix = "ZVK-";
+
+bool IsLetter(char byte) { return _ismbcalpha(static_cast<unsigned char>(byte)) != 0; }
+bool IsDigit(char byte) { return _ismbcdigit(static_cast<unsigned char>(byte)) != 0; }
+
+// Latin letters alone; what else an ID has has no case.
+char ToUpper(char byte) { return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte; }
+char ToLower(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte; }
+
+std::string Mapped(std::string text, char (*map)(char)) {
+  std::ranges::transform(text, text.begin(), map);
+  return text;
+}
+
+} // namespace
+
+int32_t NormalizeServiceId(std::string &text) {
+  std::string id = text;
+  text.clear();
+  if (id.size() == std::strlen(IdPrefix) + IdLength && Mapped(id, ToUpper).starts_with(IdPrefix))
+    id.erase(0, std::strlen(IdPrefix));
+  if (id.size() != IdLength || !std::all_of(id.begin(), id.begin() + 3, IsLetter) ||
+      !std::all_of(id.begin() + 4, id.end(), IsDigit))
+    return 0;
+  if (IsDigit(id[3]))
+    text = Mapped(id, ToUpper);
+  else if (IsLetter(id[3]))
+    text = Mapped(id, ToLower);
+  return text.empty() ? 0 : 1;
+}
+
+// ---- Tests ----
+
+namespace {
+
+constexpr int Combo = 1007;
+constexpr int FirstField = 1009;
+constexpr int SecondField = 1010;
+constexpr const char *FullWidthSpace = "\x81\x40";
+
+bool IsControl(char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F; }
+bool IsControlOrWide(char byte) {
+  return static_cast<unsigned char>(byte) < 0x20 || static_cast<unsigned char>(byte) >= 0x7F;
+}
+
+bool IsEmpty(const std::string &text) { return text.empty(); }
+bool HasSenderFault(const std::string &text) { return std::ranges::any_of(text, IsControl); }
+bool HasPlainFault(const std::string &text) { return std::ranges::any_of(text, IsControlOrWide); }
+bool HasBlank(const std::string &text) { return text.find(' ') != std::string::npos; }
+bool HasAnySpace(const std::string &text) { return HasBlank(text) || text.find(FullWidthSpace) != std::string::npos; }
+bool HasSpaceOrAt(const std::string &text) { return HasAnySpace(text) || text.find('@') != std::string::npos; }
+bool HasNoAt(const std::string &text) { return text.find('@') == std::string::npos; }
+
+// Anything but a host of one label within one of the service's domains.
+bool IsForeignHost(const std::string &text) {
+  const size_t dot = text.find('.');
+  const std::string domain = dot == std::string::npos ? std::string() : text.substr(dot + 1);
+  return domain != IspLegacyDomain && domain != IspPrimaryDomain && domain != IspMergedDomain;
+}
+
+constexpr const char *NoDomain =
+    "ドメインが選択されていません。\nドロップダウンリストボックスからドメインを選択してください。";
+constexpr const char *NoAddress = "メールアドレスが入力されていません。\nメールアドレスを入力してください。";
+constexpr const char *InvalidAddress = "メールアドレスが無効です。\n正しいメールアドレスを入力してください。";
+constexpr const char *WrongHost = "不正なメールアドレスが入力されています。\n正しいメールアドレスを入力してください。";
+constexpr const char *WrongAddress = "メールアドレスが不正です。正しいメールアドレスを入力して下さい。";
+constexpr const char *WrongSender = "入力できない文字が含まれています。正しい差出人名を入力して下さい。";
+
+#define WIDE_FAULT "全角または半角カナ文字は使用できません。正しい"
+#define BLANK_FAULT "空白文字（スペース）が存在しています。正しい"
+#define TYPE_IT "を入力して下さい。"
+
+constexpr InputTest MailerDomainTests[] = {{IsEmpty, NoDomain, Combo}};
+constexpr InputTest MailerUserTests[] = {{IsEmpty, NoAddress, FirstField}, {HasSpaceOrAt, InvalidAddress, FirstField}};
+constexpr InputTest MailerSenderTests[] = {
+    {HasSenderFault, WrongSender, SecondField},
+    {IsEmpty, "差出人の名前が入力されていません。\n差出人の名前を入力してください。", SecondField}};
+
+constexpr InputTest NewsUserTests[] = {{IsEmpty, NoAddress, FirstField}, {HasAnySpace, InvalidAddress, FirstField}};
+constexpr InputTest NewsSenderTests[] = {
+    {HasSenderFault, WrongSender, SecondField},
+    {IsEmpty, "名前が入力されていません。\n名前を入力してください。", SecondField}};
+
+constexpr InputTest SecondDomainTests[] = {
+    {IsEmpty,
+     "ドメインが選択されていません。\n"
+     "ドロップダウンリストボックスからドメインを選択するか、ドメイン名を入力してください。",
+     Combo},
+    {IsForeignHost, WrongHost, Combo}};
+constexpr InputTest SecondUserTests[] = {{IsEmpty, NoAddress, FirstField}};
+
+constexpr InputTest OwnAccountTests[] = {
+    {HasPlainFault, WIDE_FAULT "メールアカウント" TYPE_IT, FirstField},
+    {HasBlank, BLANK_FAULT "メールアカウント" TYPE_IT, FirstField},
+    {IsEmpty, "メールアカウントが入力されていません。メールアカウント" TYPE_IT, FirstField}};
+constexpr InputTest OwnAddressTests[] = {{IsEmpty, WrongAddress, FirstField},
+                                         {HasNoAt, WrongAddress, FirstField},
+                                         {HasPlainFault, WIDE_FAULT "メールアドレス" TYPE_IT, FirstField},
+                                         {HasBlank, BLANK_FAULT "メールアドレス" TYPE_IT, FirstField}};
+constexpr InputTest OwnSenderTests[] = {{HasSenderFault, WrongSender, SecondField},
+                                        {IsEmpty, "差出人名が入力されていません。差出人名" TYPE_IT, SecondField}};
+constexpr InputTest OwnPopServerTests[] = {
+    {HasPlainFault, WIDE_FAULT "POPサーバー" TYPE_IT, FirstField},
+    {HasBlank, BLANK_FAULT "POPサーバー" TYPE_IT, FirstField},
+    {IsEmpty, "POPサーバーが入力されていません。正しいPOPサーバー" TYPE_IT, FirstField}};
+constexpr InputTest OwnSmtpServerTests[] = {
+    {HasPlainFault, WIDE_FAULT "SMTPサーバー" TYPE_IT, SecondField},
+    {HasBlank, BLANK_FAULT "SMTPサーバー" TYPE_IT, SecondField},
+    {IsEmpty, "SMTPサーバーが入力されていません。正しいSMTPサーバー" TYPE_IT, SecondField}};
+
+constexpr InputTest ShortAliasTests[] = {{HasPlainFault, WIDE_FAULT "別名" TYPE_IT, FirstField},
+                                         {HasBlank, BLANK_FAULT "別名" TYPE_IT, FirstField},
+                                         {IsEmpty, NoAddress, FirstField}};
+
+#undef WIDE_FAULT
+#undef BLANK_FAULT
+#undef TYPE_IT
+
+} // namespace
+
+const char *const WrongIdMessage = "入力されたＩＤが不正です。\n正しいＩＤを入力してください。";
+const char *const NoServerMessage = "会議室が選択されていません。\n会議室を選択してください。";
+
+namespace input_tests {
+
+const Tests MailerDomain = MailerDomainTests;
+const Tests MailerUser = MailerUserTests;
+const Tests MailerSender = MailerSenderTests;
+const Tests NewsUser = NewsUserTests;
+const Tests NewsSender = NewsSenderTests;
+const Tests SecondDomain = SecondDomainTests;
+const Tests SecondUser = SecondUserTests;
+const Tests OwnAccount = OwnAccountTests;
+const Tests OwnAddress = OwnAddressTests;
+const Tests OwnSender = OwnSenderTests;
+const Tests OwnPopServer = OwnPopServerTests;
+const Tests OwnSmtpServer = OwnSmtpServerTests;
+const Tests ShortAlias = ShortAliasTests;
+
+} // namespace input_tests
+
+const InputTest *FindRefusal(std::span<const InputTest> tests, const std::string &text) {
+  const auto refusal = std::ranges::find_if(tests, [&](const InputTest &test) { return test.refuses(text); });
+  return refusal != tests.end() ? &*refusal : nullptr;
+}

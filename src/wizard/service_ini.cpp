@@ -1,0 +1,65 @@
+#include "wizard/service_ini.h"
+
+#include <charconv>
+#include <cstring>
+
+namespace {
+
+constexpr const char *FileName = "service.ini";
+constexpr size_t PathSize = MAX_PATH;
+constexpr DWORD ValueSize = 256;
+
+// The number that a text begins with behind blanks, 0 if it begins with anything else.
+int LeadingNumber(const std::string &text) {
+  const size_t begin = text.find_first_not_of(" \t");
+  int number = 0;
+  if (begin != std::string::npos)
+    std::from_chars(text.data() + begin, text.data() + text.size(), number);
+  return number;
+}
+
+} // namespace
+
+int32_t GetProgramFolder(char *buffer, DWORD size) {
+  GetModuleFileNameA(nullptr, buffer, size);
+  char *behind = buffer; // the last backslash that is no second byte
+  for (char *at = buffer; *at != '\0'; ++at) {
+    if (*at == '\\')
+      behind = at + 1;
+    else if (IsDBCSLeadByte(static_cast<BYTE>(*at)) && at[1] != '\0')
+      ++at;
+  }
+  if (behind != buffer)
+    *behind = '\0';
+  return 1;
+}
+
+std::string ServiceIniPath() {
+  char folder[PathSize] = "";
+  GetProgramFolder(folder, sizeof folder);
+  const std::string path = std::string(folder) + FileName;
+  return path.size() < PathSize ? path : std::string();
+}
+
+int32_t ReadServiceString(const std::string &iniPath, const char *section, const char *key, std::string &out) {
+  out.clear();
+  char value[ValueSize] = "";
+  if (iniPath.empty() || GetPrivateProfileStringA(section, key, "", value, sizeof value, iniPath.c_str()) == 0)
+    return 0;
+  out = value;
+  return 1;
+}
+
+std::vector<std::string> ReadDomains(const char *section) {
+  const std::string path = ServiceIniPath();
+  std::string text;
+  ReadServiceString(path, section, "server_max", text);
+  const int highest = LeadingNumber(text);
+  std::vector<std::string> domains;
+  for (int number = 1; number <= highest; ++number) {
+    if (!ReadServiceString(path, section, ("disp" + std::to_string(number)).c_str(), text))
+      break;
+    domains.push_back(text);
+  }
+  return domains;
+}

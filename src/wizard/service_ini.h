@@ -1,0 +1,23 @@
+// service.ini, the service's settings for the wizards: a profile file in the folder of the host's program. It is only
+// read, anew for each value. Texts are in the system's code page.
+#pragma once
+
+#include "win32/win32.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// The folder of the running program with its final backslash, or the whole path if it has none. 1, also for a path that
+// was cut to the buffer's size.
+int32_t GetProgramFolder(char *buffer, DWORD size);
+
+// The file's path; empty, as if there were no file, where it has no room in a buffer of 260 bytes.
+std::string ServiceIniPath();
+
+// Reads a value, of at most 255 bytes. 0 with an empty `out` if it is missing or empty.
+int32_t ReadServiceString(const std::string &iniPath, const char *section, const char *key, std::string &out);
+
+// The domains that a section lists: `disp1`, `disp2` and so on up to the number in `server_max` or the first that is
+// missing.
+std::vector<std::string> ReadDomains(const char *section);

@@ -1,0 +1,124 @@
+// What the wizards know before they ask: the service's settings, the rules of the fields, and the clients that are
+// there.
+#include "wizard/client_finder.h"
+#include "wizard/input_rules.h"
+#include "wizard/service_ini.h"
+
+#include "clients/service_constants.h"
+#include "support/client_machine.h"
+
+namespace {
+
+class ServiceIniTest : public MachineTest {
+protected:
+  // Beside the running program, which on Windows is the suite itself.
+  static void PutSettings(const std::string &text) { PutFile(ServiceIniPath(), text); }
+};
+
+TEST_F(ServiceIniTest, ListsDomainsUpToTheHighestNumberOrTheFirstGap) {
+  const std::string domains = "disp1=one\r\ndisp2 = two \r\ndisp3=three\r\n";
+  struct Case {
+    std::string settings;
+    std::vector<std::string> domains;
+  };
+  const Case cases[] = {
+      {"server_max=5\r\n" + domains, {"one", "two", "three"}},
+      {"server_max=2\r\n" + domains, {"one", "two"}},
+      {"server_max=2000000000\r\n" + domains, {"one", "two", "three"}},
+      {"server_max=99999999999\r\n" + domains, {}},
+      {"server_max=many\r\n" + domains, {}},
+      {domains, {}},
+      {"server_max=3\r\ndisp1=one\r\ndisp2=\r\ndisp3=three\r\n", {"one"}},
+      {"server_max=1\r\ndisp1=" + std::string(100000, 'x') + "\r\n", {std::string(255, 'x')}},
+  };
+  for (const Case &test : cases) {
+    PutSettings("[OTHER]\r\nserver_max=9\r\n[mail_server]\r\n" + test.settings);
+    EXPECT_EQ(ReadDomains("MAIL_SERVER"), test.domains) << test.settings.substr(0, 80);
+  }
+  std::string text = "old";
+  EXPECT_EQ(ReadServiceString("C:\\acctkit-test\\none.ini", "MAIL_SERVER", "disp1", text), 0);
+  EXPECT_EQ(text, "");
+  PutSettings("");
+}
+
+TEST(ServiceIds, HaveTwoForms) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"abc01234", "ABC01234"},
+      {"ABC01234", "ABC01234"},
+      {"ABCD1234", "abcd1234"},
+      {"ZVK-abc01234", "ABC01234"},
+      {"zvk-abcD1234", "abcd1234"},
+      {"XVK-abc01234", ""},
+      {"abc012345", ""},
+      {"", ""},
+      {"abc-1234", ""},
+      {"ab101234", ""},
+      {"abc0123x", ""},
+      {"ＡＢＣＤ", ""},
+  };
+  for (const auto &[typed, id] : cases) {
+    std::string text = typed;
+    EXPECT_EQ(NormalizeServiceId(text), id.empty() ? 0 : 1) << typed;
+    EXPECT_EQ(text, id) << typed;
+  }
+}
+
+TEST(InputRules, GiveTheMessageOfTheFirstTestThatRefuses) {
+  using namespace input_tests;
+  struct Case {
+    Tests tests;
+    std::string text;
+    const char *begins; // of the message; null if the text passes
+  };
+  const std::string host = std::string("host.") + IspPrimaryDomain;
+  const Case cases[] = {
+      {MailerUser, "taro@x", "メールアドレスが無効です。"},
+      {MailerUser, "ta\x81\x40ro", "メールアドレスが無効です。"},
+      {MailerUser, "taro", nullptr},
+      {NewsUser, "taro@x", nullptr},
+      {MailerSender, "山田 太郎", nullptr},
+      {MailerSender, "山田\t太郎", "入力できない文字"},
+      {MailerSender, "", "差出人の名前が入力されていません。\n"},
+      {NewsSender, "", "名前が入力されていません。"},
+      {SecondDomain, host, nullptr},
+      {SecondDomain, "a." + host, "不正なメールアドレス"},
+      {SecondDomain, IspPrimaryDomain, "不正なメールアドレス"},
+      {SecondDomain, "", "ドメインが選択されていません。"},
+      {OwnAccount, "表示", "全角または半角カナ文字"},
+      {OwnAccount, "a b", "空白文字（スペース）"},
+      {OwnAddress, "\xb1\xb2", "メールアドレスが不正です。"}, // half-width kana without an at sign
+      {OwnAddress, "\xb1@b", "全角または半角カナ文字"},
+      {OwnAddress, " a@b", "空白文字（スペース）"},
+      {OwnSmtpServer, "", "SMTPサーバーが入力されていません。正しいSMTPサーバー"},
+      {ShortAlias, "", "メールアドレスが入力されていません。"},
+  };
+  for (const Case &test : cases) {
+    const InputTest *const refusal = FindRefusal(test.tests, test.text);
+    ASSERT_EQ(refusal != nullptr, test.begins != nullptr) << test.text;
+    EXPECT_TRUE(refusal == nullptr || std::string(refusal->message).starts_with(test.begins)) << test.text;
+  }
+}
+
+using ClientFinderTest = ClientTest;
+
+TEST_F(ClientFinderTest, KeepsEveryClientInItsPlace) {
+  ClientFinder finder;
+  MailClients mail;
+  NewsClients news;
+  EXPECT_EQ(finder.HasMailClient(), 0);
+  EXPECT_EQ(finder.FindMailClients(mail), 0);
+  InstallOutlookExpress("5,50,1");
+  InstallNetscape6();
+  EXPECT_EQ(finder.FindMailClients(mail), 1);
+  EXPECT_EQ(finder.FindNewsClients(news), 1);
+  EXPECT_TRUE(!mail[0] && mail[1]->GetClientType() == ClientOutlookExpress && !mail[2] &&
+              mail[3]->GetClientType() == ClientNetscape6);
+  EXPECT_TRUE(news[0]->GetClientType() == ClientOutlookExpress && !news[1] &&
+              news[2]->GetClientType() == ClientNetscape6);
+  ResetMachine();
+  InstallPlugin("plugin_complete");
+  EXPECT_EQ(finder.HasMailClient(), 1);
+  EXPECT_EQ(finder.HasNewsClient(), 0);
+}
+
+} // namespace
