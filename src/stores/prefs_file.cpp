@@ -64,7 +64,7 @@ void Insert(PrefsText &prefs, size_t place, const char *line) {
   }
   char *const gap = prefs.text + place;
   std::memmove(gap + length, gap, prefs.length - place);
-  std::memcpy(gap, line, length);
+  std::copy_n(line, length, gap);
   prefs.length += length;
 }
 

@@ -142,9 +142,8 @@ DWORD GetPrivateProfileStringA(const char *section, const char *key, const char 
   const std::u16string wantedSection = text::ToWide(section);
   const std::vector<Entry> entries = EntriesOf(profile, Trimmed(wantedSection));
   if (key == nullptr && !entries.empty()) {
-    std::vector<Text> names;
-    for (const Entry &entry : entries)
-      names.push_back(entry.name);
+    std::vector<Text> names(entries.size());
+    std::ranges::transform(entries, names.begin(), &Entry::name);
     return GiveNames(names, buffer, size);
   }
   if (key != nullptr) {

@@ -236,6 +236,7 @@ LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE 
   if (size == nullptr)
     return ERROR_SUCCESS;
 
+  const bool isText = IsText(value.type);
   const std::string ansi = AnsiData(std::move(value));
   const DWORD room = *size;
   *size = static_cast<DWORD>(ansi.size());
@@ -245,7 +246,7 @@ LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE 
     return ERROR_MORE_DATA;
   std::memcpy(data, ansi.data(), ansi.size());
   // A text that was stored without a terminator gets one where there is room; the size doesn't count it.
-  if (IsText(value.type) && ansi.size() < room && (ansi.empty() || ansi.back() != '\0'))
+  if (isText && ansi.size() < room && (ansi.empty() || ansi.back() != '\0'))
     data[ansi.size()] = 0;
   return ERROR_SUCCESS;
 }
