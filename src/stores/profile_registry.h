@@ -123,7 +123,7 @@ private:
 
   // Whether a child of that name can be put below the node, with these strings and a record behind the end.
   bool CanAdd(int32_t parentIndex, const std::string &name, const std::string &value) const;
-  // A record behind the end for a child with its name; the index of the node, which nothing leads to yet.
+  // Puts a child with its strings behind the end and links it to its key; the index of its node.
   int32_t AddNode(int32_t parentIndex, const std::string &name, uint16_t type, const std::string &value);
 
   std::string image;
