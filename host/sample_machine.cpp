@@ -9,6 +9,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <string_view>
 
 const std::vector<std::string> SampleClients = {"oe4", "oe5", "communicator", "netscape6", "mailer"};
 
@@ -103,7 +104,10 @@ const SampleFile Files[] = {
      "disp_nntp1=フォーラム会議室\r\ndisp_nntp2=カモメ（web会議室）\r\n"},
 };
 
+// A value that is there stays: the machine may be a Wine prefix that somebody uses.
 bool EnterValue(const SampleValue &value) {
+  if (ShownValue(value.root, value.key, value.name))
+    return true;
   HKEY key = nullptr;
   if (RegCreateKeyExA(value.root, value.key, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr) != ERROR_SUCCESS)
     return false;
@@ -116,10 +120,24 @@ bool EnterValue(const SampleValue &value) {
   return result == ERROR_SUCCESS;
 }
 
-// Makes the folders on the way; the sample paths have no character whose second byte is a backslash.
-bool EnterFile(const std::string &path, const std::string &bytes) {
-  for (size_t end = path.find('\\', 3); end != std::string::npos; end = path.find('\\', end + 1))
-    CreateDirectoryA(path.substr(0, end).c_str(), nullptr);
+// Where the machine has what the samples have in their application data folder.
+std::string Placed(const std::string &path) {
+  static constexpr std::string_view Sample = APP_DATA;
+  if (!path.starts_with(Sample))
+    return path;
+  const auto folder = ShownValue(HKEY_CURRENT_USER, SHELL_FOLDERS "Shell Folders", "AppData");
+  return folder.value_or(APP_DATA) + path.substr(Sample.size());
+}
+
+// Makes the folders on the way. A backslash may be the second byte of a character.
+bool EnterFile(const std::string &samplePath, const std::string &bytes) {
+  const std::string path = Placed(samplePath);
+  for (size_t index = 3; index < path.size(); ++index) {
+    if (IsDBCSLeadByte(static_cast<BYTE>(path[index])))
+      ++index;
+    else if (path[index] == '\\')
+      CreateDirectoryA(path.substr(0, index).c_str(), nullptr);
+  }
   const HANDLE file =
       CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE)
@@ -148,7 +166,7 @@ std::string InstallPlugin() {
 // A profile registry with one profile, in the order in which the client makes its entries.
 std::string InstallProfileRegistry() {
   constexpr size_t LengthOffset = 8;
-  const std::string path = MOZILLA "\\registry.dat";
+  const std::string path = Placed(MOZILLA "\\registry.dat");
   // Magic number, version 1.2, the file's length, the root's offset; the root's name, and the root itself.
   std::string file("ADdv\1\0\2\0\0\0\0\0\x82\0\0\0", 16);
   file.resize(128);
@@ -167,7 +185,7 @@ std::string InstallProfileRegistry() {
   registry.SetValue(profiles, "HavePregInfo", "no");
   const int32_t profile = registry.AddKey(profiles, "default");
   registry.SetValue(profile, "migrated", "yes");
-  registry.SetValue(profile, "directory", MOZILLA_PROFILE);
+  registry.SetValue(profile, "directory", Placed(MOZILLA_PROFILE));
   const uint32_t length = registry.ImageLength();
   const auto saved = registry.Save() ? FileBytes(path) : std::nullopt;
   if (!saved)
@@ -195,12 +213,12 @@ std::string EarlierClient() {
 std::string InstallSamples(const std::vector<std::string> &clients) {
   if (const std::string key = EarlierClient(); !key.empty())
     return platform::MachineName() + ": there is a client already, HKEY_LOCAL_MACHINE\\" + key;
-  for (const SampleFile &file : Files)
-    if (IsWanted(file.client, clients) && !EnterFile(file.path, file.text))
-      return std::string(file.path) + ": the file can't be written";
   for (const SampleValue &value : Values)
     if (IsWanted(value.client, clients) && !EnterValue(value))
       return std::string(value.key) + ": the registry can't be written";
+  for (const SampleFile &file : Files)
+    if (IsWanted(file.client, clients) && !EnterFile(file.path, file.text))
+      return std::string(file.path) + ": the file can't be written";
   std::string problem = IsWanted("netscape6", clients) ? InstallProfileRegistry() : "";
   if (problem.empty() && IsWanted("mailer", clients))
     problem = InstallPlugin();
