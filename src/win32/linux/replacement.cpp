@@ -23,7 +23,8 @@ bool IsStill(int file, const std::filesystem::path &path) {
 } // namespace
 
 Replacement::Replacement(std::filesystem::path path)
-    : target(std::move(path)), beside(target.parent_path() / ("." + target.filename().string() + ".new")) {
+    : target(std::move(path)),
+      beside(target.parent_path() / std::string(".").append(target.filename()).append(".new")) {
   struct stat old;
   const bool replaces = stat(target.c_str(), &old) == 0;
   const mode_t mode = replaces ? old.st_mode & Permissions : 0644;
