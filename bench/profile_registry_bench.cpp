@@ -3,7 +3,7 @@
 #include "clients/netscape6/netscape6_mail.h"
 #include "stores/profile_registry.h"
 
-#include "bench_machine.h"
+#include "support/scratch_machine.h"
 
 #include <benchmark/benchmark.h>
 
@@ -22,7 +22,6 @@ void WriteRegistry(const std::filesystem::path &folder, int64_t profiles) {
   std::string empty("ADdv\1\0\2\0\0\0\0\0\x82\0\0\0", 16);
   empty.resize(128);
   empty.append("/\0\x82\0\0\0\x80\0\0\0\2\0\1\0", 14).resize(162);
-  std::filesystem::create_directories(folder / "drive_c");
   std::ofstream(folder / "drive_c/registry.dat", std::ios::binary) << empty;
   ProfileRegistry registry;
   registry.Open(Path);
@@ -41,7 +40,7 @@ void WriteRegistry(const std::filesystem::path &folder, int64_t profiles) {
 }
 
 void OpenAndParse(benchmark::State &state) {
-  const BenchMachine machine;
+  const ScratchMachine machine;
   WriteRegistry(machine.Folder(), state.range(0));
   size_t size = 0;
   for (auto _ : state) {
@@ -55,7 +54,7 @@ void OpenAndParse(benchmark::State &state) {
 }
 
 void FindPath(benchmark::State &state) {
-  const BenchMachine machine;
+  const ScratchMachine machine;
   WriteRegistry(machine.Folder(), state.range(0));
   ProfileRegistry registry;
   registry.Open(Path);
@@ -67,7 +66,7 @@ void FindPath(benchmark::State &state) {
 
 // The edits alone; reading and writing the file is what the others measure.
 void EnterProfile(benchmark::State &state) {
-  const BenchMachine machine;
+  const ScratchMachine machine;
   WriteRegistry(machine.Folder(), state.range(0));
   ProfileRegistry registry;
   registry.Open(Path);
@@ -85,7 +84,7 @@ void EnterProfile(benchmark::State &state) {
 
 // 100 accounts in 100,000 bytes, none of which is the one that is written.
 void WriteAccountAmong100(benchmark::State &state) {
-  const BenchMachine machine;
+  const ScratchMachine machine;
   std::string list = "account1";
   std::string text;
   for (int number = 1; number <= 100; ++number) {
@@ -127,7 +126,7 @@ BENCHMARK(WriteAccountAmong100)->Unit(benchmark::kMicrosecond);
 // `profile_registry_bench --memory N` reads a registry of N profiles once and prints the peak beside the file's size.
 int main(int count, char **arguments) {
   if (count == 3 && std::string(arguments[1]) == "--memory") {
-    const BenchMachine machine;
+    const ScratchMachine machine;
     const std::string profiles = arguments[2];
     if (const pid_t child = fork(); child == 0) {
       WriteRegistry(machine.Folder(), std::stoll(profiles));
