@@ -27,8 +27,13 @@ std::string Answer(BYTE *block, size_t blockSize, const char *query) {
     return "nothing";
   const auto *const begin = static_cast<const char *>(value);
   const std::string answer(begin, size); // ASan watches the ends of the block
-  const auto *const first = reinterpret_cast<const char *>(block);
-  REQUIRE((begin >= first + HeaderSize && begin + size <= first + blockSize) || answer == std::string(1, '\0'));
+  // Bytes of the resource, a text converted into the room behind it, or an empty text that stands anywhere.
+  const auto *const resource = reinterpret_cast<const char *>(block) + HeaderSize;
+  DWORD length = 0;
+  std::memcpy(&length, block, sizeof length);
+  const bool isResource = begin >= resource && begin + size <= resource + length;
+  const bool isConverted = begin >= resource + length && begin + size <= resource + blockSize - HeaderSize;
+  REQUIRE(isResource || isConverted || answer == std::string(1, '\0'));
   return answer;
 }
 
