@@ -1,0 +1,557 @@
+// The user-interface half of the platform: windows, dialogs, controls, property sheets, drawing. As in win32.h, Windows
+// has its own headers for it; elsewhere this declares just what AcctKit uses, and src/win32/linux answers it. There a
+// window is a record with a text, a state and a window procedure, and whoever stands in front of it (a script, a
+// terminal) is told of in src/win32/linux/front_end.h; drawing is recorded, not shown.
+#pragma once
+
+#include "win32/win32.h"
+
+#ifdef _WIN32
+
+#include <commctrl.h>
+#include <prsht.h>
+
+#else
+
+#include <cstdarg>
+
+#define CALLBACK
+#define WINAPI
+
+#pragma GCC visibility push(default)
+
+// ---- Types ----
+
+using WPARAM = uintptr_t;
+using LPARAM = intptr_t;
+using LRESULT = intptr_t;
+using LONG_PTR = intptr_t;
+using UINT_PTR = uintptr_t;
+using COLORREF = DWORD;
+using HDC = struct HDC__ *;
+using HGDIOBJ = void *;
+using HFONT = struct HFONT__ *;
+using HBRUSH = struct HBRUSH__ *;
+using HBITMAP = struct HBITMAP__ *;
+using HMENU = struct HMENU__ *;
+using HCURSOR = HICON;
+using HRSRC = struct HRSRC__ *;
+using HGLOBAL = void *;
+using HIMAGELIST = struct IMAGELIST__ *;
+using HPROPSHEETPAGE = struct PSP__ *;
+using WNDPROC = LRESULT (*)(HWND, UINT, WPARAM, LPARAM);
+using DLGPROC = INT_PTR (*)(HWND, UINT, WPARAM, LPARAM);
+using WNDENUMPROC = BOOL (*)(HWND, LPARAM);
+
+struct POINT {
+  LONG x;
+  LONG y;
+};
+struct SIZE {
+  LONG cx;
+  LONG cy;
+};
+struct RECT {
+  LONG left;
+  LONG top;
+  LONG right;
+  LONG bottom;
+};
+
+constexpr WORD LOWORD(uintptr_t value) { return static_cast<WORD>(value & 0xFFFF); }
+constexpr WORD HIWORD(uintptr_t value) { return static_cast<WORD>(value >> 16 & 0xFFFF); }
+constexpr LPARAM MAKELPARAM(unsigned low, unsigned high) {
+  return static_cast<LPARAM>((low & 0xFFFF) | (high & 0xFFFF) << 16);
+}
+constexpr WPARAM MAKEWPARAM(unsigned low, unsigned high) { return static_cast<WPARAM>(MAKELPARAM(low, high)); }
+// A resource or a class is named by a number in place of a text's address.
+inline char *MAKEINTRESOURCEA(unsigned id) { return reinterpret_cast<char *>(static_cast<uintptr_t>(id & 0xFFFF)); }
+
+// ---- Windows ----
+// A window belongs to the thread that made it, and its procedure is called on that thread alone.
+
+constexpr DWORD WS_POPUP = 0x80000000;
+constexpr DWORD WS_CHILD = 0x40000000;
+constexpr DWORD WS_VISIBLE = 0x10000000;
+constexpr DWORD WS_DISABLED = 0x08000000;
+constexpr DWORD WS_CAPTION = 0x00C00000;
+constexpr DWORD WS_SYSMENU = 0x00080000;
+constexpr DWORD WS_GROUP = 0x00020000;
+constexpr DWORD WS_TABSTOP = 0x00010000;
+constexpr DWORD WS_VSCROLL = 0x00200000;
+constexpr DWORD WS_EX_CONTROLPARENT = 0x00010000;
+
+constexpr int GWL_STYLE = -16;
+constexpr int GWL_EXSTYLE = -20;
+constexpr int GWLP_WNDPROC = -4;
+constexpr int GWLP_ID = -12;
+constexpr int GWLP_USERDATA = -21;
+constexpr int DWLP_MSGRESULT = 0;
+constexpr int DWLP_DLGPROC = sizeof(LRESULT);
+constexpr int DWLP_USER = DWLP_DLGPROC + static_cast<int>(sizeof(DLGPROC));
+constexpr int DLGWINDOWEXTRA = DWLP_USER + static_cast<int>(sizeof(LONG_PTR));
+
+constexpr UINT GW_HWNDNEXT = 2;
+constexpr UINT GW_OWNER = 4;
+constexpr UINT GW_CHILD = 5;
+
+constexpr int SW_HIDE = 0;
+constexpr int SW_SHOW = 5;
+constexpr UINT SWP_NOSIZE = 0x1;
+constexpr UINT SWP_NOZORDER = 0x4;
+constexpr UINT SWP_NOACTIVATE = 0x10;
+
+constexpr UINT WM_NULL = 0x0000;
+constexpr UINT WM_CREATE = 0x0001;
+constexpr UINT WM_DESTROY = 0x0002;
+constexpr UINT WM_SETFOCUS = 0x0007;
+constexpr UINT WM_KILLFOCUS = 0x0008;
+constexpr UINT WM_ENABLE = 0x000A;
+constexpr UINT WM_SETTEXT = 0x000C;
+constexpr UINT WM_GETTEXT = 0x000D;
+constexpr UINT WM_GETTEXTLENGTH = 0x000E;
+constexpr UINT WM_PAINT = 0x000F;
+constexpr UINT WM_CLOSE = 0x0010;
+constexpr UINT WM_SHOWWINDOW = 0x0018;
+constexpr UINT WM_NEXTDLGCTL = 0x0028;
+constexpr UINT WM_DRAWITEM = 0x002B;
+constexpr UINT WM_MEASUREITEM = 0x002C;
+constexpr UINT WM_DELETEITEM = 0x002D;
+constexpr UINT WM_SETFONT = 0x0030;
+constexpr UINT WM_GETFONT = 0x0031;
+constexpr UINT WM_COMPAREITEM = 0x0039;
+constexpr UINT WM_NOTIFY = 0x004E;
+constexpr UINT WM_HELP = 0x0053;
+constexpr UINT WM_NCCREATE = 0x0081;
+constexpr UINT WM_NCDESTROY = 0x0082;
+constexpr UINT WM_GETDLGCODE = 0x0087;
+constexpr UINT WM_CHAR = 0x0102;
+constexpr UINT WM_INITDIALOG = 0x0110;
+constexpr UINT WM_COMMAND = 0x0111;
+constexpr UINT WM_LBUTTONDBLCLK = 0x0203;
+constexpr UINT WM_USER = 0x0400;
+
+constexpr UINT_PTR MK_LBUTTON = 0x0001;
+constexpr int VK_BACK = 0x08;
+constexpr int VK_SHIFT = 0x10;
+constexpr int VK_CONTROL = 0x11;
+constexpr int VK_MENU = 0x12;
+
+struct MSG {
+  HWND hwnd;
+  UINT message;
+  WPARAM wParam;
+  LPARAM lParam;
+  DWORD time;
+  POINT pt;
+};
+struct WNDCLASSA {
+  UINT style;
+  WNDPROC lpfnWndProc;
+  int cbClsExtra;
+  int cbWndExtra;
+  HINSTANCE hInstance;
+  HICON hIcon;
+  HCURSOR hCursor;
+  HBRUSH hbrBackground;
+  const char *lpszMenuName;
+  const char *lpszClassName;
+};
+struct NMHDR {
+  HWND hwndFrom;
+  UINT_PTR idFrom;
+  UINT code;
+};
+struct HELPINFO {
+  UINT cbSize;
+  int iContextType;
+  int iCtrlId;
+  HANDLE hItemHandle;
+  DWORD_PTR dwContextId;
+  POINT MousePos;
+};
+constexpr int HELPINFO_WINDOW = 1;
+
+WORD RegisterClassA(const WNDCLASSA *windowClass);
+// Sends WM_NCCREATE and WM_CREATE, either of which can refuse. The classes BUTTON, STATIC, EDIT, COMBOBOX and #32770
+// are there without registration. The menu of a child is its id.
+HWND CreateWindowExA(DWORD exStyle, const char *className, const char *text, DWORD style, int x, int y, int width,
+                     int height, HWND parent, HMENU menu, HINSTANCE instance, void *parameter);
+// Sends WM_DESTROY to the window and then to its children, and WM_NCDESTROY last of all; windows that it owns go first.
+BOOL DestroyWindow(HWND window);
+BOOL IsWindow(HWND window);
+LRESULT DefWindowProcA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+LRESULT CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+LONG GetWindowLongA(HWND window, int index);
+LONG_PTR GetWindowLongPtrA(HWND window, int index);
+LONG_PTR SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
+int GetClassNameA(HWND window, char *buffer, int size);
+
+LRESULT SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+// Queues the message for the thread's modal loop, which hands messages out in their order.
+BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+// The parent of a child, the owner of a window that is none; null for neither.
+HWND GetParent(HWND window);
+HWND GetWindow(HWND window, UINT which);
+BOOL IsChild(HWND parent, HWND window);
+HWND GetDesktopWindow();
+HWND GetActiveWindow();
+HWND GetLastActivePopup(HWND owner);
+BOOL EnumChildWindows(HWND parent, WNDENUMPROC procedure, LPARAM parameter);
+
+BOOL SetWindowTextA(HWND window, const char *text);
+int GetWindowTextA(HWND window, char *buffer, int size);
+int GetWindowTextLengthA(HWND window);
+// Answers whether the window was disabled before.
+BOOL EnableWindow(HWND window, BOOL enable);
+BOOL IsWindowEnabled(HWND window);
+BOOL ShowWindow(HWND window, int command);
+// Whether the window and all its parents are shown.
+BOOL IsWindowVisible(HWND window);
+HWND SetFocus(HWND window);
+HWND GetFocus();
+// Bit 15 while the key is down; of GetAsyncKeyState bit 0 if it was pressed since the call before.
+int16_t GetKeyState(int key);
+int16_t GetAsyncKeyState(int key);
+
+BOOL GetWindowRect(HWND window, RECT *rect);
+BOOL GetClientRect(HWND window, RECT *rect);
+BOOL SetWindowPos(HWND window, HWND insertAfter, int x, int y, int width, int height, UINT flags);
+BOOL CopyRect(RECT *target, const RECT *source);
+// A window with something invalid gets WM_PAINT from the modal loop, when no posted message is left.
+BOOL InvalidateRect(HWND window, const RECT *rect, BOOL erase);
+BOOL UpdateWindow(HWND window);
+
+// ---- Dialogs ----
+
+constexpr int IDOK = 1;
+constexpr int IDCANCEL = 2;
+constexpr int IDYES = 6;
+constexpr int IDNO = 7;
+constexpr int IDHELP = 9;
+constexpr UINT DM_GETDEFID = WM_USER;
+constexpr UINT DM_SETDEFID = WM_USER + 1;
+constexpr WORD DC_HASDEFID = 0x534B;
+
+struct DLGTEMPLATE;
+
+// Makes a dialog from a template: the window, hidden or not as the style tells, its controls, WM_SETFONT, then
+// WM_INITDIALOG with the control that gets the focus if the procedure answers TRUE.
+HWND CreateDialogIndirectParamA(HINSTANCE instance, const DLGTEMPLATE *dialog, HWND parent, DLGPROC procedure,
+                                LPARAM parameter);
+HWND CreateDialogParamA(HINSTANCE instance, const char *dialog, HWND parent, DLGPROC procedure, LPARAM parameter);
+LRESULT DefDlgProcA(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+HWND GetDlgItem(HWND dialog, int id);
+int GetDlgCtrlID(HWND control);
+BOOL SetDlgItemTextA(HWND dialog, int id, const char *text);
+UINT GetDlgItemTextA(HWND dialog, int id, char *buffer, int size);
+LRESULT SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
+HWND GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous);
+// Dialog units into pixels.
+BOOL MapDialogRect(HWND dialog, RECT *rect);
+
+// The compiled resources of the library.
+HRSRC FindResourceA(HMODULE module, const char *name, const char *type);
+HGLOBAL LoadResource(HMODULE module, HRSRC resource);
+void *LockResource(HGLOBAL resource);
+DWORD SizeofResource(HMODULE module, HRSRC resource);
+inline char *const RT_BITMAP = MAKEINTRESOURCEA(2);
+inline char *const RT_DIALOG = MAKEINTRESOURCEA(5);
+
+constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT = 2;
+constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS = 4;
+// The module that an address lies in.
+BOOL GetModuleHandleExA(DWORD flags, const char *address, HMODULE *module);
+
+// ---- Controls ----
+
+constexpr DWORD SS_ICON = 0x03;
+constexpr DWORD SS_BITMAP = 0x0E;
+constexpr DWORD SS_TYPEMASK = 0x1F;
+constexpr UINT STM_SETICON = 0x0170;
+constexpr UINT STM_GETICON = 0x0171;
+
+constexpr DWORD BS_PUSHBUTTON = 0x0;
+constexpr DWORD BS_DEFPUSHBUTTON = 0x1;
+constexpr DWORD BS_AUTOCHECKBOX = 0x3;
+constexpr DWORD BS_TYPEMASK = 0xF;
+constexpr UINT BM_GETCHECK = 0x00F0;
+constexpr UINT BM_SETCHECK = 0x00F1;
+constexpr UINT BM_CLICK = 0x00F5;
+constexpr WORD BN_CLICKED = 0;
+constexpr WPARAM BST_UNCHECKED = 0;
+constexpr WPARAM BST_CHECKED = 1;
+
+constexpr DWORD ES_MULTILINE = 0x0004;
+constexpr DWORD ES_AUTOHSCROLL = 0x0080;
+constexpr DWORD ES_READONLY = 0x0800;
+constexpr UINT EM_SETSEL = 0x00B1;
+constexpr UINT EM_LIMITTEXT = 0x00C5;
+constexpr UINT EM_REPLACESEL = 0x00C2;
+constexpr UINT EM_GETLIMITTEXT = 0x00D5;
+constexpr WORD EN_CHANGE = 0x0300;
+constexpr WORD EN_UPDATE = 0x0400;
+constexpr WORD EN_MAXTEXT = 0x0501;
+
+constexpr DWORD CBS_SIMPLE = 0x0001;
+constexpr DWORD CBS_DROPDOWN = 0x0002;
+constexpr DWORD CBS_DROPDOWNLIST = 0x0003;
+constexpr DWORD CBS_OWNERDRAWFIXED = 0x0010;
+constexpr DWORD CBS_AUTOHSCROLL = 0x0040;
+constexpr DWORD CBS_SORT = 0x0100;
+constexpr DWORD CBS_HASSTRINGS = 0x0200;
+constexpr UINT CB_LIMITTEXT = 0x0141;
+constexpr UINT CB_ADDSTRING = 0x0143;
+constexpr UINT CB_GETCOUNT = 0x0146;
+constexpr UINT CB_GETCURSEL = 0x0147;
+constexpr UINT CB_GETLBTEXT = 0x0148;
+constexpr UINT CB_GETLBTEXTLEN = 0x0149;
+constexpr UINT CB_RESETCONTENT = 0x014B;
+constexpr UINT CB_SETCURSEL = 0x014E;
+constexpr UINT CB_SHOWDROPDOWN = 0x014F;
+constexpr UINT CB_GETITEMDATA = 0x0150;
+constexpr UINT CB_SETITEMDATA = 0x0151;
+constexpr UINT CB_GETITEMHEIGHT = 0x0154;
+constexpr UINT CB_GETDROPPEDSTATE = 0x0157;
+constexpr LRESULT CB_ERR = -1;
+constexpr WORD CBN_SELCHANGE = 1;
+constexpr WORD CBN_EDITCHANGE = 5;
+constexpr WORD CBN_EDITUPDATE = 6;
+constexpr WORD CBN_DROPDOWN = 7;
+constexpr WORD CBN_CLOSEUP = 8;
+constexpr WORD CBN_SELENDOK = 9;
+
+constexpr UINT ODT_COMBOBOX = 3;
+constexpr UINT ODA_DRAWENTIRE = 0x1;
+constexpr UINT ODA_SELECT = 0x2;
+constexpr UINT ODA_FOCUS = 0x4;
+constexpr UINT ODS_SELECTED = 0x0001;
+constexpr UINT ODS_FOCUS = 0x0010;
+constexpr UINT ODS_COMBOBOXEDIT = 0x1000;
+
+struct DRAWITEMSTRUCT {
+  UINT CtlType;
+  UINT CtlID;
+  UINT itemID;
+  UINT itemAction;
+  UINT itemState;
+  HWND hwndItem;
+  HDC hDC;
+  RECT rcItem;
+  ULONG_PTR itemData;
+};
+struct MEASUREITEMSTRUCT {
+  UINT CtlType;
+  UINT CtlID;
+  UINT itemID;
+  UINT itemWidth;
+  UINT itemHeight;
+  ULONG_PTR itemData;
+};
+struct COMPAREITEMSTRUCT {
+  UINT CtlType;
+  UINT CtlID;
+  HWND hwndItem;
+  UINT itemID1;
+  ULONG_PTR itemData1;
+  UINT itemID2;
+  ULONG_PTR itemData2;
+  DWORD dwLocaleId;
+};
+struct DELETEITEMSTRUCT {
+  UINT CtlType;
+  UINT CtlID;
+  UINT itemID;
+  HWND hwndItem;
+  ULONG_PTR itemData;
+};
+
+// ---- Message boxes and help ----
+
+constexpr UINT MB_OK = 0x0;
+constexpr UINT MB_OKCANCEL = 0x1;
+constexpr UINT MB_YESNOCANCEL = 0x3;
+constexpr UINT MB_YESNO = 0x4;
+constexpr UINT MB_ICONEXCLAMATION = 0x30;
+constexpr UINT MB_ICONINFORMATION = 0x40;
+constexpr UINT MB_ICONMASK = 0xF0;
+constexpr UINT MB_TYPEMASK = 0x0F;
+constexpr UINT HELP_CONTEXT = 1;
+
+// Blocks until the user has answered; the owner is disabled meanwhile. The id of the button, 0 if no box came up. The
+// window is a dialog with buttons of those ids, a static for the icon and one with the id 0xFFFF for the text.
+int MessageBoxA(HWND owner, const char *text, const char *title, UINT type);
+// FALSE if no help came up.
+BOOL WinHelpA(HWND window, const char *file, UINT command, ULONG_PTR data);
+
+// ---- Drawing ----
+
+constexpr int COLOR_WINDOW = 5;
+constexpr int COLOR_WINDOWTEXT = 8;
+constexpr int COLOR_HIGHLIGHT = 13;
+constexpr int COLOR_HIGHLIGHTTEXT = 14;
+constexpr int TRANSPARENT = 1;
+constexpr int OPAQUE = 2;
+constexpr UINT DT_VCENTER = 0x04;
+constexpr UINT DT_SINGLELINE = 0x20;
+constexpr DWORD PATCOPY = 0x00F00021;
+
+struct PAINTSTRUCT {
+  HDC hdc;
+  BOOL fErase;
+  RECT rcPaint;
+  BOOL fRestore;
+  BOOL fIncUpdate;
+  BYTE rgbReserved[32];
+};
+struct TEXTMETRICA {
+  LONG tmHeight;
+  LONG tmAscent;
+  LONG tmDescent;
+  LONG tmInternalLeading;
+  LONG tmExternalLeading;
+  LONG tmAveCharWidth;
+  LONG tmMaxCharWidth;
+};
+
+HDC BeginPaint(HWND window, PAINTSTRUCT *paint);
+BOOL EndPaint(HWND window, const PAINTSTRUCT *paint);
+HDC GetDC(HWND window);
+int ReleaseDC(HWND window, HDC context);
+HGDIOBJ SelectObject(HDC context, HGDIOBJ object);
+BOOL DeleteObject(HGDIOBJ object);
+HBRUSH CreateSolidBrush(COLORREF colour);
+HFONT CreateFontA(int height, int width, int escapement, int orientation, int weight, DWORD italic, DWORD underline,
+                  DWORD strikeOut, DWORD charSet, DWORD outPrecision, DWORD clipPrecision, DWORD quality,
+                  DWORD pitchAndFamily, const char *face);
+BOOL GetTextMetricsA(HDC context, TEXTMETRICA *metrics);
+COLORREF SetTextColor(HDC context, COLORREF colour);
+COLORREF SetBkColor(HDC context, COLORREF colour);
+int SetBkMode(HDC context, int mode);
+BOOL PatBlt(HDC context, int x, int y, int width, int height, DWORD operation);
+int DrawTextA(HDC context, const char *text, int length, RECT *rect, UINT format);
+BOOL DrawFocusRect(HDC context, const RECT *rect);
+DWORD GetSysColor(int index);
+
+// ---- Icons and image lists ----
+
+constexpr UINT SHGFI_SYSICONINDEX = 0x4000;
+constexpr UINT SHGFI_SMALLICON = 0x1;
+constexpr UINT ILD_TRANSPARENT = 0x1;
+constexpr UINT ILD_SELECTED = 0x4;
+
+struct IMAGEINFO {
+  HBITMAP hbmImage;
+  HBITMAP hbmMask;
+  int Unused1;
+  int Unused2;
+  RECT rcImage;
+};
+
+inline char *const IDI_HAND = MAKEINTRESOURCEA(32513);
+inline char *const IDI_QUESTION = MAKEINTRESOURCEA(32514);
+inline char *const IDI_EXCLAMATION = MAKEINTRESOURCEA(32515);
+inline char *const IDI_ASTERISK = MAKEINTRESOURCEA(32516);
+// A system icon (null module), the same handle at every call, never destroyed.
+HICON LoadIconA(HINSTANCE instance, const char *name);
+BOOL ImageList_GetImageInfo(HIMAGELIST list, int index, IMAGEINFO *info);
+BOOL ImageList_Draw(HIMAGELIST list, int index, HDC context, int x, int y, UINT style);
+
+// ---- Property sheets ----
+
+constexpr DWORD PSP_DEFAULT = 0x0;
+constexpr DWORD PSP_DLGINDIRECT = 0x1;
+constexpr DWORD PSP_USETITLE = 0x8;
+constexpr DWORD PSP_HASHELP = 0x20;
+constexpr DWORD PSP_USECALLBACK = 0x80;
+constexpr DWORD PSH_PROPSHEETPAGE = 0x8;
+constexpr DWORD PSH_WIZARD = 0x20;
+constexpr DWORD PSH_USECALLBACK = 0x100;
+constexpr DWORD PSH_HASHELP = 0x200;
+constexpr UINT PSCB_INITIALIZED = 1;
+constexpr UINT PSCB_PRECREATE = 2;
+constexpr UINT PSPCB_RELEASE = 1;
+constexpr UINT PSPCB_CREATE = 2;
+
+constexpr UINT PSN_SETACTIVE = static_cast<UINT>(-200);
+constexpr UINT PSN_KILLACTIVE = static_cast<UINT>(-201);
+constexpr UINT PSN_APPLY = static_cast<UINT>(-202);
+constexpr UINT PSN_RESET = static_cast<UINT>(-203);
+constexpr UINT PSN_HELP = static_cast<UINT>(-205);
+constexpr UINT PSN_WIZBACK = static_cast<UINT>(-206);
+constexpr UINT PSN_WIZNEXT = static_cast<UINT>(-207);
+constexpr UINT PSN_WIZFINISH = static_cast<UINT>(-208);
+constexpr UINT PSN_QUERYCANCEL = static_cast<UINT>(-209);
+
+constexpr UINT PSM_SETCURSEL = WM_USER + 101;
+constexpr UINT PSM_SETWIZBUTTONS = WM_USER + 112;
+constexpr UINT PSM_PRESSBUTTON = WM_USER + 113;
+constexpr UINT PSM_GETCURRENTPAGEHWND = WM_USER + 118;
+constexpr UINT PSM_HWNDTOINDEX = WM_USER + 129;
+constexpr UINT PSM_INDEXTOID = WM_USER + 134;
+constexpr DWORD PSWIZB_BACK = 0x1;
+constexpr DWORD PSWIZB_NEXT = 0x2;
+constexpr DWORD PSWIZB_FINISH = 0x4;
+constexpr int PSBTN_BACK = 0;
+constexpr int PSBTN_NEXT = 1;
+constexpr int PSBTN_FINISH = 2;
+constexpr int PSBTN_CANCEL = 5;
+constexpr int PSBTN_HELP = 6;
+constexpr int ID_WIZBACK = 0x3023;
+constexpr int ID_WIZNEXT = 0x3024;
+constexpr int ID_WIZFINISH = 0x3025;
+
+struct PROPSHEETPAGEA {
+  DWORD dwSize;
+  DWORD dwFlags;
+  HINSTANCE hInstance;
+  union {
+    const char *pszTemplate;
+    const DLGTEMPLATE *pResource;
+  };
+  const char *pszIcon;
+  const char *pszTitle;
+  DLGPROC pfnDlgProc;
+  LPARAM lParam;
+  UINT (*pfnCallback)(HWND, UINT, PROPSHEETPAGEA *);
+  UINT *pcRefParent;
+};
+using PFNPROPSHEETCALLBACK = int (*)(HWND, UINT, LPARAM);
+struct PROPSHEETHEADERA {
+  DWORD dwSize;
+  DWORD dwFlags;
+  HWND hwndParent;
+  HINSTANCE hInstance;
+  const char *pszIcon;
+  const char *pszCaption;
+  UINT nPages;
+  UINT nStartPage;
+  union {
+    const PROPSHEETPAGEA *ppsp;
+    HPROPSHEETPAGE *phpage;
+  };
+  PFNPROPSHEETCALLBACK pfnCallback;
+};
+struct PSHNOTIFY {
+  NMHDR hdr;
+  LPARAM lParam;
+};
+
+HPROPSHEETPAGE CreatePropertySheetPageA(const PROPSHEETPAGEA *page);
+BOOL DestroyPropertySheetPage(HPROPSHEETPAGE page);
+// Wizard mode only (PSH_WIZARD). Blocks until the wizard is finished (positive) or cancelled (0); -1 if no sheet came
+// up. A page's dialog is made when the page is first shown, and its caption becomes the sheet's. The sheet's window is
+// a dialog with the buttons ID_WIZBACK, ID_WIZNEXT, ID_WIZFINISH, IDCANCEL and IDHELP; PSM_SETWIZBUTTONS shows Next or
+// Finish and enables Back and them.
+INT_PTR PropertySheetA(const PROPSHEETHEADERA *sheet);
+
+// ---- Text ----
+
+// Formats into a buffer of 1024 bytes at least, cut there.
+int wsprintfA(char *buffer, const char *format, ...) __attribute__((format(printf, 2, 3)));
+int lstrcmpA(const char *left, const char *right);
+
+#pragma GCC visibility pop
+
+#endif
