@@ -110,6 +110,7 @@ HWND CWnd::Detach() {
 BOOL CWnd::SubclassWindow(HWND window) {
   if (!Attach(window))
     return FALSE;
+  PreSubclassWindow();
   m_pfnSuper = SetProc(window, AttachedProc);
   return TRUE;
 }

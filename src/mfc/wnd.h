@@ -32,7 +32,7 @@ public:
   HWND GetSafeHwnd() const { return m_hWnd; }
   BOOL Attach(HWND window);
   HWND Detach();
-  // Attaches the object and puts it ahead of the window's procedure; the second ends both.
+  // Attaches the object, tells it by PreSubclassWindow and puts it ahead of the window's procedure; the second ends it.
   BOOL SubclassWindow(HWND window);
   HWND UnsubclassWindow();
 
@@ -65,6 +65,7 @@ public:
   friend LRESULT AfxCallWndProc(CWnd &window, UINT message, WPARAM wParam, LPARAM lParam);
 
 protected:
+  virtual void PreSubclassWindow() {}
   virtual void DoDataExchange(CDataExchange *) {}
 
   virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
