@@ -171,6 +171,21 @@ struct HELPINFO {
   POINT MousePos;
 };
 constexpr int HELPINFO_WINDOW = 1;
+// What WM_NCCREATE and WM_CREATE bring.
+struct CREATESTRUCTA {
+  void *lpCreateParams;
+  HINSTANCE hInstance;
+  HMENU hMenu;
+  HWND hwndParent;
+  int cy;
+  int cx;
+  int y;
+  int x;
+  LONG style;
+  const char *lpszName;
+  const char *lpszClass;
+  DWORD dwExStyle;
+};
 
 WORD RegisterClassA(const WNDCLASSA *windowClass);
 // Sends WM_NCCREATE and WM_CREATE, either of which can refuse. The classes BUTTON, STATIC, EDIT, COMBOBOX and #32770
