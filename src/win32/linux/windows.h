@@ -7,9 +7,11 @@
 #include "win32/linux/front_end.h"
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace machine {
@@ -42,6 +44,15 @@ struct Window {
   bool Has(DWORD bits) const { return (style & bits) == bits; }
 };
 
+// What a thread has of windows. The desktop's children are the windows that are no child.
+struct Desk {
+  std::unordered_map<HWND, std::shared_ptr<Window>> windows;
+  HWND focus = nullptr;
+  HWND active = nullptr;
+  std::deque<MSG> posted;
+};
+Desk &DeskOfThread();
+
 // Null for a handle that is no window of this thread, which GetLastError then says too.
 std::shared_ptr<Window> WindowOf(HWND handle);
 
@@ -51,8 +62,18 @@ template <typename State> std::shared_ptr<State> StateOf(HWND handle) {
   return window ? std::dynamic_pointer_cast<State>(window->state) : nullptr;
 }
 
+// The window itself or the topmost of its parents.
+std::shared_ptr<Window> TopOf(std::shared_ptr<Window> window);
+bool IsEnabledWithParents(const std::shared_ptr<Window> &window);
+
 // Makes the top-level window of this one the active one and gives it the focus that it had last.
 void Activate(HWND window);
+
+// The window can't stay active or keep the focus, as it is hidden: they go to another.
+void Retire(const std::shared_ptr<Window> &window);
+
+// The window and all that is in it are to be painted.
+void Invalidate(const std::shared_ptr<Window> &window);
 
 // Runs until `done` says so or the top window is gone: hands out the posted messages, has the visible windows painted
 // that are invalid, and when there is nothing left to do waits for the user. False if there is no user (any more).
