@@ -87,7 +87,6 @@ protected:
   DECLARE_MESSAGE_MAP()
 
   BOOL ReflectToControl(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result);
-  void OnNcDestroy();
 
   WNDPROC m_pfnSuper = nullptr;
 };
