@@ -2,8 +2,9 @@
  * AcctKit: puts a subscriber's mail and news settings into the client programs on the subscriber's machine.
  *
  * Plain C interface. Every string is zero-terminated text in the system's code page (932, Shift-JIS) and every result a
- * 32-bit integer, 1 for yes or done and 0 for no or failed, unless told otherwise. A failure carries no code. No call
- * shows a window, and none writes a password. The library keeps nothing between calls; calls are made from one thread.
+ * 32-bit integer, 1 for yes or done and 0 for no or failed, unless told otherwise. A failure carries no code. Only the
+ * wizards show windows, and no call writes a password. The library keeps nothing between calls; calls are made from one
+ * thread.
  *
  * `client` is a client index: 0 Outlook Express, 1 Netscape Communicator 4.x. Any other index answers 0, and the plain
  * exports then touch none of the other arguments. All pointers have to be valid unless told otherwise.
@@ -176,6 +177,33 @@ ACCTKIT_API int32_t ACCTKIT_CALL SetBrowserStartPage(int32_t client, const char 
  * becomes 3 (1 before version 5) and `Connectoid` is removed. 0 if Outlook Express isn't installed.
  */
 ACCTKIT_API int32_t ACCTKIT_CALL OutlookDisable(void);
+
+/* ---- Wizards ---------------------------------------------------------------------------------------------------- */
+
+/*
+ * Each walks the user through one modal property sheet, which asks for the settings, judges them and writes the account
+ * when the user finishes it; a cancelled wizard has written nothing. The texts are in Japanese. Call them on the thread
+ * of the host's user interface; they return when the sheet has closed.
+ *
+ * The result is 1 if the sheet was shown, however it ended. It is 0, with nothing written, if it never came up: for a
+ * null argument and where no client is installed, each with a message, and on a platform without a user (natively,
+ * without a front end before the windows) at once.
+ *
+ * `unused` isn't read. `id` is the subscriber's ID to start with. `idList` holds all of the subscriber's IDs, one
+ * behind the other, each ended by a zero byte and the list by one more; an `id` that isn't in it starts with the first.
+ * Nobody can tell a list without that last zero byte from one that goes on: it has to be there. The ini file of the
+ * service, `service.ini`, and the help file, `kantan.hlp`, stand beside the host's program file.
+ */
+/* Mail account of the service's normal kind, in any mail client. */
+ACCTKIT_API int32_t ACCTKIT_CALL MailerWizard(int32_t unused, const char *id, const char *idList);
+/* Second mail account of the service, whose address isn't made from the ID. */
+ACCTKIT_API int32_t ACCTKIT_CALL MailerWizard2(void);
+/* The service's two news servers. */
+ACCTKIT_API int32_t ACCTKIT_CALL NewsWizard(int32_t unused, const char *id, const char *idList);
+/* Mail account of the original-domain service, whose servers the user types. */
+ACCTKIT_API int32_t ACCTKIT_CALL KERMWizard(void);
+/* Mail account of the service in two pages; asks before it is cancelled. */
+ACCTKIT_API int32_t ACCTKIT_CALL ShortMailWizard(int32_t unused, const char *id);
 
 #ifdef __cplusplus
 }

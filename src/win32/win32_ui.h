@@ -535,9 +535,6 @@ constexpr int PSBTN_NEXT = 1;
 constexpr int PSBTN_FINISH = 2;
 constexpr int PSBTN_CANCEL = 5;
 constexpr int PSBTN_HELP = 6;
-constexpr int ID_WIZBACK = 0x3023;
-constexpr int ID_WIZNEXT = 0x3024;
-constexpr int ID_WIZFINISH = 0x3025;
 
 struct PROPSHEETPAGEA {
   DWORD dwSize;
@@ -592,3 +589,8 @@ int lstrcmpA(const char *left, const char *right);
 #pragma GCC visibility pop
 
 #endif
+
+// The buttons of a wizard, which have the same ids everywhere and names in no header of Windows.
+constexpr int ID_WIZBACK = 0x3023;
+constexpr int ID_WIZNEXT = 0x3024;
+constexpr int ID_WIZFINISH = 0x3025;

@@ -58,8 +58,10 @@ touch "$drive/Program Files/Netscape/Netscp6.exe"
 mozilla=$drive/users/$(whoami)/AppData/Roaming/Mozilla
 mkdir -p "$mozilla/Users50"
 cp "$here/../samples/profiles-ja.dat" "$mozilla/registry.dat"
-mkdir "$work/b"
-cp -a "$work/a/prefix" "$work/b/prefix"
+# Windows itself, which nobody here writes, stands once on the disk.
+mkdir -p "$work/b/prefix/drive_c"
+cp -al "$drive/windows" "$work/b/prefix/drive_c/windows"
+cp -an "$work/a/prefix" "$work/b"
 cp "$WINEPREFIX"/{system,user}.reg "$work"
 
 # The same commands on both; results and outputs are compared too.

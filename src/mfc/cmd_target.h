@@ -1,0 +1,125 @@
+// What commands and messages are sent to, and the maps by which a class names its handlers.
+//
+// A map stands in the class's source file, between BEGIN_MESSAGE_MAP and END_MESSAGE_MAP; what it has no entry for goes
+// on to the map of the base class. An entry's handler is a function that calls the member with the message's parameters
+// in their types, so that a handler of another form doesn't compile.
+#pragma once
+
+#include "mfc/object.h"
+#include "win32/win32_ui.h"
+
+#include <cstdint>
+#include <vector>
+
+class CCmdTarget;
+
+using AFX_PMSG = LRESULT (*)(CCmdTarget &target, WPARAM wParam, LPARAM lParam);
+
+struct AFX_MSGMAP_ENTRY {
+  UINT nMessage;
+  int nCode; // of a WM_COMMAND, with the control or command that it comes from
+  UINT nID;
+  AFX_PMSG pfn;
+};
+
+struct AFX_MSGMAP {
+  const AFX_MSGMAP *(*pfnGetBaseMap)(); // null for the last
+  std::vector<AFX_MSGMAP_ENTRY> lpEntries;
+
+  // The entry of this map or of one that it is based on; null if none has it.
+  const AFX_MSGMAP_ENTRY *Find(UINT message, int code, UINT id) const;
+};
+
+#define DECLARE_MESSAGE_MAP()                                                                                          \
+protected:                                                                                                             \
+  static const AFX_MSGMAP *GetThisMessageMap();                                                                        \
+  const AFX_MSGMAP *GetMessageMap() const override;                                                                    \
+                                                                                                                       \
+private:
+
+// clang-format off
+#define BEGIN_MESSAGE_MAP(className, baseName)                                                                         \
+  const AFX_MSGMAP *className::GetMessageMap() const { return GetThisMessageMap(); }                                   \
+  const AFX_MSGMAP *className::GetThisMessageMap() {                                                                   \
+    using ThisClass [[maybe_unused]] = className;                                                                      \
+    static const AFX_MSGMAP map = {&baseName::GetThisMessageMap, {
+
+#define END_MESSAGE_MAP()                                                                                              \
+    }};                                                                                                                \
+    return &map;                                                                                                       \
+  }
+// clang-format on
+
+#define ON_MESSAGE(message, handler)                                                                                   \
+  {message, 0, 0, [](CCmdTarget &target, WPARAM wParam, LPARAM lParam) -> LRESULT {                                    \
+     return static_cast<ThisClass &>(target).handler(wParam, lParam);                                                  \
+   }},
+
+#define ON_WM_PAINT()                                                                                                  \
+  {WM_PAINT, 0, 0, [](CCmdTarget &target, WPARAM, LPARAM) -> LRESULT {                                                 \
+     static_cast<ThisClass &>(target).OnPaint();                                                                       \
+     return 0;                                                                                                         \
+   }},
+
+#define ON_WM_LBUTTONDBLCLK()                                                                                          \
+  {WM_LBUTTONDBLCLK, 0, 0, [](CCmdTarget &target, WPARAM wParam, LPARAM lParam) -> LRESULT {                           \
+     static_cast<ThisClass &>(target).OnLButtonDblClk(static_cast<UINT>(wParam), CPoint(lParam));                      \
+     return 0;                                                                                                         \
+   }},
+
+#define ON_WM_HELPINFO()                                                                                               \
+  {WM_HELP, 0, 0, [](CCmdTarget &target, WPARAM, LPARAM lParam) -> LRESULT {                                           \
+     return static_cast<ThisClass &>(target).OnHelpInfo(reinterpret_cast<HELPINFO *>(lParam));                         \
+   }},
+
+#define ON_CONTROL(code, id, handler)                                                                                  \
+  {WM_COMMAND, code, id, [](CCmdTarget &target, WPARAM, LPARAM) -> LRESULT {                                           \
+     static_cast<ThisClass &>(target).handler();                                                                       \
+     return 0;                                                                                                         \
+   }},
+
+#define ON_BN_CLICKED(id, handler) ON_CONTROL(BN_CLICKED, id, handler)
+#define ON_CBN_SELCHANGE(id, handler) ON_CONTROL(CBN_SELCHANGE, id, handler)
+
+// The codes with which commands that come from no control travel, beside the notification codes of controls: to carry
+// the command out, and to ask beforehand whether it can be.
+constexpr int CN_COMMAND = 0;
+constexpr int CN_UPDATE_COMMAND_UI = -1;
+
+constexpr UINT ID_HELP = 0xE146;
+
+// The question of CN_UPDATE_COMMAND_UI, handed along as the extra argument of OnCmdMsg.
+class CCmdUI {
+public:
+  UINT m_nID = 0;
+  bool m_bEnabled = true;
+
+  virtual ~CCmdUI() = default;
+  virtual void Enable(BOOL enabled = TRUE) { m_bEnabled = enabled; }
+};
+
+// Who would handle a command, for those who ask in place of having it handled.
+struct AFX_CMDHANDLERINFO {
+  CCmdTarget *pTarget;
+  AFX_PMSG pmf;
+};
+
+// A place within a window, as mouse messages give it.
+class CPoint : public POINT {
+public:
+  explicit CPoint(LPARAM packed)
+      : POINT{static_cast<int16_t>(LOWORD(static_cast<DWORD_PTR>(packed))),
+              static_cast<int16_t>(HIWORD(static_cast<DWORD_PTR>(packed)))} {}
+};
+
+class CCmdTarget : public CObject {
+  DECLARE_DYNAMIC(CCmdTarget)
+
+public:
+  // Hands a command to its handler in the message map, or tells of it in `pHandlerInfo`. FALSE if there is none.
+  virtual BOOL OnCmdMsg(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo);
+
+protected:
+  static const AFX_MSGMAP *GetThisMessageMap();
+  virtual const AFX_MSGMAP *GetMessageMap() const;
+};

@@ -1,0 +1,35 @@
+#include "mfc/controls.h"
+
+IMPLEMENT_DYNAMIC(CComboBox, CWnd)
+
+int CComboBox::AddString(const std::string &text) {
+  return static_cast<int>(SendMessage(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str())));
+}
+
+DWORD_PTR CComboBox::GetItemData(int index) const {
+  return static_cast<DWORD_PTR>(SendMessage(CB_GETITEMDATA, static_cast<WPARAM>(index)));
+}
+
+int CComboBox::SetItemData(int index, DWORD_PTR data) {
+  return static_cast<int>(SendMessage(CB_SETITEMDATA, static_cast<WPARAM>(index), static_cast<LPARAM>(data)));
+}
+
+BOOL CComboBox::OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result) {
+  *result = TRUE;
+  switch (message) {
+  case WM_DRAWITEM:
+    DrawItem(reinterpret_cast<DRAWITEMSTRUCT *>(lParam));
+    return TRUE;
+  case WM_MEASUREITEM:
+    MeasureItem(reinterpret_cast<MEASUREITEMSTRUCT *>(lParam));
+    return TRUE;
+  case WM_COMPAREITEM:
+    *result = CompareItem(reinterpret_cast<COMPAREITEMSTRUCT *>(lParam));
+    return TRUE;
+  case WM_DELETEITEM:
+    DeleteItem(reinterpret_cast<DELETEITEMSTRUCT *>(lParam));
+    return TRUE;
+  default:
+    return CWnd::OnChildNotify(message, wParam, lParam, result);
+  }
+}

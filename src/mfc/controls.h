@@ -1,0 +1,28 @@
+// Controls with operations of their own.
+#pragma once
+
+#include "mfc/wnd.h"
+
+// Positions count from 0; -1 (CB_ERR) for none.
+class CComboBox : public CWnd {
+  DECLARE_DYNAMIC(CComboBox)
+
+public:
+  int AddString(const std::string &text);
+  void ResetContent() { SendMessage(CB_RESETCONTENT); }
+  int GetCount() const { return static_cast<int>(SendMessage(CB_GETCOUNT)); }
+  int GetCurSel() const { return static_cast<int>(SendMessage(CB_GETCURSEL)); }
+  int SetCurSel(int index) { return static_cast<int>(SendMessage(CB_SETCURSEL, static_cast<WPARAM>(index))); }
+  void ShowDropDown(BOOL show = TRUE) { SendMessage(CB_SHOWDROPDOWN, static_cast<WPARAM>(show)); }
+  DWORD_PTR GetItemData(int index) const;
+  int SetItemData(int index, DWORD_PTR data);
+
+  // Of a list that draws its entries itself.
+  virtual void DrawItem(DRAWITEMSTRUCT *) {}
+  virtual void MeasureItem(MEASUREITEMSTRUCT *) {}
+  virtual int CompareItem(COMPAREITEMSTRUCT *) { return 0; }
+  virtual void DeleteItem(DELETEITEMSTRUCT *) {}
+
+protected:
+  BOOL OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result) override;
+};

@@ -1,0 +1,33 @@
+// The framework's string: a text of bytes in the system's code page. It goes wherever a std::string goes; only the
+// operations that the standard string lacks, or has under another name, are added. Lengths and places count bytes.
+#pragma once
+
+#include <string>
+#include <utility>
+
+class CString : public std::string {
+public:
+  using std::string::string;
+  CString() = default;
+  CString(const std::string &text) : std::string(text) {}
+  CString(std::string &&text) noexcept : std::string(std::move(text)) {}
+
+  int GetLength() const { return static_cast<int>(size()); }
+  bool IsEmpty() const { return empty(); }
+  void Empty() { clear(); }
+
+  // Latin letters of one byte change; characters of two bytes stay.
+  void MakeUpper();
+  void MakeLower();
+  // Removes white space of one byte at the end.
+  void TrimRight();
+
+  // Where a text begins, from a place on, only at the beginning of a character; -1 if it isn't there.
+  int Find(const std::string &text, int start = 0) const;
+
+  // Parts of the text, as far as they lie within it.
+  CString Left(int count) const { return Mid(0, count); }
+  CString Right(int count) const { return Mid(GetLength() - count, count); }
+  CString Mid(int first, int count) const;
+  CString Mid(int first) const { return Mid(first, GetLength()); }
+};

@@ -1,0 +1,38 @@
+// A page of a wizard. Its dialog is made when the page is first shown.
+#pragma once
+
+#include "mfc/dialog.h"
+
+class CPropertyPage : public CDialog {
+  DECLARE_DYNAMIC(CPropertyPage)
+
+public:
+  PROPSHEETPAGEA m_psp{};
+
+  // The dialog's template, and the text that stands as the page's title in place of its dialog's caption, 0 for none;
+  // both are resources of the library.
+  explicit CPropertyPage(UINT idTemplate, UINT idCaption = 0);
+
+protected:
+  // The page is shown; FALSE skips it.
+  virtual BOOL OnSetActive();
+  // The page is left; FALSE keeps it.
+  virtual BOOL OnKillActive();
+  // 0 goes to the page before or behind, -1 stays.
+  virtual LRESULT OnWizardBack() { return 0; }
+  virtual LRESULT OnWizardNext() { return 0; }
+  // FALSE keeps the wizard open.
+  virtual BOOL OnWizardFinish() { return TRUE; }
+  // FALSE refuses the cancelling that OnReset otherwise tells of.
+  virtual BOOL OnQueryCancel() { return TRUE; }
+  virtual void OnReset() { OnCancel(); }
+  virtual void OnCancel() {}
+
+  BOOL OnInitDialog() override;
+  BOOL OnNotify(WPARAM wParam, LPARAM lParam, LRESULT *result) override;
+
+private:
+  static INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+
+  bool m_bFirstSetActive = true;
+};

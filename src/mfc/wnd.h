@@ -1,0 +1,92 @@
+// A window that an object of the framework stands for. A window whose messages an object handles is attached to it and
+// found by its handle; for any other window there is an object that lives as long as the window and only calls it.
+#pragma once
+
+#include "mfc/cmd_target.h"
+#include "mfc/cstring.h"
+#include "mfc/gdi.h"
+
+class CDataExchange;
+
+class CWnd : public CCmdTarget {
+  DECLARE_DYNAMIC(CWnd)
+
+public:
+  HWND m_hWnd = nullptr;
+
+  CWnd() = default;
+  // A window that outlives its object goes back to its own procedure.
+  ~CWnd() override;
+
+  static CWnd *FromHandle(HWND window);
+  // Only an attached one; null otherwise.
+  static CWnd *FromHandlePermanent(HWND window);
+  static CWnd *GetDesktopWindow() { return FromHandle(::GetDesktopWindow()); }
+  static CWnd *GetActiveWindow() { return FromHandle(::GetActiveWindow()); }
+
+  // The window that a box over `parent` (null: over the thread's active window) is to belong to: no child, and in the
+  // latter case the popup that was last active. If there is an enabled window at the top of its owners other than it,
+  // that is disabled, and handed out for the caller to enable again, null otherwise.
+  static HWND GetSafeOwner_(HWND parent, HWND *topLevelToEnable);
+
+  HWND GetSafeHwnd() const { return m_hWnd; }
+  BOOL Attach(HWND window);
+  HWND Detach();
+  // Attaches the object and puts it ahead of the window's procedure; the second ends both.
+  BOOL SubclassWindow(HWND window);
+  HWND UnsubclassWindow();
+
+  LRESULT SendMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
+    return ::SendMessageA(m_hWnd, message, wParam, lParam);
+  }
+  BOOL PostMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
+    return ::PostMessageA(m_hWnd, message, wParam, lParam);
+  }
+
+  CWnd *GetParent() const { return FromHandle(::GetParent(m_hWnd)); }
+  // Null if there is no such control.
+  CWnd *GetDlgItem(int id) const { return FromHandle(::GetDlgItem(m_hWnd, id)); }
+  DWORD GetStyle() const { return static_cast<DWORD>(::GetWindowLongA(m_hWnd, GWL_STYLE)); }
+
+  void GetWindowText(CString &text) const;
+  void SetWindowText(const std::string &text) { ::SetWindowTextA(m_hWnd, text.c_str()); }
+  void SetFont(const CFont *font, BOOL redraw = TRUE);
+  BOOL ShowWindow(int command) { return ::ShowWindow(m_hWnd, command); }
+  BOOL EnableWindow(BOOL enable = TRUE) { return ::EnableWindow(m_hWnd, enable); }
+  void Invalidate(BOOL erase = TRUE) { ::InvalidateRect(m_hWnd, nullptr, erase); }
+  CWnd *SetFocus() { return FromHandle(::SetFocus(m_hWnd)); }
+  // Moves the window to the middle of another, null for its parent's.
+  void CenterWindow(const CWnd *other = nullptr);
+
+  // Moves the values of a dialog's controls into its fields (TRUE) or out of them, through DoDataExchange.
+  BOOL UpdateData(BOOL save = TRUE);
+
+  // A window's procedure with the library's module state current; no exception comes out of it.
+  friend LRESULT AfxCallWndProc(CWnd &window, UINT message, WPARAM wParam, LPARAM lParam);
+
+protected:
+  virtual void DoDataExchange(CDataExchange *) {}
+
+  virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
+  // FALSE if nothing handled the message.
+  virtual BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result);
+  virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
+  virtual BOOL OnNotify(WPARAM wParam, LPARAM lParam, LRESULT *result);
+  virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
+  // A message that the parent got about this control.
+  virtual BOOL OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result);
+
+  // Gives the message that is being handled to the window's default handling.
+  LRESULT Default();
+
+  BOOL OnHelpInfo(HELPINFO *);
+
+  // What a window that handles a command in no other way does with it: hands it to its parent, then to the application.
+  BOOL RouteCommand(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo);
+
+  DECLARE_MESSAGE_MAP()
+
+  BOOL ReflectToControl(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result);
+
+  WNDPROC m_pfnSuper = nullptr;
+};
