@@ -254,6 +254,13 @@ LRESULT AnswerItemHeight(const ComboBox &box, WPARAM index, LPARAM) {
   return static_cast<int>(index) == Nothing ? box.state->closedHeight : box.state->itemHeight;
 }
 
+LRESULT AnswerSetItemHeight(const ComboBox &box, WPARAM index, LPARAM height) {
+  UINT &part = static_cast<int>(index) == Nothing ? box.state->closedHeight : box.state->itemHeight;
+  part = static_cast<UINT>(height);
+  machine::Invalidate(box.window);
+  return 0;
+}
+
 LRESULT AnswerShowList(const ComboBox &box, WPARAM show, LPARAM) {
   ShowList(box, show != FALSE);
   return TRUE;
@@ -281,6 +288,7 @@ constexpr Answer Answers[] = {
     {CB_GETITEMDATA, AnswerItemData},
     {CB_SETITEMDATA, AnswerSetItemData},
     {CB_GETITEMHEIGHT, AnswerItemHeight},
+    {CB_SETITEMHEIGHT, AnswerSetItemHeight},
     {CB_SHOWDROPDOWN, AnswerShowList},
     {CB_GETDROPPEDSTATE, AnswerDropped},
     {CB_LIMITTEXT, AnswerLimit},
