@@ -296,7 +296,7 @@ TEST_F(SheetTest, WorksForTheLibraryWithinItsWindowsAlone) {
   AskingPage page;
   Sheet asking{&page};
   WithUser({[](HWND top) { Press(top, PSBTN_CANCEL); }}, [&] { asking.DoModal(); });
-  EXPECT_EQ(calls[2], "sure? 4");
+  EXPECT_EQ(TakeCalls(), (Calls{"init", "active", "sure? 4", "reset"}));
   EXPECT_EQ(AfxGetApp(), nullptr) << "the host's, which it has not";
   const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
   EXPECT_EQ(AfxGetApp(), &app);
