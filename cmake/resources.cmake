@@ -15,7 +15,6 @@ function(embed_resources target source)
   set(objects ${target}_resources)
   if(WIN32)
     add_library(${objects} OBJECT ${source})
-    target_compile_options(${objects} PRIVATE -c 65001)
     target_include_directories(${objects} PRIVATE ${folders})
     set_source_files_properties(${source} PROPERTIES OBJECT_DEPENDS "${beside};${ARGN}")
   else()
@@ -23,7 +22,7 @@ function(embed_resources target source)
     list(TRANSFORM folders PREPEND -I OUTPUT_VARIABLE includes)
     add_custom_command(
       OUTPUT ${compiled}
-      COMMAND ${WINDRES} -c 65001 ${includes} -O res ${source} ${compiled}
+      COMMAND ${WINDRES} ${includes} -O res ${source} ${compiled}
       DEPENDS ${source} ${beside} ${ARGN}
       VERBATIM)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/resources.S.in ${objects}.S @ONLY)
