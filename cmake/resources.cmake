@@ -6,7 +6,8 @@ if(NOT WIN32)
 endif()
 
 # embed_resources(TARGET FILE.rc [FILES...]) puts the resources into TARGET, or into what is linked with it if it is an
-# interface library. FILES are what FILE.rc reads besides its own folder; it names all that it reads from src on.
+# interface library. Paths in FILE.rc start at src, and it tells its own encoding (#pragma code_page), since CMake hands no
+# such flag to windres. FILES are what it reads besides its own folder.
 function(embed_resources target source)
   cmake_path(ABSOLUTE_PATH source)
   cmake_path(GET source PARENT_PATH folder)

@@ -138,11 +138,9 @@ INT_PTR CALLBACK PageProc(HWND page, UINT message, WPARAM, LPARAM lParam) {
     DrawClient(*reinterpret_cast<const DRAWITEMSTRUCT *>(lParam));
     return TRUE;
   case WM_NOTIFY:
-    if (reinterpret_cast<const NMHDR *>(lParam)->code == static_cast<UINT>(PSN_SETACTIVE)) {
+    if (reinterpret_cast<const NMHDR *>(lParam)->code == static_cast<UINT>(PSN_SETACTIVE))
       PostMessageW(GetParent(page), PSM_SETWIZBUTTONS, 0,
                    static_cast<LPARAM>(ButtonsOf(GetWindowLongPtrW(page, GWLP_USERDATA))));
-      SetForegroundWindow(GetParent(page));
-    }
     return FALSE;
   default:
     return FALSE;
@@ -165,7 +163,9 @@ int CALLBACK SheetProc(HWND window, UINT message, LPARAM) {
 }
 
 void Shot(const std::string &name) {
-  Sleep(400); // for the painting
+  SendMessageW(sheet, WM_NCACTIVATE, TRUE,
+               0); // Wine draws the first sheet of a process as if it weren't the active one.
+  Sleep(400);      // for the painting
   std::printf("shot %s\n", name.c_str());
   std::fflush(stdout);
   char line[16];
@@ -183,7 +183,8 @@ void Walk(const Flow &flow) {
       Centre(sheet);
     Shot(name);
     HWND page = reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETCURRENTPAGEHWND, 0, 0));
-    if (HWND list = GetDlgItem(page, IDC_CHOICE)) {
+    HWND list = GetDlgItem(page, IDC_CHOICE);
+    if (list && &flow == &kFlows.front()) {
       SendMessageW(list, CB_SHOWDROPDOWN, TRUE, 0);
       Shot(name + "-open");
       SendMessageW(list, CB_SHOWDROPDOWN, FALSE, 0);
