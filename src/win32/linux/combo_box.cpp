@@ -126,8 +126,9 @@ void SelectItem(const ComboBox &box, int item) {
   box.state->selection = item;
   machine::Invalidate(box.window);
   const Item *const selected = box.Selected();
+  const std::string text = selected != nullptr ? selected->text : "";
   if (box.state->edit != nullptr)
-    SetWindowTextA(box.state->edit, selected != nullptr ? selected->text.c_str() : "");
+    SetWindowTextA(box.state->edit, text.c_str());
 }
 
 // The user's choice.
@@ -356,9 +357,7 @@ LRESULT AnswerText(const ComboBox &box, UINT message, WPARAM size, LPARAM text) 
 
 LRESULT machine::ComboBoxProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   const std::shared_ptr<Window> window = WindowOf(handle);
-  if (window && message == WM_NCCREATE)
-    window->state = std::make_shared<ComboState>();
-  const ComboBox box = {window, StateOf<ComboState>(handle)};
+  const ComboBox box = {window, ControlState<ComboState>(window, message)};
   if (!box.state)
     return DefWindowProcA(handle, message, wParam, lParam);
   const auto answer = std::ranges::find(Answers, message, &Answer::message);
