@@ -182,7 +182,8 @@ LRESULT AddItem(const ComboBox &box, LPARAM given) {
   if (box.window->Has(CBS_SORT) && box.HasStrings())
     place = std::ranges::find_if(items,
                                  [&](const Item &each) { return lstrcmpA(item.text.c_str(), each.text.c_str()) < 0; });
-  const auto index = static_cast<int>(items.insert(place, std::move(item)) - items.begin());
+  const auto index = static_cast<int>(place - items.begin());
+  items.insert(place, std::move(item));
   if (index <= box.state->selection)
     ++box.state->selection;
   machine::Invalidate(box.window);
