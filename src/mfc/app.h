@@ -7,7 +7,6 @@
 class CWinApp;
 
 struct AFX_MODULE_STATE {
-  HINSTANCE m_hCurrentResourceHandle = nullptr; // null for the host's program
   CWinApp *m_pCurrentWinApp = nullptr;
 };
 
@@ -42,7 +41,8 @@ public:
   virtual int DoMessageBox(const char *prompt, UINT type, UINT helpId);
 };
 
-// Of the current module; null if it has no application object.
+// The current module's application object, null if it has none, and the module with its resources, null for the host's
+// program.
 CWinApp *AfxGetApp();
 HINSTANCE AfxGetResourceHandle();
 // The application's main window, the active one where there is none.

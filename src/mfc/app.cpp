@@ -1,0 +1,59 @@
+#include "mfc/app.h"
+
+#include <utility>
+
+IMPLEMENT_DYNAMIC(CWinApp, CCmdTarget)
+
+namespace {
+
+thread_local AFX_MODULE_STATE *currentState = nullptr;
+
+HINSTANCE LibraryModule() {
+  static const char withinLibrary = 0;
+  HMODULE module = nullptr;
+  ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       &withinLibrary, &module);
+  return module;
+}
+
+} // namespace
+
+AFX_MODULE_STATE *AfxGetStaticModuleState() {
+  static AFX_MODULE_STATE library;
+  return &library;
+}
+
+AFX_MODULE_STATE *AfxGetModuleState() {
+  static AFX_MODULE_STATE host;
+  return currentState ? currentState : &host;
+}
+
+AFX_MAINTAIN_STATE2::AFX_MAINTAIN_STATE2(AFX_MODULE_STATE *state)
+    : m_pPrevModuleState(std::exchange(currentState, state)) {}
+
+AFX_MAINTAIN_STATE2::~AFX_MAINTAIN_STATE2() { currentState = m_pPrevModuleState; }
+
+CWinApp::CWinApp(const char *appName) : m_pszAppName(appName) { AfxGetStaticModuleState()->m_pCurrentWinApp = this; }
+
+CWinApp::~CWinApp() { AfxGetStaticModuleState()->m_pCurrentWinApp = nullptr; }
+
+int CWinApp::DoMessageBox(const char *prompt, UINT type, UINT) {
+  return ::MessageBoxA(::GetActiveWindow(), prompt, m_pszAppName, type);
+}
+
+CWinApp *AfxGetApp() { return AfxGetModuleState()->m_pCurrentWinApp; }
+
+HINSTANCE AfxGetResourceHandle() {
+  return AfxGetModuleState() == AfxGetStaticModuleState() ? LibraryModule() : nullptr;
+}
+
+CWnd *AfxGetMainWnd() {
+  CWinApp *app = AfxGetApp();
+  return app && app->m_pMainWnd ? app->m_pMainWnd : CWnd::GetActiveWindow();
+}
+
+int AfxMessageBox(const std::string &text, UINT type, UINT helpId) {
+  CWinApp *app = AfxGetApp();
+  return app ? app->DoMessageBox(text.c_str(), type, helpId)
+             : ::MessageBoxA(::GetActiveWindow(), text.c_str(), nullptr, type);
+}

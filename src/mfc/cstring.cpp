@@ -1,0 +1,41 @@
+#include "mfc/cstring.h"
+
+#include "win32/win32.h"
+
+#include <algorithm>
+
+namespace {
+
+size_t CharacterLength(const std::string &text, size_t place) {
+  return IsDBCSLeadByte(static_cast<BYTE>(text[place])) && place + 1 < text.size() ? 2 : 1;
+}
+
+// Moves the letters from `first` on, 26 of them, by a distance.
+void MoveLetters(std::string &text, char first, int distance) {
+  for (size_t place = 0; place < text.size(); place += CharacterLength(text, place))
+    if (text[place] >= first && text[place] < first + 26)
+      text[place] = static_cast<char>(text[place] + distance);
+}
+
+} // namespace
+
+void CString::MakeUpper() { MoveLetters(*this, 'a', 'A' - 'a'); }
+
+void CString::MakeLower() { MoveLetters(*this, 'A', 'a' - 'A'); }
+
+void CString::TrimRight() {
+  // No second byte of a character is white space.
+  erase(find_last_not_of(" \t\n\v\f\r") + 1);
+}
+
+int CString::Find(const std::string &text, int start) const {
+  for (auto place = static_cast<size_t>(std::max(start, 0)); place < size(); place += CharacterLength(*this, place))
+    if (compare(place, text.size(), text) == 0)
+      return static_cast<int>(place);
+  return -1;
+}
+
+CString CString::Mid(int first, int count) const {
+  const auto begin = static_cast<size_t>(std::clamp(first, 0, GetLength()));
+  return substr(begin, static_cast<size_t>(std::max(count, 0)));
+}

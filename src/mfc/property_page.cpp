@@ -1,0 +1,72 @@
+#include "mfc/property_page.h"
+
+IMPLEMENT_DYNAMIC(CPropertyPage, CDialog)
+
+CPropertyPage::CPropertyPage(UINT idTemplate, UINT idCaption) {
+  m_psp.dwSize = sizeof m_psp;
+  m_psp.dwFlags = idCaption ? PSP_USETITLE : PSP_DEFAULT;
+  m_psp.pszTemplate = MAKEINTRESOURCEA(idTemplate);
+  m_psp.pszTitle = idCaption ? MAKEINTRESOURCEA(idCaption) : nullptr;
+  m_psp.pfnDlgProc = DialogProc;
+  m_psp.lParam = reinterpret_cast<LPARAM>(this);
+}
+
+INT_PTR CALLBACK CPropertyPage::DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message != WM_INITDIALOG || FromHandlePermanent(dialog))
+    return FALSE;
+  auto *page = reinterpret_cast<CPropertyPage *>(reinterpret_cast<const PROPSHEETPAGEA *>(lParam)->lParam);
+  page->SubclassWindow(dialog);
+  return AfxCallWndProc(*page, message, wParam, lParam);
+}
+
+BOOL CPropertyPage::OnInitDialog() {
+  m_bFirstSetActive = true;
+  return CDialog::OnInitDialog();
+}
+
+BOOL CPropertyPage::OnSetActive() {
+  // The first time OnInitDialog has just filled the controls, and whoever overrides it may have changed them since.
+  if (m_bFirstSetActive)
+    m_bFirstSetActive = false;
+  else
+    UpdateData(FALSE);
+  return TRUE;
+}
+
+BOOL CPropertyPage::OnKillActive() { return UpdateData(TRUE); }
+
+BOOL CPropertyPage::OnNotify(WPARAM wParam, LPARAM lParam, LRESULT *result) {
+  const auto &notification = *reinterpret_cast<const NMHDR *>(lParam);
+  if (notification.hwndFrom != m_hWnd && notification.hwndFrom != ::GetParent(m_hWnd))
+    return CDialog::OnNotify(wParam, lParam, result);
+
+  *result = 0;
+  switch (notification.code) {
+  case PSN_SETACTIVE:
+    *result = OnSetActive() ? 0 : -1;
+    return TRUE;
+  case PSN_KILLACTIVE:
+    *result = !OnKillActive();
+    return TRUE;
+  case PSN_WIZBACK:
+    *result = OnWizardBack();
+    return TRUE;
+  case PSN_WIZNEXT:
+    *result = OnWizardNext();
+    return TRUE;
+  case PSN_WIZFINISH:
+    *result = !OnWizardFinish();
+    return TRUE;
+  case PSN_QUERYCANCEL:
+    *result = !OnQueryCancel();
+    return TRUE;
+  case PSN_RESET:
+    OnReset();
+    return TRUE;
+  case PSN_HELP:
+    SendMessage(WM_COMMAND, ID_HELP);
+    return TRUE;
+  default:
+    return CDialog::OnNotify(wParam, lParam, result);
+  }
+}

@@ -1,0 +1,64 @@
+#include "mfc/property_sheet.h"
+
+#include "mfc/app.h"
+
+#include <utility>
+
+IMPLEMENT_DYNAMIC(CPropertySheet, CWnd)
+
+namespace {
+
+// The sheet whose window is about to be made on this thread: its first message comes without a word of whose it is.
+thread_local CPropertySheet *opening = nullptr;
+
+} // namespace
+
+CPropertySheet::CPropertySheet() {
+  m_psh.dwSize = sizeof m_psh;
+  m_psh.dwFlags = PSH_PROPSHEETPAGE;
+}
+
+INT_PTR CPropertySheet::DoModal() {
+  std::vector<PROPSHEETPAGEA> pages;
+  for (CPropertyPage *page : m_pages) {
+    page->m_psp.hInstance = AfxGetResourceHandle();
+    pages.push_back(page->m_psp);
+  }
+
+  HWND topLevel = nullptr;
+  PROPSHEETHEADERA header = m_psh;
+  header.dwFlags |= PSH_USECALLBACK;
+  header.hwndParent = GetSafeOwner_(nullptr, &topLevel);
+  header.hInstance = AfxGetResourceHandle();
+  header.nPages = static_cast<UINT>(pages.size());
+  header.ppsp = pages.data();
+  header.pfnCallback = SheetProc;
+
+  opening = this;
+  INT_PTR result = ::PropertySheetA(&header);
+  if (std::exchange(opening, nullptr)) // a sheet whose window couldn't be made isn't always told from a cancelled one
+    result = -1;
+  if (topLevel)
+    ::EnableWindow(topLevel, TRUE);
+  return result;
+}
+
+int CALLBACK CPropertySheet::SheetProc(HWND handle, UINT message, LPARAM) {
+  if (message != PSCB_INITIALIZED)
+    return 0;
+  CPropertySheet *sheet = std::exchange(opening, nullptr);
+  sheet->SubclassWindow(handle);
+  AfxCallWndProc(*sheet, WM_INITDIALOG, 0, 0);
+  return 0;
+}
+
+BOOL CPropertySheet::OnCmdMsg(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo) {
+  return CWnd::OnCmdMsg(nID, nCode, pExtra, pHandlerInfo) || RouteCommand(nID, nCode, pExtra, pHandlerInfo);
+}
+
+BOOL CPropertySheet::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result) {
+  if (message != WM_INITDIALOG)
+    return CWnd::OnWndMsg(message, wParam, lParam, result);
+  *result = OnInitDialog();
+  return TRUE;
+}

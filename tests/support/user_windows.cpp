@@ -1,0 +1,31 @@
+// The Windows half: a timer comes when a thread has no other message left, also in a modal loop within another.
+#include "support/user.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+namespace {
+
+UserSteps left;
+
+void CALLBACK TakeStep(HWND, UINT, UINT_PTR, DWORD) {
+  if (left.empty()) {
+    ADD_FAILURE() << "the user doesn't know what to do";
+    PostMessageA(GetActiveWindow(), WM_COMMAND, IDCANCEL, 0);
+    return;
+  }
+  const auto step = std::move(left.front());
+  left.pop_front();
+  step(GetActiveWindow());
+}
+
+} // namespace
+
+void WithUser(UserSteps steps, const std::function<void()> &run) {
+  left = std::move(steps);
+  const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, TakeStep);
+  run();
+  KillTimer(nullptr, timer);
+  EXPECT_EQ(left.size(), 0U) << "steps that the user never took";
+}
