@@ -1,7 +1,7 @@
 # What ./run and ./test need of Debian, and how they get it. Sourced by both, and by what else builds.
 
-native_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
-test_packages=(googletest gcc-mingw-w64-x86-64)
+native_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev gcc-mingw-w64-x86-64)
+test_packages=(googletest)
 windows_packages=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix wine wine64 locales)
 fuzz_packages=(clang libclang-rt-dev)
 
@@ -42,4 +42,12 @@ wine_environment() {
   mkdir -p "$LOCPATH"
   [ -d "$LOCPATH/ja_JP.UTF-8" ] || localedef -i ja_JP -f UTF-8 "$LOCPATH/ja_JP.UTF-8"
   export LC_ALL=ja_JP.UTF-8
+}
+
+# fresh_wine_prefix: makes the environment's prefix anew. Its windows stand on no display, so none is needed.
+fresh_wine_prefix() {
+  rm -rf "$WINEPREFIX"
+  wineboot -i >/dev/null 2>&1
+  wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null
+  wineserver -w # the next one knows of it
 }

@@ -1,6 +1,7 @@
 #include "wizard/input_rules.h"
 
 #include "clients/service_constants.h"
+#include "resources/resource.h"
 #include "win32/win32.h"
 
 #include <algorithm>
@@ -46,9 +47,9 @@ int32_t NormalizeServiceId(std::string &text) {
 
 namespace {
 
-constexpr int Combo = 1007;
-constexpr int FirstField = 1009;
-constexpr int SecondField = 1010;
+constexpr int Choice = IDC_CHOICE;
+constexpr int FirstField = IDC_FIELD_1;
+constexpr int SecondField = IDC_FIELD_2;
 constexpr const char *FullWidthSpace = "\x81\x40";
 
 bool IsControl(char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F; }
@@ -83,7 +84,7 @@ constexpr const char *WrongSender = "入力できない文字が含まれてい�
 #define BLANK_FAULT "空白文字（スペース）が存在しています。正しい"
 #define TYPE_IT "を入力して下さい。"
 
-constexpr InputTest MailerDomainTests[] = {{IsEmpty, NoDomain, Combo}};
+constexpr InputTest MailerDomainTests[] = {{IsEmpty, NoDomain, Choice}};
 constexpr InputTest MailerUserTests[] = {{IsEmpty, NoAddress, FirstField}, {HasSpaceOrAt, InvalidAddress, FirstField}};
 constexpr InputTest MailerSenderTests[] = {
     {HasSenderFault, WrongSender, SecondField},
@@ -98,8 +99,8 @@ constexpr InputTest SecondDomainTests[] = {
     {IsEmpty,
      "ドメインが選択されていません。\n"
      "ドロップダウンリストボックスからドメインを選択するか、ドメイン名を入力してください。",
-     Combo},
-    {IsForeignHost, WrongHost, Combo}};
+     Choice}};
+constexpr InputTest SecondHostTests[] = {{IsForeignHost, WrongHost, Choice}};
 constexpr InputTest SecondUserTests[] = {{IsEmpty, NoAddress, FirstField}};
 
 constexpr InputTest OwnAccountTests[] = {
@@ -142,6 +143,7 @@ const Tests MailerSender = MailerSenderTests;
 const Tests NewsUser = NewsUserTests;
 const Tests NewsSender = NewsSenderTests;
 const Tests SecondDomain = SecondDomainTests;
+const Tests SecondHost = SecondHostTests;
 const Tests SecondUser = SecondUserTests;
 const Tests OwnAccount = OwnAccountTests;
 const Tests OwnAddress = OwnAddressTests;

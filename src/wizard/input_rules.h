@@ -40,7 +40,8 @@ extern const Tests MailerSender; // also of the second mailer
 extern const Tests NewsUser; // may have an at sign
 extern const Tests NewsSender;
 
-extern const Tests SecondDomain; // chosen or typed: a host within one of the service's domains
+extern const Tests SecondDomain; // chosen or typed, tested as it is
+extern const Tests SecondHost;   // the same trimmed: a host within one of the service's domains
 extern const Tests SecondUser;
 
 extern const Tests OwnAccount;

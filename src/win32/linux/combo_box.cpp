@@ -182,7 +182,8 @@ LRESULT AddItem(const ComboBox &box, LPARAM given) {
   if (box.window->Has(CBS_SORT) && box.HasStrings())
     place = std::ranges::find_if(items,
                                  [&](const Item &each) { return lstrcmpA(item.text.c_str(), each.text.c_str()) < 0; });
-  const auto index = static_cast<int>(items.insert(place, std::move(item)) - items.begin());
+  const auto index = static_cast<int>(place - items.begin());
+  items.insert(place, std::move(item));
   if (index <= box.state->selection)
     ++box.state->selection;
   machine::Invalidate(box.window);
@@ -255,6 +256,13 @@ LRESULT AnswerItemHeight(const ComboBox &box, WPARAM index, LPARAM) {
   return static_cast<int>(index) == Nothing ? box.state->closedHeight : box.state->itemHeight;
 }
 
+LRESULT AnswerSetItemHeight(const ComboBox &box, WPARAM index, LPARAM height) {
+  UINT &part = static_cast<int>(index) == Nothing ? box.state->closedHeight : box.state->itemHeight;
+  part = static_cast<UINT>(height);
+  machine::Invalidate(box.window);
+  return 0;
+}
+
 LRESULT AnswerShowList(const ComboBox &box, WPARAM show, LPARAM) {
   ShowList(box, show != FALSE);
   return TRUE;
@@ -282,6 +290,7 @@ constexpr Answer Answers[] = {
     {CB_GETITEMDATA, AnswerItemData},
     {CB_SETITEMDATA, AnswerSetItemData},
     {CB_GETITEMHEIGHT, AnswerItemHeight},
+    {CB_SETITEMHEIGHT, AnswerSetItemHeight},
     {CB_SHOWDROPDOWN, AnswerShowList},
     {CB_GETDROPPEDSTATE, AnswerDropped},
     {CB_LIMITTEXT, AnswerLimit},

@@ -1,0 +1,41 @@
+# Windows resources on both platforms, from one source. On Linux they stand in the module as windres writes them into a
+# file, between the symbols win32_resources_begin and win32_resources_end.
+if(NOT WIN32)
+  enable_language(ASM)
+  find_program(WINDRES x86_64-w64-mingw32-windres REQUIRED)
+endif()
+
+# embed_resources(TARGET FILE.rc [FILES...]) puts the resources into TARGET, or into what is linked with it if it is an
+# interface library. Paths in FILE.rc start at src, and it tells its own encoding (#pragma code_page), since CMake hands no
+# such flag to windres. FILES are what it reads besides its own folder.
+function(embed_resources target source)
+  cmake_path(ABSOLUTE_PATH source)
+  cmake_path(GET source PARENT_PATH folder)
+  file(GLOB beside CONFIGURE_DEPENDS ${folder}/*.h ${folder}/*.bmp ${folder}/*.ico)
+  set(folders ${PROJECT_SOURCE_DIR}/src ${PROJECT_BINARY_DIR}/generated)
+  set(objects ${target}_resources)
+  if(WIN32)
+    add_library(${objects} OBJECT ${source})
+    target_include_directories(${objects} PRIVATE ${folders})
+    set_source_files_properties(${source} PROPERTIES OBJECT_DEPENDS "${beside};${ARGN}")
+  else()
+    set(compiled ${CMAKE_CURRENT_BINARY_DIR}/${target}.res)
+    list(TRANSFORM folders PREPEND -I OUTPUT_VARIABLE includes)
+    add_custom_command(
+      OUTPUT ${compiled}
+      COMMAND ${WINDRES} ${includes} -O res ${source} ${compiled}
+      DEPENDS ${source} ${beside} ${ARGN}
+      VERBATIM)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/resources.S.in ${objects}.S @ONLY)
+    add_library(${objects} OBJECT ${CMAKE_CURRENT_BINARY_DIR}/${objects}.S)
+    set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${objects}.S PROPERTIES OBJECT_DEPENDS ${compiled})
+  endif()
+
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL INTERFACE_LIBRARY)
+    set(scope INTERFACE)
+  else()
+    set(scope PRIVATE)
+  endif()
+  target_sources(${target} ${scope} $<TARGET_OBJECTS:${objects}>)
+endfunction()

@@ -1,0 +1,23 @@
+#include "wizard/acctkit_app.h"
+
+namespace {
+
+AcctKitApp theApp;
+
+// The exclamation icon belongs to what has none of its own, but not to the boxes that ask to try again.
+UINT WithIcon(UINT type) {
+  const UINT buttons = type & MB_TYPEMASK;
+  const bool takesIcon = buttons == MB_OK || buttons == MB_OKCANCEL || buttons == MB_YESNOCANCEL || buttons == MB_YESNO;
+  return (type & MB_ICONMASK) == 0 && takesIcon ? type | MB_ICONEXCLAMATION : type;
+}
+
+} // namespace
+
+int AcctKitApp::DoMessageBox(const char *prompt, UINT type, UINT) {
+  HWND disabled = nullptr;
+  const HWND owner = CWnd::GetSafeOwner_(nullptr, &disabled);
+  const int answer = MessageBoxA(owner, prompt, "@zuvioダイヤラ", WithIcon(type));
+  if (disabled != nullptr)
+    EnableWindow(disabled, TRUE);
+  return answer;
+}

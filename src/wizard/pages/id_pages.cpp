@@ -1,0 +1,61 @@
+#include "wizard/pages/id_pages.h"
+
+#include "wizard/pages/page_parts.h"
+
+using namespace page_parts;
+
+void ListIds(const CWnd &page, const WizardData &data) {
+  ::SendDlgItemMessageA(page.m_hWnd, IDC_CHOICE, CB_RESETCONTENT, 0, 0);
+  for (int index = 0; index < data.ids.GetSize(); ++index)
+    if (!data.ids[index].IsEmpty())
+      ::SendDlgItemMessageA(page.m_hWnd, IDC_CHOICE, CB_ADDSTRING, 0,
+                            reinterpret_cast<LPARAM>(data.ids[index].c_str()));
+  ::SendDlgItemMessageA(page.m_hWnd, IDC_CHOICE, CB_SETCURSEL, static_cast<WPARAM>(data.currentId), 0);
+}
+
+bool TakeId(const CWnd &page, WizardData &data) {
+  CString id = GetText(page, IDC_CHOICE);
+  if (!NormalizeServiceId(id))
+    return false;
+  const int spare = data.ids.GetSize() - 1;
+  int index = 0;
+  while (index <= spare && data.ids[index] != id)
+    ++index;
+  if (index <= spare) {
+    if (index != data.currentId)
+      data.idState = WizardData::Changed;
+    data.currentId = index;
+  } else if (::SendDlgItemMessageA(page.m_hWnd, IDC_CHOICE, CB_GETCURSEL, 0, 0) == CB_ERR) {
+    data.currentId = spare;
+    data.ids[spare] = id;
+    data.idState = WizardData::Changed;
+  }
+  return true;
+}
+
+void InitIdPage(const CWnd &page, WizardData &data, const char *section) {
+  FillDomainCombo(page, section);
+  data.idState = WizardData::FirstShow;
+}
+
+void ShowIdPage(const CWnd &page, WizardData &data, int userLimit) {
+  if (data.idState == WizardData::FirstShow) {
+    ShowList(page, true);
+    data.idState = WizardData::Settled;
+  }
+  ::SendDlgItemMessageA(page.m_hWnd, IDC_FIELD_1, EM_LIMITTEXT, static_cast<WPARAM>(userLimit), 0);
+}
+
+void ShowIdPageWithId(const CWnd &page, WizardData &data) {
+  constexpr int UserLimit = 32;
+  ShowIdPage(page, data, UserLimit);
+  if (GetText(page, IDC_FIELD_1).IsEmpty() || data.idState == WizardData::Changed) {
+    data.idState = WizardData::Settled;
+    ::SetDlgItemTextA(page.m_hWnd, IDC_FIELD_1, data.CurrentId().c_str());
+  }
+}
+
+void NameAccount(WizardData &data) {
+  data.connectionName = "@zuvio";
+  data.accountName = "@zuvio(" + data.CurrentId() + ")";
+}

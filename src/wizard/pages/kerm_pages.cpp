@@ -1,0 +1,128 @@
+#include "wizard/pages/kerm_pages.h"
+
+using namespace page_parts;
+
+// ---- Mail account ----
+
+IMPLEMENT_DYNAMIC(CSetKERMMailerTop, CPropertyPage)
+
+CSetKERMMailerTop::CSetKERMMailerTop() : CPropertyPage(IDD_SET_KERM_MAILER_TOP, 0) {}
+
+BOOL CSetKERMMailerTop::OnSetActive() {
+  PostButtons(*this, PSWIZB_NEXT);
+  return CPropertyPage::OnSetActive();
+}
+
+LRESULT CSetKERMMailerTop::OnWizardNext() {
+  if (!TakeTrimmed(*this, IDC_FIELD_1, input_tests::OwnAccount, data->userId))
+    return Stay;
+  return CPropertyPage::OnWizardNext();
+}
+
+// ---- Which client ----
+
+IMPLEMENT_DYNAMIC(CSetKERMMailerSelect, CPropertyPage)
+
+BEGIN_MESSAGE_MAP(CSetKERMMailerSelect, CPropertyPage)
+ON_CBN_SELCHANGE(IDC_CHOICE, OnSelectClient)
+ON_WM_PAINT()
+END_MESSAGE_MAP()
+
+CSetKERMMailerSelect::CSetKERMMailerSelect() : CPropertyPage(IDD_SET_KERM_MAILER_SELECT, 0) {}
+
+void CSetKERMMailerSelect::DoDataExchange(CDataExchange *exchange) {
+  CPropertyPage::DoDataExchange(exchange);
+  DDX_Control(exchange, IDC_CHOICE, list);
+}
+
+BOOL CSetKERMMailerSelect::OnInitDialog() {
+  CPropertyPage::OnInitDialog();
+  finder.FindMailClients(data->mailClients);
+  data->mailClient = ListClients(list, data->mailClients);
+  return data->mailClient != nullptr;
+}
+
+BOOL CSetKERMMailerSelect::OnSetActive() {
+  PostButtons(*this, PSWIZB_BACK | PSWIZB_NEXT);
+  return CPropertyPage::OnSetActive();
+}
+
+void CSetKERMMailerSelect::OnSelectClient() { TakeSelected(*this, list, icon, data->mailClients, data->mailClient); }
+
+void CSetKERMMailerSelect::OnPaint() {
+  const CPaintDC context(this);
+  icon.Show(*this, data->mailClient);
+}
+
+// ---- Address and sender ----
+
+IMPLEMENT_DYNAMIC(CSetKERMMailerID, CPropertyPage)
+
+CSetKERMMailerID::CSetKERMMailerID() : CPropertyPage(IDD_SET_KERM_MAILER_ID, 0) {}
+
+// The buttons stay those of the page before.
+BOOL CSetKERMMailerID::OnSetActive() {
+  constexpr WPARAM AddressLimit = 255;
+  ::SendDlgItemMessageA(m_hWnd, IDC_FIELD_1, EM_LIMITTEXT, AddressLimit, 0);
+  return CPropertyPage::OnSetActive();
+}
+
+LRESULT CSetKERMMailerID::OnWizardNext() {
+  if (!TakeTrimmed(*this, IDC_FIELD_1, input_tests::OwnAddress, data->mailAddress) ||
+      !TakeTrimmed(*this, IDC_FIELD_2, input_tests::OwnSender, data->senderName))
+    return Stay;
+  return CPropertyPage::OnWizardNext();
+}
+
+// ---- Servers ----
+
+IMPLEMENT_DYNAMIC(CSetKERMServer, CPropertyPage)
+
+CSetKERMServer::CSetKERMServer() : CPropertyPage(IDD_SET_KERM_SERVER, 0) {}
+
+BOOL CSetKERMServer::OnSetActive() {
+  PostButtons(*this, PSWIZB_BACK | PSWIZB_NEXT);
+  return CPropertyPage::OnSetActive();
+}
+
+LRESULT CSetKERMServer::OnWizardNext() {
+  if (!TakeTrimmed(*this, IDC_FIELD_1, input_tests::OwnPopServer, data->popServer) ||
+      !TakeTrimmed(*this, IDC_FIELD_2, input_tests::OwnSmtpServer, data->smtpServer))
+    return Stay;
+  return CPropertyPage::OnWizardNext();
+}
+
+// ---- Summary and write ----
+
+IMPLEMENT_DYNAMIC(CSetKERMEnd, CPropertyPage)
+
+BEGIN_MESSAGE_MAP(CSetKERMEnd, CPropertyPage)
+ON_WM_PAINT()
+END_MESSAGE_MAP()
+
+CSetKERMEnd::CSetKERMEnd() : CPropertyPage(IDD_SET_KERM_END, 0) { summaryFont.Attach(MakeSummaryFont()); }
+
+BOOL CSetKERMEnd::OnSetActive() {
+  PostButtons(*this, PSWIZB_BACK | PSWIZB_FINISH);
+  const std::string clientName = data->mailClient != nullptr ? NameOf(*data->mailClient) : CString();
+  ShowSummary(
+      *this, summaryFont,
+      MailSummary{data->userId, clientName, data->mailAddress, data->senderName, data->popServer, data->smtpServer});
+  return CPropertyPage::OnSetActive();
+}
+
+BOOL CSetKERMEnd::OnWizardFinish() {
+  data->accountName = data->mailAddress;
+  MailAccountSpec spec = *data;
+  spec.originalDomain = 1;
+  spec.connectionName = "@zuvioダイヤラ";
+  // An account that is to be overwritten is no answer to whether the user is another account's.
+  return WriteMailAccount(data->mailClient, spec, SecondUserAlone, WhenOverwriting::AskOn)
+             ? CPropertyPage::OnWizardFinish()
+             : FALSE;
+}
+
+void CSetKERMEnd::OnPaint() {
+  const CPaintDC context(this);
+  icon.Show(*this, data->mailClient);
+}

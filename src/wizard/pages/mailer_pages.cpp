@@ -1,0 +1,177 @@
+#include "wizard/pages/mailer_pages.h"
+
+#include "wizard/pages/id_pages.h"
+#include "wizard/service_ini.h"
+
+using namespace page_parts;
+
+// ---- Which ID ----
+
+IMPLEMENT_DYNAMIC(CSetMailerTop1, CPropertyPage)
+
+BEGIN_MESSAGE_MAP(CSetMailerTop1, CPropertyPage)
+ON_CBN_SELCHANGE(IDC_CHOICE, OnSelectId)
+ON_WM_LBUTTONDBLCLK()
+END_MESSAGE_MAP()
+
+CSetMailerTop1::CSetMailerTop1() : CPropertyPage(IDD_SET_MAILER_TOP1, 0) {}
+
+BOOL CSetMailerTop1::OnSetActive() {
+  PostButtons(*this, PSWIZB_NEXT);
+  ListIds(*this, *data);
+  return CPropertyPage::OnSetActive();
+}
+
+void CSetMailerTop1::OnSelectId() { data->idState = WizardData::Changed; }
+
+LRESULT CSetMailerTop1::OnWizardNext() {
+  if (!TakeId(*this, *data)) {
+    AfxMessageBox(WrongIdMessage);
+    MoveFocus(*this, IDC_CHOICE);
+    return Stay;
+  }
+  return CPropertyPage::OnWizardNext();
+}
+
+void CSetMailerTop1::OnLButtonDblClk(UINT, CPoint) {
+  HandleDoubleClick(*this, [this] { Default(); });
+}
+
+IMPLEMENT_DYNAMIC(CSetMailerTop2, CPropertyPage)
+
+BEGIN_MESSAGE_MAP(CSetMailerTop2, CPropertyPage)
+ON_WM_LBUTTONDBLCLK()
+END_MESSAGE_MAP()
+
+CSetMailerTop2::CSetMailerTop2() : CPropertyPage(IDD_SET_MAILER_TOP2, 0) {}
+
+BOOL CSetMailerTop2::OnSetActive() {
+  PostButtons(*this, PSWIZB_NEXT);
+  SetWindowText("MailerWizard (" + data->CurrentId() + ")");
+  return CPropertyPage::OnSetActive();
+}
+
+void CSetMailerTop2::OnLButtonDblClk(UINT, CPoint) {
+  HandleDoubleClick(*this, [this] { Default(); });
+}
+
+// ---- Which client ----
+
+IMPLEMENT_DYNAMIC(CSetMailerSelect, CPropertyPage)
+
+BEGIN_MESSAGE_MAP(CSetMailerSelect, CPropertyPage)
+ON_CBN_SELCHANGE(IDC_CHOICE, OnSelectClient)
+ON_WM_PAINT()
+END_MESSAGE_MAP()
+
+CSetMailerSelect::CSetMailerSelect() : CPropertyPage(IDD_SET_MAILER_SELECT, 0) {}
+
+void CSetMailerSelect::DoDataExchange(CDataExchange *exchange) {
+  CPropertyPage::DoDataExchange(exchange);
+  DDX_Control(exchange, IDC_CHOICE, list);
+}
+
+BOOL CSetMailerSelect::OnInitDialog() {
+  CPropertyPage::OnInitDialog();
+  ClientFinder().FindMailClients(data->mailClients);
+  data->mailClient = ListClients(list, data->mailClients);
+  if (data->mailClient == nullptr)
+    return FALSE;
+  data->clientName = NameOf(*data->mailClient);
+  return TRUE;
+}
+
+BOOL CSetMailerSelect::OnSetActive() {
+  PostButtons(*this, PSWIZB_BACK | PSWIZB_NEXT);
+  return CPropertyPage::OnSetActive();
+}
+
+void CSetMailerSelect::OnSelectClient() {
+  if (TakeSelected(*this, list, icon, data->mailClients, data->mailClient))
+    data->clientName = NameOf(*data->mailClient);
+}
+
+void CSetMailerSelect::OnPaint() {
+  const CPaintDC context(this);
+  icon.Show(*this, data->mailClient);
+}
+
+// ---- Address and sender ----
+
+IMPLEMENT_DYNAMIC(CSetMailerID, CPropertyPage)
+
+CSetMailerID::CSetMailerID() : CPropertyPage(IDD_SET_MAILER_ID, 0) {}
+
+BOOL CSetMailerID::OnInitDialog() {
+  CPropertyPage::OnInitDialog();
+  InitIdPage(*this, *data, "MAIL_SERVER");
+  return TRUE;
+}
+
+BOOL CSetMailerID::OnSetActive() {
+  ShowIdPageWithId(*this, *data);
+  PostButtons(*this, PSWIZB_BACK | PSWIZB_NEXT);
+  return CPropertyPage::OnSetActive();
+}
+
+LRESULT CSetMailerID::OnWizardBack() {
+  ShowList(*this, false);
+  return CPropertyPage::OnWizardBack();
+}
+
+LRESULT CSetMailerID::OnWizardNext() {
+  data->senderName = GetText(*this, IDC_FIELD_2);
+  data->mailUser = GetText(*this, IDC_FIELD_1);
+  const CString domain = GetText(*this, IDC_CHOICE);
+  if (Refuses(*this, input_tests::MailerDomain, domain))
+    return Stay;
+  const std::string number = std::to_string(1 + ::SendDlgItemMessageA(m_hWnd, IDC_CHOICE, CB_GETCURSEL, 0, 0));
+  const std::string settings = ServiceIniPath();
+  ReadServiceString(settings, "MAIL_SERVER", ("pop" + number).c_str(), data->popServer);
+  ReadServiceString(settings, "MAIL_SERVER", ("smtp" + number).c_str(), data->smtpServer);
+  data->mailAddress = data->mailUser + "@" + domain;
+  if (Refuses(*this, input_tests::MailerUser, data->mailUser) ||
+      Refuses(*this, input_tests::MailerSender, data->senderName))
+    return Stay;
+  NameAccount(*data);
+  ShowList(*this, false);
+  return CPropertyPage::OnWizardNext();
+}
+
+// ---- Summary and write ----
+
+IMPLEMENT_DYNAMIC(CSetMailerEnd, CPropertyPage)
+
+BEGIN_MESSAGE_MAP(CSetMailerEnd, CPropertyPage)
+ON_WM_PAINT()
+END_MESSAGE_MAP()
+
+CSetMailerEnd::CSetMailerEnd() : CPropertyPage(IDD_SET_MAILER_END, 0) { summaryFont.Attach(MakeSummaryFont()); }
+
+BOOL CSetMailerEnd::OnSetActive() {
+  PostButtons(*this, PSWIZB_BACK | PSWIZB_FINISH);
+  ShowSummary(*this, summaryFont,
+              MailSummary{data->CurrentId(), data->clientName, data->mailAddress, data->senderName, data->popServer,
+                          data->smtpServer});
+  return CPropertyPage::OnSetActive();
+}
+
+BOOL CSetMailerEnd::OnWizardFinish() {
+  MailAccountSpec spec;
+  spec.userId = data->CurrentId();
+  spec.senderName = data->senderName;
+  spec.accountName = data->accountName;
+  spec.reserved = data->reserved;
+  spec.smtpServer = data->smtpServer;
+  spec.popServer = data->popServer;
+  spec.mailAddress = data->mailAddress;
+  spec.connectionName = data->connectionName;
+  spec.secondAccount = data->secondAccount;
+  const UserQuestions questions = data->secondAccount ? UserQuestions(SecondUserAlone) : UserQuestions(AnyUser);
+  return WriteMailAccount(data->mailClient, spec, questions) ? CPropertyPage::OnWizardFinish() : FALSE;
+}
+
+void CSetMailerEnd::OnPaint() {
+  const CPaintDC context(this);
+  icon.Show(*this, data->mailClient);
+}

@@ -1,0 +1,174 @@
+// What the pages of the wizards do alike.
+#pragma once
+
+#include "mfc/afxwin.h"
+#include "resources/resource.h"
+#include "wizard/client_combo_box.h"
+#include "wizard/client_finder.h"
+#include "wizard/input_rules.h"
+
+#include <span>
+#include <string>
+
+namespace page_parts {
+
+// ---- The sheet ----
+
+// Sets the wizard's buttons (PSWIZB_*). Posted, so they change just after the page has come up.
+void PostButtons(const CWnd &page, DWORD buttons);
+
+// What a Next button answers to keep the page.
+constexpr LRESULT Stay = -1;
+
+// ---- Fields ----
+
+CString GetText(const CWnd &page, int control);
+CString GetTrimmedText(const CWnd &page, int control);
+
+// Fills the page's list with the domains of a section of service.ini.
+void FillDomainCombo(const CWnd &page, const char *section);
+
+// Opens or closes the page's list.
+void ShowList(const CWnd &page, bool open);
+
+void MoveFocus(const CWnd &page, int control);
+
+// When the control of a refused text gets the focus: at once, or once the sheet has dealt with the refusal, by the
+// message FocusControl that is posted to the page with the control's id.
+enum class Focus { Now, Later };
+constexpr UINT FocusControl = WM_USER + 101;
+
+// Whether a test refuses the text. If so its message has been shown, and its control gets the focus.
+bool Refuses(const CWnd &page, input_tests::Tests tests, const std::string &text, Focus focus = Focus::Now);
+
+// Takes a control's text without white space at its end: once it has passed the tests it is stored, and shown so.
+bool TakeTrimmed(const CWnd &page, int control, input_tests::Tests tests, std::string &field, Focus focus = Focus::Now);
+
+// ---- The build stamp ----
+
+// Whether a key was pressed since it was last asked for; whether it is down now doesn't count.
+bool WasPressed(int key);
+
+void ShowBuildStamp(const CWnd &page, bool whole);
+
+// What a double click does on a first page: with Shift pressed it shows when the library was built, with Backspace more
+// of it. The default handling comes in between.
+template <typename DefaultHandling> void HandleDoubleClick(const CWnd &page, DefaultHandling handleByDefault) {
+  if (!WasPressed(VK_SHIFT)) {
+    handleByDefault();
+  } else if (WasPressed(VK_BACK)) {
+    ShowBuildStamp(page, true);
+    handleByDefault();
+  } else {
+    handleByDefault();
+    ShowBuildStamp(page, false);
+  }
+}
+
+// ---- Clients ----
+
+// Lists the clients that have a path and selects the first of them, which is the answer; null if there is none.
+template <typename Clients> auto ListClients(ClientComboBox &list, const Clients &clients) {
+  typename Clients::value_type::pointer first = nullptr;
+  for (const auto &client : clients) {
+    std::string path;
+    if (client == nullptr || !client->GetClientPath(path))
+      continue;
+    std::string name;
+    client->GetClientName(name);
+    list.AddClient(path, name);
+    if (first == nullptr)
+      first = client.get();
+  }
+  if (first != nullptr)
+    list.SetCurSel(0);
+  return first;
+}
+
+template <typename Client> CString NameOf(Client &client) {
+  CString name;
+  client.GetClientName(name);
+  return name;
+}
+
+// The icon of the chosen client as a page shows it, for as long as the page lives.
+class ClientIcon {
+public:
+  ClientIcon() = default;
+  ~ClientIcon();
+  ClientIcon(const ClientIcon &) = delete;
+  ClientIcon &operator=(const ClientIcon &) = delete;
+
+  // Shows the icon of the client, if there is one.
+  template <typename Client> void Show(const CWnd &page, Client *client) {
+    if (client != nullptr)
+      Put(page, client->GetClientIcon());
+  }
+
+private:
+  void Put(const CWnd &page, HICON icon);
+
+  HICON shown = nullptr;
+};
+
+// Makes the first client with the selected path the chosen one and shows its icon. False if there is none, and nothing
+// is changed.
+template <typename Clients, typename Client>
+bool TakeSelected(const CWnd &page, const ClientComboBox &list, ClientIcon &icon, const Clients &clients,
+                  Client *&chosen) {
+  std::string selected;
+  if (!list.GetSelectedPath(selected))
+    return false;
+  for (const auto &client : clients) {
+    std::string path;
+    if (client == nullptr || !client->GetClientPath(path) || path != selected)
+      continue;
+    chosen = client.get();
+    icon.Show(page, chosen);
+    return true;
+  }
+  return false;
+}
+
+// ---- The summary ----
+
+// The font of the summaries, in which every half-width character is as wide as half a full-width one.
+HFONT MakeSummaryFont();
+
+// Puts a mail account's summary into the page's text.
+struct MailSummary {
+  std::string account;
+  std::string clientName;
+  std::string mailAddress;
+  std::string senderName;
+  std::string popServer;
+  std::string smtpServer;
+};
+void ShowSummary(const CWnd &page, const CFont &font, const MailSummary &summary);
+void ShowSummary(const CWnd &page, const CFont &font, const std::string &text);
+
+// Two of the lines, which the news summary has too.
+std::string AddressAndSenderLines(const std::string &mailAddress, const std::string &senderName);
+
+// ---- The write ----
+
+// Puts a question to the user; true for OK.
+bool Confirmed(const std::string &question);
+
+// What is asked about the user of a mail account, in order until one question is put to the user.
+using UserQuestion = int32_t (MailClient::*)(const MailAccountSpec &spec, std::string &key, std::string &message);
+using UserQuestions = std::span<const UserQuestion>;
+inline constexpr UserQuestion AnyUser[] = {&MailClient::IsExistUser, &MailClient::IsExistSecondUser};
+inline constexpr UserQuestion SecondUserAlone[] = {&MailClient::IsExistSecondUser};
+
+enum class WhenOverwriting { AskNoMore, AskOn };
+
+// Writes a mail account once the user has agreed to what is there already: an account of the title, which is then
+// overwritten, or one of the user, which only is a warning. False if the wizard is to stay open.
+bool WriteMailAccount(MailClient *client, const MailAccountSpec &spec, UserQuestions questions,
+                      WhenOverwriting whenOverwriting = WhenOverwriting::AskNoMore);
+
+// Tells how a write ended. False if the wizard is to stay open: the external mailer tells its failures itself.
+bool TellResult(bool written, int32_t clientType);
+
+} // namespace page_parts

@@ -1,0 +1,55 @@
+#include "wizard/pages/second_mailer_page.h"
+
+#include "wizard/pages/id_pages.h"
+
+using namespace page_parts;
+
+IMPLEMENT_DYNAMIC(CSet2ndMailerID, CPropertyPage)
+
+CSet2ndMailerID::CSet2ndMailerID() : CPropertyPage(IDD_SET_2ND_MAILER_ID, 0) {}
+
+BOOL CSet2ndMailerID::OnInitDialog() {
+  CPropertyPage::OnInitDialog();
+  InitIdPage(*this, *data, "ADDMAIL_SERVER");
+  return TRUE;
+}
+
+BOOL CSet2ndMailerID::OnSetActive() {
+  constexpr int UserLimit = 30;
+  ShowIdPage(*this, *data, UserLimit);
+  PostButtons(*this, PSWIZB_BACK | PSWIZB_NEXT);
+  return CPropertyPage::OnSetActive();
+}
+
+LRESULT CSet2ndMailerID::OnWizardBack() {
+  ShowList(*this, false);
+  return CPropertyPage::OnWizardBack();
+}
+
+LRESULT CSet2ndMailerID::OnWizardNext() {
+  data->senderName = GetText(*this, IDC_FIELD_2);
+  CString domain = GetText(*this, IDC_CHOICE);
+  if (Refuses(*this, input_tests::SecondDomain, domain))
+    return Stay;
+  domain.TrimRight();
+  if (Refuses(*this, input_tests::SecondHost, domain))
+    return Stay;
+  data->mailUser = GetText(*this, IDC_FIELD_1);
+  data->mailAddress = data->mailUser + "@" + domain;
+  if (Refuses(*this, input_tests::SecondUser, data->mailUser) ||
+      Refuses(*this, input_tests::MailerSender, data->senderName))
+    return Stay;
+
+  // The mail user may hold an at sign, and the host then is another than the domain.
+  CString host = data->mailAddress.substr(data->mailAddress.find('@') + 1);
+  host.TrimRight();
+  host.MakeLower();
+  data->currentId = 0;
+  data->ids[0] = data->mailUser;
+  data->connectionName = "@zuvio";
+  data->popServer = host;
+  data->smtpServer = host;
+  data->accountName = "@zuvio(" + data->mailAddress + ")";
+  ShowList(*this, false);
+  return CPropertyPage::OnWizardNext();
+}

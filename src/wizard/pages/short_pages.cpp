@@ -1,0 +1,106 @@
+#include "wizard/pages/short_pages.h"
+
+#include "clients/service_constants.h"
+
+using namespace page_parts;
+
+namespace {
+
+bool MayCancel() { return AfxMessageBox("メーラーの設定を中止します。よろしいですか？", MB_YESNO) == IDYES; }
+
+} // namespace
+
+// ---- Which client ----
+
+IMPLEMENT_DYNAMIC(CSetShortMailerSelect, CPropertyPage)
+
+BEGIN_MESSAGE_MAP(CSetShortMailerSelect, CPropertyPage)
+ON_CBN_SELCHANGE(IDC_CHOICE, OnClientChange)
+ON_WM_PAINT()
+END_MESSAGE_MAP()
+
+CSetShortMailerSelect::CSetShortMailerSelect() : CPropertyPage(IDD_SET_SHORT_MAILER_SELECT, 0) {}
+
+void CSetShortMailerSelect::DoDataExchange(CDataExchange *exchange) {
+  CPropertyPage::DoDataExchange(exchange);
+  DDX_Control(exchange, IDC_CHOICE, list);
+}
+
+BOOL CSetShortMailerSelect::OnInitDialog() {
+  CPropertyPage::OnInitDialog();
+  finder.FindMailClients(data->mailClients);
+  data->mailClient = ListClients(list, data->mailClients);
+  return data->mailClient != nullptr;
+}
+
+BOOL CSetShortMailerSelect::OnSetActive() {
+  PostButtons(*this, PSWIZB_NEXT);
+  return CPropertyPage::OnSetActive();
+}
+
+BOOL CSetShortMailerSelect::OnQueryCancel() { return MayCancel() ? CPropertyPage::OnQueryCancel() : FALSE; }
+
+void CSetShortMailerSelect::OnClientChange() { TakeSelected(*this, list, icon, data->mailClients, data->mailClient); }
+
+void CSetShortMailerSelect::OnPaint() {
+  const CPaintDC context(this);
+  icon.Show(*this, data->mailClient);
+}
+
+// ---- Address and sender, and the write ----
+
+IMPLEMENT_DYNAMIC(CSetShortMailerID, CPropertyPage)
+
+BEGIN_MESSAGE_MAP(CSetShortMailerID, CPropertyPage)
+ON_MESSAGE(FocusControl, OnFocusControl)
+END_MESSAGE_MAP()
+
+CSetShortMailerID::CSetShortMailerID() : CPropertyPage(IDD_SET_SHORT_MAILER_ID, 0) {}
+
+BOOL CSetShortMailerID::OnInitDialog() {
+  CPropertyPage::OnInitDialog();
+  FillDomainCombo(*this, "MAIL_SERVER");
+  return TRUE;
+}
+
+BOOL CSetShortMailerID::OnSetActive() {
+  PostButtons(*this, PSWIZB_BACK | PSWIZB_FINISH);
+  if (GetText(*this, IDC_CHOICE).IsEmpty())
+    ShowList(*this, true);
+  if (GetText(*this, IDC_FIELD_1).IsEmpty())
+    ::SetDlgItemTextA(m_hWnd, IDC_FIELD_1, data->userId.c_str());
+  return CPropertyPage::OnSetActive();
+}
+
+BOOL CSetShortMailerID::OnQueryCancel() { return MayCancel() ? CPropertyPage::OnQueryCancel() : FALSE; }
+
+LRESULT CSetShortMailerID::OnWizardBack() {
+  ShowList(*this, false);
+  return CPropertyPage::OnWizardBack();
+}
+
+LRESULT CSetShortMailerID::OnFocusControl(WPARAM control, LPARAM) {
+  MoveFocus(*this, static_cast<int>(control));
+  return 0;
+}
+
+bool CSetShortMailerID::TakeInput() {
+  const CString domain = GetText(*this, IDC_CHOICE);
+  CString alias;
+  if (Refuses(*this, input_tests::MailerDomain, domain, Focus::Later) ||
+      !TakeTrimmed(*this, IDC_FIELD_1, input_tests::ShortAlias, alias, Focus::Later))
+    return false;
+  data->mailAddress = alias + "@" + domain;
+  return TakeTrimmed(*this, IDC_FIELD_2, input_tests::OwnSender, data->senderName, Focus::Later);
+}
+
+BOOL CSetShortMailerID::OnWizardFinish() {
+  if (!TakeInput())
+    return FALSE;
+  data->accountName = "@zuvio(" + data->userId + ")";
+  data->popServer = IspPopHost;
+  data->smtpServer = IspSmtpHost;
+  MailAccountSpec spec = *data;
+  spec.connectionName = "@zuvioダイヤラ";
+  return WriteMailAccount(data->mailClient, spec, AnyUser) ? CPropertyPage::OnWizardFinish() : FALSE;
+}

@@ -1,0 +1,54 @@
+// The pages of the short wizard, in their order. Both ask before the wizard is cancelled.
+#pragma once
+
+#include "wizard/pages/page_parts.h"
+#include "wizard/wizard_data.h"
+
+// Which mail client.
+class CSetShortMailerSelect : public CPropertyPage {
+  DECLARE_DYNAMIC(CSetShortMailerSelect)
+
+public:
+  SpecWizardData *data = nullptr;
+
+  CSetShortMailerSelect();
+
+protected:
+  void DoDataExchange(CDataExchange *exchange) override;
+  BOOL OnInitDialog() override;
+  BOOL OnSetActive() override;
+  BOOL OnQueryCancel() override;
+  virtual void OnClientChange();
+  void OnPaint();
+
+  DECLARE_MESSAGE_MAP()
+
+private:
+  ClientComboBox list;
+  ClientFinder finder;
+  page_parts::ClientIcon icon;
+};
+
+// Address and sender, and the write.
+class CSetShortMailerID : public CPropertyPage {
+  DECLARE_DYNAMIC(CSetShortMailerID)
+
+public:
+  SpecWizardData *data = nullptr;
+
+  CSetShortMailerID();
+
+protected:
+  BOOL OnInitDialog() override;
+  BOOL OnSetActive() override;
+  BOOL OnQueryCancel() override;
+  LRESULT OnWizardBack() override;
+  BOOL OnWizardFinish() override;
+  virtual LRESULT OnFocusControl(WPARAM control, LPARAM);
+
+  DECLARE_MESSAGE_MAP()
+
+private:
+  // Takes what is typed into the record; false if a test refuses it.
+  bool TakeInput();
+};

@@ -1,0 +1,40 @@
+#include "wizard/ps_wizard.h"
+
+#include "wizard/service_ini.h"
+
+IMPLEMENT_DYNAMIC(CPsWizard, CPropertySheet)
+
+BEGIN_MESSAGE_MAP(CPsWizard, CPropertySheet)
+ON_WM_HELPINFO()
+END_MESSAGE_MAP()
+
+BOOL CPsWizard::OnInitDialog() {
+  const BOOL result = CPropertySheet::OnInitDialog();
+  CenterWindow(CWnd::GetDesktopWindow());
+  return result;
+}
+
+BOOL CPsWizard::OnHelpInfo(HELPINFO *info) {
+  helpKeySeen = 1;
+  return CPropertySheet::OnHelpInfo(info);
+}
+
+BOOL CPsWizard::OnCmdMsg(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo) {
+  if (nID == ID_HELP && nCode == CN_UPDATE_COMMAND_UI) {
+    if (helpKeySeen == 1)
+      helpKeySeen = 0;
+    else
+      ShowHelp();
+  }
+  return CPropertySheet::OnCmdMsg(nID, nCode, pExtra, pHandlerInfo);
+}
+
+void CPsWizard::ShowHelp() {
+  constexpr ULONG_PTR NewsTopic = 6;
+  constexpr ULONG_PTR MailTopic = 5;
+  char folder[MAX_PATH] = "";
+  GetProgramFolder(folder, sizeof folder);
+  const std::string file = std::string(folder) + "kantan.hlp";
+  if (!WinHelpA(m_hWnd, file.c_str(), HELP_CONTEXT, wizardKind == News ? NewsTopic : MailTopic))
+    AfxMessageBox("ヘルプファイルの読み込みに失敗しました。");
+}

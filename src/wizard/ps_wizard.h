@@ -1,0 +1,33 @@
+// The sheet that all wizards run in.
+#pragma once
+
+#include "mfc/afxwin.h"
+
+#include <cstdint>
+
+class CPsWizard : public CPropertySheet {
+  DECLARE_DYNAMIC(CPsWizard)
+
+public:
+  enum Kind : int32_t { Other, Mailer, SecondMailer, News };
+
+  // A Kind: which help topic the wizard has.
+  int32_t wizardKind = Other;
+
+  ~CPsWizard() override = default;
+
+  // Shows the help when the Help button's command is tested, unless the test comes from the help key.
+  BOOL OnCmdMsg(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo) override;
+
+protected:
+  // Puts the sheet in the middle of the screen.
+  BOOL OnInitDialog() override;
+  BOOL OnHelpInfo(HELPINFO *info);
+
+  DECLARE_MESSAGE_MAP()
+
+private:
+  void ShowHelp();
+
+  int32_t helpKeySeen = 0; // 1 from the help key until the next test
+};
