@@ -61,11 +61,13 @@ TEST_F(ClientTest, AWizardDrawsItsClientsAndLeavesNothing) {
             }},
            [] { EXPECT_EQ(MailerWizard(0, "ABC01234", "ABC01234\0"), 1); });
 
-  // The part that is always seen, then the entries: icon and text on the page's own strip and highlight.
-  const std::vector<std::string> outlook = {"fill 0 window", "image 5", "fill 26 window", "text 31 "};
-  (void)outlook;
-  for (const std::string &line : lines)
-    std::puts(line.c_str());
+  const std::vector<std::string> expected = {
+      // what is always seen, then the entries, of which the first is selected
+      "fill 0 window", "image 5",          "fill 26 window",    "text 31 OutlookExpress (Microsoft)",
+      "fill 0 window", "image 5 selected", "fill 26 highlight", "text 31 OutlookExpress (Microsoft) highlighted",
+      "fill 0 window", "image 5",          "fill 26 window",    "text 31 NetscapeCommunicator (Netscape)",
+  };
+  EXPECT_EQ(lines, expected);
   EXPECT_EQ(machine::LiveIcons(), icons);
   EXPECT_EQ(machine::LiveDrawingObjects(), objects);
 }

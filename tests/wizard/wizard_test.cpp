@@ -105,9 +105,9 @@ TEST_F(WizardTest, BoxesWithoutAnIconGetTheExclamationMark) {
     UINT type;
     const char *icon; // null for none
     int answer;
-  } boxes[] = {{MB_OK, IDI_EXCLAMATION, IDOK},         {MB_OKCANCEL, IDI_EXCLAMATION, IDCANCEL},
-               {MB_YESNO, IDI_EXCLAMATION, IDYES},     {MB_YESNOCANCEL, IDI_EXCLAMATION, IDNO},
-               {MB_ICONINFORMATION, IDI_ASTERISK, IDOK}, {MB_RETRYCANCEL, nullptr, IDCANCEL}};
+  } boxes[] = {{MB_OK, IDI_EXCLAMATION, IDOK},           {MB_OKCANCEL, IDI_EXCLAMATION, IDCANCEL},
+               {MB_YESNO, IDI_EXCLAMATION, IDYES},       {MB_YESNOCANCEL, IDI_EXCLAMATION, IDNO},
+               {MB_ICONINFORMATION, IDI_ASTERISK, IDOK}, {5, nullptr, IDCANCEL}};
   for (const auto &box : boxes) {
     SCOPED_TRACE(box.type);
     WithUser({[&](HWND top) {
