@@ -80,6 +80,8 @@ constexpr DWORD WS_GROUP = 0x00020000;
 constexpr DWORD WS_TABSTOP = 0x00010000;
 constexpr DWORD WS_VSCROLL = 0x00200000;
 constexpr DWORD WS_EX_CONTROLPARENT = 0x00010000;
+constexpr DWORD DS_SETFONT = 0x0040;
+constexpr DWORD DS_CONTROL = 0x0400;
 
 constexpr int GWL_STYLE = -16;
 constexpr int GWL_EXSTYLE = -20;
@@ -96,10 +98,18 @@ constexpr UINT GW_OWNER = 4;
 constexpr UINT GW_CHILD = 5;
 
 constexpr int SW_HIDE = 0;
+constexpr int SW_SHOWNOACTIVATE = 4;
 constexpr int SW_SHOW = 5;
+constexpr int SW_SHOWNA = 8;
 constexpr UINT SWP_NOSIZE = 0x1;
+constexpr UINT SWP_NOMOVE = 0x2;
 constexpr UINT SWP_NOZORDER = 0x4;
 constexpr UINT SWP_NOACTIVATE = 0x10;
+constexpr UINT SWP_SHOWWINDOW = 0x40;
+constexpr UINT SWP_HIDEWINDOW = 0x80;
+inline const HWND HWND_TOP = nullptr;
+inline const HWND HWND_BOTTOM = reinterpret_cast<HWND>(uintptr_t{1});
+constexpr int CW_USEDEFAULT = INT32_MIN;
 
 constexpr UINT WM_NULL = 0x0000;
 constexpr UINT WM_CREATE = 0x0001;
@@ -125,6 +135,7 @@ constexpr UINT WM_HELP = 0x0053;
 constexpr UINT WM_NCCREATE = 0x0081;
 constexpr UINT WM_NCDESTROY = 0x0082;
 constexpr UINT WM_GETDLGCODE = 0x0087;
+constexpr UINT WM_KEYDOWN = 0x0100;
 constexpr UINT WM_CHAR = 0x0102;
 constexpr UINT WM_INITDIALOG = 0x0110;
 constexpr UINT WM_COMMAND = 0x0111;
@@ -136,6 +147,10 @@ constexpr int VK_BACK = 0x08;
 constexpr int VK_SHIFT = 0x10;
 constexpr int VK_CONTROL = 0x11;
 constexpr int VK_MENU = 0x12;
+constexpr int VK_END = 0x23;
+constexpr int VK_HOME = 0x24;
+constexpr int VK_UP = 0x26;
+constexpr int VK_DOWN = 0x28;
 
 struct MSG {
   HWND hwnd;
@@ -171,6 +186,21 @@ struct HELPINFO {
   POINT MousePos;
 };
 constexpr int HELPINFO_WINDOW = 1;
+// What WM_NCCREATE and WM_CREATE bring.
+struct CREATESTRUCTA {
+  void *lpCreateParams;
+  HINSTANCE hInstance;
+  HMENU hMenu;
+  HWND hwndParent;
+  int cy;
+  int cx;
+  int y;
+  int x;
+  LONG style;
+  const char *lpszName;
+  const char *lpszClass;
+  DWORD dwExStyle;
+};
 
 WORD RegisterClassA(const WNDCLASSA *windowClass);
 // Sends WM_NCCREATE and WM_CREATE, either of which can refuse. The classes BUTTON, STATIC, EDIT, COMBOBOX and #32770
@@ -286,10 +316,13 @@ constexpr WPARAM BST_CHECKED = 1;
 constexpr DWORD ES_MULTILINE = 0x0004;
 constexpr DWORD ES_AUTOHSCROLL = 0x0080;
 constexpr DWORD ES_READONLY = 0x0800;
+constexpr UINT EM_GETSEL = 0x00B0;
 constexpr UINT EM_SETSEL = 0x00B1;
 constexpr UINT EM_LIMITTEXT = 0x00C5;
 constexpr UINT EM_REPLACESEL = 0x00C2;
 constexpr UINT EM_GETLIMITTEXT = 0x00D5;
+constexpr WORD EN_SETFOCUS = 0x0100;
+constexpr WORD EN_KILLFOCUS = 0x0200;
 constexpr WORD EN_CHANGE = 0x0300;
 constexpr WORD EN_UPDATE = 0x0400;
 constexpr WORD EN_MAXTEXT = 0x0501;
@@ -316,17 +349,21 @@ constexpr UINT CB_GETITEMHEIGHT = 0x0154;
 constexpr UINT CB_GETDROPPEDSTATE = 0x0157;
 constexpr LRESULT CB_ERR = -1;
 constexpr WORD CBN_SELCHANGE = 1;
+constexpr WORD CBN_SETFOCUS = 3;
+constexpr WORD CBN_KILLFOCUS = 4;
 constexpr WORD CBN_EDITCHANGE = 5;
 constexpr WORD CBN_EDITUPDATE = 6;
 constexpr WORD CBN_DROPDOWN = 7;
 constexpr WORD CBN_CLOSEUP = 8;
 constexpr WORD CBN_SELENDOK = 9;
+constexpr WORD CBN_SELENDCANCEL = 10;
 
 constexpr UINT ODT_COMBOBOX = 3;
 constexpr UINT ODA_DRAWENTIRE = 0x1;
 constexpr UINT ODA_SELECT = 0x2;
 constexpr UINT ODA_FOCUS = 0x4;
 constexpr UINT ODS_SELECTED = 0x0001;
+constexpr UINT ODS_DISABLED = 0x0004;
 constexpr UINT ODS_FOCUS = 0x0010;
 constexpr UINT ODS_COMBOBOXEDIT = 0x1000;
 
@@ -498,9 +535,6 @@ constexpr int PSBTN_NEXT = 1;
 constexpr int PSBTN_FINISH = 2;
 constexpr int PSBTN_CANCEL = 5;
 constexpr int PSBTN_HELP = 6;
-constexpr int ID_WIZBACK = 0x3023;
-constexpr int ID_WIZNEXT = 0x3024;
-constexpr int ID_WIZFINISH = 0x3025;
 
 struct PROPSHEETPAGEA {
   DWORD dwSize;
@@ -555,3 +589,8 @@ int lstrcmpA(const char *left, const char *right);
 #pragma GCC visibility pop
 
 #endif
+
+// The buttons of a wizard, which have the same ids everywhere and names in no header of Windows.
+constexpr int ID_WIZBACK = 0x3023;
+constexpr int ID_WIZNEXT = 0x3024;
+constexpr int ID_WIZFINISH = 0x3025;

@@ -1,10 +1,11 @@
 // Loadable libraries of the machine: shared objects, whatever their names end in.
-#include "win32/win32.h"
+#include "win32/win32_ui.h"
 
 #include "win32/linux/paths.h"
 #include "win32/linux/text.h"
 
 #include <dlfcn.h>
+#include <link.h>
 #include <string>
 
 HMODULE LoadLibraryA(const char *path) {
@@ -34,5 +35,20 @@ BOOL FreeLibrary(HMODULE module) {
     SetLastError(ERROR_INVALID_HANDLE);
     return FALSE;
   }
+  return TRUE;
+}
+
+BOOL GetModuleHandleExA(DWORD flags, const char *address, HMODULE *module) {
+  Dl_info info;
+  link_map *library = nullptr; // which is what a loaded library's handle points to
+  if ((flags & GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS) == 0 ||
+      dladdr1(address, &info, reinterpret_cast<void **>(&library), RTLD_DL_LINKMAP) == 0) {
+    *module = nullptr;
+    SetLastError(ERROR_MOD_NOT_FOUND);
+    return FALSE;
+  }
+  if ((flags & GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT) == 0)
+    dlopen(library->l_name, RTLD_NOW | RTLD_NOLOAD);
+  *module = library;
   return TRUE;
 }

@@ -153,6 +153,17 @@ void AppendUtf8(std::string &text, char32_t character) {
 
 bool IsLeadByte(unsigned char byte) { return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC); }
 
+std::string_view WholeCharacters(std::string_view cp932, size_t size) {
+  size_t end = 0;
+  while (end < cp932.size()) {
+    const size_t next = std::min(end + (IsLeadByte(static_cast<unsigned char>(cp932[end])) ? 2 : 1), cp932.size());
+    if (next > size)
+      break;
+    end = next;
+  }
+  return cp932.substr(0, end);
+}
+
 bool Cp932ToWide(std::string_view cp932, std::u16string &wide) {
   wide.clear();
   wide.reserve(cp932.size());

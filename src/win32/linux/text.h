@@ -20,6 +20,8 @@ bool WideToCp932(std::u16string_view wide, std::string &cp932, std::string_view 
 
 // Whether a byte of code page 932 takes the next one with it as a character.
 bool IsLeadByte(unsigned char byte);
+// The beginning of a text, of that many bytes or, rather than half a character, one less.
+std::string_view WholeCharacters(std::string_view cp932, size_t size);
 
 // A name of the calls as a file name on disk, and the other way; nothing for a file name that code page 932 can't say.
 std::string ToUtf8(std::string_view cp932);

@@ -1,0 +1,42 @@
+// Dialog templates, old form and new, read into a record that can be changed before a dialog is made from it.
+#pragma once
+
+#include "win32/win32_ui.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace machine {
+
+// A window of a template: the dialog itself or one of its controls. Places are in dialog units.
+struct TemplateWindow {
+  DWORD style = 0;
+  DWORD exStyle = 0;
+  int16_t x = 0;
+  int16_t y = 0;
+  int16_t width = 0;
+  int16_t height = 0;
+  DWORD id = 0;
+  std::string className;
+  std::string text; // "#" and the number for the resource of a static
+};
+
+struct DialogTemplate {
+  TemplateWindow window;
+  int pointSize = 0; // 0 without a font
+  int weight = 0;
+  bool italic = false;
+  BYTE charSet = 0;
+  std::string face;
+  std::vector<TemplateWindow> controls;
+};
+
+// Nothing for bytes that are no template. A template within the library's resources is read to its end and no further.
+std::optional<DialogTemplate> ReadTemplate(const DLGTEMPLATE *bytes);
+
+HWND CreateDialogFrom(const DialogTemplate &dialog, HINSTANCE instance, HWND parent, DLGPROC procedure,
+                      LPARAM parameter);
+
+} // namespace machine

@@ -1,0 +1,40 @@
+// Reads numbers one behind the other from bytes that may end too soon.
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+
+namespace machine {
+
+// Past the end everything is 0 and the reader has failed.
+class Reader {
+public:
+  Reader(const char *bytes, size_t size) : bytes(bytes), size(size) {}
+
+  bool Failed() const { return failed; }
+
+  template <typename Number> Number Next() {
+    Number number = 0;
+    const size_t from = at;
+    Skip(sizeof number);
+    if (!failed)
+      std::memcpy(&number, bytes + from, sizeof number);
+    return number;
+  }
+
+  void Skip(size_t count) {
+    failed = failed || size - at < count;
+    at = failed ? size : at + count;
+  }
+
+  // Goes on to the next boundary of four bytes.
+  void Align() { Skip((4 - at % 4) % 4); }
+
+private:
+  const char *bytes;
+  size_t size;
+  size_t at = 0;
+  bool failed = false;
+};
+
+} // namespace machine
