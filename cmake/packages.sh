@@ -43,3 +43,10 @@ wine_environment() {
   [ -d "$LOCPATH/ja_JP.UTF-8" ] || localedef -i ja_JP -f UTF-8 "$LOCPATH/ja_JP.UTF-8"
   export LC_ALL=ja_JP.UTF-8
 }
+
+# fresh_wine_prefix: makes the environment's prefix anew. Its windows stand on no display, so none is needed.
+fresh_wine_prefix() {
+  rm -rf "$WINEPREFIX"
+  wineboot -i >/dev/null 2>&1
+  wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null
+}

@@ -25,8 +25,7 @@ settle() { wineserver -w; }
 
 # The keys and files of the clients, by Wine's own programs.
 wine_environment "$work/a"
-mkdir -p "$WINEPREFIX"
-wineboot -i >/dev/null 2>&1
+fresh_wine_prefix
 add() { wine reg add "$1" /f ${2:+"${@:2}"} >/dev/null; }
 oe='HKLM\Software\Microsoft\Outlook Express'
 paths='HKLM\Software\Microsoft\Windows\CurrentVersion\App Paths'

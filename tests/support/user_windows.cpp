@@ -24,7 +24,7 @@ void CALLBACK TakeStep(HWND, UINT, UINT_PTR, DWORD) {
 
 void WithUser(UserSteps steps, const std::function<void()> &run) {
   left = std::move(steps);
-  const UINT_PTR timer = SetTimer(nullptr, 0, 20, TakeStep);
+  const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, TakeStep);
   run();
   KillTimer(nullptr, timer);
   EXPECT_EQ(left.size(), 0U) << "steps that the user never took";

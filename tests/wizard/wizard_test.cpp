@@ -1,0 +1,93 @@
+// The wizards' exports: what they check before a sheet comes up, and what the first page makes of the host's IDs. The
+// pages themselves are walked by scripts, on the built program.
+#include "acctkit/acctkit.h"
+
+#include "resources/resource.h"
+#include "support/client_machine.h"
+#include "support/user.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr const char *WrongCall = "プログラムが不正に呼び出されました。";
+constexpr const char *NoClient = "設定可能なメーラーが一つも搭載されていません。\nメーラーの設定を終了します。";
+constexpr int BoxText = 0xFFFF;
+
+std::string TextOf(HWND dialog, int id) {
+  char text[1024] = "";
+  GetDlgItemTextA(dialog, id, text, sizeof text);
+  return text;
+}
+
+HWND PageOf(HWND sheet) { return reinterpret_cast<HWND>(SendMessageA(sheet, PSM_GETCURRENTPAGEHWND, 0, 0)); }
+
+void Press(HWND sheet, int button) { PostMessageA(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); }
+
+class WizardTest : public ClientTest {
+protected:
+  // Runs a wizard that is to come no further than one box.
+  static void ExpectRefused(const std::string &message, const std::function<int32_t()> &wizard) {
+    WithUser({[&](HWND box) {
+               EXPECT_EQ(TextOf(box, BoxText), message);
+               char title[64] = "";
+               GetWindowTextA(box, title, sizeof title);
+               EXPECT_STREQ(title, "@zuvioダイヤラ");
+               PostMessageA(box, WM_COMMAND, IDOK, 0);
+             }},
+             [&] { EXPECT_EQ(wizard(), 0); });
+  }
+};
+
+TEST_F(WizardTest, RefusesNullArgumentsBeforeItLooksForClients) {
+  for (const bool installed : {false, true}) {
+    if (installed)
+      InstallOutlookExpress("5,50,4522,1200");
+    ExpectRefused(WrongCall, [] { return MailerWizard(0, nullptr, "\0"); });
+    ExpectRefused(WrongCall, [] { return MailerWizard(0, "ABC01234", nullptr); });
+    ExpectRefused(WrongCall, [] { return NewsWizard(0, "ABC01234", nullptr); });
+    ExpectRefused(WrongCall, [] { return ShortMailWizard(0, nullptr); });
+  }
+}
+
+TEST_F(WizardTest, RefusesAMachineWithoutAClient) {
+  const char ids[] = "ABC01234\0";
+  ExpectRefused(NoClient, [&] { return MailerWizard(0, "ABC01234", ids); });
+  ExpectRefused(NoClient, MailerWizard2);
+  ExpectRefused(NoClient, KERMWizard);
+  ExpectRefused(NoClient, [] { return ShortMailWizard(0, ""); });
+  InstallPlugin("plugin_complete"); // a mail client that reads no news
+  ExpectRefused(NoClient, [&] { return NewsWizard(0, "ABC01234", ids); });
+}
+
+TEST_F(WizardTest, StartsOnTheHostsId) {
+  InstallOutlookExpress("5,50,4522,1200");
+  std::string many;
+  for (int number = 0; number < 10000; ++number)
+    many += "ABC" + std::to_string(10000 + number) + '\0';
+  struct Case {
+    const char *id;
+    std::string list;
+    LRESULT count;
+    std::string shown;
+  };
+  const Case cases[] = {{"DEF01234", std::string("ABC01234\0DEF01234\0", 18), 2, "DEF01234"},
+                        {"def01234", std::string("ABC01234\0DEF01234\0", 18), 2, "ABC01234"}, // case counts
+                        {"", std::string("ABC01234\0DEF01234\0", 18), 2, ""},                 // the spare entry
+                        {"DEF01234", std::string("\0ABC01234\0DEF01234\0", 19), 2, "DEF01234"},
+                        {"X", std::string("SAME0000\0SAME0000\0", 18), 2, "SAME0000"},
+                        {"ABC01234", std::string("\0", 1), 0, ""},
+                        {"ABC19999", many, 10000, "ABC19999"}};
+  for (const Case &test : cases) {
+    SCOPED_TRACE(test.id);
+    WithUser({[&](HWND sheet) {
+               const HWND page = PageOf(sheet);
+               EXPECT_EQ(TextOf(page, IDC_CHOICE), test.shown);
+               EXPECT_EQ(SendDlgItemMessageA(page, IDC_CHOICE, CB_GETCOUNT, 0, 0), test.count);
+               Press(sheet, PSBTN_CANCEL);
+             }},
+             [&] { EXPECT_EQ(MailerWizard(0, test.id, test.list.c_str()), 1); });
+  }
+}
+
+} // namespace
