@@ -257,6 +257,9 @@ BOOL UpdateWindow(HWND window);
 
 constexpr int IDOK = 1;
 constexpr int IDCANCEL = 2;
+constexpr int IDABORT = 3;
+constexpr int IDRETRY = 4;
+constexpr int IDIGNORE = 5;
 constexpr int IDYES = 6;
 constexpr int IDNO = 7;
 constexpr int IDHELP = 9;
@@ -299,6 +302,7 @@ BOOL GetModuleHandleExA(DWORD flags, const char *address, HMODULE *module);
 constexpr DWORD SS_ICON = 0x03;
 constexpr DWORD SS_BITMAP = 0x0E;
 constexpr DWORD SS_TYPEMASK = 0x1F;
+constexpr DWORD SS_NOPREFIX = 0x80; // an ampersand is one
 constexpr UINT STM_SETICON = 0x0170;
 constexpr UINT STM_GETICON = 0x0171;
 
@@ -508,6 +512,7 @@ constexpr DWORD PSH_USECALLBACK = 0x100;
 constexpr DWORD PSH_HASHELP = 0x200;
 constexpr UINT PSCB_INITIALIZED = 1;
 constexpr UINT PSCB_PRECREATE = 2;
+constexpr UINT PSPCB_ADDREF = 0;
 constexpr UINT PSPCB_RELEASE = 1;
 constexpr UINT PSPCB_CREATE = 2;
 

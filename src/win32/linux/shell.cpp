@@ -1,12 +1,9 @@
-// The user's shell folders, as the registry names them, and icons of program files.
+// The user's shell folders, as the registry names them.
 #include "win32/win32.h"
-
-#include "win32/linux/paths.h"
 
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
 
 namespace {
@@ -65,17 +62,3 @@ BOOL SHGetPathFromIDListA(const ITEMIDLIST *list, char *path) {
 }
 
 void CoTaskMemFree(void *memory) { std::free(memory); }
-
-DWORD_PTR SHGetFileInfoA(const char *path, DWORD, SHFILEINFOA *info, UINT, UINT flags) {
-  const machine::DiskPath found = machine::FindOnDisk(path);
-  if (found.error != ERROR_SUCCESS || !found.exists)
-    return 0;
-  if ((flags & SHGFI_ICON) != 0)
-    info->hIcon = reinterpret_cast<HICON>(std::make_unique<std::string>(path).release());
-  return 1;
-}
-
-BOOL DestroyIcon(HICON icon) {
-  delete reinterpret_cast<std::string *>(icon);
-  return TRUE;
-}
