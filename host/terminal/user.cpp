@@ -1,0 +1,91 @@
+#include "terminal/user.h"
+
+#include "terminal/columns.h"
+#include "text.h"
+
+#include <csignal>
+#include <vector>
+
+namespace terminal {
+
+namespace {
+
+constexpr const char *Hints = " Tab 次の項目  ↑↓ 選択  F4 一覧  Enter 決定  Esc キャンセル  F1 ヘルプ";
+constexpr const char *ListHints = " ↑↓ 選択  Enter 決定  Esc 一覧を閉じる";
+constexpr const char *TooSmall = "端末が小さすぎます。60 桁 18 行以上にして下さい。";
+
+// The window and those that it belongs to, the hindmost first.
+std::vector<HWND> WindowsUpTo(HWND top) {
+  std::vector<HWND> windows;
+  for (HWND window = top; window != nullptr && IsWindowVisible(window) != FALSE; window = GetWindow(window, GW_OWNER))
+    windows.insert(windows.begin(), window);
+  return windows;
+}
+
+bool IsThere(const char *file) {
+  const HANDLE handle = CreateFileA(file, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (handle == INVALID_HANDLE_VALUE)
+    return false;
+  CloseHandle(handle);
+  return true;
+}
+
+} // namespace
+
+void User::Draw(HWND top) {
+  const Size size = screen.Dimensions();
+  tooSmall = size.columns < SmallestScreen.columns || size.rows < SmallestScreen.rows;
+  std::vector<Pane> panes;
+  std::string hints = ToUtf8(Hints);
+  if (tooSmall) {
+    panes.push_back({{0, 0}, {std::max(size.columns, 1), 1}, {}, {{{0, 0}, Fit(ToUtf8(TooSmall), size.columns)}}, {}});
+    hints.clear();
+  }
+  for (const HWND window : tooSmall ? std::vector<HWND>{} : WindowsUpTo(top)) {
+    Layout layout = LayOut(window, size, scrolling);
+    if (window == top) {
+      scrolling = layout.scrolling;
+      if (layout.panes.size() > 1)
+        hints = ToUtf8(ListHints);
+    }
+    panes.insert(panes.end(), layout.panes.begin(), layout.panes.end());
+  }
+  screen.Show(panes, Fit(notice.empty() ? hints : " " + notice, size.columns - 1));
+}
+
+bool User::Act(HWND top) noexcept {
+  if (left)
+    return false;
+  Draw(top);
+  const Key key = screen.ReadKey();
+  left = key.code == KeyCode::Quit;
+  if (left || tooSmall || key.code == KeyCode::Redraw || key.code == KeyCode::None)
+    return !left;
+  notice.clear();
+  notice = Press(top, key, scrolling);
+  return true;
+}
+
+bool User::SeeHelp(const char *file, ULONG_PTR topic) noexcept {
+  if (!IsThere(file))
+    return false;
+  const std::string text = std::string(file) + "\nトピック " + std::to_string(topic);
+  MessageBoxA(GetActiveWindow(), text.c_str(), "ヘルプ", MB_OK | MB_ICONINFORMATION);
+  return true;
+}
+
+bool Run(const std::function<void()> &run) {
+  bool left = false;
+  {
+    User user;
+    platform::WithUser(user, run);
+    left = user.HasLeft();
+  }
+  if (const int signal = Guard::AskedToEnd(); signal != 0) {
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+  }
+  return !left;
+}
+
+} // namespace terminal
