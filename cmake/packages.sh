@@ -49,4 +49,5 @@ fresh_wine_prefix() {
   rm -rf "$WINEPREFIX"
   wineboot -i >/dev/null 2>&1
   wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null
+  wineserver -w # the next one knows of it
 }

@@ -6,7 +6,8 @@ if(NOT WIN32)
 endif()
 
 # embed_resources(TARGET FILE.rc [FILES...]) puts the resources into TARGET, or into what is linked with it if it is an
-# interface library. FILES are what FILE.rc reads besides its own folder; it names all that it reads from src on.
+# interface library. Paths in FILE.rc start at src, and it tells its own encoding (#pragma code_page), since CMake hands no
+# such flag to windres. FILES are what it reads besides its own folder.
 function(embed_resources target source)
   cmake_path(ABSOLUTE_PATH source)
   cmake_path(GET source PARENT_PATH folder)
@@ -15,7 +16,6 @@ function(embed_resources target source)
   set(objects ${target}_resources)
   if(WIN32)
     add_library(${objects} OBJECT ${source})
-    target_compile_options(${objects} PRIVATE -c 65001)
     target_include_directories(${objects} PRIVATE ${folders})
     set_source_files_properties(${source} PROPERTIES OBJECT_DEPENDS "${beside};${ARGN}")
   else()
@@ -23,7 +23,7 @@ function(embed_resources target source)
     list(TRANSFORM folders PREPEND -I OUTPUT_VARIABLE includes)
     add_custom_command(
       OUTPUT ${compiled}
-      COMMAND ${WINDRES} -c 65001 ${includes} -O res ${source} ${compiled}
+      COMMAND ${WINDRES} ${includes} -O res ${source} ${compiled}
       DEPENDS ${source} ${beside} ${ARGN}
       VERBATIM)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/resources.S.in ${objects}.S @ONLY)

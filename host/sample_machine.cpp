@@ -99,7 +99,7 @@ const SampleFile Files[] = {
      "disp1=mail.zuvio.example\r\npop1=pop.zuvio.example\r\nsmtp1=smtp.zuvio.example\r\n"
      "disp2=legacy.zuvio.example\r\npop2=pop.legacy.zuvio.example\r\nsmtp2=smtp.legacy.zuvio.example\r\n"
      "disp_mail=mail.zuvio.example\r\n\r\n"
-     "[ADDMAIL_SERVER]\r\nserver_max=1\r\ndisp1=mail.zuvio.example\r\n\r\n"
+     "[ADDMAIL_SERVER]\r\nserver_max=1\r\ndisp1=abc.mail.zuvio.example\r\n\r\n"
      "[NEWS_SERVER]\r\nnntp1=forum.zuvio.example\r\nnntp2=square.zuvio.example\r\n"
      "disp_nntp1=フォーラム会議室\r\ndisp_nntp2=カモメ（web会議室）\r\n"},
 };

@@ -14,6 +14,18 @@ int CComboBox::SetItemData(int index, DWORD_PTR data) {
   return static_cast<int>(SendMessage(CB_SETITEMDATA, static_cast<WPARAM>(index), static_cast<LPARAM>(data)));
 }
 
+void CComboBox::PreSubclassWindow() {
+  if ((GetStyle() & CBS_OWNERDRAWFIXED) == 0)
+    return;
+  MEASUREITEMSTRUCT measure{};
+  measure.CtlType = ODT_COMBOBOX;
+  measure.CtlID = static_cast<UINT>(::GetDlgCtrlID(m_hWnd));
+  measure.itemHeight = static_cast<UINT>(SendMessage(CB_GETITEMHEIGHT));
+  MeasureItem(&measure);
+  for (const WPARAM part : {static_cast<WPARAM>(-1), WPARAM{0}}) // what is always shown, and the entries of the list
+    SendMessage(CB_SETITEMHEIGHT, part, static_cast<LPARAM>(measure.itemHeight));
+}
+
 BOOL CComboBox::OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result) {
   *result = TRUE;
   switch (message) {

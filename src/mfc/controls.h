@@ -24,5 +24,7 @@ public:
   virtual void DeleteItem(DELETEITEMSTRUCT *) {}
 
 protected:
+  // A list of a dialog asks for the height of its entries before the object is attached to it.
+  void PreSubclassWindow() override;
   BOOL OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result) override;
 };

@@ -35,8 +35,9 @@ INT_PTR CPropertySheet::DoModal() {
   header.pfnCallback = SheetProc;
 
   opening = this;
-  const INT_PTR result = ::PropertySheetA(&header);
-  opening = nullptr;
+  INT_PTR result = ::PropertySheetA(&header);
+  if (std::exchange(opening, nullptr)) // a sheet whose window couldn't be made isn't always told from a cancelled one
+    result = -1;
   if (topLevel)
     ::EnableWindow(topLevel, TRUE);
   return result;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
 #include <unordered_map>
 #include <utility>
 
@@ -22,21 +23,24 @@ struct Message {
   LPARAM lParam = 0;
 };
 
-// What this thread knows of its windows.
-struct ThreadWindows {
+// Which object stands for which window. A handle is the same to all threads, so one record serves them all; a record
+// for each, with a destructor, would keep the library from being unloaded as long as the thread runs.
+struct WindowObjects {
+  std::mutex guard;
   std::unordered_map<HWND, CWnd *> attached;
   std::unordered_map<HWND, std::unique_ptr<CWnd>> others;
-  Message handled; // by the innermost procedure
 };
 
-thread_local ThreadWindows windows;
+WindowObjects objects;
+
+thread_local Message innermost; // that a procedure of this thread handles
 
 class HandledMessage {
 public:
-  explicit HandledMessage(const Message &message) : outer(std::exchange(windows.handled, message)) {}
+  explicit HandledMessage(const Message &message) : outer(std::exchange(innermost, message)) {}
   HandledMessage(const HandledMessage &) = delete;
   HandledMessage &operator=(const HandledMessage &) = delete;
-  ~HandledMessage() { windows.handled = outer; }
+  ~HandledMessage() { innermost = outer; }
 
 private:
   Message outer;
@@ -71,7 +75,7 @@ LRESULT AfxCallWndProc(CWnd &window, UINT message, WPARAM wParam, LPARAM lParam)
 // ---- Handles ----
 
 CWnd::~CWnd() {
-  if (m_hWnd && FromHandlePermanent(m_hWnd) == this)
+  if (m_pfnSuper)
     UnsubclassWindow();
 }
 
@@ -80,7 +84,8 @@ CWnd *CWnd::FromHandle(HWND window) {
     return nullptr;
   if (CWnd *attached = FromHandlePermanent(window))
     return attached;
-  std::unique_ptr<CWnd> &other = windows.others[window];
+  const std::lock_guard lock(objects.guard);
+  std::unique_ptr<CWnd> &other = objects.others[window];
   if (!other) {
     other = std::make_unique<CWnd>();
     other->m_hWnd = window;
@@ -89,29 +94,33 @@ CWnd *CWnd::FromHandle(HWND window) {
 }
 
 CWnd *CWnd::FromHandlePermanent(HWND window) {
-  const auto found = windows.attached.find(window);
-  return found == windows.attached.end() ? nullptr : found->second;
+  const std::lock_guard lock(objects.guard);
+  const auto found = objects.attached.find(window);
+  return found == objects.attached.end() ? nullptr : found->second;
 }
 
-BOOL CWnd::Attach(HWND window) {
-  if (!window || m_hWnd)
-    return FALSE;
-  windows.attached[window] = this;
+void CWnd::Attach(HWND window) {
+  const std::lock_guard lock(objects.guard);
+  objects.attached[window] = this;
   m_hWnd = window;
-  return TRUE;
 }
 
 HWND CWnd::Detach() {
-  windows.attached.erase(m_hWnd);
-  std::erase_if(windows.others, [](const auto &other) { return !::IsWindow(other.first); });
+  const std::lock_guard lock(objects.guard);
+  objects.attached.erase(m_hWnd);
+  std::erase_if(objects.others, [](const auto &other) { return !::IsWindow(other.first); });
   return std::exchange(m_hWnd, nullptr);
 }
 
 BOOL CWnd::SubclassWindow(HWND window) {
-  if (!Attach(window))
+  if (!window || m_hWnd)
     return FALSE;
+  Attach(window);
+  PreSubclassWindow();
   m_pfnSuper = SetProc(window, AttachedProc);
-  return TRUE;
+  if (!m_pfnSuper)
+    Detach();
+  return m_pfnSuper != nullptr;
 }
 
 HWND CWnd::UnsubclassWindow() {
@@ -154,7 +163,7 @@ LRESULT CWnd::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 LRESULT CWnd::Default() {
-  const Message handled = windows.handled;
+  const Message handled = innermost;
   return DefWindowProc(handled.message, handled.wParam, handled.lParam);
 }
 

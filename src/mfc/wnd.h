@@ -30,9 +30,8 @@ public:
   static HWND GetSafeOwner_(HWND parent, HWND *topLevelToEnable);
 
   HWND GetSafeHwnd() const { return m_hWnd; }
-  BOOL Attach(HWND window);
-  HWND Detach();
-  // Attaches the object and puts it ahead of the window's procedure; the second ends both.
+  // Attaches the object, tells it by PreSubclassWindow and puts it ahead of the window's procedure, until the window ends
+  // or the second is called. FALSE if there is no window, or the object has one.
   BOOL SubclassWindow(HWND window);
   HWND UnsubclassWindow();
 
@@ -65,6 +64,7 @@ public:
   friend LRESULT AfxCallWndProc(CWnd &window, UINT message, WPARAM wParam, LPARAM lParam);
 
 protected:
+  virtual void PreSubclassWindow() {}
   virtual void DoDataExchange(CDataExchange *) {}
 
   virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
@@ -86,6 +86,8 @@ protected:
 
   DECLARE_MESSAGE_MAP()
 
+  void Attach(HWND window);
+  HWND Detach();
   BOOL ReflectToControl(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result);
 
   WNDPROC m_pfnSuper = nullptr;

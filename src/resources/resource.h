@@ -3,7 +3,8 @@
 
 #define IDC_STATIC (-1)
 
-// The picture at the left of every page.
+// The library's icon, and the picture at the left of every page.
+#define IDI_ACCTKIT 128
 #define IDB_WIZARD 129
 
 // Controls. A field has the same number on every page, whatever it asks for.

@@ -6,9 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -16,12 +18,13 @@ namespace {
 constexpr UINT ClientList = 1007;
 constexpr UINT HandledMessage = WM_USER + 101;
 
-// What the classes below were asked, in order.
-std::vector<std::string> calls;
-
-std::vector<std::string> TakeCalls() { return std::exchange(calls, {}); }
-
 using Calls = std::vector<std::string>;
+
+// What the classes below were asked, in order, and what pages answer.
+Calls calls;
+bool refusing;
+
+Calls TakeCalls() { return std::exchange(calls, {}); }
 
 // An owner-drawn drop-down list on a dialog, as a compiled template.
 const DLGTEMPLATE *PageTemplate() {
@@ -62,10 +65,6 @@ class Page : public CPropertyPage {
 
 public:
   List list;
-  LRESULT backAnswer = 0;
-  LRESULT nextAnswer = 0;
-  BOOL finishAnswer = TRUE;
-  BOOL cancelAnswer = TRUE;
 
   Page() : CPropertyPage(0) {
     m_psp.dwFlags |= PSP_DLGINDIRECT | PSP_HASHELP;
@@ -77,8 +76,8 @@ protected:
   BOOL OnInitDialog() override {
     calls.emplace_back("init");
     CPropertyPage::OnInitDialog();
-    for (const int data : {5, 6})
-      list.SetItemData(list.AddString("entry"), static_cast<DWORD_PTR>(data));
+    for (const DWORD_PTR data : {5, 6})
+      list.SetItemData(list.AddString("entry"), data);
     return TRUE;
   }
   BOOL OnSetActive() override {
@@ -86,10 +85,10 @@ protected:
     GetParent()->PostMessage(PSM_SETWIZBUTTONS, 0, PSWIZB_BACK | PSWIZB_NEXT);
     return CPropertyPage::OnSetActive();
   }
-  LRESULT OnWizardBack() override { return Asked("back", backAnswer); }
-  LRESULT OnWizardNext() override { return Asked("next", nextAnswer); }
-  BOOL OnWizardFinish() override { return Asked("finish", finishAnswer); }
-  BOOL OnQueryCancel() override { return Asked("cancel", cancelAnswer); }
+  LRESULT OnWizardBack() override { return Agrees("back") ? CPropertyPage::OnWizardBack() : -1; }
+  LRESULT OnWizardNext() override { return Agrees("next") ? CPropertyPage::OnWizardNext() : -1; }
+  BOOL OnWizardFinish() override { return Agrees("finish") && CPropertyPage::OnWizardFinish(); }
+  BOOL OnQueryCancel() override { return Agrees("cancel") && CPropertyPage::OnQueryCancel(); }
   void OnReset() override { calls.emplace_back("reset"); }
 
   void OnSelChange() { calls.emplace_back("selected"); }
@@ -100,9 +99,9 @@ protected:
   }
   DECLARE_MESSAGE_MAP()
 
-  template <typename Answer> static Answer Asked(const char *what, Answer answer) {
-    calls.emplace_back(what);
-    return answer;
+  static bool Agrees(const char *question) {
+    calls.emplace_back(question);
+    return !refusing;
   }
 };
 
@@ -118,6 +117,7 @@ class Sheet : public CPropertySheet {
 
 public:
   bool helpAllowed = true;
+  int initialised = 0;
 
   explicit Sheet(std::initializer_list<CPropertyPage *> pages) {
     m_psh.dwFlags |= PSH_WIZARD | PSH_HASHELP;
@@ -135,7 +135,7 @@ public:
 
 protected:
   BOOL OnInitDialog() override {
-    calls.emplace_back("sheet");
+    ++initialised;
     CenterWindow(GetDesktopWindow());
     return CPropertySheet::OnInitDialog();
   }
@@ -158,128 +158,118 @@ class SheetTest : public ::testing::Test {
 protected:
   void SetUp() override { calls.clear(); }
 
+  // Has a look at the wizard, and cancels it.
+  void Look(const std::function<void()> &look) {
+    const auto step = [&](HWND top) {
+      refusing = false;
+      TakeCalls();
+      look();
+      Press(top, PSBTN_CANCEL);
+    };
+    WithUser({step}, [&] { result = sheet.DoModal(); });
+  }
+
   Page first;
   Page second;
   Sheet sheet{&first, &second};
+  INT_PTR result = -2;
 };
 
 TEST_F(SheetTest, AsksItsPages) {
-  INT_PTR result = -2;
-  const auto press = [](int button) { return [button](HWND top) { Press(top, button); }; };
-  const auto called = [](const Calls &expected) { EXPECT_EQ(TakeCalls(), expected); };
-  first.nextAnswer = second.backAnswer = -1;
-  second.finishAnswer = FALSE;
-  WithUser({[&](HWND top) {
-              EXPECT_EQ(top, sheet.GetSafeHwnd());
-              EXPECT_EQ(first.GetParent(), &sheet);
-              called({"init", "active", "sheet"});
-            },
-            press(PSBTN_NEXT),
-            [&](HWND) {
-              called({"next"});
-              EXPECT_EQ(second.GetSafeHwnd(), nullptr) << "a refused page is left";
-              first.nextAnswer = 0;
-            },
-            press(PSBTN_NEXT),
-            [&](HWND) {
-              called({"next", "init", "active"});
-            },
-            press(PSBTN_BACK),
-            [&](HWND) {
-              called({"back"});
-              second.backAnswer = 0;
-            },
-            press(PSBTN_BACK),
-            [&](HWND) {
-              called({"back", "active"});
-            },
-            press(PSBTN_NEXT), press(PSBTN_FINISH),
-            [&](HWND) {
-              called({"next", "active", "finish"});
-              second.finishAnswer = TRUE;
-            },
-            press(PSBTN_FINISH)},
-           [&] { result = sheet.DoModal(); });
-  called({"finish"});
+  const struct {
+    int button;
+    bool refused;
+    Calls calls;
+  } presses[] = {
+      {PSBTN_NEXT, true, {"init", "active", "next"}},
+      {PSBTN_NEXT, false, {"next", "init", "active"}},
+      {PSBTN_BACK, true, {"back"}},
+      {PSBTN_BACK, false, {"back", "active"}},
+      {PSBTN_NEXT, false, {"next", "active"}},
+      {PSBTN_FINISH, true, {"finish"}},
+      {PSBTN_CANCEL, true, {"cancel"}},
+      {PSBTN_FINISH, false, {"finish"}},
+  };
+  UserSteps steps;
+  for (const auto &press : presses)
+    steps.emplace_back([&](HWND top) {
+      EXPECT_EQ(top, sheet.GetSafeHwnd());
+      EXPECT_EQ(first.GetParent(), &sheet);
+      refusing = press.refused;
+      Press(top, press.button);
+      EXPECT_EQ(TakeCalls(), press.calls);
+    });
+  WithUser(steps, [&] { result = sheet.DoModal(); });
   EXPECT_GT(result, 0);
+  EXPECT_EQ(sheet.initialised, 1);
   EXPECT_EQ(sheet.GetSafeHwnd(), nullptr);
   EXPECT_EQ(first.GetSafeHwnd(), nullptr);
 }
 
-TEST_F(SheetTest, IsCancelledIfItsPageAgrees) {
-  INT_PTR result = -2;
-  first.cancelAnswer = FALSE;
-  WithUser({[](HWND top) { Press(top, PSBTN_CANCEL); },
-            [&](HWND top) {
-              EXPECT_EQ(top, sheet.GetSafeHwnd());
-              first.cancelAnswer = TRUE;
-              Press(top, PSBTN_CANCEL);
-            }},
-           [&] { result = sheet.DoModal(); });
-  EXPECT_EQ(TakeCalls(), (Calls{"init", "active", "sheet", "cancel", "cancel", "reset"}));
+TEST_F(SheetTest, IsCancelled) {
+  Look([&] {
+    RECT screen;
+    RECT own;
+    GetWindowRect(GetDesktopWindow(), &screen);
+    GetWindowRect(sheet.m_hWnd, &own);
+    EXPECT_NEAR(own.left - screen.left, screen.right - own.right, 1);
+    EXPECT_NEAR(own.top - screen.top, screen.bottom - own.bottom, 1);
+  });
+  EXPECT_EQ(TakeCalls(), (Calls{"cancel", "reset"}));
   EXPECT_EQ(result, 0);
 }
 
 TEST_F(SheetTest, GetsTheHelpCommandOfItsPages) {
-  WithUser({[&](HWND top) {
-             TakeCalls();
-             Press(top, PSBTN_HELP);
-             EXPECT_EQ(TakeCalls(), (Calls{"test help", "help"}));
+  Look([&] {
+    Press(sheet.m_hWnd, PSBTN_HELP);
+    EXPECT_EQ(TakeCalls(), (Calls{"test help", "help"}));
 
-             HELPINFO info{sizeof info, HELPINFO_WINDOW, ClientList, first.list.m_hWnd, 0, {}};
-             first.list.SendMessage(WM_HELP, 0, reinterpret_cast<LPARAM>(&info));
-             EXPECT_EQ(TakeCalls(), (Calls{"F1", "test help", "help"}));
+    // What the sheet has no handler for it hands to its page, where the command starts once more.
+    HELPINFO info{sizeof info, HELPINFO_WINDOW, ClientList, first.list.m_hWnd, 0, {}};
+    first.list.SendMessage(WM_HELP, 0, reinterpret_cast<LPARAM>(&info));
+    EXPECT_EQ(TakeCalls(), (Calls{"F1", "test help", "help", "test help", "help"}));
 
-             sheet.helpAllowed = false;
-             Press(top, PSBTN_HELP);
-             EXPECT_EQ(TakeCalls(), Calls{"test help"});
-             Press(top, PSBTN_CANCEL);
-           }},
-           [&] { sheet.DoModal(); });
+    sheet.helpAllowed = false;
+    Press(sheet.m_hWnd, PSBTN_HELP);
+    EXPECT_EQ(TakeCalls(), Calls{"test help"});
+  });
 }
 
 TEST_F(SheetTest, AsksTheControlInItsParentsPlace) {
-  WithUser({[&](HWND top) {
-             InvalidateRect(first.list.m_hWnd, nullptr, TRUE);
-             UpdateWindow(first.list.m_hWnd);
-             EXPECT_GT(first.list.drawn, 0);
+  Look([&] {
+    first.list.Invalidate();
+    UpdateWindow(first.list.m_hWnd);
+    EXPECT_GT(first.list.drawn, 0);
 
-             MEASUREITEMSTRUCT measured{};
-             measured.CtlID = ClientList;
-             EXPECT_EQ(first.SendMessage(WM_MEASUREITEM, ClientList, reinterpret_cast<LPARAM>(&measured)), TRUE);
-             EXPECT_EQ(measured.itemHeight, 77U);
-             COMPAREITEMSTRUCT compared{};
-             compared.hwndItem = first.list.m_hWnd;
-             EXPECT_EQ(first.SendMessage(WM_COMPAREITEM, ClientList, reinterpret_cast<LPARAM>(&compared)), -1);
-             Press(top, PSBTN_CANCEL);
-           }},
-           [&] { sheet.DoModal(); });
-  std::sort(first.list.deleted.begin(), first.list.deleted.end());
+    MEASUREITEMSTRUCT measured{};
+    measured.CtlID = ClientList;
+    EXPECT_EQ(first.SendMessage(WM_MEASUREITEM, ClientList, reinterpret_cast<LPARAM>(&measured)), TRUE);
+    EXPECT_EQ(measured.itemHeight, 77U);
+    COMPAREITEMSTRUCT compared{};
+    compared.hwndItem = first.list.m_hWnd;
+    EXPECT_EQ(first.SendMessage(WM_COMPAREITEM, ClientList, reinterpret_cast<LPARAM>(&compared)), -1);
+  });
+  std::ranges::sort(first.list.deleted);
   EXPECT_EQ(first.list.deleted, (std::vector<DWORD_PTR>{5, 6})) << "entries that are lost, or without their data";
 }
 
 TEST_F(SheetTest, HandsMessagesToTheirHandlers) {
-  WithUser({[&](HWND top) {
-             TakeCalls();
-             EXPECT_EQ(first.SendMessage(HandledMessage, 40, 2), 42);
-             EXPECT_EQ(first.SendMessage(HandledMessage, 0), 0) << "an exception that came out of a window";
-             first.SendMessage(WM_COMMAND, MAKEWPARAM(ClientList, CBN_SELCHANGE),
-                               reinterpret_cast<LPARAM>(first.list.m_hWnd));
-             first.SendMessage(WM_COMMAND, MAKEWPARAM(ClientList, CBN_DROPDOWN),
-                               reinterpret_cast<LPARAM>(first.list.m_hWnd));
-             EXPECT_EQ(TakeCalls(), Calls{"selected"});
+  Look([&] {
+    EXPECT_EQ(first.SendMessage(HandledMessage, 40, 2), 42);
+    EXPECT_EQ(first.SendMessage(HandledMessage, 0), 0) << "an exception that came out of a window";
+    for (const UINT code : {CBN_SELCHANGE, CBN_DROPDOWN})
+      first.SendMessage(WM_COMMAND, MAKEWPARAM(ClientList, code), reinterpret_cast<LPARAM>(first.list.m_hWnd));
+    EXPECT_EQ(TakeCalls(), Calls{"selected"});
 
-             // A window that no object is attached to: one object as long as it lives.
-             CWnd *help = CWnd::FromHandle(GetDlgItem(top, IDHELP));
-             EXPECT_EQ(help, sheet.GetDlgItem(IDHELP));
-             CString text;
-             help->SetWindowText("\x83\x5c?");
-             help->GetWindowText(text);
-             EXPECT_EQ(text, "\x83\x5c?");
-             EXPECT_EQ(sheet.GetDlgItem(1), nullptr);
-             Press(top, PSBTN_CANCEL);
-           }},
-           [&] { sheet.DoModal(); });
+    // A window that no object is attached to has the same one as long as it lives.
+    CWnd *help = sheet.GetDlgItem(IDHELP);
+    EXPECT_EQ(help, CWnd::FromHandle(GetDlgItem(sheet.m_hWnd, IDHELP)));
+    CString text;
+    help->SetWindowText("\x83\x5c?");
+    help->GetWindowText(text);
+    EXPECT_EQ(text, "\x83\x5c?");
+    EXPECT_EQ(first.GetDlgItem(1), nullptr);
+  });
 }
 
 // ---- The application ----
@@ -302,10 +292,11 @@ class AskingPage : public Page {
 
 TEST_F(SheetTest, WorksForTheLibraryWithinItsWindowsAlone) {
   const App app;
+  refusing = false;
   AskingPage page;
   Sheet asking{&page};
   WithUser({[](HWND top) { Press(top, PSBTN_CANCEL); }}, [&] { asking.DoModal(); });
-  EXPECT_EQ(calls[3], "sure? 4");
+  EXPECT_EQ(TakeCalls(), (Calls{"init", "active", "sure? 4", "reset"}));
   EXPECT_EQ(AfxGetApp(), nullptr) << "the host's, which it has not";
   const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
   EXPECT_EQ(AfxGetApp(), &app);
@@ -328,13 +319,6 @@ TEST(OwnerTest, IsTheLastPopupOfNoChild) {
   EXPECT_EQ(CWnd::GetSafeOwner_(main, &topLevel), main);
   EXPECT_EQ(topLevel, nullptr);
   DestroyWindow(main);
-}
-
-TEST(ObjectTest, KnowsItsClass) {
-  const Page page;
-  EXPECT_STREQ(page.GetRuntimeClass()->m_lpszClassName, "Page");
-  EXPECT_TRUE(page.IsKindOf(RUNTIME_CLASS(CWnd)));
-  EXPECT_FALSE(page.IsKindOf(RUNTIME_CLASS(CPropertySheet)));
 }
 
 } // namespace

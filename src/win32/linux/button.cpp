@@ -33,9 +33,7 @@ void Check(const std::shared_ptr<Window> &button, ButtonState &state, bool check
 
 LRESULT machine::ButtonProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   const std::shared_ptr<Window> button = WindowOf(handle);
-  if (button && message == WM_NCCREATE)
-    button->state = std::make_shared<ButtonState>();
-  const auto state = StateOf<ButtonState>(handle);
+  const auto state = ControlState<ButtonState>(button, message);
   if (!state)
     return DefWindowProcA(handle, message, wParam, lParam);
   switch (message) {

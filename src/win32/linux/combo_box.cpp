@@ -126,8 +126,9 @@ void SelectItem(const ComboBox &box, int item) {
   box.state->selection = item;
   machine::Invalidate(box.window);
   const Item *const selected = box.Selected();
+  const std::string text = selected != nullptr ? selected->text : "";
   if (box.state->edit != nullptr)
-    SetWindowTextA(box.state->edit, selected != nullptr ? selected->text.c_str() : "");
+    SetWindowTextA(box.state->edit, text.c_str());
 }
 
 // The user's choice.
@@ -181,7 +182,8 @@ LRESULT AddItem(const ComboBox &box, LPARAM given) {
   if (box.window->Has(CBS_SORT) && box.HasStrings())
     place = std::ranges::find_if(items,
                                  [&](const Item &each) { return lstrcmpA(item.text.c_str(), each.text.c_str()) < 0; });
-  const auto index = static_cast<int>(items.insert(place, std::move(item)) - items.begin());
+  const auto index = static_cast<int>(place - items.begin());
+  items.insert(place, std::move(item));
   if (index <= box.state->selection)
     ++box.state->selection;
   machine::Invalidate(box.window);
@@ -254,6 +256,13 @@ LRESULT AnswerItemHeight(const ComboBox &box, WPARAM index, LPARAM) {
   return static_cast<int>(index) == Nothing ? box.state->closedHeight : box.state->itemHeight;
 }
 
+LRESULT AnswerSetItemHeight(const ComboBox &box, WPARAM index, LPARAM height) {
+  UINT &part = static_cast<int>(index) == Nothing ? box.state->closedHeight : box.state->itemHeight;
+  part = static_cast<UINT>(height);
+  machine::Invalidate(box.window);
+  return 0;
+}
+
 LRESULT AnswerShowList(const ComboBox &box, WPARAM show, LPARAM) {
   ShowList(box, show != FALSE);
   return TRUE;
@@ -281,6 +290,7 @@ constexpr Answer Answers[] = {
     {CB_GETITEMDATA, AnswerItemData},
     {CB_SETITEMDATA, AnswerSetItemData},
     {CB_GETITEMHEIGHT, AnswerItemHeight},
+    {CB_SETITEMHEIGHT, AnswerSetItemHeight},
     {CB_SHOWDROPDOWN, AnswerShowList},
     {CB_GETDROPPEDSTATE, AnswerDropped},
     {CB_LIMITTEXT, AnswerLimit},
@@ -348,9 +358,7 @@ LRESULT AnswerText(const ComboBox &box, UINT message, WPARAM size, LPARAM text) 
 
 LRESULT machine::ComboBoxProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   const std::shared_ptr<Window> window = WindowOf(handle);
-  if (window && message == WM_NCCREATE)
-    window->state = std::make_shared<ComboState>();
-  const ComboBox box = {window, StateOf<ComboState>(handle)};
+  const ComboBox box = {window, ControlState<ComboState>(window, message)};
   if (!box.state)
     return DefWindowProcA(handle, message, wParam, lParam);
   const auto answer = std::ranges::find(Answers, message, &Answer::message);

@@ -24,6 +24,15 @@ LRESULT StaticProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam)
 LRESULT EditProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT ComboBoxProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 
+// The state of a control, which it gets with its first message; null for a window that is none of that kind.
+template <typename State> std::shared_ptr<State> ControlState(const std::shared_ptr<Window> &control, UINT message) {
+  if (!control)
+    return nullptr;
+  if (message == WM_NCCREATE && !control->state)
+    control->state = std::make_shared<State>();
+  return std::dynamic_pointer_cast<State>(control->state);
+}
+
 // What every control does that has nothing of its own to do: it keeps a font and is painted anew when it changes.
 LRESULT ControlDefault(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 

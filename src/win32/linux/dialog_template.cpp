@@ -90,7 +90,11 @@ std::optional<DialogTemplate> machine::ReadTemplate(const DLGTEMPLATE *bytes) {
   if (bytes == nullptr)
     return std::nullopt;
   const size_t known = BytesOfResourceAt(bytes);
-  Reader reader(reinterpret_cast<const char *>(bytes), known != 0 ? known : LargestTemplate);
+  return ReadTemplate({reinterpret_cast<const char *>(bytes), known != 0 ? known : LargestTemplate});
+}
+
+std::optional<DialogTemplate> machine::ReadTemplate(std::string_view bytes) {
+  Reader reader(bytes.data(), bytes.size());
   const bool extended = IsExtended(reader);
   if (extended)
     reader.Next<DWORD>();

@@ -276,7 +276,7 @@ HWND GetNextDlgTabItem(HWND handle, HWND control, BOOL previous) {
     return each->handle == control || IsChild(each->handle, control) != FALSE;
   });
   if (start != controls.end())
-    std::ranges::rotate(controls, start + 1); // the one to start from comes last
+    std::rotate(controls.begin(), start + 1, controls.end()); // the one to start from comes last
   const auto next = std::ranges::find_if(controls, [](const WindowRecord &each) { return IsStop(*each); });
   return next != controls.end() ? (*next)->handle : nullptr;
 }

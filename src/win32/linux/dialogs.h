@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace machine {
@@ -33,7 +34,9 @@ struct DialogTemplate {
   std::vector<TemplateWindow> controls;
 };
 
-// Nothing for bytes that are no template. A template within the library's resources is read to its end and no further.
+// Nothing for bytes that are no template.
+std::optional<DialogTemplate> ReadTemplate(std::string_view bytes);
+// The same where the size isn't known, unless the template is one of the library's resources.
 std::optional<DialogTemplate> ReadTemplate(const DLGTEMPLATE *bytes);
 
 HWND CreateDialogFrom(const DialogTemplate &dialog, HINSTANCE instance, HWND parent, DLGPROC procedure,

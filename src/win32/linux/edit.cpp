@@ -47,6 +47,8 @@ LRESULT GetSelection(const EditState &state, DWORD *begin, DWORD *end) {
 // Puts a text in place of the selection, as much of it as the limit allows.
 void ReplaceSelection(const Edit &edit, std::string_view with) {
   const auto &[window, state] = edit;
+  state->end = std::min(state->end, window->text.size());
+  state->begin = std::min(state->begin, state->end);
   const size_t selected = state->end - state->begin;
   const size_t kept = window->text.size() - selected;
   if (!edit.IsMultiline())
@@ -105,9 +107,7 @@ LRESULT SetText(const Edit &edit, const char *text) {
 
 LRESULT machine::EditProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   const std::shared_ptr<Window> window = WindowOf(handle);
-  if (window && message == WM_NCCREATE)
-    window->state = std::make_shared<EditState>();
-  const Edit edit = {window, StateOf<EditState>(handle)};
+  const Edit edit = {window, ControlState<EditState>(window, message)};
   if (!edit.state)
     return DefWindowProcA(handle, message, wParam, lParam);
   switch (message) {

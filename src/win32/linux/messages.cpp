@@ -107,7 +107,8 @@ LRESULT DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) 
   const auto setText = [&](const char *text) { window->text = text != nullptr ? text : ""; };
   switch (message) {
   case WM_NCCREATE:
-    setText(reinterpret_cast<const CREATESTRUCTA *>(lParam)->lpszName);
+    if (lParam != 0)
+      setText(reinterpret_cast<const CREATESTRUCTA *>(lParam)->lpszName);
     return TRUE;
   case WM_SETTEXT:
     setText(reinterpret_cast<const char *>(lParam));

@@ -118,8 +118,8 @@ INT_PTR Sheet::Procedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam
 
 std::optional<LRESULT> Sheet::Answer(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
-  case WM_COMMAND:
-    return Press(&Button::id, LOWORD(wParam)) ? std::optional(0) : std::nullopt;
+  case WM_COMMAND: // what isn't the sheet's is for its page
+    return Press(&Button::id, LOWORD(wParam)) ? 0 : SendMessageA(CurrentWindow(), message, wParam, lParam);
   case WM_CLOSE:
     Close(TRUE);
     return 0;

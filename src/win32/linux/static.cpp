@@ -13,9 +13,7 @@ struct StaticState : machine::WindowState {
 
 LRESULT machine::StaticProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   const std::shared_ptr<Window> control = WindowOf(handle);
-  if (control && message == WM_NCCREATE)
-    control->state = std::make_shared<StaticState>();
-  const auto state = StateOf<StaticState>(handle);
+  const auto state = ControlState<StaticState>(control, message);
   if (!state)
     return DefWindowProcA(handle, message, wParam, lParam);
   switch (message) {

@@ -4,6 +4,7 @@
 #include "win32/linux/text.h"
 
 #include <algorithm>
+#include <compare>
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -35,8 +36,8 @@ int lstrcmpA(const char *left, const char *right) {
     return (left != nullptr) - (right != nullptr);
   const std::u16string a = text::ToWide(left);
   const std::u16string b = text::ToWide(right);
-  const auto sign = [](auto order) { return order < 0 ? -1 : order > 0 ? 1 : 0; };
+  const auto sign = [](std::weak_ordering order) { return std::is_gt(order) - std::is_lt(order); };
   const auto byKey = std::lexicographical_compare_three_way(
       a.begin(), a.end(), b.begin(), b.end(), [](char16_t x, char16_t y) { return SortKey(x) <=> SortKey(y); });
-  return byKey != 0 ? sign(byKey) : -sign(a <=> b); // small letters before capitals
+  return std::is_neq(byKey) ? sign(byKey) : -sign(a <=> b); // small letters before capitals
 }

@@ -100,6 +100,8 @@ HWND NewHandle() {
 }
 
 void Forget(const Window &window) {
+  if (!IsWindow(window.handle))
+    return;
   Desk &desk = DeskOfThread();
   std::erase(SiblingsOf(window), window.handle);
   std::erase_if(desk.posted, [&](const MSG &message) { return message.hwnd == window.handle; });
@@ -129,6 +131,22 @@ void DestroyOwned(HWND owner) {
   for (const HWND window : std::vector(WindowOf(Desktop)->children))
     if (const WindowRecord owned = WindowOf(window); owned && owned->owner == owner)
       DestroyWindow(window);
+}
+
+bool IsGoing(WindowRecord window) {
+  for (; window; window = WindowOf(window->parent))
+    if (window->going && window->handle != Desktop)
+      return true;
+  return false;
+}
+
+LONG CheckCreation(bool classKnown, bool child, HWND parent, const WindowRecord &above) {
+  if (!classKnown)
+    return ERROR_CANNOT_FIND_WND_CLASS;
+  if (child && parent == nullptr)
+    return ERROR_TLW_WITH_WSCHILD;
+  const bool fits = above ? !child || !IsGoing(above) : parent == nullptr;
+  return fits ? ERROR_SUCCESS : ERROR_INVALID_WINDOW_HANDLE;
 }
 
 // WM_NCCREATE and WM_CREATE, which can refuse the window.
@@ -204,12 +222,10 @@ HWND CreateWindowExA(DWORD exStyle, const char *className, const char *text, DWO
   const std::optional<WindowClass> known = FindClass(className);
   const WindowRecord above = WindowOf(parent);
   const bool child = (style & (WS_CHILD | WS_POPUP)) == WS_CHILD;
-  if (!known)
-    Fail(ERROR_CANNOT_FIND_WND_CLASS);
-  else if (child && parent == nullptr)
-    Fail(ERROR_TLW_WITH_WSCHILD);
-  if (!known || (!above && (child || parent != nullptr)))
+  if (const LONG error = CheckCreation(known.has_value(), child, parent, above); error != ERROR_SUCCESS) {
+    Fail(error);
     return nullptr;
+  }
 
   const auto window = std::make_shared<Window>();
   window->handle = NewHandle();
@@ -353,7 +369,7 @@ HWND GetDesktopWindow() { return Desktop; }
 
 BOOL EnumChildWindows(HWND parent, WNDENUMPROC procedure, LPARAM parameter) {
   std::vector<HWND> below;
-  CollectBelow(parent != nullptr ? parent : Desktop, below);
+  CollectBelow(parent, below);
   return std::ranges::all_of(
       below, [&](HWND window) { return IsWindow(window) == FALSE || procedure(window, parameter) != FALSE; });
 }
