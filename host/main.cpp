@@ -7,6 +7,7 @@
 #include "signup_file.h"
 #include "text.h"
 #include "usage.h"
+#include "wizard_command.h"
 
 #include <algorithm>
 #include <iostream>
@@ -18,6 +19,7 @@ namespace {
 struct Chosen {
   Action action;
   bool writes = false;
+  bool waits = false; // for a user, and nobody else has to wait meanwhile, though it may write
   bool makesMachine = false;
 };
 
@@ -130,7 +132,7 @@ void AddBrowserCommands(CLI::App &app, Chosen &chosen) {
 // Runs the command with the machine held as far as it needs that, and says what the machine was in the way with.
 int Run(const Chosen &chosen) {
   if (!chosen.makesMachine)
-    if (const std::string problem = platform::Problem(chosen.writes); !problem.empty())
+    if (const std::string problem = platform::Problem(chosen.writes || chosen.waits); !problem.empty())
       return Fail(problem);
   int status = 0;
   if (chosen.writes) {
@@ -157,6 +159,7 @@ int RunHost(const std::vector<std::string> &arguments) {
   AddAccountCommands(app, chosen.action, chosen.writes);
   AddSignupCommands(app, chosen);
   AddBrowserCommands(app, chosen);
+  AddWizardCommand(app, chosen.action, chosen.waits);
   try {
     // The parser takes the arguments last one first.
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

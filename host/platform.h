@@ -1,7 +1,10 @@
 // What differs between the platforms for the host program.
 #pragma once
 
+#include "win32/win32_ui.h"
+
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,6 +37,25 @@ std::string TakeFault();
 
 // The sample mailer plug-in as it was built or installed with this program.
 std::filesystem::path SamplePlugin();
+
+// Someone before the windows that the library opens.
+class User {
+public:
+  virtual ~User() = default;
+
+  // Does one thing to the window in front, by messages. Called on the windows' own thread when their modal loop has
+  // nothing left to do, also within a loop that an earlier thing has opened. False ends every loop.
+  virtual bool Act(HWND top) noexcept = 0;
+
+  // Is shown a help file, named in code page 932, at a topic. False if there is nothing to show.
+  virtual bool SeeHelp(const char *file, ULONG_PTR topic) noexcept = 0;
+};
+
+// Runs what opens windows, with the user before them.
+void WithUser(User &user, const std::function<void()> &run);
+
+// The user presses a key and lets it go again.
+void PressKey(int key);
 
 } // namespace platform
 

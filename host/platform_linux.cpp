@@ -1,5 +1,6 @@
 #include "platform.h"
 
+#include "win32/linux/front_end.h"
 #include "win32/linux/machine.h"
 
 #include <cstdlib>
@@ -38,6 +39,32 @@ fs::path SamplePlugin() {
   const fs::path built = here / "sample_mailer.dll";
   return fs::exists(built) ? built : here.parent_path() / ACCTKIT_PLUGIN_FOLDER / "sample_mailer.dll";
 }
+
+namespace {
+
+class UserInFront : public machine::FrontEnd {
+public:
+  explicit UserInFront(User &user) : user(user), before(machine::SetFrontEnd(this)) {}
+  UserInFront(const UserInFront &) = delete;
+  UserInFront &operator=(const UserInFront &) = delete;
+  ~UserInFront() override { machine::SetFrontEnd(before); }
+
+  bool WaitForUser(HWND top) override { return user.Act(top); }
+  bool ShowHelp(const char *file, ULONG_PTR topic) override { return user.SeeHelp(file, topic); }
+
+private:
+  User &user;
+  machine::FrontEnd *before;
+};
+
+} // namespace
+
+void WithUser(User &user, const std::function<void()> &run) {
+  const UserInFront inFront(user);
+  run();
+}
+
+void PressKey(int key) { machine::PressKey(key); }
 
 } // namespace platform
 

@@ -30,9 +30,11 @@ std::string WideToUtf8(const WideText &wide) { return Narrow(CP_UTF8, wide); }
 
 std::string ToUtf8(const std::string &text) { return Narrow(CP_UTF8, Widen(CP_ACP, text)); }
 
-std::string MixedToUtf8(const std::string &bytes) {
-  return Widen(CP_UTF8, bytes, MB_ERR_INVALID_CHARS).empty() ? ToUtf8(bytes) : bytes;
+bool IsUtf8(std::string_view bytes) {
+  return bytes.empty() || !Widen(CP_UTF8, std::string(bytes), MB_ERR_INVALID_CHARS).empty();
 }
+
+std::string MixedToUtf8(const std::string &bytes) { return IsUtf8(bytes) ? bytes : ToUtf8(bytes); }
 
 std::optional<std::string> FromUtf8(const std::string &utf8) {
   const std::string text = Narrow(CP_ACP, Widen(CP_UTF8, utf8));

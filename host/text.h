@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 std::string WideToUtf8(const std::basic_string<WCHAR> &wide);
 
@@ -12,6 +13,8 @@ std::string WideToUtf8(const std::basic_string<WCHAR> &wide);
 std::string ToUtf8(const std::string &text);
 // The same for bytes that a client may have written in either encoding: UTF-8 stays as it is.
 std::string MixedToUtf8(const std::string &bytes);
+
+bool IsUtf8(std::string_view bytes);
 
 // A text of the user for the system; nothing if it isn't UTF-8 or the code page can't hold it.
 std::optional<std::string> FromUtf8(const std::string &utf8);

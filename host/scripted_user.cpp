@@ -1,0 +1,225 @@
+#include "scripted_user.h"
+
+#include "text.h"
+#include "window_view.h"
+
+#include <algorithm>
+#include <exception>
+#include <iostream>
+#include <iterator>
+#include <stdexcept>
+
+namespace {
+
+// What a step found in place of what it needs.
+class Difference : public std::runtime_error {
+public:
+  Difference(const std::string &expected, const std::string &found)
+      : std::runtime_error("expected " + expected + ", found " + found) {}
+};
+
+// ---- What a step needs in front of the user ----
+
+HWND SheetOf(HWND top) { return IsSheet(top) ? top : throw Difference("a page", TopLine(top)); }
+
+HWND BoxOf(HWND top) { return IsBox(top) ? top : throw Difference("a message box", TopLine(top)); }
+
+HWND ControlOf(HWND top, const Step &step) {
+  const HWND control = GetDlgItem(CurrentPage(SheetOf(top)), step.id);
+  return control != nullptr ? control : throw Difference("a control " + std::to_string(step.id), TopLine(top));
+}
+
+[[noreturn]] void RefuseControl(HWND control, const char *expected) {
+  throw Difference(std::string("a control ") + expected, ControlLine(control));
+}
+
+// A control of a class that a user can work with.
+HWND UsableControl(HWND top, const Step &step, const char *className, const char *expected) {
+  const HWND control = ControlOf(top, step);
+  if (!IsUsable(control) || !IsClass(control, className))
+    RefuseControl(control, expected);
+  return control;
+}
+
+// ---- What a user does ----
+
+// Types over all that stands in an edit, or in the edit part of a combo box.
+void Set(HWND top, const Step &step) {
+  constexpr const char *Expected = "that takes a text";
+  const HWND control = ControlOf(top, step);
+  const HWND edit = IsClass(control, "combobox") ? GetWindow(control, GW_CHILD) : control;
+  if (edit == nullptr || !IsUsable(control) || !IsClass(edit, "edit") || IsReadOnly(edit))
+    RefuseControl(control, Expected);
+  SetFocus(edit);
+  SendMessageA(edit, EM_SETSEL, 0, -1);
+  SendMessageA(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(step.text.c_str()));
+}
+
+void Select(HWND top, const Step &step) {
+  const HWND list = UsableControl(top, step, "combobox", "with a list");
+  if (step.number >= SendMessageA(list, CB_GETCOUNT, 0, 0))
+    RefuseControl(list, ("with an entry " + std::to_string(step.number)).c_str());
+  SetFocus(list);
+  SendMessageA(list, CB_SETCURSEL, static_cast<WPARAM>(step.number), 0);
+  SendMessageA(GetParent(list), WM_COMMAND, MAKEWPARAM(static_cast<unsigned>(step.id), CBN_SELCHANGE),
+               reinterpret_cast<LPARAM>(list));
+}
+
+void Click(HWND top, const Step &step) {
+  SendMessageA(UsableControl(top, step, "button", "that can be clicked"), BM_CLICK, 0, 0);
+}
+
+// Posted, so that a box that the page then shows comes up from the sheet's loop and not from within the step.
+void Press(HWND sheet, const NamedButton &button) {
+  PostMessageA(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button.press), 0);
+}
+
+void PressNamed(HWND top, const Step &step) {
+  const NamedButton *const button = FindButton(SheetButtons, step.command);
+  if (!IsUsable(GetDlgItem(SheetOf(top), button->id)))
+    throw Difference(step.command + " to be enabled", TopLine(top));
+  Press(top, *button);
+}
+
+void Answer(HWND box, const NamedButton &button) {
+  std::cout << TopLine(box) << " -> " << button.name << '\n';
+  SendMessageA(GetDlgItem(box, button.id), BM_CLICK, 0, 0);
+}
+
+void AnswerNamed(HWND top, const Step &step) {
+  const NamedButton *const button = FindButton(BoxButtons, step.text);
+  if (!IsUsable(GetDlgItem(BoxOf(top), button->id)))
+    throw Difference("a button " + step.text, TopLine(top));
+  Answer(top, *button);
+}
+
+void PressKey(HWND, const Step &step) { platform::PressKey(step.text == "shift" ? VK_SHIFT : VK_BACK); }
+
+void DoubleClick(HWND top, const Step &) {
+  SendMessageA(CurrentPage(SheetOf(top)), WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(1, 1));
+}
+
+void Show(HWND top, const Step &) {
+  std::cout << TopLine(top) << '\n';
+  if (IsSheet(top))
+    for (const HWND control : ControlsOf(CurrentPage(top)))
+      std::cout << ControlLine(control) << '\n';
+}
+
+struct ActionRow {
+  const char *command;
+  void (*action)(HWND top, const Step &step);
+};
+constexpr ActionRow Actions[] = {{"set", Set},           {"select", Select},        {"click", Click},
+                                 {"next", PressNamed},   {"back", PressNamed},      {"finish", PressNamed},
+                                 {"cancel", PressNamed}, {"help", PressNamed},      {"answer", AnswerNamed},
+                                 {"key", PressKey},      {"dblclick", DoubleClick}, {"show", Show}};
+
+// ---- What a user finds ----
+
+struct FindingRow {
+  const char *command;
+  std::string (*find)(HWND top, const Step &step);
+};
+constexpr FindingRow Findings[] = {
+    {"expect caption", [](HWND top, const Step &) { return TextOf(top); }},
+    {"expect text", [](HWND top, const Step &step) { return TextOf(ControlOf(top, step)); }},
+    {"expect items", [](HWND top, const Step &step) { return ItemsOf(ControlOf(top, step)); }},
+    {"expect checked",
+     [](HWND top, const Step &step) { return std::string(IsChecked(ControlOf(top, step)) ? "yes" : "no"); }},
+    {"expect control", [](HWND top, const Step &step) { return Description(ControlOf(top, step)); }},
+    {"expect focus", [](HWND top, const Step &) { return FocusOf(top); }},
+    {"expect buttons", [](HWND top, const Step &) { return ButtonsOf(top); }},
+    {"expect message", [](HWND top, const Step &) { return MessageOf(BoxOf(top)); }},
+    {"expect icon", [](HWND top, const Step &) { return IconOf(BoxOf(top)); }},
+};
+
+void Compare(const Step &step, const std::string &found) {
+  if (found != step.text)
+    throw Difference(step.text.empty() ? "nothing" : step.text, found.empty() ? "nothing" : found);
+}
+
+} // namespace
+
+bool ScriptedUser::Act(HWND top) noexcept {
+  try {
+    NoticePage(top);
+    if (complained)
+      return Leave(top);
+    TakeStep(top);
+  } catch (const std::exception &error) {
+    Complain(taken < script.steps.size() ? script.steps[taken].line : script.lines, error.what());
+  }
+  return true;
+}
+
+void ScriptedUser::NoticePage(HWND top) {
+  if (!IsSheet(top) || CurrentPage(top) == page)
+    return;
+  page = CurrentPage(top);
+  std::cout << TopLine(top) << '\n';
+}
+
+void ScriptedUser::TakeStep(HWND top) {
+  if (taken == script.steps.size() || script.steps[taken].command == "expect result")
+    throw Difference("the wizard to be over", TopLine(top));
+  const Step &step = script.steps[taken];
+  const auto *const action = std::ranges::find(Actions, step.command, &ActionRow::command);
+  const auto *const finding = std::ranges::find(Findings, step.command, &FindingRow::command);
+  if (action != std::end(Actions))
+    action->action(top, step);
+  else
+    Compare(step, finding != std::end(Findings) ? finding->find(top, step) : helpTopic);
+  ++taken;
+}
+
+// Cancels whatever is open, and says yes to that. Should something stay open for all that, it is given up.
+bool ScriptedUser::Leave(HWND top) {
+  constexpr int Attempts = 20;
+  if (++leaving > Attempts)
+    return false;
+  if (IsSheet(top)) {
+    Press(top, *FindButton(SheetButtons, "cancel"));
+    return true;
+  }
+  for (const char *name : {"yes", "cancel", "ok"})
+    if (const NamedButton *const button = FindButton(BoxButtons, name); IsUsable(GetDlgItem(top, button->id))) {
+      Answer(top, *button);
+      return true;
+    }
+  return false;
+}
+
+bool ScriptedUser::SeeHelp(const char *file, ULONG_PTR topic) noexcept {
+  WIN32_FIND_DATAA found;
+  const HANDLE search = FindFirstFileA(file, &found);
+  if (search != INVALID_HANDLE_VALUE)
+    FindClose(search);
+  helpTopic = std::to_string(topic);
+  std::cout << "help " << Quoted(ToUtf8(file)) << " topic=" << helpTopic << '\n';
+  return search != INVALID_HANDLE_VALUE;
+}
+
+bool ScriptedUser::IsContent(int32_t result) {
+  std::cout << "result " << result << '\n';
+  if (complained)
+    return false;
+  try {
+    const Step *const next = taken < script.steps.size() ? &script.steps[taken] : nullptr;
+    if (next != nullptr && next->command == "expect result")
+      Compare(*next, std::to_string(result));
+    else if (next != nullptr)
+      throw Difference("to do \"" + next->command + '"', "the wizard over");
+    else if (result == 0)
+      throw Difference("a wizard", "that none came up");
+  } catch (const Difference &difference) {
+    Complain(taken < script.steps.size() ? script.steps[taken].line : script.lines, difference.what());
+  }
+  return !complained;
+}
+
+void ScriptedUser::Complain(size_t line, const std::string &difference) {
+  complained = true;
+  std::cout.flush();
+  std::cerr << script.path << ':' << line << ": " << difference << '\n';
+}

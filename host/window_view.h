@@ -1,0 +1,46 @@
+// What a user sees of a wizard's windows, in the words of a transcript: UTF-8, texts in quotes.
+#pragma once
+
+#include "win32/win32_ui.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+struct NamedButton {
+  const char *name;
+  int id;
+  int press; // what presses it by PSM_PRESSBUTTON, of a sheet
+};
+extern const std::span<const NamedButton> SheetButtons;
+extern const std::span<const NamedButton> BoxButtons;
+
+bool IsSheet(HWND window);
+bool IsBox(HWND window);
+// The page that a sheet shows.
+HWND CurrentPage(HWND sheet);
+// Whether a user could press or fill it.
+bool IsUsable(HWND control);
+bool IsClass(HWND control, const char *className);
+// Null if the buttons have none of that name, or the window has it not.
+const NamedButton *FindButton(std::span<const NamedButton> buttons, const std::string &name);
+
+// The window's text, for a control what stands in it.
+std::string TextOf(HWND window);
+std::string ItemsOf(HWND comboBox);
+bool IsChecked(HWND button);
+bool IsReadOnly(HWND edit);
+// The buttons that can be pressed, of a sheet those that lead through the wizard.
+std::string ButtonsOf(HWND top);
+// The control of the page, or the button, that has the focus.
+std::string FocusOf(HWND top);
+std::string MessageOf(HWND box);
+std::string IconOf(HWND box);
+
+// A control's kind, text and state, and the same with its id before it.
+std::string Description(HWND control);
+std::string ControlLine(HWND control);
+// A line about the window in front.
+std::string TopLine(HWND top);
+// The controls of a page that have an id.
+std::vector<HWND> ControlsOf(HWND page);

@@ -1,0 +1,83 @@
+#include "wizard_command.h"
+
+#include "acctkit/acctkit.h"
+#include "scripted_user.h"
+#include "text.h"
+#include "usage.h"
+
+#include <memory>
+#include <sstream>
+
+namespace {
+
+// What the host hands over, in the system's code page.
+struct Handed {
+  std::string id;
+  std::string ids; // one behind the other, each with its terminator; the list's own is the string's
+};
+
+struct Wizard {
+  const char *name;
+  const char *help;
+  bool takesId;
+  bool takesIds;
+  int32_t (*run)(const Handed &handed);
+};
+constexpr Wizard Wizards[] = {
+    {"mailer", "Sets up the service's mail account", true, true,
+     [](const Handed &handed) { return MailerWizard(0, handed.id.c_str(), handed.ids.c_str()); }},
+    {"second", "Sets up a second mail account", false, false, [](const Handed &) { return MailerWizard2(); }},
+    {"news", "Sets up the service's news servers", true, true,
+     [](const Handed &handed) { return NewsWizard(0, handed.id.c_str(), handed.ids.c_str()); }},
+    {"original", "Sets up a mail account of the original-domain service", false, false,
+     [](const Handed &) { return KERMWizard(); }},
+    {"short", "Sets up a mail account in two pages", true, false,
+     [](const Handed &handed) { return ShortMailWizard(0, handed.id.c_str()); }},
+};
+
+// The list as the exports take it, from one with commas.
+std::string IdList(const std::string &ids) {
+  std::string list;
+  std::istringstream left(ids);
+  for (std::string id; std::getline(left, id, ',');) {
+    if (id.empty())
+      throw UsageError("--ids: an ID is empty");
+    list.append(id).append(1, '\0');
+  }
+  return list.empty() ? std::string(1, '\0') : list;
+}
+
+int RunScript(const Wizard &wizard, const Handed &handed, const WizardScript &script) {
+  ScriptedUser user(script);
+  int32_t result = 0;
+  platform::WithUser(user, [&] { result = wizard.run(handed); });
+  return user.IsContent(result) ? 0 : 1;
+}
+
+void AddWizard(CLI::App &group, const Wizard &wizard, Action &action, bool &waits) {
+  CLI::App *const command = group.add_subcommand(wizard.name, wizard.help);
+  const auto handed = std::make_shared<Handed>();
+  const auto file = std::make_shared<std::string>();
+  if (wizard.takesId)
+    AddTextOption(*command, "--id", handed->id, "the subscriber's ID to start with");
+  if (wizard.takesIds)
+    AddTextOption(*command, "--ids", handed->ids, "all of the subscriber's IDs, with commas between them");
+  command->add_option("--script", *file, "what the user does, a step a line")->type_name("FILE");
+  command->callback([&wizard, &action, &waits, handed, file] {
+    if (file->empty())
+      throw UsageError("--script is required: there is no terminal front end");
+    const auto script = std::make_shared<WizardScript>(ReadWizardScript(*file));
+    handed->ids = IdList(handed->ids);
+    waits = true;
+    action = [&wizard, handed, script] { return RunScript(wizard, *handed, *script); };
+  });
+}
+
+} // namespace
+
+void AddWizardCommand(CLI::App &app, Action &action, bool &waits) {
+  CLI::App *const group = app.add_subcommand("wizard", "Runs a wizard");
+  group->require_subcommand(1);
+  for (const Wizard &wizard : Wizards)
+    AddWizard(*group, wizard, action, waits);
+}

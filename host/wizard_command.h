@@ -1,0 +1,7 @@
+// The command `wizard`, which runs one of the wizards with a script as its user.
+#pragma once
+
+#include "account_commands.h"
+
+// Adds the command. The chosen wizard goes to `action`; `waits` is set, since it waits for a user.
+void AddWizardCommand(CLI::App &app, Action &action, bool &waits);
