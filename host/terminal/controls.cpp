@@ -1,11 +1,11 @@
 #include "terminal/controls.h"
 
 #include "text.h"
+#include "window_view.h"
 
 #include <algorithm>
 #include <cctype>
 #include <optional>
-#include <string_view>
 
 namespace terminal {
 
@@ -13,28 +13,21 @@ namespace {
 
 DWORD StyleOf(HWND window) { return static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)); }
 
-std::string ClassOf(HWND window) {
-  char name[32] = "";
-  GetClassNameA(window, name, sizeof name);
-  std::string lower(name);
-  for (char &letter : lower)
-    letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
-  return lower;
+bool HasText(HWND label) {
+  const DWORD type = StyleOf(label) & SS_TYPEMASK;
+  return type != SS_ICON && type != SS_BITMAP && GetWindowTextLengthA(label) > 0;
 }
 
+// Nothing for a window that shows nothing of its own.
 std::optional<Kind> KindOf(HWND window) {
-  const std::string name = ClassOf(window);
   const DWORD style = StyleOf(window);
-  if (name == "static") {
-    const DWORD type = style & SS_TYPEMASK;
-    return type == SS_ICON || type == SS_BITMAP || GetWindowTextLengthA(window) == 0 ? std::nullopt
-                                                                                     : std::optional(Kind::Text);
-  }
-  if (name == "edit")
+  if (IsClass(window, "static") && HasText(window))
+    return Kind::Text;
+  if (IsClass(window, "edit"))
     return (style & ES_MULTILINE) != 0 ? Kind::Document : Kind::Field;
-  if (name == "combobox")
+  if (IsClass(window, "combobox"))
     return (style & CBS_DROPDOWNLIST) == CBS_DROPDOWNLIST ? Kind::List : Kind::EditableList;
-  if (name == "button")
+  if (IsClass(window, "button"))
     return (style & BS_TYPEMASK) <= BS_DEFPUSHBUTTON ? Kind::Button : Kind::Check;
   return std::nullopt;
 }
@@ -59,7 +52,7 @@ Control Describe(HWND top, HWND window, Kind kind) {
   Control control;
   control.window = window;
   control.kind = kind;
-  control.text = TextOf(window);
+  control.text = ReadText(window);
   control.enabled = IsWindowEnabled(window) != FALSE;
   control.focused = FocusedControl() == window;
   RECT corner{};
@@ -80,7 +73,7 @@ void Collect(HWND top, HWND parent, std::vector<Control> &controls) {
       continue;
     if (const std::optional<Kind> kind = KindOf(child))
       controls.push_back(Describe(top, child, *kind));
-    else if (ClassOf(child) == "#32770")
+    else if (IsClass(child, "#32770"))
       Collect(top, child, controls);
   }
 }
@@ -93,18 +86,18 @@ std::vector<Control> ControlsIn(HWND top) {
   return controls;
 }
 
-std::string RawTextOf(HWND window) {
+std::string ReadRawText(HWND window) {
   std::string text(static_cast<size_t>(GetWindowTextLengthA(window)) + 1, '\0');
   text.resize(static_cast<size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
   return text;
 }
 
-std::string TextOf(HWND window) { return ToUtf8(RawTextOf(window)); }
+std::string ReadText(HWND window) { return ToUtf8(ReadRawText(window)); }
 
 HWND FocusedControl() {
   const HWND focus = GetFocus();
   const HWND parent = GetParent(focus);
-  return ClassOf(parent) == "combobox" ? parent : focus;
+  return IsClass(parent, "combobox") ? parent : focus;
 }
 
 HWND EditOf(const Control &control) {
@@ -119,7 +112,7 @@ HWND EditOf(const Control &control) {
 }
 
 Typed TypedIn(HWND edit) {
-  const std::string text = RawTextOf(edit);
+  const std::string text = ReadRawText(edit);
   DWORD begin = 0;
   DWORD end = 0;
   SendMessageA(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&begin), reinterpret_cast<LPARAM>(&end));
@@ -133,7 +126,7 @@ bool IsListOpen(const Control &control) {
          SendMessageA(control.window, CB_GETDROPPEDSTATE, 0, 0) != FALSE;
 }
 
-std::vector<std::string> ItemsOf(HWND list) {
+std::vector<std::string> ReadItems(HWND list) {
   std::vector<std::string> items;
   const LRESULT count = SendMessageA(list, CB_GETCOUNT, 0, 0);
   for (LRESULT index = 0; index < count; ++index) {
@@ -150,7 +143,7 @@ int SelectionOf(HWND list) { return static_cast<int>(SendMessageA(list, CB_GETCU
 
 HWND EnabledButton(HWND top, int id) {
   const HWND button = GetDlgItem(top, id);
-  return button != nullptr && IsWindowVisible(button) != FALSE && IsWindowEnabled(button) != FALSE ? button : nullptr;
+  return IsUsable(button) ? button : nullptr;
 }
 
 HWND DefaultButton(HWND top) {

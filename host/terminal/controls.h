@@ -33,8 +33,8 @@ struct Control {
 std::vector<Control> ControlsIn(HWND top);
 
 // The text of a window in the code page, and in UTF-8.
-std::string RawTextOf(HWND window);
-std::string TextOf(HWND window);
+std::string ReadRawText(HWND window);
+std::string ReadText(HWND window);
 
 // The control that has the focus, the whole combo box for its edit part.
 HWND FocusedControl();
@@ -51,7 +51,7 @@ struct Typed {
 Typed TypedIn(HWND edit);
 
 bool IsListOpen(const Control &control);
-std::vector<std::string> ItemsOf(HWND list);
+std::vector<std::string> ReadItems(HWND list);
 int SelectionOf(HWND list);
 
 // Null if no enabled button of the window has the id.

@@ -107,7 +107,7 @@ Selection Around(const std::string &text, size_t place) {
 // The caret goes to the end of the selection or, without one, a character on.
 void MoveCaret(HWND edit, bool back) {
   const Selection selection = SelectionIn(edit);
-  const Selection around = Around(RawTextOf(edit), back ? selection.begin : selection.end);
+  const Selection around = Around(ReadRawText(edit), back ? selection.begin : selection.end);
   const bool selected = selection.begin != selection.end;
   const size_t place = back ? (selected ? selection.begin : around.begin) : (selected ? selection.end : around.end);
   Select(edit, place, place);
@@ -116,7 +116,7 @@ void MoveCaret(HWND edit, bool back) {
 void EraseAhead(HWND edit) {
   const Selection selection = SelectionIn(edit);
   if (selection.begin == selection.end)
-    Select(edit, selection.end, Around(RawTextOf(edit), selection.end).end);
+    Select(edit, selection.end, Around(ReadRawText(edit), selection.end).end);
   Erase(edit);
 }
 
@@ -210,7 +210,7 @@ void PressHomeOrEnd(const Scene &scene, bool home, Scrolling &scrolling) {
   if (scene.open != nullptr || scene.IsFocused(Kind::List))
     SendKey((scene.open != nullptr ? scene.open : scene.focused)->window, home ? VK_HOME : VK_END);
   else if (const HWND edit = scene.Edit())
-    Select(edit, home ? 0 : RawTextOf(edit).size(), home ? 0 : RawTextOf(edit).size());
+    Select(edit, home ? 0 : ReadRawText(edit).size(), home ? 0 : ReadRawText(edit).size());
   else
     Scroll(scrolling, home ? -scrolling.lines : scrolling.lines);
 }
@@ -224,7 +224,7 @@ void EraseIn(const Scene &scene, KeyCode code) {
   else if (code == KeyCode::Delete)
     EraseAhead(edit);
   else {
-    Select(edit, 0, RawTextOf(edit).size());
+    Select(edit, 0, ReadRawText(edit).size());
     Erase(edit);
   }
 }

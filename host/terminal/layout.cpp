@@ -1,6 +1,7 @@
 #include "terminal/layout.h"
 
 #include "terminal/columns.h"
+#include "window_view.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,9 +16,11 @@ constexpr int Shadow = 1;
 constexpr int HintRow = 1;
 constexpr int ButtonRow = 1;
 constexpr int BetweenButtons = 1;
+constexpr int AroundTitle = 4;
 constexpr int NarrowestField = 8;
 constexpr int FewestLines = 3; // that a long text keeps however small the screen is
 constexpr int MostItems = 8;   // of an open list
+// A window with pages takes some of the room that a screen has, a message box is as wide as its text.
 constexpr double WidestStretch = 1.45;
 
 constexpr const char *DropButton = "[v]";
@@ -64,7 +67,7 @@ int WidthOf(const std::vector<std::string> &lines) {
 std::string ShownText(const Control &control) {
   switch (control.kind) {
   case Kind::Check:
-    return (SendMessageA(control.window, BM_GETCHECK, 0, 0) == LRESULT{BST_CHECKED} ? "[*] " : "[ ] ") + control.text;
+    return (IsChecked(control.window) ? "[*] " : "[ ] ") + control.text;
   case Kind::Button:
     return control.enabled ? "[ " + control.text + " ]" : "  " + control.text + "  ";
   default:
@@ -78,6 +81,10 @@ bool IsInButtonRow(HWND top, const Control &control) {
 }
 
 // ---- Measuring ----
+
+bool HasPages(HWND top, const std::vector<Control> &controls) {
+  return std::ranges::any_of(controls, [&](const Control &control) { return GetParent(control.window) != top; });
+}
 
 Scale MeasureWindow(HWND top, const std::vector<Control> &controls, Size screen) {
   RECT area{};
@@ -97,7 +104,7 @@ Scale MeasureWindow(HWND top, const std::vector<Control> &controls, Size screen)
   const int mostRows = screen.rows - 2 * Frame - Shadow - HintRow - ButtonRow;
   const double naturalColumns = std::max(static_cast<double>(area.right - left) / cell.right, 1.0);
   const double naturalRows = std::max(static_cast<double>(bottom) / cell.bottom, 1.0);
-  const double stretch = std::min(mostColumns / naturalColumns, WidestStretch);
+  const double stretch = std::min(mostColumns / naturalColumns, HasPages(top, controls) ? WidestStretch : 1.0);
   const double squeeze = std::min(mostRows / naturalRows, 1.0);
   return {static_cast<int>(left), Rounded(naturalColumns * stretch), mostRows, stretch / cell.right,
           squeeze / cell.bottom};
@@ -118,6 +125,13 @@ std::vector<Row> GroupInRows(std::vector<Control> controls, LONG tolerance) {
 }
 
 // ---- Placing ----
+
+int WidthSideBySide(const Row &buttons) {
+  int width = -BetweenButtons;
+  for (const Placed &button : buttons.parts)
+    width += button.width + BetweenButtons;
+  return width;
+}
 
 void PlaceAcross(Row &row, const Scale &scale) {
   int behind = 0;
@@ -178,44 +192,66 @@ void PlaceDown(std::vector<Row> &rows, const Scale &scale) {
   }
 }
 
+void PlaceButtons(Row &buttons, int columns) {
+  int column = (columns - WidthSideBySide(buttons)) / 2;
+  for (Placed &button : buttons.parts) {
+    button.column = column;
+    column += button.width + BetweenButtons;
+  }
+}
+
+// ---- The plan of a window ----
+
+struct Plan {
+  std::vector<Row> rows;
+  Row buttons;
+  Size size;
+};
+
+// The contents of a window, and apart from them the buttons in their order.
+Row TakeButtons(HWND top, std::vector<Control> &contents) {
+  const auto buttons =
+      std::ranges::stable_partition(contents, [&](const Control &control) { return !IsInButtonRow(top, control); });
+  std::ranges::stable_sort(buttons, {}, [](const Control &control) { return control.place.left; });
+  Row row;
+  for (Control &button : buttons) {
+    row.naturalTop = static_cast<int>(button.place.top);
+    const std::string text = ShownText(button);
+    row.parts.push_back({std::move(button), 0, Width(text), {text}});
+  }
+  contents.erase(buttons.begin(), buttons.end());
+  return row;
+}
+
+Plan MakePlan(HWND top, Size screen) {
+  std::vector<Control> contents = ControlsIn(top);
+  const Scale scale = MeasureWindow(top, contents, screen);
+  Plan plan;
+  plan.buttons = TakeButtons(top, contents);
+  plan.rows = GroupInRows(std::move(contents), Rounded(0.5 / scale.down));
+  for (Row &row : plan.rows) {
+    PlaceAcross(row, scale);
+    MeasureHeight(row, scale);
+  }
+  PlaceDown(plan.rows, scale);
+
+  const int columns = std::max({scale.columns, WidthSideBySide(plan.buttons), Width(ReadText(top)) + AroundTitle});
+  PlaceButtons(plan.buttons, columns);
+  const int end = plan.rows.empty() ? 0 : plan.rows.back().row + plan.rows.back().height;
+  plan.buttons.row = std::min(std::max(Rounded(plan.buttons.naturalTop * scale.down), end + 1), scale.rows);
+  plan.size = {columns + 2 * Margin, plan.buttons.row + ButtonRow};
+  return plan;
+}
+
 // ---- Drawing ----
 
 class Artist {
 public:
   Artist(HWND itsTop, Size itsScreen, const Scrolling &before) : top(itsTop), screen(itsScreen), scrolled(before) {}
 
-  Layout Draw() {
-    std::vector<Control> contents = ControlsIn(top);
-    const Scale scale = MeasureWindow(top, contents, screen);
-    const auto buttons =
-        std::ranges::stable_partition(contents, [&](const Control &control) { return !IsInButtonRow(top, control); });
-    Row bar;
-    for (Control &button : buttons)
-      bar.parts.push_back({std::move(button), 0, 0, {}});
-    contents.erase(buttons.begin(), buttons.end());
-
-    std::vector<Row> rows = GroupInRows(std::move(contents), Rounded(0.5 / scale.down));
-    for (Row &row : rows) {
-      PlaceAcross(row, scale);
-      MeasureHeight(row, scale);
-    }
-    PlaceDown(rows, scale);
-    MakePane(scale, rows, bar);
-    for (const Row &row : rows)
-      DrawRow(row);
-    DrawRow(bar);
-    Layout layout;
-    layout.panes.push_back(pane);
-    for (const Row &row : rows)
-      for (const Placed &part : row.parts)
-        if (IsListOpen(part.control))
-          layout.panes.push_back(OpenList(part, row.row));
-    layout.scrolling = scrolling;
-    return layout;
-  }
+  Layout Draw();
 
 private:
-  void MakePane(const Scale &scale, std::vector<Row> &rows, Row &bar);
   void DrawRow(const Row &row);
   void DrawField(const Placed &part, Place place, int width);
   void DrawLines(const Placed &part, Place place, int height);
@@ -231,27 +267,22 @@ private:
   Pane pane;
 };
 
-void Artist::MakePane(const Scale &scale, std::vector<Row> &rows, Row &bar) {
-  int barWidth = -BetweenButtons;
-  std::ranges::stable_sort(bar.parts, {}, [](const Placed &part) { return part.control.place.left; });
-  for (Placed &part : bar.parts) {
-    part.lines = {ShownText(part.control)};
-    part.width = WidthOf(part.lines);
-    barWidth += part.width + BetweenButtons;
-  }
-  pane.title = TextOf(top);
-  const int contentRows = rows.empty() ? 0 : rows.back().row + rows.back().height;
-  const int columns = std::max({scale.columns, barWidth, Width(pane.title) + 4});
-  int column = Margin + (columns - barWidth) / 2;
-  for (Placed &part : bar.parts) {
-    part.column = column - Margin;
-    column += part.width + BetweenButtons;
-  }
-  const int naturalRow = bar.parts.empty() ? 0 : Rounded(bar.parts.front().control.place.top * scale.down);
-  bar.row = std::min(std::max(naturalRow, contentRows + 1), scale.rows);
-  pane.size = {columns + 2 * Margin, bar.row + ButtonRow};
+Layout Artist::Draw() {
+  const Plan plan = MakePlan(top, screen);
+  pane.title = ReadText(top);
+  pane.size = plan.size;
   pane.corner = {(screen.columns - pane.size.columns) / 2,
                  std::max((screen.rows - HintRow - pane.size.rows) / 2, Frame)};
+  for (const Row &row : plan.rows)
+    DrawRow(row);
+  DrawRow(plan.buttons);
+
+  Layout layout = {{pane}, scrolling};
+  for (const Row &row : plan.rows)
+    for (const Placed &part : row.parts)
+      if (IsListOpen(part.control))
+        layout.panes.push_back(OpenList(part, row.row));
+  return layout;
 }
 
 Look Artist::LookOf(const Control &control) const {
@@ -337,7 +368,7 @@ void Artist::DrawLines(const Placed &part, Place place, int height) {
 
 // The list of a combo box, below it or else above.
 Pane Artist::OpenList(const Placed &part, int row) const {
-  const std::vector<std::string> items = ItemsOf(part.control.window);
+  const std::vector<std::string> items = ReadItems(part.control.window);
   const int selection = SelectionOf(part.control.window);
   const int lineOfList = pane.corner.row + row;
   const int below = screen.rows - HintRow - (lineOfList + 1) - 2 * Frame;

@@ -33,8 +33,9 @@ struct Label {
   Look look = Look::Plain;
 };
 
-// A framed part of the screen.
+// A part of the screen, mostly in a frame.
 struct Pane {
+  bool framed = true;
   Place corner; // within the frame
   Size size;
   std::string title;

@@ -1,6 +1,6 @@
 #include "terminal/screen.h"
 
-#include <array>
+#include <algorithm>
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
@@ -10,6 +10,7 @@
 #include <newt.h>
 #include <slang.h>
 #include <unistd.h>
+#include <utility>
 
 namespace terminal {
 
@@ -80,10 +81,21 @@ void Suspend(void *) {
   newtResume();
 }
 
-// The next byte if it is there already, -1 if not: the rest of a character or of a key's sequence comes at once.
-int NextByte() {
-  constexpr int Tenths = 1;
-  return SLang_input_pending(Tenths) > 0 ? static_cast<int>(SLang_getkey()) : -1;
+// The next byte, -1 if none comes soon: the rest of a character or of a key's sequence comes at once.
+int NextByte(int tenthsOfSecond) {
+  return SLang_input_pending(tenthsOfSecond) > 0 ? static_cast<int>(SLang_getkey()) : -1;
+}
+
+newtComponent MakeForm(const Pane &pane) {
+  const newtComponent form = newtForm(nullptr, nullptr, NEWT_FLAG_NOF12);
+  for (const auto &[place, text, look] : pane.labels) {
+    const newtComponent label = newtLabel(place.column, place.row, text.c_str());
+    newtLabelSetColors(label, ColourSet(look));
+    newtFormAddComponent(form, label);
+  }
+  // The cursor stays where the last thing was drawn.
+  newtFormAddComponent(form, newtLabel(pane.cursor.column, pane.cursor.row, ""));
+  return form;
 }
 
 size_t LengthOfCharacter(int firstByte) {
@@ -94,6 +106,7 @@ size_t LengthOfCharacter(int firstByte) {
 
 struct Screen::Forms {
   std::vector<newtComponent> all; // one for each pane
+  size_t windows = 0;             // those of them that have a frame
 };
 
 std::string Problem() {
@@ -132,10 +145,10 @@ Size Screen::Dimensions() const {
 // All is drawn anew, and what has changed goes to the terminal: what newt puts back beneath a window is broken where
 // characters are two columns wide.
 void Screen::Clear() {
-  for (newtComponent form : forms->all) {
-    newtPopWindowNoRefresh();
+  for (newtComponent form : forms->all)
     newtFormDestroy(form);
-  }
+  for (; forms->windows > 0; --forms->windows)
+    newtPopWindowNoRefresh();
   forms->all.clear();
   SLsmg_set_color(NEWT_COLORSET_ROOT);
   SLsmg_gotorc(0, 0);
@@ -147,23 +160,20 @@ void Screen::Show(const std::vector<Pane> &panes, const std::string &hints) {
   newtPopHelpLine();
   newtPushHelpLine(hints.c_str());
   for (const Pane &pane : panes) {
-    newtOpenWindow(pane.corner.column, pane.corner.row, static_cast<unsigned>(pane.size.columns),
-                   static_cast<unsigned>(pane.size.rows), pane.title.empty() ? nullptr : pane.title.c_str());
-    const newtComponent form = newtForm(nullptr, nullptr, NEWT_FLAG_NOF12);
-    for (const auto &[place, text, look] : pane.labels) {
-      const newtComponent label = newtLabel(place.column, place.row, text.c_str());
-      newtLabelSetColors(label, ColourSet(look));
-      newtFormAddComponent(form, label);
+    if (pane.framed) {
+      newtOpenWindow(pane.corner.column, pane.corner.row, static_cast<unsigned>(pane.size.columns),
+                     static_cast<unsigned>(pane.size.rows), pane.title.empty() ? nullptr : pane.title.c_str());
+      ++forms->windows;
     }
-    // The cursor stays where the last thing was drawn.
-    newtFormAddComponent(form, newtLabel(pane.cursor.column, pane.cursor.row, ""));
-    newtDrawForm(form);
-    forms->all.push_back(form);
+    forms->all.push_back(MakeForm(pane));
+    newtDrawForm(forms->all.back());
   }
 }
 
+Key Screen::ReadKey() { return waiting != 0 ? Decode(std::exchange(waiting, 0)) : WaitForKey(); }
+
 // Every key ends the form, which has only to show.
-Key Screen::ReadKey() {
+Key Screen::WaitForKey() {
   const newtComponent form = forms->all.back();
   for (int code = 1; code <= LastByte; ++code)
     newtFormAddHotKey(form, code);
@@ -198,10 +208,11 @@ Key Screen::Decode(int code) {
 }
 
 Key Screen::DecodeCharacter(int firstByte) {
+  constexpr int Patience = 5;
   std::string character(1, static_cast<char>(firstByte));
   const size_t length = LengthOfCharacter(firstByte);
   while (character.size() < length) {
-    const int next = NextByte();
+    const int next = NextByte(Patience);
     if (next < 0)
       return {};
     character += static_cast<char>(next);
@@ -209,15 +220,18 @@ Key Screen::DecodeCharacter(int firstByte) {
   return {KeyCode::Character, character};
 }
 
-// Escape itself, Alt and a letter, or a key that newt doesn't know.
+// Escape itself, Alt and a letter, or a key that newt doesn't know. newt has waited for what comes behind Escape.
 Key Screen::DecodeEscape() {
-  const int next = NextByte();
-  if (next < 0 || next == NEWT_KEY_ESCAPE)
+  constexpr int Patience = 0;
+  const int next = NextByte(Patience);
+  if (next < FirstCharacter) { // no letter, but nothing or the next key
+    waiting = std::max(next, 0);
     return {KeyCode::Escape, {}};
+  }
   if (next != '[' && next != 'O')
     return {KeyCode::Mnemonic, std::string(1, static_cast<char>(next))};
   std::string sequence;
-  for (int byte = NextByte(); byte >= 0; byte = NextByte()) {
+  for (int byte = NextByte(Patience); byte >= 0; byte = NextByte(Patience)) {
     sequence += static_cast<char>(byte);
     if (byte >= '@' && byte <= '~')
       break;

@@ -33,9 +33,11 @@ private:
   Key Decode(int code);
   Key DecodeCharacter(int firstByte);
   Key DecodeEscape();
+  Key WaitForKey();
 
   std::unique_ptr<Forms> forms;
   std::unique_ptr<Guard> guard;
+  int waiting = 0; // the code of a key that came right behind Escape
 };
 
 } // namespace terminal

@@ -10,14 +10,14 @@ namespace terminal {
 
 namespace {
 
-constexpr const char *Hints = " Tab 次の項目  ↑↓ 選択  F4 一覧  Enter 決定  Esc キャンセル  F1 ヘルプ";
+constexpr const char *Hints = " Tab 次へ  F4 一覧  Enter 決定  Esc キャンセル  F1 ヘルプ";
 constexpr const char *ListHints = " ↑↓ 選択  Enter 決定  Esc 一覧を閉じる";
 constexpr const char *TooSmall = "端末が小さすぎます。60 桁 18 行以上にして下さい。";
 
 // The window and those that it belongs to, the hindmost first.
 std::vector<HWND> WindowsUpTo(HWND top) {
   std::vector<HWND> windows;
-  for (HWND window = top; window != nullptr && IsWindowVisible(window) != FALSE; window = GetWindow(window, GW_OWNER))
+  for (HWND window = top; window != nullptr; window = GetWindow(window, GW_OWNER))
     windows.insert(windows.begin(), window);
   return windows;
 }
@@ -34,29 +34,36 @@ bool IsThere(const char *file) {
 
 void User::Draw(HWND top) {
   const Size size = screen.Dimensions();
-  tooSmall = size.columns < SmallestScreen.columns || size.rows < SmallestScreen.rows;
   std::vector<Pane> panes;
   std::string hints = ToUtf8(Hints);
-  if (tooSmall) {
-    panes.push_back({{0, 0}, {std::max(size.columns, 1), 1}, {}, {{{0, 0}, Fit(ToUtf8(TooSmall), size.columns)}}, {}});
-    hints.clear();
-  }
-  for (const HWND window : tooSmall ? std::vector<HWND>{} : WindowsUpTo(top)) {
+  for (const HWND window : WindowsUpTo(top)) {
     Layout layout = LayOut(window, size, scrolling);
-    if (window == top) {
+    if (layout.scrolling.window != nullptr)
       scrolling = layout.scrolling;
-      if (layout.panes.size() > 1)
-        hints = ToUtf8(ListHints);
-    }
+    if (window == top && layout.panes.size() > 1)
+      hints = ToUtf8(ListHints);
     panes.insert(panes.end(), layout.panes.begin(), layout.panes.end());
   }
   screen.Show(panes, Fit(notice.empty() ? hints : " " + notice, size.columns - 1));
 }
 
+// Until the terminal has grown again.
+void User::TellTooSmall() {
+  Pane pane;
+  pane.framed = false;
+  pane.labels.push_back({{0, 0}, Fit(ToUtf8(TooSmall), screen.Dimensions().columns)});
+  screen.Show({pane}, "");
+}
+
 bool User::Act(HWND top) noexcept {
   if (left)
     return false;
-  Draw(top);
+  const Size size = screen.Dimensions();
+  const bool tooSmall = size.columns < SmallestScreen.columns || size.rows < SmallestScreen.rows;
+  if (tooSmall)
+    TellTooSmall();
+  else
+    Draw(top);
   const Key key = screen.ReadKey();
   left = key.code == KeyCode::Quit;
   if (left || tooSmall || key.code == KeyCode::Redraw || key.code == KeyCode::None)

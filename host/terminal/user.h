@@ -19,11 +19,11 @@ public:
 
 private:
   void Draw(HWND top);
+  void TellTooSmall();
 
   Screen screen;
   Scrolling scrolling;
   std::string notice; // about the last key
-  bool tooSmall = false;
   bool left = false;
 };
 
