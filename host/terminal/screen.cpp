@@ -1,12 +1,11 @@
 #include "terminal/screen.h"
 
-#include <algorithm>
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <langinfo.h>
-#include <map>
 #include <newt.h>
 #include <slang.h>
 #include <unistd.h>
@@ -16,54 +15,30 @@ namespace terminal {
 
 namespace {
 
-constexpr int FirstCharacter = ' ';
-constexpr int LastByte = 0xFF;
-constexpr int LastSpecialKey = NEWT_KEY_ERROR;
-constexpr int Control = 0x1F; // Control and a letter
-
-// newt's keys of a terminal's own codes.
-const std::map<int, KeyCode> keyCodes = {
-    {NEWT_KEY_ENTER, KeyCode::Enter},     {'\n', KeyCode::Enter},
-    {NEWT_KEY_TAB, KeyCode::Tab},         {NEWT_KEY_UNTAB, KeyCode::BackTab},
-    {NEWT_KEY_BKSPC, KeyCode::Backspace}, {'\b', KeyCode::Backspace},
-    {'\x7F', KeyCode::Backspace},         {NEWT_KEY_DELETE, KeyCode::Delete},
-    {NEWT_KEY_LEFT, KeyCode::Left},       {NEWT_KEY_RIGHT, KeyCode::Right},
-    {NEWT_KEY_UP, KeyCode::Up},           {NEWT_KEY_DOWN, KeyCode::Down},
-    {NEWT_KEY_HOME, KeyCode::Home},       {NEWT_KEY_END, KeyCode::End},
-    {NEWT_KEY_PGUP, KeyCode::PageUp},     {NEWT_KEY_PGDN, KeyCode::PageDown},
-    {NEWT_KEY_F1, KeyCode::Help},         {NEWT_KEY_F4, KeyCode::ToggleList},
-    {NEWT_KEY_ERROR, KeyCode::Quit},      {NEWT_KEY_RESIZE, KeyCode::Redraw},
-    {'C' & Control, KeyCode::Quit},       {'L' & Control, KeyCode::Redraw},
-    {'U' & Control, KeyCode::EraseAll},   {'A' & Control, KeyCode::Home},
-    {'E' & Control, KeyCode::End},
-};
-
 struct Colours {
   Look look;
   const char *foreground;
   const char *background;
+  SLtt_Char_Type withoutColours;
 };
 constexpr Colours colours[] = {
-    {Look::Plain, "black", "lightgray"},
-    {Look::Disabled, "gray", "lightgray"},
-    {Look::Field, "black", "cyan"},
-    {Look::FocusedField, "white", "blue"},
-    {Look::Selected, "black", "yellow"},
-    {Look::Button, "black", "lightgray"},
-    {Look::DefaultButton, "blue", "lightgray"},
-    {Look::Focused, "white", "red"},
+    {Look::Plain, "black", "lightgray", 0},
+    {Look::Disabled, "gray", "lightgray", 0},
+    {Look::Field, "black", "cyan", SLTT_ULINE_MASK},
+    {Look::FocusedField, "white", "blue", SLTT_ULINE_MASK},
+    {Look::Selected, "black", "yellow", SLTT_REV_MASK},
+    {Look::Button, "black", "lightgray", 0},
+    {Look::DefaultButton, "blue", "lightgray", SLTT_BOLD_MASK},
+    {Look::Focused, "white", "red", SLTT_REV_MASK},
 };
 
 int ColourSet(Look look) { return NEWT_COLORSET_CUSTOM(static_cast<int>(look)); }
 
-// Without colours what has the focus is told by reversed letters.
 void SetColours() {
-  for (const auto &[look, foreground, background] : colours)
+  for (const auto &[look, foreground, background, withoutColours] : colours) {
     newtSetColor(ColourSet(look), const_cast<char *>(foreground), const_cast<char *>(background));
-  for (const Look look : {Look::FocusedField, Look::Focused, Look::Selected})
-    SLtt_set_mono(ColourSet(look), nullptr, SLTT_REV_MASK);
-  for (const Look look : {Look::Field, Look::DefaultButton})
-    SLtt_set_mono(ColourSet(look), nullptr, SLTT_ULINE_MASK);
+    SLtt_set_mono(ColourSet(look), nullptr, withoutColours);
+  }
 }
 
 // What undoes the setting up of the screen: attributes, keypad, cursor, the other screen.
@@ -75,15 +50,39 @@ std::string RestoringSequences() {
   return sequences + "\r\n";
 }
 
-void Suspend(void *) {
-  newtSuspend();
-  std::raise(SIGTSTP);
-  newtResume();
-}
+// newt throws away what was typed ahead whenever it opens a window, and slang takes of it to know whether drawing is
+// worth while. So they are given an input that nothing comes from, but when they set the terminal's modes.
+class EmptyInput {
+public:
+  EmptyInput() {
+    if (pipe2(files, O_CLOEXEC) == 0)
+      Swap();
+  }
+  EmptyInput(const EmptyInput &) = delete;
+  EmptyInput &operator=(const EmptyInput &) = delete;
+  ~EmptyInput() {
+    if (files[1] == -1)
+      return;
+    Swap();
+    close(files[0]);
+    close(files[1]);
+  }
 
-// The next byte, -1 if none comes soon: the rest of a character or of a key's sequence comes at once.
-int NextByte(int tenthsOfSecond) {
-  return SLang_input_pending(tenthsOfSecond) > 0 ? static_cast<int>(SLang_getkey()) : -1;
+  void Swap() { std::swap(SLang_TT_Read_FD, files[0]); }
+
+private:
+  int files[2] = {-1, -1};
+};
+
+// What the terminal itself says that its keys send.
+void LearnKeys(KeyReader &reader) {
+  constexpr std::pair<const char *, KeyCode> keys[] = {
+      {"ku", KeyCode::Up},     {"kd", KeyCode::Down},    {"kl", KeyCode::Left},   {"kr", KeyCode::Right},
+      {"kh", KeyCode::Home},   {"@7", KeyCode::End},     {"kP", KeyCode::PageUp}, {"kN", KeyCode::PageDown},
+      {"kD", KeyCode::Delete}, {"kB", KeyCode::BackTab}, {"k1", KeyCode::Help},   {"k4", KeyCode::ToggleList},
+  };
+  for (const auto &[capability, code] : keys)
+    reader.Learn(SLtt_tgetstr(const_cast<char *>(capability)), code);
 }
 
 newtComponent MakeForm(const Pane &pane) {
@@ -98,13 +97,10 @@ newtComponent MakeForm(const Pane &pane) {
   return form;
 }
 
-size_t LengthOfCharacter(int firstByte) {
-  return firstByte >= 0xF0 ? 4 : firstByte >= 0xE0 ? 3 : firstByte >= 0xC0 ? 2 : 1;
-}
-
 } // namespace
 
 struct Screen::Forms {
+  EmptyInput input;
   std::vector<newtComponent> all; // one for each pane
   size_t windows = 0;             // those of them that have a frame
 };
@@ -122,17 +118,20 @@ std::string Problem() {
   return {};
 }
 
-Screen::Screen() : forms(std::make_unique<Forms>()) {
+Screen::Screen() {
   RememberModes();
   newtInit();
   newtCursorOn();
-  newtSetSuspendCallback(Suspend, nullptr);
+  forms = std::make_unique<Forms>();
   SetColours();
   guard = std::make_unique<Guard>(RestoringSequences().c_str());
+  reader = std::make_unique<KeyReader>(guard->Waker());
+  LearnKeys(*reader);
 }
 
 Screen::~Screen() {
   Clear();
+  forms.reset();
   newtFinished();
 }
 
@@ -168,75 +167,25 @@ void Screen::Show(const std::vector<Pane> &panes, const std::string &hints) {
     forms->all.push_back(MakeForm(pane));
     newtDrawForm(forms->all.back());
   }
+  newtRefresh();
 }
 
-Key Screen::ReadKey() { return waiting != 0 ? Decode(std::exchange(waiting, 0)) : WaitForKey(); }
-
-// Every key ends the form, which has only to show.
-Key Screen::WaitForKey() {
-  const newtComponent form = forms->all.back();
-  for (int code = 1; code <= LastByte; ++code)
-    newtFormAddHotKey(form, code);
-  for (int code = NEWT_KEY_EXTRA_BASE; code <= LastSpecialKey; ++code)
-    newtFormAddHotKey(form, code);
-  newtFormWatchFd(form, guard->Waker(), NEWT_FD_READ);
-  newtExitStruct end{};
-  newtFormRun(form, &end);
+Key Screen::ReadKey() {
+  const Key key = reader->Read();
   if (Guard::AskedToEnd() != 0)
     return {KeyCode::Quit, {}};
-  switch (end.reason) {
-  case newtExitStruct::NEWT_EXIT_HOTKEY:
-    return Decode(end.u.key);
-  case newtExitStruct::NEWT_EXIT_FDREADY:
+  if (key.code == KeyCode::Suspend) {
+    forms->input.Swap();
+    newtSuspend();
+    std::raise(SIGTSTP);
+    newtResume();
+    forms->input.Swap();
+  } else if (key.code == KeyCode::Redraw) {
     guard->Rest();
     SLtt_get_screen_size();
     SLsmg_reinit_smg();
-    return {KeyCode::Redraw, {}};
-  case newtExitStruct::NEWT_EXIT_ERROR:
-    return {KeyCode::Quit, {}};
-  default:
-    return {};
   }
-}
-
-Key Screen::Decode(int code) {
-  if (code == NEWT_KEY_ESCAPE)
-    return DecodeEscape();
-  if (const auto found = keyCodes.find(code); found != keyCodes.end())
-    return {found->second, {}};
-  return code >= FirstCharacter && code <= LastByte ? DecodeCharacter(code) : Key{};
-}
-
-Key Screen::DecodeCharacter(int firstByte) {
-  constexpr int Patience = 5;
-  std::string character(1, static_cast<char>(firstByte));
-  const size_t length = LengthOfCharacter(firstByte);
-  while (character.size() < length) {
-    const int next = NextByte(Patience);
-    if (next < 0)
-      return {};
-    character += static_cast<char>(next);
-  }
-  return {KeyCode::Character, character};
-}
-
-// Escape itself, Alt and a letter, or a key that newt doesn't know. newt has waited for what comes behind Escape.
-Key Screen::DecodeEscape() {
-  constexpr int Patience = 0;
-  const int next = NextByte(Patience);
-  if (next < FirstCharacter) { // no letter, but nothing or the next key
-    waiting = std::max(next, 0);
-    return {KeyCode::Escape, {}};
-  }
-  if (next != '[' && next != 'O')
-    return {KeyCode::Mnemonic, std::string(1, static_cast<char>(next))};
-  std::string sequence;
-  for (int byte = NextByte(Patience); byte >= 0; byte = NextByte(Patience)) {
-    sequence += static_cast<char>(byte);
-    if (byte >= '@' && byte <= '~')
-      break;
-  }
-  return sequence == "1;3B" || sequence == "1;3A" ? Key{KeyCode::ToggleList, {}} : Key{};
+  return key;
 }
 
 } // namespace terminal

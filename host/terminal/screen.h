@@ -2,7 +2,7 @@
 #pragma once
 
 #include "terminal/guard.h"
-#include "terminal/keyboard.h"
+#include "terminal/key_reader.h"
 #include "terminal/layout.h"
 
 #include <memory>
@@ -30,14 +30,10 @@ public:
 private:
   struct Forms;
   void Clear();
-  Key Decode(int code);
-  Key DecodeCharacter(int firstByte);
-  Key DecodeEscape();
-  Key WaitForKey();
 
   std::unique_ptr<Forms> forms;
   std::unique_ptr<Guard> guard;
-  int waiting = 0; // the code of a key that came right behind Escape
+  std::unique_ptr<KeyReader> reader;
 };
 
 } // namespace terminal

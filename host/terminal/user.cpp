@@ -1,6 +1,7 @@
 #include "terminal/user.h"
 
 #include "terminal/columns.h"
+#include "terminal/keyboard.h"
 #include "text.h"
 
 #include <csignal>
@@ -14,11 +15,12 @@ constexpr const char *Hints = " Tab 次へ  F4 一覧  Enter 決定  Esc キャ�
 constexpr const char *ListHints = " ↑↓ 選択  Enter 決定  Esc 一覧を閉じる";
 constexpr const char *TooSmall = "端末が小さすぎます。60 桁 18 行以上にして下さい。";
 
-// The window and those that it belongs to, the hindmost first.
+// The window and those that it belongs to and lies over, the hindmost first.
 std::vector<HWND> WindowsUpTo(HWND top) {
   std::vector<HWND> windows;
   for (HWND window = top; window != nullptr; window = GetWindow(window, GW_OWNER))
-    windows.insert(windows.begin(), window);
+    if (window == top || IsWindowVisible(window) != FALSE)
+      windows.insert(windows.begin(), window);
   return windows;
 }
 
@@ -66,11 +68,9 @@ bool User::Act(HWND top) noexcept {
     Draw(top);
   const Key key = screen.ReadKey();
   left = key.code == KeyCode::Quit;
-  if (left || tooSmall || key.code == KeyCode::Redraw || key.code == KeyCode::None)
-    return !left;
-  notice.clear();
-  notice = Press(top, key, scrolling);
-  return true;
+  if (!left && !tooSmall)
+    notice = Press(top, key, scrolling);
+  return !left;
 }
 
 bool User::SeeHelp(const char *file, ULONG_PTR topic) noexcept {
