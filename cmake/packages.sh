@@ -5,6 +5,11 @@ test_packages=(googletest tmux)
 windows_packages=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix wine wine64 locales)
 fuzz_packages=(clang libclang-rt-dev)
 
+# as_root COMMAND...: runs it with the rights to change the system.
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
 # need PACKAGES...: installs what is missing.
 need() {
   local missing=() package
@@ -13,17 +18,15 @@ need() {
   done
   [ ${#missing[@]} -eq 0 ] && return
   echo "== installing ${missing[*]}" >&2
-  local as_root=()
-  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-  "${as_root[@]}" apt-get update -qq >&2
-  DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+  as_root apt-get update -qq >&2
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
 
-# build PRESET: configures and builds, quietly as long as all is well.
+# build PRESET [--target TARGET]: configures and builds, quietly as long as all is well.
 build() {
   local log
   log=$(mktemp)
-  if ! { cmake --preset "$1" && cmake --build --preset "$1"; } >"$log" 2>&1; then
+  if ! { cmake --preset "$1" && cmake --build --preset "$@"; } >"$log" 2>&1; then
     cat "$log" >&2
     rm -f "$log"
     return 1

@@ -30,8 +30,8 @@ public:
   static HWND GetSafeOwner_(HWND parent, HWND *topLevelToEnable);
 
   HWND GetSafeHwnd() const { return m_hWnd; }
-  // Attaches the object, tells it by PreSubclassWindow and puts it ahead of the window's procedure, until the window ends
-  // or the second is called. FALSE if there is no window, or the object has one.
+  // Attaches the object, tells it by PreSubclassWindow and puts it ahead of the window's procedure, until the window
+  // ends or the second is called. FALSE if there is no window, or the object has one.
   BOOL SubclassWindow(HWND window);
   HWND UnsubclassWindow();
 

@@ -140,7 +140,7 @@ LRESULT CurrentIndex(HWND sheet) {
   return SendMessageA(sheet, PSM_HWNDTOINDEX, static_cast<WPARAM>(page), 0);
 }
 
-TEST(SheetTest, AsksItsPages) {
+TEST(WizardTest, AsksItsPages) {
   const struct {
     int button;
     UINT code; // that is answered
@@ -187,7 +187,7 @@ TEST(SheetTest, AsksItsPages) {
   EXPECT_EQ(events, (Events{"A released", "B released", "C released"}));
 }
 
-TEST(SheetTest, IsCancelled) {
+TEST(WizardTest, IsCancelled) {
   const HWND owner =
       CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
   const struct {
@@ -211,7 +211,7 @@ TEST(SheetTest, IsCancelled) {
   DestroyWindow(owner);
 }
 
-TEST(SheetTest, IsTurnedByItsProgram) {
+TEST(WizardTest, IsTurnedByItsProgram) {
   const auto turn = [](HWND sheet) {
     events.clear();
     EXPECT_TRUE(SendMessageA(sheet, PSM_SETCURSEL, 2, 0));
