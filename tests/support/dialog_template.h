@@ -20,12 +20,13 @@ constexpr WORD ComboBoxAtom = 0x85;
 // A compiled template in the old form or the new one.
 class Template {
 public:
-  Template(bool extended, DWORD style, const std::vector<Control> &controls) : extended(extended) {
+  Template(bool extended, DWORD style, const std::vector<Control> &controls, const char16_t *caption = u"Caption")
+      : extended(extended) {
     if (extended)
       Add({1, 0xFFFF, 0, 0});
     AddStyle(style | DS_SETFONT);
     Add({static_cast<WORD>(controls.size()), 0, 0, 100, 80, 0, 0});
-    AddText(u"Caption");
+    AddText(caption);
     Add({9});
     if (extended)
       Add({400, 0x8000});
