@@ -210,16 +210,17 @@ struct Plan {
 
 // The contents of a window, and apart from them the buttons in their order.
 Row TakeButtons(HWND top, std::vector<Control> &contents) {
-  const auto buttons =
-      std::ranges::stable_partition(contents, [&](const Control &control) { return !IsInButtonRow(top, control); });
-  std::ranges::stable_sort(buttons, {}, [](const Control &control) { return control.place.left; });
+  const auto first = std::stable_partition(contents.begin(), contents.end(),
+                                           [&](const Control &control) { return !IsInButtonRow(top, control); });
+  std::stable_sort(first, contents.end(),
+                   [](const Control &left, const Control &right) { return left.place.left < right.place.left; });
   Row row;
-  for (Control &button : buttons) {
-    row.naturalTop = static_cast<int>(button.place.top);
-    const std::string text = ShownText(button);
-    row.parts.push_back({std::move(button), 0, Width(text), {text}});
+  for (auto button = first; button != contents.end(); ++button) {
+    row.naturalTop = static_cast<int>(button->place.top);
+    const std::string text = ShownText(*button);
+    row.parts.push_back({std::move(*button), 0, Width(text), {text}});
   }
-  contents.erase(buttons.begin(), buttons.end());
+  contents.erase(first, contents.end());
   return row;
 }
 
@@ -356,7 +357,8 @@ void Artist::DrawLines(const Placed &part, Place place, int height) {
     scrolling = {part.control.window, first, shown, lines};
   }
   for (int line = 0; line < shown; ++line) {
-    const std::string text = first + line < lines ? part.lines[static_cast<size_t>(first + line)] : "";
+    const auto index = static_cast<size_t>(first) + static_cast<size_t>(line);
+    const std::string text = index < part.lines.size() ? part.lines[index] : "";
     Put({place.column, place.row + line}, isDocument ? Fit(text, part.width) : text, look);
   }
   const int markColumn = place.column + part.width - (isDocument ? 1 : 0);
@@ -384,10 +386,12 @@ Pane Artist::OpenList(const Placed &part, int row) const {
   list.corner.row = opensDown ? lineOfList + 1 + Frame : lineOfList - Frame - list.size.rows;
   const int first = std::max(selection - list.size.rows + 1, 0);
   list.cursor = {0, std::max(selection - first, 0)};
-  for (int line = 0; line < list.size.rows && first + line < static_cast<int>(items.size()); ++line)
+  for (int line = 0; line < list.size.rows && first + line < static_cast<int>(items.size()); ++line) {
+    const int item = first + line;
     list.labels.push_back({{0, line},
-                           Fit(" " + items[static_cast<size_t>(first + line)], list.size.columns),
-                           first + line == selection ? Look::Selected : Look::Plain});
+                           Fit(" " + items[static_cast<size_t>(item)], list.size.columns),
+                           item == selection ? Look::Selected : Look::Plain});
+  }
   return list;
 }
 

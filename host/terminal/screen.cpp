@@ -171,7 +171,7 @@ void Screen::Show(const std::vector<Pane> &panes, const std::string &hints) {
 }
 
 Key Screen::ReadKey() {
-  const Key key = reader->Read();
+  Key key = reader->Read();
   if (Guard::AskedToEnd() != 0)
     return {KeyCode::Quit, {}};
   if (key.code == KeyCode::Suspend) {
