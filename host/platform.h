@@ -54,6 +54,12 @@ public:
 // Runs what opens windows, with the user before them.
 void WithUser(User &user, const std::function<void()> &run);
 
+// Why nobody can work windows in the terminal that this program has, a line; empty if somebody can.
+std::string TerminalProblem();
+// Runs what opens windows, with whoever sits at the terminal before them. False if that user left before the end. What
+// asks the program to end meanwhile ends it, when the terminal is again as it was.
+bool RunInTerminal(const std::function<void()> &run);
+
 // The user presses a key and lets it go again.
 void PressKey(int key);
 

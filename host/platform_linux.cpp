@@ -1,5 +1,6 @@
 #include "platform.h"
 
+#include "terminal/user.h"
 #include "win32/linux/front_end.h"
 #include "win32/linux/machine.h"
 
@@ -63,6 +64,10 @@ void WithUser(User &user, const std::function<void()> &run) {
   const UserInFront inFront(user);
   run();
 }
+
+std::string TerminalProblem() { return terminal::Problem(); }
+
+bool RunInTerminal(const std::function<void()> &run) { return terminal::Run(run); }
 
 void PressKey(int key) { machine::PressKey(key); }
 

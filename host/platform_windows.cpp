@@ -106,6 +106,10 @@ void WithUser(User &user, const std::function<void()> &run) {
   userInFront = nullptr;
 }
 
+std::string TerminalProblem() { return "--script is required: on Windows a wizard has windows of its own"; }
+
+bool RunInTerminal(const std::function<void()> &) { return false; }
+
 void PressKey(int key) {
   keybd_event(static_cast<BYTE>(key), 0, 0, 0);
   keybd_event(static_cast<BYTE>(key), 0, KEYEVENTF_KEYUP, 0);

@@ -76,8 +76,10 @@ void Press(HWND sheet, const NamedButton &button) {
 
 void PressNamed(HWND top, const Step &step) {
   const NamedButton *const button = FindButton(SheetButtons, step.command);
-  if (!IsUsable(GetDlgItem(SheetOf(top), button->id)))
+  const HWND control = GetDlgItem(SheetOf(top), button->id);
+  if (!IsUsable(control))
     throw Difference(step.command + " to be enabled", TopLine(top));
+  SetFocus(control);
   Press(top, *button);
 }
 
@@ -148,7 +150,7 @@ bool ScriptedUser::Act(HWND top) noexcept {
       return Leave(top);
     TakeStep(top);
   } catch (const std::exception &error) {
-    Complain(taken < script.steps.size() ? script.steps[taken].line : script.lines, error.what());
+    Complain(error.what());
   }
   return true;
 }
@@ -213,12 +215,13 @@ bool ScriptedUser::IsContent(int32_t result) {
     else if (result == 0)
       throw Difference("a wizard", "that none came up");
   } catch (const Difference &difference) {
-    Complain(taken < script.steps.size() ? script.steps[taken].line : script.lines, difference.what());
+    Complain(difference.what());
   }
   return !complained;
 }
 
-void ScriptedUser::Complain(size_t line, const std::string &difference) {
+void ScriptedUser::Complain(const std::string &difference) {
+  const size_t line = taken < script.steps.size() ? script.steps[taken].line : std::max<size_t>(script.lines, 1);
   complained = true;
   std::cout.flush();
   std::cerr << script.path << ':' << line << ": " << difference << '\n';

@@ -19,11 +19,11 @@ public:
   bool IsContent(int32_t result);
 
 private:
-  // What the user has in front and has been shown.
   void NoticePage(HWND top);
   void TakeStep(HWND top);
   bool Leave(HWND top);
-  void Complain(size_t line, const std::string &difference);
+  // Once, of the step that is next.
+  void Complain(const std::string &difference);
 
   const WizardScript &script;
   size_t taken = 0; // steps

@@ -54,6 +54,12 @@ int RunScript(const Wizard &wizard, const Handed &handed, const WizardScript &sc
   return user.IsContent(result) ? 0 : 1;
 }
 
+int RunInTerminal(const Wizard &wizard, const Handed &handed) {
+  int32_t result = 0;
+  const bool stayed = platform::RunInTerminal([&] { result = wizard.run(handed); });
+  return stayed && result == 1 ? 0 : 1;
+}
+
 void AddWizard(CLI::App &group, const Wizard &wizard, Action &action, bool &waits) {
   CLI::App *const command = group.add_subcommand(wizard.name, wizard.help);
   const auto handed = std::make_shared<Handed>();
@@ -62,14 +68,19 @@ void AddWizard(CLI::App &group, const Wizard &wizard, Action &action, bool &wait
     AddTextOption(*command, "--id", handed->id, "the subscriber's ID to start with");
   if (wizard.takesIds)
     AddTextOption(*command, "--ids", handed->ids, "all of the subscriber's IDs, with commas between them");
-  command->add_option("--script", *file, "what the user does, a step a line")->type_name("FILE");
+  command->add_option("--script", *file, "what the user does, a step a line, in place of the terminal")
+      ->type_name("FILE");
   command->callback([&wizard, &action, &waits, handed, file] {
-    if (file->empty())
-      throw UsageError("--script is required: there is no terminal front end");
-    const auto script = std::make_shared<WizardScript>(ReadWizardScript(*file));
     handed->ids = IdList(handed->ids);
     waits = true;
-    action = [&wizard, handed, script] { return RunScript(wizard, *handed, *script); };
+    if (!file->empty()) {
+      const auto script = std::make_shared<WizardScript>(ReadWizardScript(*file));
+      action = [&wizard, handed, script] { return RunScript(wizard, *handed, *script); };
+    } else if (const std::string problem = platform::TerminalProblem(); !problem.empty()) {
+      throw UsageError(problem);
+    } else {
+      action = [&wizard, handed] { return RunInTerminal(wizard, *handed); };
+    }
   });
 }
 

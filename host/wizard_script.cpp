@@ -109,7 +109,7 @@ public:
 
   // A text is the rest of the line, or stands in quotes.
   std::string Text() {
-    const std::string text = !left.empty() && left.front() == '"' ? InQuotes() : Unescaped(Take(left.end()));
+    std::string text = !left.empty() && left.front() == '"' ? InQuotes() : Unescaped(Take(left.end()));
     if (!FromUtf8(text))
       throw UsageError("code page 932 can't hold the text " + Quoted(text));
     return text;
@@ -174,7 +174,7 @@ private:
 };
 
 std::string WordOf(const Command &command, LineReader &line) {
-  const std::string word = line.Word();
+  std::string word = line.Word();
   if (std::ranges::find(command.words, word) == command.words.end())
     throw UsageError(std::string(command.name) + " doesn't know \"" + word + '"');
   return word;
@@ -189,6 +189,7 @@ void ReadArgument(Argument argument, const Command &command, LineReader &line, S
     break;
   case Argument::Number:
     step.number = line.Number(0, MostEntries);
+    step.text = std::to_string(step.number);
     break;
   case Argument::Typed:
     step.text = *FromUtf8(line.Text());

@@ -10,7 +10,8 @@ struct Step {
   std::string command; // as it stands in the script, an expectation with what is expected: "expect text"
   int id = 0;          // a control's
   int number = 0;
-  std::string text; // to be typed, in the system's code page; or a word, or what is expected, in UTF-8 as `show` has it
+  std::string text; // to be typed, in the system's code page; or a word or number, or what is expected, in UTF-8 as
+                    // `show` has it
 };
 
 struct WizardScript {

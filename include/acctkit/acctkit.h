@@ -190,7 +190,8 @@ ACCTKIT_API int32_t ACCTKIT_CALL OutlookDisable(void);
  * without a front end before the windows) at once.
  *
  * `unused` isn't read. `id` is the subscriber's ID to start with. `idList` holds all of the subscriber's IDs, one
- * behind the other, each ended by a zero byte and the list by one more; an `id` that isn't in it starts with the first.
+ * behind the other, each ended by a zero byte and the list by one more; an `id` that isn't in it starts with the first,
+ * an empty one with an empty field.
  * Nobody can tell a list without that last zero byte from one that goes on: it has to be there. The ini file of the
  * service, `service.ini`, and the help file, `kantan.hlp`, stand beside the host's program file.
  */

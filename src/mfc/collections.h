@@ -12,12 +12,10 @@ class CStringArray : public CObject {
 public:
   int GetSize() const { return static_cast<int>(m_strings.size()); }
   const CString &GetAt(int index) const { return m_strings[static_cast<size_t>(index)]; }
-  void SetAt(int index, const CString &text) { (*this)[index] = text; }
   CString &operator[](int index) { return m_strings[static_cast<size_t>(index)]; }
   const CString &operator[](int index) const { return GetAt(index); }
   // The index of the new entry.
   int Add(const CString &text);
-  void RemoveAll() { m_strings.clear(); }
 
 private:
   std::vector<CString> m_strings;

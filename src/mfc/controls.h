@@ -9,11 +9,8 @@ class CComboBox : public CWnd {
 
 public:
   int AddString(const std::string &text);
-  void ResetContent() { SendMessage(CB_RESETCONTENT); }
-  int GetCount() const { return static_cast<int>(SendMessage(CB_GETCOUNT)); }
   int GetCurSel() const { return static_cast<int>(SendMessage(CB_GETCURSEL)); }
   int SetCurSel(int index) { return static_cast<int>(SendMessage(CB_SETCURSEL, static_cast<WPARAM>(index))); }
-  void ShowDropDown(BOOL show = TRUE) { SendMessage(CB_SHOWDROPDOWN, static_cast<WPARAM>(show)); }
   DWORD_PTR GetItemData(int index) const;
   int SetItemData(int index, DWORD_PTR data);
 

@@ -14,7 +14,6 @@ public:
 
   int GetLength() const { return static_cast<int>(size()); }
   bool IsEmpty() const { return empty(); }
-  void Empty() { clear(); }
 
   // Latin letters of one byte change; characters of two bytes stay.
   void MakeUpper();
@@ -26,8 +25,6 @@ public:
   int Find(const std::string &text, int start = 0) const;
 
   // Parts of the text, as far as they lie within it.
-  CString Left(int count) const { return Mid(0, count); }
-  CString Right(int count) const { return Mid(GetLength() - count, count); }
   CString Mid(int first, int count) const;
   CString Mid(int first) const { return Mid(first, GetLength()); }
 };

@@ -19,7 +19,6 @@ public:
   ~CGdiObject() override { DeleteObject(); }
 
   operator HGDIOBJ() const { return m_hObject; }
-  HGDIOBJ GetSafeHandle() const { return m_hObject; }
   // FALSE for a null handle.
   BOOL Attach(HGDIOBJ object);
   HGDIOBJ Detach();
@@ -38,7 +37,6 @@ class CFont : public CGdiObject {
   DECLARE_DYNAMIC(CFont)
 
 public:
-  explicit operator HFONT() const { return static_cast<HFONT>(m_hObject); }
 };
 
 class CDC : public CObject {
@@ -50,7 +48,6 @@ public:
   CDC() = default;
   explicit CDC(HDC context) : m_hDC(context) {}
 
-  HDC GetSafeHdc() const { return m_hDC; }
   void Attach(HDC context) { m_hDC = context; }
   HDC Detach();
 
@@ -58,10 +55,8 @@ public:
   HGDIOBJ SelectObject(HGDIOBJ object) { return ::SelectObject(m_hDC, object); }
   int SetBkMode(int mode) { return ::SetBkMode(m_hDC, mode); }
   COLORREF SetTextColor(COLORREF colour) { return ::SetTextColor(m_hDC, colour); }
-  COLORREF SetBkColor(COLORREF colour) { return ::SetBkColor(m_hDC, colour); }
   BOOL GetTextMetrics(TEXTMETRICA *metrics) const { return ::GetTextMetricsA(m_hDC, metrics); }
   int DrawText(const std::string &text, RECT *rect, UINT format);
-  BOOL DrawFocusRect(const RECT *rect) { return ::DrawFocusRect(m_hDC, rect); }
   BOOL PatBlt(int x, int y, int width, int height, DWORD operation) {
     return ::PatBlt(m_hDC, x, y, width, height, operation);
   }

@@ -70,3 +70,13 @@ BOOL CPropertyPage::OnNotify(WPARAM wParam, LPARAM lParam, LRESULT *result) {
     return CDialog::OnNotify(wParam, lParam, result);
   }
 }
+
+LRESULT CPropertyPage::OnFailure(UINT message, LPARAM lParam) {
+  constexpr LRESULT Stay = -1;
+  if (message == WM_NOTIFY) {
+    const UINT code = reinterpret_cast<const NMHDR *>(lParam)->code;
+    if (code == PSN_WIZNEXT || code == PSN_WIZFINISH)
+      return Stay;
+  }
+  return CDialog::OnFailure(message, lParam);
+}

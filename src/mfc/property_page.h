@@ -30,6 +30,8 @@ protected:
 
   BOOL OnInitDialog() override;
   BOOL OnNotify(WPARAM wParam, LPARAM lParam, LRESULT *result) override;
+  // A page whose Next or Finish failed stays.
+  LRESULT OnFailure(UINT message, LPARAM lParam) override;
 
 private:
   static INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

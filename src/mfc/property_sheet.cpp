@@ -2,6 +2,7 @@
 
 #include "mfc/app.h"
 
+#include <algorithm>
 #include <utility>
 
 IMPLEMENT_DYNAMIC(CPropertySheet, CWnd)
@@ -35,12 +36,12 @@ INT_PTR CPropertySheet::DoModal() {
   header.pfnCallback = SheetProc;
 
   opening = this;
-  INT_PTR result = ::PropertySheetA(&header);
-  if (std::exchange(opening, nullptr)) // a sheet whose window couldn't be made isn't always told from a cancelled one
-    result = -1;
+  const INT_PTR result = ::PropertySheetA(&header);
+  // The result alone doesn't tell a sheet whose window couldn't be made, or whose loop broke off, from a cancelled one.
+  const bool cameUp = std::exchange(opening, nullptr) == nullptr;
   if (topLevel)
     ::EnableWindow(topLevel, TRUE);
-  return result;
+  return cameUp ? std::max<INT_PTR>(result, 0) : -1;
 }
 
 int CALLBACK CPropertySheet::SheetProc(HWND handle, UINT message, LPARAM) {

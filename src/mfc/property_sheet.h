@@ -22,7 +22,7 @@ public:
   BOOL OnCmdMsg(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo) override;
 
 protected:
-  // The sheet is complete, with its first page, and not yet shown.
+  // The sheet has its size and its buttons; its first page comes next.
   virtual BOOL OnInitDialog() { return TRUE; }
 
   BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result) override;

@@ -67,8 +67,7 @@ LRESULT AfxCallWndProc(CWnd &window, UINT message, WPARAM wParam, LPARAM lParam)
   try {
     return window.WindowProc(message, wParam, lParam);
   } catch (...) {
-    // A window that stays invalid would be asked to paint for ever.
-    return message == WM_PAINT ? window.Default() : 0;
+    return window.OnFailure(message, lParam);
   }
 }
 
@@ -160,6 +159,11 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
 LRESULT CWnd::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
   return m_pfnSuper ? ::CallWindowProcA(m_pfnSuper, m_hWnd, message, wParam, lParam)
                     : ::DefWindowProcA(m_hWnd, message, wParam, lParam);
+}
+
+LRESULT CWnd::OnFailure(UINT message, LPARAM) {
+  // A window that stays invalid would be asked to paint for ever.
+  return message == WM_PAINT ? Default() : 0;
 }
 
 LRESULT CWnd::Default() {
@@ -255,10 +259,6 @@ void CWnd::GetWindowText(CString &text) const {
   const int length = ::GetWindowTextLengthA(m_hWnd);
   text.resize(static_cast<size_t>(length) + 1);
   text.resize(static_cast<size_t>(::GetWindowTextA(m_hWnd, text.data(), length + 1)));
-}
-
-void CWnd::SetFont(const CFont *font, BOOL redraw) {
-  SendMessage(WM_SETFONT, reinterpret_cast<WPARAM>(font->m_hObject), redraw);
 }
 
 void CWnd::CenterWindow(const CWnd *other) {

@@ -43,17 +43,17 @@ public:
   }
 
   CWnd *GetParent() const { return FromHandle(::GetParent(m_hWnd)); }
+  LRESULT SendDlgItemMessage(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
+    return ::SendDlgItemMessageA(m_hWnd, id, message, wParam, lParam);
+  }
+  void SetDlgItemText(int id, const std::string &text) const { ::SetDlgItemTextA(m_hWnd, id, text.c_str()); }
   // Null if there is no such control.
   CWnd *GetDlgItem(int id) const { return FromHandle(::GetDlgItem(m_hWnd, id)); }
   DWORD GetStyle() const { return static_cast<DWORD>(::GetWindowLongA(m_hWnd, GWL_STYLE)); }
 
   void GetWindowText(CString &text) const;
   void SetWindowText(const std::string &text) { ::SetWindowTextA(m_hWnd, text.c_str()); }
-  void SetFont(const CFont *font, BOOL redraw = TRUE);
-  BOOL ShowWindow(int command) { return ::ShowWindow(m_hWnd, command); }
-  BOOL EnableWindow(BOOL enable = TRUE) { return ::EnableWindow(m_hWnd, enable); }
   void Invalidate(BOOL erase = TRUE) { ::InvalidateRect(m_hWnd, nullptr, erase); }
-  CWnd *SetFocus() { return FromHandle(::SetFocus(m_hWnd)); }
   // Moves the window to the middle of another, null for its parent's.
   void CenterWindow(const CWnd *other = nullptr);
 
@@ -75,6 +75,9 @@ protected:
   virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
   // A message that the parent got about this control.
   virtual BOOL OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result);
+
+  // What is answered in the place of a handler that threw an exception.
+  virtual LRESULT OnFailure(UINT message, LPARAM lParam);
 
   // Gives the message that is being handled to the window's default handling.
   LRESULT Default();

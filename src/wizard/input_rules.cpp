@@ -1,6 +1,7 @@
 #include "wizard/input_rules.h"
 
 #include "clients/service_constants.h"
+#include "mfc/cstring.h"
 #include "resources/resource.h"
 #include "win32/win32.h"
 
@@ -14,33 +15,33 @@ namespace {
 constexpr size_t IdLength = 8;
 constexpr const char *IdPrefix = "ZVK-";
 
-bool IsLetter(char byte) { return _ismbcalpha(static_cast<unsigned char>(byte)) != 0; }
-bool IsDigit(char byte) { return _ismbcdigit(static_cast<unsigned char>(byte)) != 0; }
-
-// Latin letters alone; what else an ID has has no case.
-char ToUpper(char byte) { return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte; }
-char ToLower(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte; }
-
-std::string Mapped(std::string text, char (*map)(char)) {
-  std::ranges::transform(text, text.begin(), map);
-  return text;
+// Half-width kana, which a run-time library may count among the letters, are no part of an ID.
+bool IsLetter(char byte) {
+  const auto character = static_cast<unsigned char>(byte);
+  return character < 0x80 && _ismbcalpha(character) != 0;
 }
+bool IsDigit(char byte) { return _ismbcdigit(static_cast<unsigned char>(byte)) != 0; }
 
 } // namespace
 
 int32_t NormalizeServiceId(std::string &text) {
-  std::string id = text;
+  CString id = text;
   text.clear();
-  if (id.size() == std::strlen(IdPrefix) + IdLength && Mapped(id, ToUpper).starts_with(IdPrefix))
-    id.erase(0, std::strlen(IdPrefix));
+  CString upper = id;
+  upper.MakeUpper();
+  if (id.size() == std::strlen(IdPrefix) + IdLength && upper.Find(IdPrefix) == 0)
+    id = id.Mid(static_cast<int>(std::strlen(IdPrefix)));
   if (id.size() != IdLength || !std::all_of(id.begin(), id.begin() + 3, IsLetter) ||
       !std::all_of(id.begin() + 4, id.end(), IsDigit))
     return 0;
   if (IsDigit(id[3]))
-    text = Mapped(id, ToUpper);
+    id.MakeUpper();
   else if (IsLetter(id[3]))
-    text = Mapped(id, ToLower);
-  return text.empty() ? 0 : 1;
+    id.MakeLower();
+  else
+    return 0;
+  text = id;
+  return 1;
 }
 
 // ---- Tests ----
@@ -84,52 +85,6 @@ constexpr const char *WrongSender = "入力できない文字が含まれてい�
 #define BLANK_FAULT "空白文字（スペース）が存在しています。正しい"
 #define TYPE_IT "を入力して下さい。"
 
-constexpr InputTest MailerDomainTests[] = {{IsEmpty, NoDomain, Choice}};
-constexpr InputTest MailerUserTests[] = {{IsEmpty, NoAddress, FirstField}, {HasSpaceOrAt, InvalidAddress, FirstField}};
-constexpr InputTest MailerSenderTests[] = {
-    {HasSenderFault, WrongSender, SecondField},
-    {IsEmpty, "差出人の名前が入力されていません。\n差出人の名前を入力してください。", SecondField}};
-
-constexpr InputTest NewsUserTests[] = {{IsEmpty, NoAddress, FirstField}, {HasAnySpace, InvalidAddress, FirstField}};
-constexpr InputTest NewsSenderTests[] = {
-    {HasSenderFault, WrongSender, SecondField},
-    {IsEmpty, "名前が入力されていません。\n名前を入力してください。", SecondField}};
-
-constexpr InputTest SecondDomainTests[] = {
-    {IsEmpty,
-     "ドメインが選択されていません。\n"
-     "ドロップダウンリストボックスからドメインを選択するか、ドメイン名を入力してください。",
-     Choice}};
-constexpr InputTest SecondHostTests[] = {{IsForeignHost, WrongHost, Choice}};
-constexpr InputTest SecondUserTests[] = {{IsEmpty, NoAddress, FirstField}};
-
-constexpr InputTest OwnAccountTests[] = {
-    {HasPlainFault, WIDE_FAULT "メールアカウント" TYPE_IT, FirstField},
-    {HasBlank, BLANK_FAULT "メールアカウント" TYPE_IT, FirstField},
-    {IsEmpty, "メールアカウントが入力されていません。メールアカウント" TYPE_IT, FirstField}};
-constexpr InputTest OwnAddressTests[] = {{IsEmpty, WrongAddress, FirstField},
-                                         {HasNoAt, WrongAddress, FirstField},
-                                         {HasPlainFault, WIDE_FAULT "メールアドレス" TYPE_IT, FirstField},
-                                         {HasBlank, BLANK_FAULT "メールアドレス" TYPE_IT, FirstField}};
-constexpr InputTest OwnSenderTests[] = {{HasSenderFault, WrongSender, SecondField},
-                                        {IsEmpty, "差出人名が入力されていません。差出人名" TYPE_IT, SecondField}};
-constexpr InputTest OwnPopServerTests[] = {
-    {HasPlainFault, WIDE_FAULT "POPサーバー" TYPE_IT, FirstField},
-    {HasBlank, BLANK_FAULT "POPサーバー" TYPE_IT, FirstField},
-    {IsEmpty, "POPサーバーが入力されていません。正しいPOPサーバー" TYPE_IT, FirstField}};
-constexpr InputTest OwnSmtpServerTests[] = {
-    {HasPlainFault, WIDE_FAULT "SMTPサーバー" TYPE_IT, SecondField},
-    {HasBlank, BLANK_FAULT "SMTPサーバー" TYPE_IT, SecondField},
-    {IsEmpty, "SMTPサーバーが入力されていません。正しいSMTPサーバー" TYPE_IT, SecondField}};
-
-constexpr InputTest ShortAliasTests[] = {{HasPlainFault, WIDE_FAULT "別名" TYPE_IT, FirstField},
-                                         {HasBlank, BLANK_FAULT "別名" TYPE_IT, FirstField},
-                                         {IsEmpty, NoAddress, FirstField}};
-
-#undef WIDE_FAULT
-#undef BLANK_FAULT
-#undef TYPE_IT
-
 } // namespace
 
 const char *const WrongIdMessage = "入力されたＩＤが不正です。\n正しいＩＤを入力してください。";
@@ -137,24 +92,50 @@ const char *const NoServerMessage = "会議室が選択されていません。\
 
 namespace input_tests {
 
-const Tests MailerDomain = MailerDomainTests;
-const Tests MailerUser = MailerUserTests;
-const Tests MailerSender = MailerSenderTests;
-const Tests NewsUser = NewsUserTests;
-const Tests NewsSender = NewsSenderTests;
-const Tests SecondDomain = SecondDomainTests;
-const Tests SecondHost = SecondHostTests;
-const Tests SecondUser = SecondUserTests;
-const Tests OwnAccount = OwnAccountTests;
-const Tests OwnAddress = OwnAddressTests;
-const Tests OwnSender = OwnSenderTests;
-const Tests OwnPopServer = OwnPopServerTests;
-const Tests OwnSmtpServer = OwnSmtpServerTests;
-const Tests ShortAlias = ShortAliasTests;
+const Tests MailerDomain = {{IsEmpty, NoDomain, Choice}};
+const Tests MailerUser = {{IsEmpty, NoAddress, FirstField}, {HasSpaceOrAt, InvalidAddress, FirstField}};
+const Tests MailerSender = {
+    {HasSenderFault, WrongSender, SecondField},
+    {IsEmpty, "差出人の名前が入力されていません。\n差出人の名前を入力してください。", SecondField}};
+
+const Tests NewsUser = {{IsEmpty, NoAddress, FirstField}, {HasAnySpace, InvalidAddress, FirstField}};
+const Tests NewsSender = {{HasSenderFault, WrongSender, SecondField},
+                          {IsEmpty, "名前が入力されていません。\n名前を入力してください。", SecondField}};
+
+const Tests SecondDomain = {{IsEmpty,
+                             "ドメインが選択されていません。\n"
+                             "ドロップダウンリストボックスからドメインを選択するか、ドメイン名を入力してください。",
+                             Choice}};
+const Tests SecondHost = {{IsForeignHost, WrongHost, Choice}};
+const Tests SecondUser = {{IsEmpty, NoAddress, FirstField}};
+
+const Tests OwnAccount = {{HasPlainFault, WIDE_FAULT "メールアカウント" TYPE_IT, FirstField},
+                          {HasBlank, BLANK_FAULT "メールアカウント" TYPE_IT, FirstField},
+                          {IsEmpty, "メールアカウントが入力されていません。メールアカウント" TYPE_IT, FirstField}};
+const Tests OwnAddress = {{IsEmpty, WrongAddress, FirstField},
+                          {HasNoAt, WrongAddress, FirstField},
+                          {HasPlainFault, WIDE_FAULT "メールアドレス" TYPE_IT, FirstField},
+                          {HasBlank, BLANK_FAULT "メールアドレス" TYPE_IT, FirstField}};
+const Tests OwnSender = {{HasSenderFault, WrongSender, SecondField},
+                         {IsEmpty, "差出人名が入力されていません。差出人名" TYPE_IT, SecondField}};
+const Tests OwnPopServer = {{HasPlainFault, WIDE_FAULT "POPサーバー" TYPE_IT, FirstField},
+                            {HasBlank, BLANK_FAULT "POPサーバー" TYPE_IT, FirstField},
+                            {IsEmpty, "POPサーバーが入力されていません。正しいPOPサーバー" TYPE_IT, FirstField}};
+const Tests OwnSmtpServer = {{HasPlainFault, WIDE_FAULT "SMTPサーバー" TYPE_IT, SecondField},
+                             {HasBlank, BLANK_FAULT "SMTPサーバー" TYPE_IT, SecondField},
+                             {IsEmpty, "SMTPサーバーが入力されていません。正しいSMTPサーバー" TYPE_IT, SecondField}};
+
+const Tests ShortAlias = {{HasPlainFault, WIDE_FAULT "別名" TYPE_IT, FirstField},
+                          {HasBlank, BLANK_FAULT "別名" TYPE_IT, FirstField},
+                          {IsEmpty, NoAddress, FirstField}};
+
+#undef WIDE_FAULT
+#undef BLANK_FAULT
+#undef TYPE_IT
 
 } // namespace input_tests
 
-const InputTest *FindRefusal(std::span<const InputTest> tests, const std::string &text) {
+const InputTest *FindRefusal(const input_tests::Tests &tests, const std::string &text) {
   const auto refusal = std::ranges::find_if(tests, [&](const InputTest &test) { return test.refuses(text); });
   return refusal != tests.end() ? &*refusal : nullptr;
 }

@@ -6,8 +6,8 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
+#include <vector>
 
 // Brings an ID into its canonical form: three letters, a digit and four digits in upper case, or four letters and four
 // digits in lower case; the prefix "ZVK-" is dropped. 0 with an empty text if it is no ID.
@@ -20,9 +20,6 @@ struct InputTest {
   int control;
 };
 
-// The first test that refuses the text, null if it passes all.
-const InputTest *FindRefusal(std::span<const InputTest> tests, const std::string &text);
-
 // The messages of the ID pages and of the page of news servers, whose tests aren't on one text.
 extern const char *const WrongIdMessage;
 extern const char *const NoServerMessage;
@@ -31,7 +28,7 @@ extern const char *const NoServerMessage;
 // before they are tested.
 namespace input_tests {
 
-using Tests = std::span<const InputTest>;
+using Tests = std::vector<InputTest>;
 
 extern const Tests MailerDomain; // chosen from a list: mailer, news and short wizard
 extern const Tests MailerUser;
@@ -53,3 +50,6 @@ extern const Tests OwnSmtpServer;
 extern const Tests ShortAlias;
 
 } // namespace input_tests
+
+// The first test that refuses the text, null if it passes all.
+const InputTest *FindRefusal(const input_tests::Tests &tests, const std::string &text);

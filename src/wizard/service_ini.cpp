@@ -1,6 +1,6 @@
 #include "wizard/service_ini.h"
 
-#include <charconv>
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -9,20 +9,12 @@ constexpr const char *FileName = "service.ini";
 constexpr size_t PathSize = MAX_PATH;
 constexpr DWORD ValueSize = 256;
 
-// The number that a text begins with behind blanks, 0 if it begins with anything else.
-int LeadingNumber(const std::string &text) {
-  const size_t begin = text.find_first_not_of(" \t");
-  int number = 0;
-  if (begin != std::string::npos)
-    std::from_chars(text.data() + begin, text.data() + text.size(), number);
-  return number;
-}
-
 } // namespace
 
 int32_t GetProgramFolder(char *buffer, DWORD size) {
   GetModuleFileNameA(nullptr, buffer, size);
-  char *behind = buffer; // the last backslash that is no second byte
+  buffer[size - 1] = '\0'; // which older systems leave out of a path that they cut
+  char *behind = buffer;   // the last backslash that is no second byte
   for (char *at = buffer; *at != '\0'; ++at) {
     if (*at == '\\')
       behind = at + 1;
@@ -54,7 +46,7 @@ std::vector<std::string> ReadDomains(const char *section) {
   const std::string path = ServiceIniPath();
   std::string text;
   ReadServiceString(path, section, "server_max", text);
-  const int highest = LeadingNumber(text);
+  const int highest = std::atoi(text.c_str());
   std::vector<std::string> domains;
   for (int number = 1; number <= highest; ++number) {
     if (!ReadServiceString(path, section, ("disp" + std::to_string(number)).c_str(), text))

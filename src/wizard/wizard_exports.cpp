@@ -12,6 +12,7 @@
 #include "wizard/wizard_data.h"
 
 #include <cstring>
+#include <tuple>
 
 namespace {
 
@@ -42,107 +43,61 @@ void FillIds(WizardData &data, const char *id, const char *idList) {
       data.currentId = index;
 }
 
-// Runs the sheet with its pages in their order. 0 if it never came up.
-template <typename Data, typename... Pages> int32_t RunWizard(CPsWizard &sheet, Data &data, Pages &...pages) {
-  const auto add = [&](auto &page) {
-    page.data = &data;
-    page.m_psp.dwFlags |= PSP_HASHELP;
-    sheet.AddPage(&page);
-  };
-  sheet.m_psh.dwFlags |= PSH_WIZARD | PSH_HASHELP;
-  (add(pages), ...);
-  return sheet.DoModal() == -1 ? 0 : 1;
+// The run of every wizard: its record and its pages in their order, what the host's arguments have to be, which clients
+// it is for, and what the record starts with. 0 if the sheet never came up.
+template <typename Data, typename... Pages, typename Fill>
+int32_t RunWizard(CPsWizard::Kind kind, bool calledRight, int32_t (ClientFinder::*hasClient)() const, Fill fill) {
+  return Guarded([&] {
+    // Dialogs and pictures are looked up in this library, not in the host.
+    const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
+    CPsWizard sheet;
+    std::tuple<Pages...> pages;
+    Data data;
+    if (!calledRight)
+      return Refuse(WrongCall);
+    sheet.wizardKind = kind;
+    if (!(ClientFinder().*hasClient)())
+      return Refuse(NoClient);
+    fill(data);
+    const auto add = [&](auto &page) {
+      page.data = &data;
+      page.m_psp.dwFlags |= PSP_HASHELP;
+      sheet.AddPage(&page);
+    };
+    sheet.m_psh.dwFlags |= PSH_WIZARD | PSH_HASHELP;
+    std::apply([&](auto &...each) { (add(each), ...); }, pages);
+    return sheet.DoModal() == -1 ? 0 : 1;
+  });
 }
 
 } // namespace
 
-// Every export makes the library's module state the current one, so that dialogs are looked up in this library.
-
 int32_t MailerWizard(int32_t, const char *id, const char *idList) {
-  return Guarded([&] {
-    const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
-    CPsWizard sheet;
-    CSetMailerTop1 top;
-    CSetMailerSelect select;
-    CSetMailerID address;
-    CSetMailerEnd end;
-    WizardData data;
-    if (id == nullptr || idList == nullptr)
-      return Refuse(WrongCall);
-    sheet.wizardKind = CPsWizard::Mailer;
-    if (!ClientFinder().HasMailClient())
-      return Refuse(NoClient);
-    FillIds(data, id, idList);
-    return RunWizard(sheet, data, top, select, address, end);
-  });
+  return RunWizard<WizardData, CSetMailerTop1, CSetMailerSelect, CSetMailerID, CSetMailerEnd>(
+      CPsWizard::Mailer, id != nullptr && idList != nullptr, &ClientFinder::HasMailClient,
+      [&](WizardData &data) { FillIds(data, id, idList); });
 }
 
 int32_t MailerWizard2() {
-  return Guarded([&] {
-    const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
-    CPsWizard sheet;
-    CSetMailerTop2 top;
-    CSetMailerSelect select;
-    CSet2ndMailerID address;
-    CSetMailerEnd end;
-    WizardData data;
-    sheet.wizardKind = CPsWizard::SecondMailer;
-    if (!ClientFinder().HasMailClient())
-      return Refuse(NoClient);
-    data.ids.Add("");
-    data.secondAccount = 1;
-    return RunWizard(sheet, data, top, select, address, end);
-  });
+  return RunWizard<WizardData, CSetMailerTop2, CSetMailerSelect, CSet2ndMailerID, CSetMailerEnd>(
+      CPsWizard::SecondMailer, true, &ClientFinder::HasMailClient, [](WizardData &data) {
+        data.ids.Add("");
+        data.secondAccount = 1;
+      });
 }
 
 int32_t NewsWizard(int32_t, const char *id, const char *idList) {
-  return Guarded([&] {
-    const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
-    CPsWizard sheet;
-    CSetNewsTop top;
-    CSetNewsSelect select;
-    CSetNewsId address;
-    CSetNewsServer servers;
-    CSetNewsEnd end;
-    WizardData data;
-    if (id == nullptr || idList == nullptr)
-      return Refuse(WrongCall);
-    sheet.wizardKind = CPsWizard::News;
-    if (!ClientFinder().HasNewsClient())
-      return Refuse(NoClient);
-    FillIds(data, id, idList);
-    return RunWizard(sheet, data, top, select, address, servers, end);
-  });
+  return RunWizard<WizardData, CSetNewsTop, CSetNewsSelect, CSetNewsId, CSetNewsServer, CSetNewsEnd>(
+      CPsWizard::News, id != nullptr && idList != nullptr, &ClientFinder::HasNewsClient,
+      [&](WizardData &data) { FillIds(data, id, idList); });
 }
 
 int32_t KERMWizard() {
-  return Guarded([&] {
-    const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
-    CPsWizard sheet;
-    CSetKERMMailerTop top;
-    CSetKERMMailerSelect select;
-    CSetKERMMailerID address;
-    CSetKERMServer servers;
-    CSetKERMEnd end;
-    SpecWizardData data;
-    if (!ClientFinder().HasMailClient())
-      return Refuse(NoClient);
-    return RunWizard(sheet, data, top, select, address, servers, end);
-  });
+  return RunWizard<SpecWizardData, CSetKERMMailerTop, CSetKERMMailerSelect, CSetKERMMailerID, CSetKERMServer,
+                   CSetKERMEnd>(CPsWizard::Other, true, &ClientFinder::HasMailClient, [](SpecWizardData &) {});
 }
 
 int32_t ShortMailWizard(int32_t, const char *id) {
-  return Guarded([&] {
-    const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
-    CPsWizard sheet;
-    CSetShortMailerSelect select;
-    CSetShortMailerID address;
-    SpecWizardData data;
-    if (id == nullptr)
-      return Refuse(WrongCall);
-    if (!ClientFinder().HasMailClient())
-      return Refuse(NoClient);
-    data.userId = id;
-    return RunWizard(sheet, data, select, address);
-  });
+  return RunWizard<SpecWizardData, CSetShortMailerSelect, CSetShortMailerID>(
+      CPsWizard::Other, id != nullptr, &ClientFinder::HasMailClient, [&](SpecWizardData &data) { data.userId = id; });
 }

@@ -1,4 +1,5 @@
 // Wizards and message boxes that a user runs: what the pages are asked, what becomes of their answers, and how it ends.
+#include "support/dialog_template.h"
 #include "support/user.h"
 
 #include <gtest/gtest.h>
@@ -14,15 +15,13 @@ using Events = std::vector<std::string>;
 
 constexpr int FirstStop = 11;
 
-// What the pages were told since the last look, and what the next notification of a code is answered.
+// What the pages were told since the last look, and how they answer: a notification of a code, once.
 Events events;
-UINT answeredCode;
-LRESULT answer;
-
-void Answer(UINT code, LRESULT with) {
-  answeredCode = code;
-  answer = with;
-}
+struct Answer {
+  UINT code;
+  LRESULT value;
+};
+Answer answer;
 
 std::string NameOf(UINT code) {
   const struct {
@@ -30,8 +29,7 @@ std::string NameOf(UINT code) {
     const char *name;
   } names[] = {{PSN_SETACTIVE, "show"},   {PSN_KILLACTIVE, "leave"},    {PSN_WIZNEXT, "next"}, {PSN_WIZBACK, "back"},
                {PSN_WIZFINISH, "finish"}, {PSN_QUERYCANCEL, "cancel?"}, {PSN_RESET, "reset"},  {PSN_HELP, "help"}};
-  const auto *const found = std::ranges::find(names, code, [](const auto &each) { return each.code; });
-  return found != std::end(names) ? found->name : std::to_string(code);
+  return std::ranges::find_if(names, [&](const auto &each) { return each.code == code; })->name;
 }
 
 // A page is known by its number, which the caption also tells, and sets the buttons that its row has.
@@ -47,15 +45,13 @@ INT_PTR CALLBACK PageProcedure(HWND page, UINT message, WPARAM, LPARAM lParam) {
   }
   if (message != WM_NOTIFY)
     return FALSE;
-  const auto &notification = *reinterpret_cast<const PSHNOTIFY *>(lParam);
+  const auto &[header, parameter] = *reinterpret_cast<const PSHNOTIFY *>(lParam);
   const auto number = GetWindowLongPtrA(page, DWLP_USER);
-  EXPECT_EQ(notification.hdr.hwndFrom, GetParent(page));
-  events.push_back(PageName(number) + " " + NameOf(notification.hdr.code) + (notification.lParam != 0 ? "!" : ""));
-  if (notification.hdr.code == PSN_SETACTIVE)
+  EXPECT_EQ(header.hwndFrom, GetParent(page));
+  events.push_back(PageName(number) + " " + NameOf(header.code) + (parameter != 0 ? "!" : ""));
+  if (header.code == PSN_SETACTIVE)
     PostMessageA(GetParent(page), PSM_SETWIZBUTTONS, 0, static_cast<LPARAM>(ButtonsOfPages[number]));
-  const bool answered =
-      notification.hdr.code == std::exchange(answeredCode, notification.hdr.code == answeredCode ? 0 : answeredCode);
-  SetWindowLongPtrA(page, DWLP_MSGRESULT, answered ? answer : 0);
+  SetWindowLongPtrA(page, DWLP_MSGRESULT, header.code == answer.code ? std::exchange(answer, {}).value : 0);
   return TRUE;
 }
 
@@ -65,59 +61,39 @@ UINT CALLBACK PageCallback(HWND, UINT event, PROPSHEETPAGEA *page) {
   return TRUE;
 }
 
-int CALLBACK SheetCallback(HWND sheet, UINT event, LPARAM) {
-  if (event == PSCB_INITIALIZED)
-    events.emplace_back(sheet != nullptr ? "sheet made" : "no sheet");
-  return 0;
-}
-
-// A dialog with a label and two edit controls, disabled and with a caption as dialog editors leave pages.
-std::vector<WORD> PageTemplate(LPARAM number) {
-  std::vector<WORD> words;
-  const auto append = [&](std::initializer_list<unsigned> values) {
-    for (const unsigned value : values)
-      words.push_back(static_cast<WORD>(value));
-  };
-  append({0, HIWORD(WS_CHILD | WS_CAPTION | WS_DISABLED), 0, 0, 3, 0, 0, 200, 100, 0, 0,
-          static_cast<unsigned>('A' + number), 0});
-  for (const unsigned id : {0xFFFFU, unsigned{FirstStop}, 12U}) {
-    if (words.size() % 2 != 0)
-      append({0});
-    const bool label = id == 0xFFFF;
-    append({0, HIWORD(WS_CHILD | WS_VISIBLE | (label ? 0 : WS_TABSTOP)), 0, 0, 10, 10, 50, 14, id, 0xFFFF,
-            label ? 0x82U : 0x81U, 0, 0});
-  }
-  return words;
+// As dialog editors leave pages: disabled, with a caption and a label before what takes the focus.
+Template PageTemplate(LPARAM number) {
+  const char16_t caption[] = {static_cast<char16_t>(u'A' + number), 0};
+  const std::vector<Control> controls = {{0xFFFF, 0, StaticAtom, u"label"},
+                                         {FirstStop, WS_TABSTOP, EditAtom, u""},
+                                         {FirstStop + 1, WS_TABSTOP, EditAtom, u""}};
+  return {false, WS_CHILD | WS_CAPTION | WS_DISABLED, controls, caption};
 }
 
 // Runs a wizard of three pages.
 INT_PTR RunWizard(const UserSteps &steps, HWND owner = nullptr) {
-  std::vector<WORD> templates[3];
+  const Template templates[] = {PageTemplate(0), PageTemplate(1), PageTemplate(2)};
   PROPSHEETPAGEA pages[3] = {};
   for (LPARAM number = 0; number < 3; ++number) {
-    templates[number] = PageTemplate(number);
     PROPSHEETPAGEA &page = pages[number];
     page.dwSize = sizeof page;
     page.dwFlags = PSP_DLGINDIRECT | PSP_USECALLBACK | (number != 1 ? PSP_HASHELP : 0);
-    page.pResource = reinterpret_cast<const DLGTEMPLATE *>(templates[number].data());
+    page.pResource = templates[number].Bytes();
     page.pfnDlgProc = PageProcedure;
     page.pfnCallback = PageCallback;
     page.lParam = number;
   }
   PROPSHEETHEADERA header = {};
   header.dwSize = sizeof header;
-  header.dwFlags = PSH_PROPSHEETPAGE | PSH_WIZARD | PSH_HASHELP | PSH_USECALLBACK;
+  header.dwFlags = PSH_PROPSHEETPAGE | PSH_WIZARD | PSH_HASHELP;
   header.hwndParent = owner;
   header.nPages = 3;
   header.ppsp = pages;
-  header.pfnCallback = SheetCallback;
   events.clear();
   INT_PTR result = -2;
   WithUser(steps, [&] { result = PropertySheetA(&header); });
   return result;
 }
-
-void Press(HWND sheet, int button) { SendMessageA(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); }
 
 // The buttons of a sheet that can be pressed, the default one with a star.
 std::string ButtonsOf(HWND sheet) {
@@ -134,33 +110,26 @@ std::string ButtonsOf(HWND sheet) {
   return buttons;
 }
 
-LRESULT CurrentIndex(HWND sheet) {
-  const LRESULT page = SendMessageA(sheet, PSM_GETCURRENTPAGEHWND, 0, 0);
-  EXPECT_TRUE(IsWindowVisible(reinterpret_cast<HWND>(page)));
-  return SendMessageA(sheet, PSM_HWNDTOINDEX, static_cast<WPARAM>(page), 0);
-}
-
-TEST(SheetTest, AsksItsPages) {
+TEST(WizardTest, AsksItsPages) {
   const struct {
     int button;
-    UINT code; // that is answered
-    LRESULT answer;
+    Answer answer;
     Events events;
     LRESULT page; // after it
   } presses[] = {
-      {PSBTN_BACK, 0, 0, {"A back"}, 0}, // there is no page before it
-      {PSBTN_NEXT, PSN_WIZNEXT, -1, {"A next"}, 0},
-      {PSBTN_NEXT, PSN_KILLACTIVE, TRUE, {"A next", "A leave"}, 0},
-      {PSBTN_NEXT, 0, 0, {"A next", "A leave", "B made", "B show"}, 1},
-      {PSBTN_HELP, 0, 0, {"B help"}, 1},
-      {PSBTN_NEXT, 0, 0, {"B next", "B leave", "C made", "C show"}, 2},
-      {PSBTN_NEXT, 0, 0, {"C next"}, 2}, // nor one behind it
-      {PSBTN_BACK, PSN_WIZBACK, -1, {"C back"}, 2},
-      {PSBTN_BACK, PSN_SETACTIVE, -1, {"C back", "C leave", "B show", "A show"}, 0}, // the one between is skipped
-      {PSBTN_NEXT, PSN_SETACTIVE, -1, {"A next", "A leave", "B show", "C show"}, 2},
-      {PSBTN_FINISH, PSN_WIZFINISH, TRUE, {"C finish"}, 2},
-      {PSBTN_CANCEL, PSN_QUERYCANCEL, TRUE, {"C cancel?"}, 2},
-      {PSBTN_FINISH, 0, 0, {"C finish"}, 2},
+      {PSBTN_BACK, {0, 0}, {"A back"}, 0}, // there is no page before it
+      {PSBTN_NEXT, {PSN_WIZNEXT, -1}, {"A next"}, 0},
+      {PSBTN_NEXT, {PSN_KILLACTIVE, TRUE}, {"A next", "A leave"}, 0},
+      {PSBTN_NEXT, {0, 0}, {"A next", "A leave", "B made", "B show"}, 1},
+      {PSBTN_HELP, {0, 0}, {"B help"}, 1},
+      {PSBTN_NEXT, {0, 0}, {"B next", "B leave", "C made", "C show"}, 2},
+      {PSBTN_NEXT, {0, 0}, {"C next"}, 2}, // nor one behind it
+      {PSBTN_BACK, {PSN_WIZBACK, -1}, {"C back"}, 2},
+      {PSBTN_BACK, {PSN_SETACTIVE, -1}, {"C back", "C leave", "B show", "A show"}, 0}, // the one between is skipped
+      {PSBTN_NEXT, {PSN_SETACTIVE, -1}, {"A next", "A leave", "B show", "C show"}, 2},
+      {PSBTN_FINISH, {PSN_WIZFINISH, TRUE}, {"C finish"}, 2},
+      {PSBTN_CANCEL, {PSN_QUERYCANCEL, TRUE}, {"C cancel?"}, 2},
+      {PSBTN_FINISH, {0, 0}, {"C finish"}, 2},
   };
   const char *const buttonsOfPages[] = {"next* help", "back next*", "back finish* help"};
   LRESULT page = 0;
@@ -168,7 +137,9 @@ TEST(SheetTest, AsksItsPages) {
   for (const auto &press : presses)
     steps.emplace_back([&](HWND sheet) {
       // The page that the press before has led to.
-      EXPECT_EQ(CurrentIndex(sheet), page);
+      const LRESULT shown = SendMessageA(sheet, PSM_GETCURRENTPAGEHWND, 0, 0);
+      EXPECT_TRUE(IsWindowVisible(reinterpret_cast<HWND>(shown)));
+      EXPECT_EQ(SendMessageA(sheet, PSM_HWNDTOINDEX, static_cast<WPARAM>(shown), 0), page);
       EXPECT_EQ(ButtonsOf(sheet), buttonsOfPages[page]);
       EXPECT_EQ(GetDlgCtrlID(GetFocus()), FirstStop);
       char caption[8] = "";
@@ -176,8 +147,8 @@ TEST(SheetTest, AsksItsPages) {
       EXPECT_EQ(caption, PageName(page));
 
       events.clear();
-      Answer(press.code, press.answer);
-      Press(sheet, press.button);
+      answer = press.answer;
+      SendMessageA(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(press.button), 0);
       EXPECT_EQ(events, press.events);
       page = press.page;
       events.clear();
@@ -187,7 +158,7 @@ TEST(SheetTest, AsksItsPages) {
   EXPECT_EQ(events, (Events{"A released", "B released", "C released"}));
 }
 
-TEST(SheetTest, IsCancelled) {
+TEST(WizardTest, IsCancelled) {
   const HWND owner =
       CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
   const struct {
@@ -199,7 +170,7 @@ TEST(SheetTest, IsCancelled) {
     const auto cancel = [&](HWND sheet) {
       EXPECT_EQ(GetParent(sheet), owner);
       EXPECT_FALSE(IsWindowEnabled(owner));
-      EXPECT_EQ(events, (Events{"sheet made", "A made", "A show"}));
+      EXPECT_EQ(events, (Events{"A made", "A show"}));
       events.clear();
       PostMessageA(sheet, way.message, way.wParam, 0);
     };
@@ -209,19 +180,6 @@ TEST(SheetTest, IsCancelled) {
     EXPECT_TRUE(IsWindowEnabled(owner));
   }
   DestroyWindow(owner);
-}
-
-TEST(SheetTest, IsTurnedByItsProgram) {
-  const auto turn = [](HWND sheet) {
-    events.clear();
-    EXPECT_TRUE(SendMessageA(sheet, PSM_SETCURSEL, 2, 0));
-    EXPECT_EQ(events, (Events{"A leave", "C made", "C show"}));
-    EXPECT_EQ(CurrentIndex(sheet), 2);
-    EXPECT_FALSE(SendMessageA(sheet, PSM_SETCURSEL, 7, 0));
-    EXPECT_EQ(CurrentIndex(sheet), 2);
-    Press(sheet, PSBTN_CANCEL);
-  };
-  EXPECT_EQ(RunWizard({turn}), 0);
 }
 
 // ---- Message boxes ----
@@ -241,25 +199,16 @@ TEST(MessageBoxTest, HasTheButtonsOfItsType) {
   };
   for (const auto &box : boxes)
     for (const int pressed : box.buttons) {
-      SCOPED_TRACE(box.type);
       const auto look = [&](HWND top) {
-        struct Found {
-          std::vector<int> buttons;
-          HICON icon = nullptr;
-        } found;
-        const auto collect = [](HWND control, LPARAM to) -> BOOL {
-          auto &kept = *reinterpret_cast<Found *>(to);
-          char name[16] = "";
-          GetClassNameA(control, name, sizeof name);
-          if (std::string(name) == "Button")
-            kept.buttons.push_back(GetDlgCtrlID(control));
-          else if (const LRESULT icon = SendMessageA(control, STM_GETICON, 0, 0))
-            kept.icon = reinterpret_cast<HICON>(icon);
-          return TRUE;
-        };
-        EnumChildWindows(top, collect, reinterpret_cast<LPARAM>(&found));
-        EXPECT_EQ(found.buttons, box.buttons);
-        EXPECT_EQ(found.icon, box.icon != nullptr ? LoadIconA(nullptr, box.icon) : nullptr);
+        std::vector<int> buttons;
+        for (int id = IDOK; id <= IDNO; ++id)
+          if (GetDlgItem(top, id) != nullptr)
+            buttons.push_back(id);
+        EXPECT_TRUE(std::ranges::is_permutation(buttons, box.buttons));
+        LRESULT icon = 0;
+        for (HWND control = GetWindow(top, GW_CHILD); control != nullptr; control = GetWindow(control, GW_HWNDNEXT))
+          icon |= SendMessageA(control, STM_GETICON, 0, 0);
+        EXPECT_EQ(reinterpret_cast<HICON>(icon), box.icon != nullptr ? LoadIconA(nullptr, box.icon) : nullptr);
         EXPECT_EQ(GetDlgCtrlID(GetFocus()), box.buttons[0]);
         char title[8] = "";
         char text[16] = "";
@@ -269,6 +218,7 @@ TEST(MessageBoxTest, HasTheButtonsOfItsType) {
         EXPECT_STREQ(text, "a & b\nline");
         SendMessageA(GetDlgItem(top, pressed), BM_CLICK, 0, 0);
       };
+      SCOPED_TRACE(box.type);
       WithUser({look}, [&] { EXPECT_EQ(MessageBoxA(nullptr, "a & b\nline", "\x83\x5c", box.type), pressed); });
     }
 }

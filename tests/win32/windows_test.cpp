@@ -1,11 +1,10 @@
 // Windows, dialogs and controls: the messages that they send and in which order, and what becomes of odd calls.
-#include "win32/win32_ui.h"
+#include "support/dialog_template.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <optional>
 #include <string>
 #include <utility>
@@ -127,6 +126,23 @@ TEST_F(WindowsTest, CanBeRefused) {
   reaction = [](HWND, UINT message) { return message == WM_CREATE ? std::optional<LRESULT>(-1) : std::nullopt; };
   EXPECT_EQ(Child("Recorder", 0, 1), nullptr);
   EXPECT_EQ(GetWindow(top, GW_CHILD), nullptr);
+}
+
+TEST_F(WindowsTest, CanGoFromWithinTheirDestruction) {
+  for (const UINT moment : {WM_DESTROY, WM_NCDESTROY}) {
+    const HWND outer = Child("Recorder", 0, 1);
+    const HWND inner = Create("Recorder", WS_CHILD, outer, 2);
+    reaction = [=](HWND window, UINT message) -> std::optional<LRESULT> {
+      if (window == inner && message == moment) {
+        DestroyWindow(outer);
+        Create("Recorder", WS_CHILD, outer, 3);
+      }
+      return std::nullopt;
+    };
+    DestroyWindow(inner);
+    EXPECT_FALSE(IsWindow(inner));
+    EXPECT_FALSE(IsWindow(outer));
+  }
 }
 
 TEST_F(WindowsTest, NothingIsDoneToOnesThatAreGone) {
@@ -392,62 +408,9 @@ INT_PTR CALLBACK DialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARA
   return message == WM_USER + 50 && wParam != 0;
 }
 
-struct Control {
-  int id;
-  DWORD style;
-  WORD atom;
-  const char16_t *text;
-};
-constexpr WORD ButtonAtom = 0x80, EditAtom = 0x81, StaticAtom = 0x82, ComboBoxAtom = 0x85;
-
-// A compiled template in the old form or the new one.
-class Template {
-public:
-  Template(bool extended, DWORD style, const std::vector<Control> &controls) : extended(extended) {
-    if (extended)
-      Add({1, 0xFFFF, 0, 0});
-    AddStyle(style | DS_SETFONT);
-    Add({static_cast<WORD>(controls.size()), 0, 0, 100, 80, 0, 0});
-    AddText(u"Caption");
-    Add({9});
-    if (extended)
-      Add({400, 0x8000});
-    AddText(u"Face");
-    for (const Control &control : controls) {
-      words.resize((words.size() + 1) / 2 * 2);
-      if (extended)
-        Add({0, 0});
-      AddStyle(control.style | WS_CHILD | WS_VISIBLE);
-      Add({4, 8, 40, 12, static_cast<WORD>(control.id)});
-      if (extended)
-        Add({0});
-      Add({0xFFFF, control.atom});
-      AddText(control.text);
-      Add({0});
-    }
-  }
-
-  HWND Create(HWND parent, LPARAM parameter) const {
-    return CreateDialogIndirectParamA(nullptr, reinterpret_cast<const DLGTEMPLATE *>(words.data()), parent,
-                                      DialogProcedure, parameter);
-  }
-
-private:
-  bool extended;
-  std::vector<WORD> words;
-
-  void Add(std::initializer_list<WORD> more) { words.insert(words.end(), more); }
-  void AddText(const char16_t *text) {
-    do
-      words.push_back(*text);
-    while (*text++ != 0);
-  }
-  void AddStyle(DWORD style) {
-    const WORD low = LOWORD(style);
-    const WORD high = HIWORD(style);
-    extended ? Add({0, 0, low, high}) : Add({low, high, 0, 0});
-  }
-};
+HWND CreateFrom(const Template &dialog, HWND parent, LPARAM parameter) {
+  return CreateDialogIndirectParamA(nullptr, dialog.Bytes(), parent, DialogProcedure, parameter);
+}
 
 const std::vector<Control> Controls = {
     {100, 0, StaticAtom, u"\x8868"},
@@ -460,7 +423,7 @@ const std::vector<Control> Controls = {
 TEST_F(WindowsTest, DialogsComeFromBothFormsOfTemplates) {
   for (const bool extended : {false, true}) {
     SCOPED_TRACE(extended);
-    const HWND dialog = Template(extended, WS_POPUP | WS_VISIBLE, Controls).Create(top, 5);
+    const HWND dialog = CreateFrom(Template(extended, WS_POPUP | WS_VISIBLE, Controls), top, 5);
     ASSERT_NE(dialog, nullptr);
     Events made = TakeEvents();
     made.resize(6);
@@ -476,12 +439,12 @@ TEST_F(WindowsTest, DialogsComeFromBothFormsOfTemplates) {
     DestroyWindow(dialog);
     TakeEvents();
   }
-  EXPECT_EQ(Template(false, WS_POPUP, {{1, 0, 0x8F, u"of no class"}}).Create(top, 0), nullptr);
+  EXPECT_EQ(CreateFrom(Template(false, WS_POPUP, {{1, 0, 0x8F, u"of no class"}}), top, 0), nullptr);
 }
 
 TEST_F(WindowsTest, DialogsMoveTheFocus) {
-  const HWND dialog = Template(false, WS_POPUP | WS_VISIBLE, Controls).Create(top, 0);
-  const HWND page = Template(false, WS_CHILD | DS_CONTROL, Controls).Create(dialog, 0);
+  const HWND dialog = CreateFrom(Template(false, WS_POPUP | WS_VISIBLE, Controls), top, 0);
+  const HWND page = CreateFrom(Template(false, WS_CHILD | DS_CONTROL, Controls), dialog, 0);
   EXPECT_EQ(GetFocus(), GetDlgItem(dialog, 101)); // a page that isn't shown doesn't take it
   const auto stops = [&] {
     std::vector<int> ids;
@@ -507,7 +470,7 @@ TEST_F(WindowsTest, DialogsMoveTheFocus) {
   EXPECT_EQ(SendDlgItemMessageA(page, 101, EM_GETSEL, 0, 0), MAKELPARAM(0, 4)); // as the keyboard does
 
   EnableWindow(dialog, FALSE);
-  const HWND box = Template(false, WS_POPUP | WS_VISIBLE, Controls).Create(dialog, 0);
+  const HWND box = CreateFrom(Template(false, WS_POPUP | WS_VISIBLE, Controls), dialog, 0);
   EXPECT_EQ(GetFocus(), GetDlgItem(box, 101));
   EnableWindow(dialog, TRUE);
   DestroyWindow(box);

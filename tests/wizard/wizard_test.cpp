@@ -2,6 +2,7 @@
 // pages themselves are walked by scripts, on the built program.
 #include "acctkit/acctkit.h"
 
+#include "mfc/afxwin.h"
 #include "resources/resource.h"
 #include "support/client_machine.h"
 #include "support/user.h"
@@ -23,6 +24,15 @@ std::string TextOf(HWND dialog, int id) {
 HWND PageOf(HWND sheet) { return reinterpret_cast<HWND>(SendMessageA(sheet, PSM_GETCURRENTPAGEHWND, 0, 0)); }
 
 void Press(HWND sheet, int button) { PostMessageA(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); }
+
+HICON IconOf(HWND box) {
+  for (HWND child = GetWindow(box, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+    if (GetDlgCtrlID(child) != BoxText && (GetWindowLongA(child, GWL_STYLE) & LONG{SS_TYPEMASK}) == LONG{SS_ICON})
+      if (const LRESULT icon = SendMessageA(child, STM_GETICON, 0, 0); icon != 0)
+        return reinterpret_cast<HICON>(icon);
+  }
+  return nullptr;
+}
 
 class WizardTest : public ClientTest {
 protected:
@@ -87,6 +97,27 @@ TEST_F(WizardTest, StartsOnTheHostsId) {
                Press(sheet, PSBTN_CANCEL);
              }},
              [&] { EXPECT_EQ(MailerWizard(0, test.id, test.list.c_str()), 1); });
+  }
+}
+
+TEST_F(WizardTest, BoxesWithoutAnIconGetTheExclamationMark) {
+  const struct {
+    UINT type;
+    const char *icon; // null for none
+    int answer;
+  } boxes[] = {{MB_OK, IDI_EXCLAMATION, IDOK},           {MB_OKCANCEL, IDI_EXCLAMATION, IDCANCEL},
+               {MB_YESNO, IDI_EXCLAMATION, IDYES},       {MB_YESNOCANCEL, IDI_EXCLAMATION, IDNO},
+               {MB_ICONINFORMATION, IDI_ASTERISK, IDOK}, {5, nullptr, IDCANCEL}};
+  for (const auto &box : boxes) {
+    SCOPED_TRACE(box.type);
+    WithUser({[&](HWND top) {
+               EXPECT_EQ(IconOf(top), box.icon == nullptr ? nullptr : LoadIconA(nullptr, box.icon));
+               PostMessageA(top, WM_COMMAND, static_cast<WPARAM>(box.answer), 0);
+             }},
+             [&] {
+               const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
+               EXPECT_EQ(AfxMessageBox("text", box.type), box.answer);
+             });
   }
 }
 

@@ -24,10 +24,16 @@ struct Object {
   COLORREF colour; // of a brush
 };
 
+// An object that is deleted while it is selected stays until another takes its place.
+struct Selection {
+  HGDIOBJ handle;
+  std::shared_ptr<Object> object;
+};
+
 struct Context {
   HWND window;
-  HGDIOBJ font;
-  HGDIOBJ brush;
+  Selection font;
+  Selection brush;
   COLORREF textColour = Black;
   COLORREF backColour = White;
   int backMode = OPAQUE;
@@ -37,10 +43,14 @@ struct Context {
 struct Drawing {
   HandleTable<HGDIOBJ, Object> objects{0x1000000};
   HandleTable<HDC, Context> contexts{0x2000000};
-  const HGDIOBJ systemFont = objects.Add(std::make_shared<Object>(true, DefaultFontHeight, 0));
-  const HGDIOBJ systemBrush = objects.Add(std::make_shared<Object>(false, 0, White));
+  const Selection systemFont = Make({true, DefaultFontHeight, 0});
+  const Selection systemBrush = Make({false, 0, White});
 
-  bool IsSystems(HGDIOBJ object) const { return object == systemFont || object == systemBrush; }
+  Selection Make(const Object &made) {
+    auto object = std::make_shared<Object>(made);
+    return {objects.Add(object), object};
+  }
+  bool IsSystems(HGDIOBJ object) const { return object == systemFont.handle || object == systemBrush.handle; }
 };
 
 Drawing &System() {
@@ -50,16 +60,8 @@ Drawing &System() {
 
 thread_local machine::DrawingRecord *currentRecord = nullptr;
 
-// A selected object that was deleted leaves the system's in its place.
-Object Selected(HGDIOBJ object, HGDIOBJ instead) {
-  const auto found = System().objects.Find(object);
-  return found ? *found : *System().objects.Find(instead);
-}
-
-int FontHeight(const Context &context) { return Selected(context.font, System().systemFont).height; }
-
 int TextHeight(const Context &context, const std::string &text, const RECT &place, UINT format) {
-  const int line = FontHeight(context);
+  const int line = context.font.object->height;
   if ((format & DT_SINGLELINE) == 0)
     return line * (1 + static_cast<int>(std::ranges::count(text, '\n')));
   return (format & DT_VCENTER) != 0 ? (place.bottom - place.top) / 2 - line / 2 + line : line;
@@ -90,7 +92,7 @@ bool Draw(HDC handle, Drawn operation) {
   operation.window = context->window;
   operation.backMode = context->backMode;
   if (operation.kind == Drawn::Kind::Fill)
-    operation.colour = Selected(context->brush, System().systemBrush).colour;
+    operation.colour = context->brush.object->colour;
   else if (operation.kind == Drawn::Kind::Text)
     operation.colour = context->textColour;
   if (currentRecord != nullptr)
@@ -105,8 +107,8 @@ bool Draw(HDC handle, Drawn operation) {
 HDC GetDC(HWND window) {
   if (window != nullptr && IsWindow(window) == FALSE)
     return nullptr;
-  const Drawing &system = System();
-  return System().contexts.Add(std::make_shared<Context>(window, system.systemFont, system.systemBrush));
+  Drawing &system = System();
+  return system.contexts.Add(std::make_shared<Context>(Context{window, system.systemFont, system.systemBrush}));
 }
 
 int ReleaseDC(HWND, HDC context) { return System().contexts.Remove(context) != nullptr; }
@@ -131,7 +133,8 @@ HGDIOBJ SelectObject(HDC handle, HGDIOBJ object) {
   const auto selected = System().objects.Find(object);
   if (!context || !selected)
     return nullptr;
-  return std::exchange(selected->isFont ? context->font : context->brush, object);
+  Selection &place = selected->isFont ? context->font : context->brush;
+  return std::exchange(place, {object, selected}).handle;
 }
 
 COLORREF SetTextColor(HDC context, COLORREF colour) { return Change(context, &Context::textColour, colour, NoColour); }
@@ -142,14 +145,12 @@ int SetBkMode(HDC context, int mode) {
 
 // ---- Fonts and brushes ----
 
-HBRUSH CreateSolidBrush(COLORREF colour) {
-  return static_cast<HBRUSH>(System().objects.Add(std::make_shared<Object>(false, 0, colour)));
-}
+HBRUSH CreateSolidBrush(COLORREF colour) { return static_cast<HBRUSH>(System().Make({false, 0, colour}).handle); }
 
 HFONT CreateFontA(int height, int, int, int, int, DWORD, DWORD, DWORD, DWORD, DWORD, DWORD, DWORD, DWORD,
                   const char *) {
   const int pixels = height != 0 ? std::abs(std::clamp(height, -0x7FFF, 0x7FFF)) : DefaultFontHeight;
-  return static_cast<HFONT>(System().objects.Add(std::make_shared<Object>(true, pixels, 0)));
+  return static_cast<HFONT>(System().Make({true, pixels, 0}).handle);
 }
 
 BOOL DeleteObject(HGDIOBJ object) { return System().IsSystems(object) || System().objects.Remove(object) != nullptr; }
@@ -159,7 +160,7 @@ BOOL GetTextMetricsA(HDC handle, TEXTMETRICA *metrics) {
   const auto context = System().contexts.Find(handle);
   if (!context)
     return FALSE;
-  const int height = FontHeight(*context);
+  const int height = context->font.object->height;
   const int descent = (height + 3) / 7;
   *metrics = {height, height - descent, descent, 0, 0, height / 2, height};
   return TRUE;

@@ -19,10 +19,14 @@ template <typename Test> bool AllUpwards(WindowRecord window, Test test) {
   return true;
 }
 
+bool IsEnabledWithParents(const WindowRecord &window) {
+  return AllUpwards(window, [](const Window &each) { return !each.Has(WS_DISABLED); });
+}
+
 bool CanBeActive(const WindowRecord &window) { return window && window->Has(WS_VISIBLE) && !window->Has(WS_DISABLED); }
 
 bool CanTakeFocus(const WindowRecord &window) {
-  return window && IsWindowVisible(window->handle) != FALSE && machine::IsEnabledWithParents(window);
+  return window && IsWindowVisible(window->handle) != FALSE && IsEnabledWithParents(window);
 }
 
 void Raise(const WindowRecord &top) {
@@ -38,25 +42,7 @@ bool IsOwnedBy(HWND owner, WindowRecord window) {
   return false;
 }
 
-} // namespace
-
-namespace machine {
-
-bool IsEnabledWithParents(const WindowRecord &window) {
-  return AllUpwards(window, [](const Window &each) { return !each.Has(WS_DISABLED); });
-}
-
-void Activate(HWND handle) {
-  const WindowRecord window = WindowOf(handle);
-  if (!window)
-    return;
-  const WindowRecord top = TopOf(window);
-  if (!IsEnabledWithParents(top))
-    return;
-  const bool keeps = top->lastFocus != nullptr && CanTakeFocus(WindowOf(top->lastFocus));
-  SetFocus(keeps ? top->lastFocus : top->handle);
-}
-
+// A window that is hidden can't stay active or keep the focus: they go to another.
 void Retire(const WindowRecord &window) {
   Desk &desk = DeskOfThread();
   if (window->parent != nullptr) {
@@ -71,9 +57,24 @@ void Retire(const WindowRecord &window) {
   candidates.insert(candidates.begin(), window->owner);
   const auto next = std::ranges::find_if(candidates, [](HWND each) { return CanBeActive(WindowOf(each)); });
   if (next != candidates.end())
-    return Activate(*next);
+    return machine::Activate(*next);
   SetFocus(nullptr);
   desk.active = nullptr;
+}
+
+} // namespace
+
+namespace machine {
+
+void Activate(HWND handle) {
+  const WindowRecord window = WindowOf(handle);
+  if (!window)
+    return;
+  const WindowRecord top = TopOf(window);
+  if (!IsEnabledWithParents(top))
+    return;
+  const bool keeps = top->lastFocus != nullptr && CanTakeFocus(WindowOf(top->lastFocus));
+  SetFocus(keeps ? top->lastFocus : top->handle);
 }
 
 void Invalidate(const WindowRecord &window) {
@@ -99,7 +100,7 @@ HWND GetLastActivePopup(HWND owner) {
 HWND SetFocus(HWND handle) {
   Desk &desk = DeskOfThread();
   const WindowRecord window = WindowOf(handle);
-  if (handle != nullptr && (!window || !machine::IsEnabledWithParents(window) || handle == GetDesktopWindow()))
+  if (handle != nullptr && (!window || !IsEnabledWithParents(window) || handle == GetDesktopWindow()))
     return nullptr;
   const HWND old = desk.focus;
   if (window) {
@@ -156,7 +157,7 @@ BOOL ShowWindow(HWND handle, int command) {
       machine::Invalidate(window);
     } else {
       window->style &= ~WS_VISIBLE;
-      machine::Retire(window);
+      Retire(window);
     }
   }
   if (show && window->parent == nullptr && command != SW_SHOWNA && command != SW_SHOWNOACTIVATE)

@@ -75,7 +75,7 @@ DWORD_PTR SHGetFileInfoA(const char *path, DWORD, SHFILEINFOA *info, UINT, UINT 
   if ((flags & (SHGFI_ICON | SHGFI_SYSICONINDEX)) != 0)
     info->iIcon = Images().IndexOf(found.path);
   if ((flags & SHGFI_ICON) != 0)
-    info->hIcon = Icons().Add(std::make_shared<Icon>(path));
+    info->hIcon = Icons().Add(std::make_shared<Icon>(Icon{path}));
   return (flags & SHGFI_SYSICONINDEX) != 0 ? reinterpret_cast<DWORD_PTR>(Images().handle) : 1;
 }
 

@@ -109,7 +109,7 @@ DialogTemplate BoxTemplate(const std::string &text, const char *title, const But
   const TextSize size = SizeOf(text);
   const int textLeft = Margin + (hasIcon ? IconSize + Margin : 0);
   const int buttonTop = Margin + std::max(size.height, hasIcon ? IconSize : 0) + Margin;
-  const int buttonsWidth = static_cast<int>(row.size() - std::ranges::count(row, 0)) * ButtonStep;
+  const int buttonsWidth = static_cast<int>(std::ranges::count_if(row, [](int id) { return id != 0; })) * ButtonStep;
   const int width = std::max(textLeft + size.width, Margin + buttonsWidth) + Margin;
   if (hasIcon)
     dialog.controls.push_back(

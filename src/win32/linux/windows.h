@@ -64,13 +64,9 @@ template <typename State> std::shared_ptr<State> StateOf(HWND handle) {
 
 // The window itself or the topmost of its parents.
 std::shared_ptr<Window> TopOf(std::shared_ptr<Window> window);
-bool IsEnabledWithParents(const std::shared_ptr<Window> &window);
 
 // Makes the top-level window of this one the active one and gives it the focus that it had last.
 void Activate(HWND window);
-
-// The window can't stay active or keep the focus, as it is hidden: they go to another.
-void Retire(const std::shared_ptr<Window> &window);
 
 // The window and all that is in it are to be painted.
 void Invalidate(const std::shared_ptr<Window> &window);

@@ -5,12 +5,11 @@
 using namespace page_parts;
 
 void ListIds(const CWnd &page, const WizardData &data) {
-  ::SendDlgItemMessageA(page.m_hWnd, IDC_CHOICE, CB_RESETCONTENT, 0, 0);
+  page.SendDlgItemMessage(IDC_CHOICE, CB_RESETCONTENT);
   for (int index = 0; index < data.ids.GetSize(); ++index)
     if (!data.ids[index].IsEmpty())
-      ::SendDlgItemMessageA(page.m_hWnd, IDC_CHOICE, CB_ADDSTRING, 0,
-                            reinterpret_cast<LPARAM>(data.ids[index].c_str()));
-  ::SendDlgItemMessageA(page.m_hWnd, IDC_CHOICE, CB_SETCURSEL, static_cast<WPARAM>(data.currentId), 0);
+      page.SendDlgItemMessage(IDC_CHOICE, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(data.ids[index].c_str()));
+  page.SendDlgItemMessage(IDC_CHOICE, CB_SETCURSEL, static_cast<WPARAM>(data.currentId), 0);
 }
 
 bool TakeId(const CWnd &page, WizardData &data) {
@@ -25,7 +24,7 @@ bool TakeId(const CWnd &page, WizardData &data) {
     if (index != data.currentId)
       data.idState = WizardData::Changed;
     data.currentId = index;
-  } else if (::SendDlgItemMessageA(page.m_hWnd, IDC_CHOICE, CB_GETCURSEL, 0, 0) == CB_ERR) {
+  } else if (page.SendDlgItemMessage(IDC_CHOICE, CB_GETCURSEL) == CB_ERR) {
     data.currentId = spare;
     data.ids[spare] = id;
     data.idState = WizardData::Changed;
@@ -43,7 +42,7 @@ void ShowIdPage(const CWnd &page, WizardData &data, int userLimit) {
     ShowList(page, true);
     data.idState = WizardData::Settled;
   }
-  ::SendDlgItemMessageA(page.m_hWnd, IDC_FIELD_1, EM_LIMITTEXT, static_cast<WPARAM>(userLimit), 0);
+  page.SendDlgItemMessage(IDC_FIELD_1, EM_LIMITTEXT, static_cast<WPARAM>(userLimit), 0);
 }
 
 void ShowIdPageWithId(const CWnd &page, WizardData &data) {
@@ -51,7 +50,7 @@ void ShowIdPageWithId(const CWnd &page, WizardData &data) {
   ShowIdPage(page, data, UserLimit);
   if (GetText(page, IDC_FIELD_1).IsEmpty() || data.idState == WizardData::Changed) {
     data.idState = WizardData::Settled;
-    ::SetDlgItemTextA(page.m_hWnd, IDC_FIELD_1, data.CurrentId().c_str());
+    page.SetDlgItemText(IDC_FIELD_1, data.CurrentId());
   }
 }
 

@@ -32,13 +32,13 @@ CSetKERMMailerSelect::CSetKERMMailerSelect() : CPropertyPage(IDD_SET_KERM_MAILER
 
 void CSetKERMMailerSelect::DoDataExchange(CDataExchange *exchange) {
   CPropertyPage::DoDataExchange(exchange);
-  DDX_Control(exchange, IDC_CHOICE, list);
+  choice.Bind(exchange);
 }
 
 BOOL CSetKERMMailerSelect::OnInitDialog() {
   CPropertyPage::OnInitDialog();
   finder.FindMailClients(data->mailClients);
-  data->mailClient = ListClients(list, data->mailClients);
+  data->mailClient = choice.List(data->mailClients);
   return data->mailClient != nullptr;
 }
 
@@ -47,12 +47,9 @@ BOOL CSetKERMMailerSelect::OnSetActive() {
   return CPropertyPage::OnSetActive();
 }
 
-void CSetKERMMailerSelect::OnSelectClient() { TakeSelected(*this, list, icon, data->mailClients, data->mailClient); }
+void CSetKERMMailerSelect::OnSelectClient() { choice.Take(*this, data->mailClients, data->mailClient); }
 
-void CSetKERMMailerSelect::OnPaint() {
-  const CPaintDC context(this);
-  icon.Show(*this, data->mailClient);
-}
+void CSetKERMMailerSelect::OnPaint() { choice.icon.Paint(*this, data->mailClient); }
 
 // ---- Address and sender ----
 
@@ -63,7 +60,7 @@ CSetKERMMailerID::CSetKERMMailerID() : CPropertyPage(IDD_SET_KERM_MAILER_ID, 0) 
 // The buttons stay those of the page before.
 BOOL CSetKERMMailerID::OnSetActive() {
   constexpr WPARAM AddressLimit = 255;
-  ::SendDlgItemMessageA(m_hWnd, IDC_FIELD_1, EM_LIMITTEXT, AddressLimit, 0);
+  SendDlgItemMessage(IDC_FIELD_1, EM_LIMITTEXT, AddressLimit, 0);
   return CPropertyPage::OnSetActive();
 }
 
@@ -116,13 +113,7 @@ BOOL CSetKERMEnd::OnWizardFinish() {
   MailAccountSpec spec = *data;
   spec.originalDomain = 1;
   spec.connectionName = "@zuvioダイヤラ";
-  // An account that is to be overwritten is no answer to whether the user is another account's.
-  return WriteMailAccount(data->mailClient, spec, SecondUserAlone, WhenOverwriting::AskOn)
-             ? CPropertyPage::OnWizardFinish()
-             : FALSE;
+  return WriteMailAccount(data->mailClient, spec, OwnDomainUser) ? CPropertyPage::OnWizardFinish() : FALSE;
 }
 
-void CSetKERMEnd::OnPaint() {
-  const CPaintDC context(this);
-  icon.Show(*this, data->mailClient);
-}
+void CSetKERMEnd::OnPaint() { icon.Paint(*this, data->mailClient); }

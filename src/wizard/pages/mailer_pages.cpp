@@ -68,13 +68,13 @@ CSetMailerSelect::CSetMailerSelect() : CPropertyPage(IDD_SET_MAILER_SELECT, 0) {
 
 void CSetMailerSelect::DoDataExchange(CDataExchange *exchange) {
   CPropertyPage::DoDataExchange(exchange);
-  DDX_Control(exchange, IDC_CHOICE, list);
+  choice.Bind(exchange);
 }
 
 BOOL CSetMailerSelect::OnInitDialog() {
   CPropertyPage::OnInitDialog();
   ClientFinder().FindMailClients(data->mailClients);
-  data->mailClient = ListClients(list, data->mailClients);
+  data->mailClient = choice.List(data->mailClients);
   if (data->mailClient == nullptr)
     return FALSE;
   data->clientName = NameOf(*data->mailClient);
@@ -87,14 +87,11 @@ BOOL CSetMailerSelect::OnSetActive() {
 }
 
 void CSetMailerSelect::OnSelectClient() {
-  if (TakeSelected(*this, list, icon, data->mailClients, data->mailClient))
+  if (choice.Take(*this, data->mailClients, data->mailClient))
     data->clientName = NameOf(*data->mailClient);
 }
 
-void CSetMailerSelect::OnPaint() {
-  const CPaintDC context(this);
-  icon.Show(*this, data->mailClient);
-}
+void CSetMailerSelect::OnPaint() { choice.icon.Paint(*this, data->mailClient); }
 
 // ---- Address and sender ----
 
@@ -125,7 +122,7 @@ LRESULT CSetMailerID::OnWizardNext() {
   const CString domain = GetText(*this, IDC_CHOICE);
   if (Refuses(*this, input_tests::MailerDomain, domain))
     return Stay;
-  const std::string number = std::to_string(1 + ::SendDlgItemMessageA(m_hWnd, IDC_CHOICE, CB_GETCURSEL, 0, 0));
+  const std::string number = std::to_string(1 + SendDlgItemMessage(IDC_CHOICE, CB_GETCURSEL));
   const std::string settings = ServiceIniPath();
   ReadServiceString(settings, "MAIL_SERVER", ("pop" + number).c_str(), data->popServer);
   ReadServiceString(settings, "MAIL_SERVER", ("smtp" + number).c_str(), data->smtpServer);
@@ -167,11 +164,9 @@ BOOL CSetMailerEnd::OnWizardFinish() {
   spec.mailAddress = data->mailAddress;
   spec.connectionName = data->connectionName;
   spec.secondAccount = data->secondAccount;
-  const UserQuestions questions = data->secondAccount ? UserQuestions(SecondUserAlone) : UserQuestions(AnyUser);
-  return WriteMailAccount(data->mailClient, spec, questions) ? CPropertyPage::OnWizardFinish() : FALSE;
+  return WriteMailAccount(data->mailClient, spec, data->secondAccount ? SecondUser : AnyUser)
+             ? CPropertyPage::OnWizardFinish()
+             : FALSE;
 }
 
-void CSetMailerEnd::OnPaint() {
-  const CPaintDC context(this);
-  icon.Show(*this, data->mailClient);
-}
+void CSetMailerEnd::OnPaint() { icon.Paint(*this, data->mailClient); }

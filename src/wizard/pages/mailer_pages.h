@@ -58,8 +58,7 @@ protected:
   DECLARE_MESSAGE_MAP()
 
 private:
-  ClientComboBox list;
-  page_parts::ClientIcon icon;
+  page_parts::ClientChoice choice;
 };
 
 // Address and sender.

@@ -51,13 +51,13 @@ CSetNewsSelect::CSetNewsSelect() : CPropertyPage(IDD_SET_NEWS_SELECT, 0) {}
 
 void CSetNewsSelect::DoDataExchange(CDataExchange *exchange) {
   CPropertyPage::DoDataExchange(exchange);
-  DDX_Control(exchange, IDC_CHOICE, list);
+  choice.Bind(exchange);
 }
 
 BOOL CSetNewsSelect::OnInitDialog() {
   CPropertyPage::OnInitDialog();
   ClientFinder().FindNewsClients(data->newsClients);
-  data->newsClient = ListClients(list, data->newsClients);
+  data->newsClient = choice.List(data->newsClients);
   if (data->newsClient == nullptr)
     return FALSE;
   data->newsClientName = NameOf(*data->newsClient);
@@ -70,14 +70,11 @@ BOOL CSetNewsSelect::OnSetActive() {
 }
 
 void CSetNewsSelect::OnSelectClient() {
-  if (TakeSelected(*this, list, icon, data->newsClients, data->newsClient))
+  if (choice.Take(*this, data->newsClients, data->newsClient))
     data->newsClientName = NameOf(*data->newsClient);
 }
 
-void CSetNewsSelect::OnPaint() {
-  const CPaintDC context(this);
-  icon.Show(*this, data->newsClient);
-}
+void CSetNewsSelect::OnPaint() { choice.icon.Paint(*this, data->newsClient); }
 
 // ---- Address and name ----
 
@@ -150,7 +147,7 @@ CSetNewsServer::CSetNewsServer() : CPropertyPage(IDD_SET_NEWS_SERVER, 0) {}
 BOOL CSetNewsServer::OnInitDialog() {
   CPropertyPage::OnInitDialog();
   for (const ServerBox &box : ServerBoxes)
-    ::SendDlgItemMessageA(m_hWnd, box.control, BM_SETCHECK, BST_CHECKED, 0);
+    SendDlgItemMessage(box.control, BM_SETCHECK, BST_CHECKED, 0);
   data->newsServerOn = {1, 1};
   return TRUE;
 }
@@ -162,7 +159,7 @@ BOOL CSetNewsServer::OnSetActive() {
     const ServerBox &box = ServerBoxes[server];
     CString &caption = data->newsServerNames[server];
     if (ReadServiceString(settings, "NEWS_SERVER", box.captionKey, caption))
-      ::SetDlgItemTextA(m_hWnd, box.control, caption.c_str());
+      SetDlgItemText(box.control, caption);
     else
       caption = GetText(*this, box.control);
   }
@@ -264,6 +261,17 @@ bool SetUpServers(NewsClient &client, NewsAccountSpec spec) {
   return true;
 }
 
+// Writes the accounts of the servers that are wanted, once the user has agreed to overwrite what is there already.
+// False if the wizard is to stay open.
+bool WriteNewsAccounts(NewsClient *client, const NewsAccountSpec &spec) {
+  if (client == nullptr) // every client has gone since it was found
+    return TellResult(false, 0);
+  if (!MayOverwrite(FindExisting(*client, spec)))
+    return false;
+  const bool written = SetUpServers(*client, spec);
+  return TellResult(written, client->GetClientType());
+}
+
 } // namespace
 
 IMPLEMENT_DYNAMIC(CSetNewsEnd, CPropertyPage)
@@ -281,16 +289,7 @@ BOOL CSetNewsEnd::OnSetActive() {
 }
 
 BOOL CSetNewsEnd::OnWizardFinish() {
-  const NewsAccountSpec spec = NewsSpec(*data);
-  if (data->newsClient == nullptr) // every client has gone since it was found
-    return TellResult(false, 0) ? CPropertyPage::OnWizardFinish() : FALSE;
-  if (!MayOverwrite(FindExisting(*data->newsClient, spec)))
-    return FALSE;
-  const bool written = SetUpServers(*data->newsClient, spec);
-  return TellResult(written, data->newsClient->GetClientType()) ? CPropertyPage::OnWizardFinish() : FALSE;
+  return WriteNewsAccounts(data->newsClient, NewsSpec(*data)) ? CPropertyPage::OnWizardFinish() : FALSE;
 }
 
-void CSetNewsEnd::OnPaint() {
-  const CPaintDC context(this);
-  icon.Show(*this, data->newsClient);
-}
+void CSetNewsEnd::OnPaint() { icon.Paint(*this, data->newsClient); }

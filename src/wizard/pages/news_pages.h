@@ -40,8 +40,7 @@ protected:
   DECLARE_MESSAGE_MAP()
 
 private:
-  ClientComboBox list;
-  page_parts::ClientIcon icon;
+  page_parts::ClientChoice choice;
 };
 
 // Address and name.

@@ -27,18 +27,18 @@ CString GetTrimmedText(const CWnd &page, int control) {
 
 void FillDomainCombo(const CWnd &page, const char *section) {
   for (const std::string &domain : ReadDomains(section))
-    ::SendDlgItemMessageA(page.m_hWnd, IDC_CHOICE, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(domain.c_str()));
+    page.SendDlgItemMessage(IDC_CHOICE, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(domain.c_str()));
 }
 
 void ShowList(const CWnd &page, bool open) {
-  ::SendDlgItemMessageA(page.m_hWnd, IDC_CHOICE, CB_SHOWDROPDOWN, open ? TRUE : FALSE, 0);
+  page.SendDlgItemMessage(IDC_CHOICE, CB_SHOWDROPDOWN, open ? TRUE : FALSE, 0);
 }
 
 void MoveFocus(const CWnd &page, int control) {
   ::SendMessageA(page.m_hWnd, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(::GetDlgItem(page.m_hWnd, control)), TRUE);
 }
 
-bool Refuses(const CWnd &page, input_tests::Tests tests, const std::string &text, Focus focus) {
+bool Refuses(const CWnd &page, const input_tests::Tests &tests, const std::string &text, Focus focus) {
   const InputTest *const refusal = FindRefusal(tests, text);
   if (refusal == nullptr)
     return false;
@@ -50,12 +50,12 @@ bool Refuses(const CWnd &page, input_tests::Tests tests, const std::string &text
   return true;
 }
 
-bool TakeTrimmed(const CWnd &page, int control, input_tests::Tests tests, std::string &field, Focus focus) {
+bool TakeTrimmed(const CWnd &page, int control, const input_tests::Tests &tests, std::string &field, Focus focus) {
   const CString text = GetTrimmedText(page, control);
   if (Refuses(page, tests, text, focus))
     return false;
   field = text;
-  ::SetDlgItemTextA(page.m_hWnd, control, text.c_str());
+  page.SetDlgItemText(control, text);
   return true;
 }
 
@@ -64,7 +64,7 @@ bool TakeTrimmed(const CWnd &page, int control, input_tests::Tests tests, std::s
 bool WasPressed(int key) { return (GetAsyncKeyState(key) & 1) != 0; }
 
 void ShowBuildStamp(const CWnd &page, bool whole) {
-  ::SetDlgItemTextA(page.m_hWnd, IDC_BUILD_STAMP, whole ? "Build 2001-02-22 012345Q" : "Build 2001-02-22");
+  page.SetDlgItemText(IDC_BUILD_STAMP, whole ? "Build 2001-02-22 012345Q" : "Build 2001-02-22");
 }
 
 // ---- Clients ----
@@ -75,7 +75,7 @@ ClientIcon::~ClientIcon() {
 }
 
 void ClientIcon::Put(const CWnd &page, HICON icon) {
-  ::SendDlgItemMessageA(page.m_hWnd, IDC_CLIENT_ICON, STM_SETICON, reinterpret_cast<WPARAM>(icon), 0);
+  page.SendDlgItemMessage(IDC_CLIENT_ICON, STM_SETICON, reinterpret_cast<WPARAM>(icon), 0);
   if (shown != nullptr)
     DestroyIcon(shown);
   shown = icon;
@@ -111,8 +111,8 @@ void ShowSummary(const CWnd &page, const CFont &font, const MailSummary &summary
 }
 
 void ShowSummary(const CWnd &page, const CFont &font, const std::string &text) {
-  ::SendDlgItemMessageA(page.m_hWnd, IDC_FIELD_1, WM_SETFONT, reinterpret_cast<WPARAM>(font.m_hObject), TRUE);
-  ::SetDlgItemTextA(page.m_hWnd, IDC_FIELD_1, text.c_str());
+  page.SendDlgItemMessage(IDC_FIELD_1, WM_SETFONT, reinterpret_cast<WPARAM>(font.m_hObject), TRUE);
+  page.SetDlgItemText(IDC_FIELD_1, text);
 }
 
 // ---- The write ----
@@ -121,18 +121,20 @@ bool Confirmed(const std::string &question) { return AfxMessageBox(question.c_st
 
 namespace {
 
+constexpr UserQuestion BothQuestions[] = {&MailClient::IsExistUser, &MailClient::IsExistSecondUser};
+constexpr UserQuestion SecondQuestion[] = {&MailClient::IsExistSecondUser};
+
 // Puts what is there already to the user. False if the user wants to leave it so, else `key` names what to overwrite.
-bool MayWrite(MailClient &client, const MailAccountSpec &spec, std::string &key, UserQuestions questions,
-              WhenOverwriting whenOverwriting) {
+bool MayWrite(MailClient &client, const MailAccountSpec &spec, std::string &key, const UserQuestions &user) {
   std::string message;
   if (client.IsExistAccount(spec, key, message)) {
     if (!Confirmed(message))
       return false;
-    if (whenOverwriting == WhenOverwriting::AskNoMore)
+    if (!user.alsoWhenOverwriting)
       return true;
   }
-  for (const UserQuestion question : questions) {
-    std::string userKey = key;
+  for (const UserQuestion question : user.questions) {
+    std::string userKey = key; // the questions only warn
     if ((client.*question)(spec, userKey, message))
       return Confirmed(message);
   }
@@ -141,12 +143,15 @@ bool MayWrite(MailClient &client, const MailAccountSpec &spec, std::string &key,
 
 } // namespace
 
-bool WriteMailAccount(MailClient *client, const MailAccountSpec &spec, UserQuestions questions,
-                      WhenOverwriting whenOverwriting) {
+const UserQuestions AnyUser = {BothQuestions, false};
+const UserQuestions SecondUser = {SecondQuestion, false};
+const UserQuestions OwnDomainUser = {SecondQuestion, true};
+
+bool WriteMailAccount(MailClient *client, const MailAccountSpec &spec, const UserQuestions &user) {
   if (client == nullptr) // every client has gone since it was found
     return TellResult(false, 0);
   std::string key;
-  if (!MayWrite(*client, spec, key, questions, whenOverwriting))
+  if (!MayWrite(*client, spec, key, user))
     return false;
   const bool written = client->SetupAccount(spec, key) != 0;
   return TellResult(written, client->GetClientType());

@@ -39,10 +39,11 @@ enum class Focus { Now, Later };
 constexpr UINT FocusControl = WM_USER + 101;
 
 // Whether a test refuses the text. If so its message has been shown, and its control gets the focus.
-bool Refuses(const CWnd &page, input_tests::Tests tests, const std::string &text, Focus focus = Focus::Now);
+bool Refuses(const CWnd &page, const input_tests::Tests &tests, const std::string &text, Focus focus = Focus::Now);
 
 // Takes a control's text without white space at its end: once it has passed the tests it is stored, and shown so.
-bool TakeTrimmed(const CWnd &page, int control, input_tests::Tests tests, std::string &field, Focus focus = Focus::Now);
+bool TakeTrimmed(const CWnd &page, int control, const input_tests::Tests &tests, std::string &field,
+                 Focus focus = Focus::Now);
 
 // ---- The build stamp ----
 
@@ -67,24 +68,6 @@ template <typename DefaultHandling> void HandleDoubleClick(const CWnd &page, Def
 
 // ---- Clients ----
 
-// Lists the clients that have a path and selects the first of them, which is the answer; null if there is none.
-template <typename Clients> auto ListClients(ClientComboBox &list, const Clients &clients) {
-  typename Clients::value_type::pointer first = nullptr;
-  for (const auto &client : clients) {
-    std::string path;
-    if (client == nullptr || !client->GetClientPath(path))
-      continue;
-    std::string name;
-    client->GetClientName(name);
-    list.AddClient(path, name);
-    if (first == nullptr)
-      first = client.get();
-  }
-  if (first != nullptr)
-    list.SetCurSel(0);
-  return first;
-}
-
 template <typename Client> CString NameOf(Client &client) {
   CString name;
   client.GetClientName(name);
@@ -105,30 +88,61 @@ public:
       Put(page, client->GetClientIcon());
   }
 
+  // The same in answer to WM_PAINT.
+  template <typename Client> void Paint(CWnd &page, Client *client) {
+    const CPaintDC context(&page);
+    Show(page, client);
+  }
+
 private:
   void Put(const CWnd &page, HICON icon);
 
   HICON shown = nullptr;
 };
 
-// Makes the first client with the selected path the chosen one and shows its icon. False if there is none, and nothing
-// is changed.
-template <typename Clients, typename Client>
-bool TakeSelected(const CWnd &page, const ClientComboBox &list, ClientIcon &icon, const Clients &clients,
-                  Client *&chosen) {
-  std::string selected;
-  if (!list.GetSelectedPath(selected))
-    return false;
-  for (const auto &client : clients) {
-    std::string path;
-    if (client == nullptr || !client->GetClientPath(path) || path != selected)
-      continue;
-    chosen = client.get();
-    icon.Show(page, chosen);
-    return true;
+// The list of the installed clients on a page, with the icon of the chosen one.
+class ClientChoice {
+public:
+  ClientIcon icon;
+
+  void Bind(CDataExchange *exchange) { DDX_Control(exchange, IDC_CHOICE, list); }
+
+  // Lists the clients that have a path and selects the first of them, which is the answer; null if there is none.
+  template <typename Clients> auto List(const Clients &clients) {
+    typename Clients::value_type::pointer first = nullptr;
+    for (const auto &client : clients) {
+      std::string path;
+      if (client == nullptr || !client->GetClientPath(path))
+        continue;
+      list.AddClient(path, NameOf(*client));
+      if (first == nullptr)
+        first = client.get();
+    }
+    if (first != nullptr)
+      list.SetCurSel(0);
+    return first;
   }
-  return false;
-}
+
+  // Makes the first client with the selected path the chosen one and shows its icon. False if there is none, and
+  // nothing is changed.
+  template <typename Clients, typename Client> bool Take(const CWnd &page, const Clients &clients, Client *&chosen) {
+    std::string selected;
+    if (!list.GetSelectedPath(selected))
+      return false;
+    for (const auto &client : clients) {
+      std::string path;
+      if (client == nullptr || !client->GetClientPath(path) || path != selected)
+        continue;
+      chosen = client.get();
+      icon.Show(page, chosen);
+      return true;
+    }
+    return false;
+  }
+
+private:
+  ClientComboBox list;
+};
 
 // ---- The summary ----
 
@@ -157,16 +171,17 @@ bool Confirmed(const std::string &question);
 
 // What is asked about the user of a mail account, in order until one question is put to the user.
 using UserQuestion = int32_t (MailClient::*)(const MailAccountSpec &spec, std::string &key, std::string &message);
-using UserQuestions = std::span<const UserQuestion>;
-inline constexpr UserQuestion AnyUser[] = {&MailClient::IsExistUser, &MailClient::IsExistSecondUser};
-inline constexpr UserQuestion SecondUserAlone[] = {&MailClient::IsExistSecondUser};
-
-enum class WhenOverwriting { AskNoMore, AskOn };
+struct UserQuestions {
+  std::span<const UserQuestion> questions;
+  bool alsoWhenOverwriting; // also if there is an account of the title, which the user agreed to overwrite
+};
+extern const UserQuestions AnyUser;
+extern const UserQuestions SecondUser;
+extern const UserQuestions OwnDomainUser;
 
 // Writes a mail account once the user has agreed to what is there already: an account of the title, which is then
 // overwritten, or one of the user, which only is a warning. False if the wizard is to stay open.
-bool WriteMailAccount(MailClient *client, const MailAccountSpec &spec, UserQuestions questions,
-                      WhenOverwriting whenOverwriting = WhenOverwriting::AskNoMore);
+bool WriteMailAccount(MailClient *client, const MailAccountSpec &spec, const UserQuestions &user);
 
 // Tells how a write ended. False if the wizard is to stay open: the external mailer tells its failures itself.
 bool TellResult(bool written, int32_t clientType);

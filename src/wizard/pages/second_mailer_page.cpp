@@ -41,7 +41,7 @@ LRESULT CSet2ndMailerID::OnWizardNext() {
     return Stay;
 
   // The mail user may hold an at sign, and the host then is another than the domain.
-  CString host = data->mailAddress.substr(data->mailAddress.find('@') + 1);
+  CString host = data->mailAddress.Mid(data->mailAddress.Find("@") + 1);
   host.TrimRight();
   host.MakeLower();
   data->currentId = 0;

@@ -23,13 +23,13 @@ CSetShortMailerSelect::CSetShortMailerSelect() : CPropertyPage(IDD_SET_SHORT_MAI
 
 void CSetShortMailerSelect::DoDataExchange(CDataExchange *exchange) {
   CPropertyPage::DoDataExchange(exchange);
-  DDX_Control(exchange, IDC_CHOICE, list);
+  choice.Bind(exchange);
 }
 
 BOOL CSetShortMailerSelect::OnInitDialog() {
   CPropertyPage::OnInitDialog();
   finder.FindMailClients(data->mailClients);
-  data->mailClient = ListClients(list, data->mailClients);
+  data->mailClient = choice.List(data->mailClients);
   return data->mailClient != nullptr;
 }
 
@@ -40,12 +40,9 @@ BOOL CSetShortMailerSelect::OnSetActive() {
 
 BOOL CSetShortMailerSelect::OnQueryCancel() { return MayCancel() ? CPropertyPage::OnQueryCancel() : FALSE; }
 
-void CSetShortMailerSelect::OnClientChange() { TakeSelected(*this, list, icon, data->mailClients, data->mailClient); }
+void CSetShortMailerSelect::OnClientChange() { choice.Take(*this, data->mailClients, data->mailClient); }
 
-void CSetShortMailerSelect::OnPaint() {
-  const CPaintDC context(this);
-  icon.Show(*this, data->mailClient);
-}
+void CSetShortMailerSelect::OnPaint() { choice.icon.Paint(*this, data->mailClient); }
 
 // ---- Address and sender, and the write ----
 
@@ -68,7 +65,7 @@ BOOL CSetShortMailerID::OnSetActive() {
   if (GetText(*this, IDC_CHOICE).IsEmpty())
     ShowList(*this, true);
   if (GetText(*this, IDC_FIELD_1).IsEmpty())
-    ::SetDlgItemTextA(m_hWnd, IDC_FIELD_1, data->userId.c_str());
+    SetDlgItemText(IDC_FIELD_1, data->userId);
   return CPropertyPage::OnSetActive();
 }
 

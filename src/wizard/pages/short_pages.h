@@ -24,9 +24,8 @@ protected:
   DECLARE_MESSAGE_MAP()
 
 private:
-  ClientComboBox list;
+  page_parts::ClientChoice choice;
   ClientFinder finder;
-  page_parts::ClientIcon icon;
 };
 
 // Address and sender, and the write.

@@ -1,0 +1,402 @@
+#include "terminal/layout.h"
+
+#include "terminal/columns.h"
+#include "window_view.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace terminal {
+
+namespace {
+
+constexpr int Frame = 1;
+constexpr int Margin = 1; // between the frame and the texts, left and right
+constexpr int Shadow = 1;
+constexpr int HintRow = 1;
+constexpr int ButtonRow = 1;
+constexpr int BetweenButtons = 1;
+constexpr int AroundTitle = 4;
+constexpr int NarrowestField = 8;
+constexpr int FewestLines = 3; // that a long text keeps however small the screen is
+constexpr int MostItems = 8;   // of an open list
+// A window with pages takes some of the room that a screen has, a message box is as wide as its text.
+constexpr double WidestStretch = 1.45;
+
+constexpr const char *DropButton = "[v]";
+constexpr int DropButtonWidth = 3;
+
+// A control where it is to be, in columns and rows within the pane.
+struct Placed {
+  Control control;
+  int column = 0;
+  int width = 0;
+  std::vector<std::string> lines;
+};
+
+struct Row {
+  int naturalTop = 0; // in the window, in pixels
+  std::vector<Placed> parts;
+  int row = 0;
+  int height = 1;
+  bool mayShrink = false;
+};
+
+// How the pixels of a window become columns and rows.
+struct Scale {
+  int left = 0;
+  int columns = 0;
+  int rows = 0;
+  double across = 0;
+  double down = 0;
+};
+
+int Rounded(double value) { return static_cast<int>(std::lround(value)); }
+
+bool IsText(Kind kind) { return kind == Kind::Text || kind == Kind::Document; }
+
+bool HasOwnWidth(Kind kind) { return kind == Kind::Field || kind == Kind::List || kind == Kind::EditableList; }
+
+int WidthOf(const std::vector<std::string> &lines) {
+  int width = 0;
+  for (const std::string &line : lines)
+    width = std::max(width, Width(line));
+  return width;
+}
+
+std::string ShownText(const Control &control) {
+  switch (control.kind) {
+  case Kind::Check:
+    return (IsChecked(control.window) ? "[*] " : "[ ] ") + control.text;
+  case Kind::Button:
+    return control.enabled ? "[ " + control.text + " ]" : "  " + control.text + "  ";
+  default:
+    return control.text;
+  }
+}
+
+// The buttons of the window itself stand below all else.
+bool IsInButtonRow(HWND top, const Control &control) {
+  return control.kind == Kind::Button && GetParent(control.window) == top;
+}
+
+// ---- Measuring ----
+
+bool HasPages(HWND top, const std::vector<Control> &controls) {
+  return std::ranges::any_of(controls, [&](const Control &control) { return GetParent(control.window) != top; });
+}
+
+Scale MeasureWindow(HWND top, const std::vector<Control> &controls, Size screen) {
+  RECT area{};
+  GetClientRect(top, &area);
+  RECT cell = {0, 0, 4, 8}; // a letter of the dialog's font, in dialog units
+  MapDialogRect(top, &cell);
+
+  LONG left = area.right;
+  LONG bottom = area.bottom;
+  for (const Control &control : controls)
+    if (IsInButtonRow(top, control))
+      bottom = std::min(bottom, control.place.top);
+    else
+      left = std::min(left, control.place.left);
+
+  const int mostColumns = screen.columns - 2 * (Frame + Margin) - 2 * Shadow;
+  const int mostRows = screen.rows - 2 * Frame - Shadow - HintRow - ButtonRow;
+  const double naturalColumns = std::max(static_cast<double>(area.right - left) / cell.right, 1.0);
+  const double naturalRows = std::max(static_cast<double>(bottom) / cell.bottom, 1.0);
+  const double stretch = std::min(mostColumns / naturalColumns, HasPages(top, controls) ? WidestStretch : 1.0);
+  const double squeeze = std::min(mostRows / naturalRows, 1.0);
+  return {static_cast<int>(left), Rounded(naturalColumns * stretch), mostRows, stretch / cell.right,
+          squeeze / cell.bottom};
+}
+
+// What begins at about the same height stands in one row, from left to right.
+std::vector<Row> GroupInRows(std::vector<Control> controls, LONG tolerance) {
+  std::ranges::stable_sort(controls, {}, [](const Control &control) { return control.place.top; });
+  std::vector<Row> rows;
+  for (Control &control : controls) {
+    if (rows.empty() || control.place.top - rows.back().naturalTop >= tolerance)
+      rows.emplace_back().naturalTop = static_cast<int>(control.place.top);
+    rows.back().parts.push_back({std::move(control), 0, 0, {}});
+  }
+  for (Row &row : rows)
+    std::ranges::stable_sort(row.parts, {}, [](const Placed &part) { return part.control.place.left; });
+  return rows;
+}
+
+// ---- Placing ----
+
+int WidthSideBySide(const Row &buttons) {
+  int width = -BetweenButtons;
+  for (const Placed &button : buttons.parts)
+    width += button.width + BetweenButtons;
+  return width;
+}
+
+void PlaceAcross(Row &row, const Scale &scale) {
+  int behind = 0;
+  for (Placed &part : row.parts) {
+    const RECT &place = part.control.place;
+    const int natural = Rounded(static_cast<double>(place.right - place.left) * scale.across);
+    part.column = std::max(Rounded(static_cast<double>(place.left - scale.left) * scale.across), behind);
+    const int space = std::max(scale.columns - part.column, 1);
+    if (HasOwnWidth(part.control.kind)) {
+      part.width = std::min(std::max(natural, NarrowestField), space);
+      part.lines = {part.control.text};
+    } else if (part.control.kind == Kind::Document) {
+      part.width = space;
+      part.lines = Wrap(part.control.text, std::max(space - 1, 1)); // the last column has the marks of scrolling
+    } else {
+      part.lines = Wrap(ShownText(part.control), space);
+      part.width = WidthOf(part.lines);
+    }
+    behind = part.column + part.width + 1;
+  }
+}
+
+void MeasureHeight(Row &row, const Scale &scale) {
+  for (const Placed &part : row.parts) {
+    int lines = static_cast<int>(part.lines.size());
+    const RECT &place = part.control.place;
+    if (part.control.kind == Kind::Document)
+      lines = std::max(lines, Rounded(static_cast<double>(place.bottom - place.top) * scale.down));
+    row.height = std::max(row.height, lines);
+    row.mayShrink = row.mayShrink || (IsText(part.control.kind) && lines > FewestLines);
+  }
+}
+
+void ShrinkLongTexts(std::vector<Row> &rows, int available) {
+  int excess = -available;
+  for (const Row &row : rows)
+    excess += row.height;
+  for (Row &row : rows)
+    if (row.mayShrink && excess > 0) {
+      const int less = std::min(excess, row.height - FewestLines);
+      row.height -= less;
+      excess -= less;
+    }
+}
+
+// As far down as in the window, pushed down by what is above and up by the end of the pane.
+void PlaceDown(std::vector<Row> &rows, const Scale &scale) {
+  ShrinkLongTexts(rows, scale.rows);
+  int behind = 0;
+  for (Row &row : rows) {
+    row.row = std::max(Rounded(row.naturalTop * scale.down), behind);
+    behind = row.row + row.height;
+  }
+  int end = scale.rows;
+  for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
+    row->row = std::max(std::min(row->row, end - row->height), 0);
+    end = row->row;
+  }
+}
+
+void PlaceButtons(Row &buttons, int columns) {
+  int column = (columns - WidthSideBySide(buttons)) / 2;
+  for (Placed &button : buttons.parts) {
+    button.column = column;
+    column += button.width + BetweenButtons;
+  }
+}
+
+// ---- The plan of a window ----
+
+struct Plan {
+  std::vector<Row> rows;
+  Row buttons;
+  Size size;
+};
+
+// The contents of a window, and apart from them the buttons in their order.
+Row TakeButtons(HWND top, std::vector<Control> &contents) {
+  const auto first = std::stable_partition(contents.begin(), contents.end(),
+                                           [&](const Control &control) { return !IsInButtonRow(top, control); });
+  std::stable_sort(first, contents.end(),
+                   [](const Control &left, const Control &right) { return left.place.left < right.place.left; });
+  Row row;
+  for (auto button = first; button != contents.end(); ++button) {
+    row.naturalTop = static_cast<int>(button->place.top);
+    const std::string text = ShownText(*button);
+    row.parts.push_back({std::move(*button), 0, Width(text), {text}});
+  }
+  contents.erase(first, contents.end());
+  return row;
+}
+
+Plan MakePlan(HWND top, Size screen) {
+  std::vector<Control> contents = ControlsIn(top);
+  const Scale scale = MeasureWindow(top, contents, screen);
+  Plan plan;
+  plan.buttons = TakeButtons(top, contents);
+  plan.rows = GroupInRows(std::move(contents), Rounded(0.5 / scale.down));
+  for (Row &row : plan.rows) {
+    PlaceAcross(row, scale);
+    MeasureHeight(row, scale);
+  }
+  PlaceDown(plan.rows, scale);
+
+  const int columns = std::max({scale.columns, WidthSideBySide(plan.buttons), Width(ReadText(top)) + AroundTitle});
+  PlaceButtons(plan.buttons, columns);
+  const int end = plan.rows.empty() ? 0 : plan.rows.back().row + plan.rows.back().height;
+  plan.buttons.row = std::min(std::max(Rounded(plan.buttons.naturalTop * scale.down), end + 1), scale.rows);
+  plan.size = {columns + 2 * Margin, plan.buttons.row + ButtonRow};
+  return plan;
+}
+
+// ---- Drawing ----
+
+class Artist {
+public:
+  Artist(HWND itsTop, Size itsScreen, const Scrolling &before) : top(itsTop), screen(itsScreen), scrolled(before) {}
+
+  Layout Draw();
+
+private:
+  void DrawRow(const Row &row);
+  void DrawField(const Placed &part, Place place, int width);
+  void DrawLines(const Placed &part, Place place, int height);
+  Look LookOf(const Control &control) const;
+  Pane OpenList(const Placed &part, int row) const;
+
+  void Put(Place place, const std::string &text, Look look) { pane.labels.push_back({place, text, look}); }
+
+  HWND top;
+  Size screen;
+  Scrolling scrolled; // before
+  Scrolling scrolling;
+  Pane pane;
+};
+
+Layout Artist::Draw() {
+  const Plan plan = MakePlan(top, screen);
+  pane.title = ReadText(top);
+  pane.size = plan.size;
+  pane.corner = {(screen.columns - pane.size.columns) / 2,
+                 std::max((screen.rows - HintRow - pane.size.rows) / 2, Frame)};
+  for (const Row &row : plan.rows)
+    DrawRow(row);
+  DrawRow(plan.buttons);
+
+  Layout layout = {{pane}, scrolling};
+  for (const Row &row : plan.rows)
+    for (const Placed &part : row.parts)
+      if (IsListOpen(part.control))
+        layout.panes.push_back(OpenList(part, row.row));
+  return layout;
+}
+
+Look Artist::LookOf(const Control &control) const {
+  if (!control.enabled)
+    return Look::Disabled;
+  if (control.focused)
+    return control.kind == Kind::Document || EditOf(control) != nullptr ? Look::FocusedField : Look::Focused;
+  if (HasOwnWidth(control.kind) || control.kind == Kind::Document)
+    return Look::Field;
+  if (control.kind == Kind::Button)
+    return control.window == DefaultButton(top) ? Look::DefaultButton : Look::Button;
+  return Look::Plain;
+}
+
+void Artist::DrawRow(const Row &row) {
+  for (const Placed &part : row.parts) {
+    const Place place = {Margin + part.column, row.row};
+    const Look look = LookOf(part.control);
+    if (part.control.focused)
+      pane.cursor = place;
+    const int beforeButton = part.width - DropButtonWidth;
+    switch (part.control.kind) {
+    case Kind::Field:
+      DrawField(part, place, part.width);
+      break;
+    case Kind::EditableList:
+      DrawField(part, place, beforeButton);
+      Put({place.column + beforeButton, place.row}, DropButton, look);
+      break;
+    case Kind::List:
+      Put(place, Fit(part.control.text, beforeButton) + DropButton, look);
+      break;
+    default:
+      DrawLines(part, place, row.height);
+    }
+  }
+}
+
+// The part of a field's text that the caret is in, with the selection as it is before the next key.
+void Artist::DrawField(const Placed &part, Place place, int width) {
+  const Look look = LookOf(part.control);
+  const bool focused = look == Look::FocusedField;
+  const Typed typed = TypedIn(EditOf(part.control));
+  const int caret = Width(typed.before + typed.selected);
+  const int hidden = focused ? std::max(caret - width + 1, 0) : 0;
+  Put(place, Fit("", width), look);
+
+  const std::pair<const std::string &, Look> pieces[] = {
+      {typed.before, look}, {typed.selected, focused ? Look::Selected : look}, {typed.behind, look}};
+  int column = -hidden;
+  for (const auto &[text, pieceLook] : pieces)
+    for (const std::string &character : Characters(text)) {
+      const int end = column + Width(character);
+      if (column >= 0 && end <= width)
+        Put({place.column + column, place.row}, character, pieceLook);
+      column = end;
+    }
+  if (focused)
+    pane.cursor = {place.column + caret - hidden, place.row};
+}
+
+void Artist::DrawLines(const Placed &part, Place place, int height) {
+  const Look look = LookOf(part.control);
+  const bool isDocument = part.control.kind == Kind::Document;
+  const int lines = static_cast<int>(part.lines.size());
+  const int shown = isDocument ? height : std::min(lines, height);
+  const bool scrolls = lines > height;
+  int first = 0;
+  if (scrolls) {
+    first = std::clamp(scrolled.window == part.control.window ? scrolled.first : 0, 0, lines - shown);
+    scrolling = {part.control.window, first, shown, lines};
+  }
+  for (int line = 0; line < shown; ++line) {
+    const auto index = static_cast<size_t>(first) + static_cast<size_t>(line);
+    const std::string text = index < part.lines.size() ? part.lines[index] : "";
+    Put({place.column, place.row + line}, isDocument ? Fit(text, part.width) : text, look);
+  }
+  const int markColumn = place.column + part.width - (isDocument ? 1 : 0);
+  if (first > 0)
+    Put({markColumn, place.row}, "^", look);
+  if (scrolls && first + shown < lines)
+    Put({markColumn, place.row + shown - 1}, "v", look);
+}
+
+// The list of a combo box, below it or else above.
+Pane Artist::OpenList(const Placed &part, int row) const {
+  const std::vector<std::string> items = ReadItems(part.control.window);
+  const int selection = SelectionOf(part.control.window);
+  const int lineOfList = pane.corner.row + row;
+  const int below = screen.rows - HintRow - (lineOfList + 1) - 2 * Frame;
+  const int above = lineOfList - 2 * Frame;
+  const int wanted = std::clamp(static_cast<int>(items.size()), 1, MostItems);
+  const bool opensDown = wanted <= below || below >= above;
+
+  Pane list;
+  list.size.rows = std::min(wanted, opensDown ? below : above);
+  list.size.columns = std::min(std::max(part.width, WidthOf(items) + 2 * Margin), screen.columns - 2 * Frame - Shadow);
+  list.corner.column =
+      std::min(pane.corner.column + Margin + part.column, screen.columns - list.size.columns - Frame - Shadow);
+  list.corner.row = opensDown ? lineOfList + 1 + Frame : lineOfList - Frame - list.size.rows;
+  const int first = std::max(selection - list.size.rows + 1, 0);
+  list.cursor = {0, std::max(selection - first, 0)};
+  for (int line = 0; line < list.size.rows && first + line < static_cast<int>(items.size()); ++line) {
+    const int item = first + line;
+    list.labels.push_back({{0, line},
+                           Fit(" " + items[static_cast<size_t>(item)], list.size.columns),
+                           item == selection ? Look::Selected : Look::Plain});
+  }
+  return list;
+}
+
+} // namespace
+
+Layout LayOut(HWND top, Size screen, const Scrolling &scrolling) { return Artist(top, screen, scrolling).Draw(); }
+
+} // namespace terminal

@@ -1,0 +1,66 @@
+// What a window looks like in a terminal: its controls as texts in rows and columns, placed like the window's own.
+#pragma once
+
+#include "terminal/controls.h"
+
+#include <string>
+#include <vector>
+
+namespace terminal {
+
+enum class Look {
+  Plain,
+  Disabled,
+  Field,
+  FocusedField,
+  Selected, // in a field, and the entry in a list
+  Button,
+  DefaultButton,
+  Focused,
+};
+
+struct Size {
+  int columns = 0;
+  int rows = 0;
+};
+struct Place {
+  int column = 0;
+  int row = 0;
+};
+struct Label {
+  Place place; // from the corner of its pane
+  std::string text;
+  Look look = Look::Plain;
+};
+
+// A part of the screen, mostly in a frame.
+struct Pane {
+  bool framed = true;
+  Place corner; // within the frame
+  Size size;
+  std::string title;
+  std::vector<Label> labels;
+  Place cursor;
+};
+
+// The text of a window that has more lines than are shown.
+struct Scrolling {
+  HWND window = nullptr;
+  int first = 0;
+  int shown = 0;
+  int lines = 0;
+};
+
+struct Layout {
+  std::vector<Pane> panes; // an open list lies over its window
+  Scrolling scrolling;
+};
+
+// The smallest screen that a wizard can be worked in.
+constexpr Size SmallestScreen = {60, 18};
+
+// Lays out a window on a screen, which keeps its last row for hints. `scrolling` tells how the text was scrolled
+// before.
+Layout LayOut(HWND top, Size screen, const Scrolling &scrolling);
+
+} // namespace terminal

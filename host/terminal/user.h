@@ -1,0 +1,34 @@
+// A user before the terminal, who sees the windows full screen.
+#pragma once
+
+#include "terminal/screen.h"
+
+#include "platform.h"
+
+#include <functional>
+#include <string>
+
+namespace terminal {
+
+class User : public platform::User {
+public:
+  bool Act(HWND top) noexcept override;
+  bool SeeHelp(const char *file, ULONG_PTR topic) noexcept override;
+
+  bool HasLeft() const { return left; }
+
+private:
+  void Draw(HWND top);
+  void TellTooSmall();
+
+  Screen screen;
+  Scrolling scrolling;
+  std::string notice; // about the last key
+  bool left = false;
+};
+
+// Runs what opens windows before this program's terminal. False if the user has left before its end. What asked the
+// program to end meanwhile ends it here, when the terminal is again as it was.
+bool Run(const std::function<void()> &run);
+
+} // namespace terminal

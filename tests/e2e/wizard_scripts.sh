@@ -1,0 +1,118 @@
+#!/bin/bash
+# wizard_scripts.sh NATIVE [WINDOWS]: runs the wizards by the scripts beside this, each on a fresh machine that the
+# script's first lines describe; the arguments are the build folders. With a Windows build the script runs under Wine
+# too, from the same registry: what is shown, and all that the clients then have, has to be the same.
+#
+# In a script, `# machine: LIST` names the clients, `# setup: COMMAND` is done in the machine's folder, `# before: ARGS`
+# and `# run: ARGS` go to the host program; `# platform: native` leaves Windows out.
+set -euo pipefail
+native=$(realpath "$1")
+windows=${2:+$(realpath "$2")}
+here=$(cd "$(dirname "$0")" && pwd)
+. "$here/../../cmake/packages.sh"
+
+work=$(mktemp -d)
+finish() {
+  [ -z "$windows" ] || wineserver -k 2>/dev/null || true
+  rm -rf "$work"
+}
+trap finish EXIT
+
+# The machine that every script begins with: with Wine, its registry.
+mkdir -p "$work/pristine/drive_c/windows"
+if [ -n "$windows" ]; then
+  wine_environment "$work"
+  fresh_wine_prefix
+  wineserver -w
+  cp "$WINEPREFIX"/{system,user}.reg "$work/pristine"
+fi
+
+reset_native() {
+  rm -rf "$work/machine"
+  cp -r "$work/pristine" "$work/machine"
+}
+native_host() { "$native/acctkit" --machine "$work/machine" "$@"; }
+
+# The host and what it left are the only ones there that Wine itself doesn't need.
+reset_windows() {
+  wineserver -k 2>/dev/null || true
+  wineserver -w
+  cp "$work/pristine"/*.reg "$WINEPREFIX"
+  local drive=$WINEPREFIX/drive_c
+  rm -rf "$drive/Program Files"/{Zuvio,Harveld,Netscape,"Outlook Express"} "$drive"/users/*/AppData/Roaming/Mozilla
+  mkdir -p "$drive/Program Files/Zuvio"
+  cp "$windows"/{acctkit.exe,AcctKit.dll,sample_mailer.dll} "$drive/Program Files/Zuvio"
+}
+# Not through a pipe: Wine's own programs, which go on, would keep it open.
+windows_host() {
+  local status=0
+  wine 'C:\Program Files\Zuvio\acctkit.exe' "$@" >"$work/out" 2>"$work/err" || status=$?
+  tr -d '\r' <"$work/out"
+  tr -d '\r' <"$work/err" >&2
+  return $status
+}
+
+# try PLATFORM SCRIPT MACHINE PATH: the script on a fresh machine in that folder. PATH is the script's for the host.
+try() {
+  local host=$1_host folder=$3 path=$4 key line
+  local -a arguments
+  "reset_$1"
+  while IFS= read -r line; do
+    key=${line%%:*}
+    line=${line#*: }
+    case "$key" in
+    '# machine') "$host" machine new --with "$line" >/dev/null ;;
+    '# setup') (cd "$folder" && eval "$line") ;;
+    '# before') eval "arguments=($line)" && "$host" "${arguments[@]}" >/dev/null ;;
+    '# run') eval "arguments=($line)" && "$host" wizard "${arguments[@]}" --script "$path" 2>&1 ;;
+    esac || return 1
+  done < <(grep -E '^# (machine|setup|before|run): ' "$2")
+  "$host" accounts --json
+  find "$folder/drive_c/Program Files/Harveld" -name settings.txt -type f -exec cat {} + 2>/dev/null || true
+}
+
+failed=0
+fail() {
+  echo "FAILED: $1" >&2
+  failed=1
+}
+for script in "$here"/scripts/*.txt; do
+  name=$(basename "$script" .txt)
+  try native "$script" "$work/machine" "$script" >"$work/native" || { fail "$name"; cat "$work/native" >&2; continue; }
+  [ -n "$windows" ] && ! grep -qx '# platform: native' "$script" || continue
+  path="Z:${script//\//\\}"
+  try windows "$script" "$WINEPREFIX" "$path" >"$work/windows" || { fail "$name on Windows"; cat "$work/windows" >&2; continue; }
+  diff "$work/native" "$work/windows" >&2 || fail "$name differs on Windows"
+done
+
+# wrong STATUS LINE STEPS: what the host says of a script that is wrong, or that a wizard doesn't go by.
+wrong() {
+  local status=0
+  printf '%b' "$3" >"$work/wrong.txt"
+  native_host wizard short --script "$work/wrong.txt" >/dev/null 2>"$work/err" || status=$?
+  [ "$status" -eq "$1" ] && [ "$(wc -l <"$work/err")" -eq 1 ] && grep -qF "wrong.txt:$2: " "$work/err" ||
+    fail "the script $3 gives status $status and $(cat "$work/err")"
+}
+reset_native
+native_host machine new --with oe5 >/dev/null
+for steps in 'frob' 'set x y' 'set 65536 y' 'select 1007 -1' 'set 1009 "a' 'set 1009 a\\q' 'answer maybe' 'next 3' 'expect' \
+  'set 1009 \xff' 'set 1009 \xe2\x82\xac' 'a\0'; do
+  wrong 2 2 "# only a comment\r\n$steps\n"
+done
+wrong 2 2 'expect result 1\nnext\n'
+wrong 1 1 'finish\n'
+wrong 1 1 'set 4242 x\n'
+wrong 1 1 'answer ok\n'
+wrong 1 1 'select 1007 1\n'
+wrong 1 2 'next\nset 2005 x\n'
+wrong 1 2 'cancel\nnext\nanswer yes\n'
+wrong 1 3 'cancel\nanswer yes\nnext\n'
+wrong 1 3 'cancel\nanswer yes\nexpect result 0\n'
+wrong 1 4 'next\n\n# and no more\n\n'
+
+[ "$failed" -eq 0 ] || exit 1
+echo "$(ls "$here/scripts" | wc -l) wizard scripts ran"
+if [ -n "$windows" ]; then
+  left=$(grep -lx '# platform: native' "$here"/scripts/* | xargs -r -n 1 basename)
+  echo "they ran the same on both platforms, but NOT ON WINDOWS: ${left:-none}"
+fi
