@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <exception>
 
-// The body's result; 0 if it ran out of memory.
+// The body's result; 0 if it threw, as it does when memory runs out.
 template <typename Body> int32_t Guarded(Body body) noexcept {
   try {
     return body();

@@ -21,8 +21,6 @@ HGDIOBJ CGdiObject::Detach() { return std::exchange(m_hObject, nullptr); }
 
 BOOL CGdiObject::DeleteObject() { return m_hObject && ::DeleteObject(Detach()); }
 
-HDC CDC::Detach() { return std::exchange(m_hDC, nullptr); }
-
 int CDC::DrawText(const std::string &text, RECT *rect, UINT format) {
   return ::DrawTextA(m_hDC, text.data(), static_cast<int>(text.size()), rect, format);
 }

@@ -49,7 +49,6 @@ public:
   explicit CDC(HDC context) : m_hDC(context) {}
 
   void Attach(HDC context) { m_hDC = context; }
-  HDC Detach();
 
   // The object that was selected before.
   HGDIOBJ SelectObject(HGDIOBJ object) { return ::SelectObject(m_hDC, object); }

@@ -1,7 +1,7 @@
 // The platform as AcctKit sees it: the Win32 API. On Windows this is <windows.h> and friends. Elsewhere it declares
-// just the calls that AcctKit makes, each with what AcctKit relies on; src/win32/linux answers them on a machine
-// folder. Whoever brings AcctKit to another platform reads this one file. If a call isn't here, AcctKit doesn't make
-// it.
+// just the calls that AcctKit, its host program and its tests make, each with what they rely on; src/win32/linux
+// answers them on a machine folder. Whoever brings AcctKit to another platform reads this one file. If a call isn't
+// here, none of them makes it.
 #pragma once
 
 #ifdef _WIN32
@@ -56,20 +56,16 @@ constexpr int MAX_PATH = 260;
 // ---- Result codes ----
 
 constexpr LONG ERROR_SUCCESS = 0;
-constexpr LONG ERROR_INVALID_FUNCTION = 1;
 constexpr LONG ERROR_FILE_NOT_FOUND = 2;
 constexpr LONG ERROR_PATH_NOT_FOUND = 3;
 constexpr LONG ERROR_TOO_MANY_OPEN_FILES = 4;
 constexpr LONG ERROR_ACCESS_DENIED = 5;
 constexpr LONG ERROR_INVALID_HANDLE = 6;
 constexpr LONG ERROR_NOT_ENOUGH_MEMORY = 8;
-constexpr LONG ERROR_BAD_FORMAT = 11;
-constexpr LONG ERROR_NO_MORE_FILES = 18;
 constexpr LONG ERROR_WRITE_PROTECT = 19;
 constexpr LONG ERROR_WRITE_FAULT = 29;
 constexpr LONG ERROR_READ_FAULT = 30;
 constexpr LONG ERROR_SHARING_VIOLATION = 32;
-constexpr LONG ERROR_NOT_SUPPORTED = 50;
 constexpr LONG ERROR_FILE_EXISTS = 80;
 constexpr LONG ERROR_INVALID_PARAMETER = 87;
 constexpr LONG ERROR_DISK_FULL = 112;
@@ -82,7 +78,6 @@ constexpr LONG ERROR_ALREADY_EXISTS = 183;
 constexpr LONG ERROR_MORE_DATA = 234;
 constexpr LONG ERROR_NO_MORE_ITEMS = 259;
 constexpr LONG ERROR_BADDB = 1009;
-constexpr LONG ERROR_BADKEY = 1010;
 constexpr LONG ERROR_NO_UNICODE_TRANSLATION = 1113;
 constexpr LONG ERROR_INVALID_WINDOW_HANDLE = 1400;
 constexpr LONG ERROR_TLW_WITH_WSCHILD = 1406;
@@ -109,7 +104,6 @@ constexpr REGSAM KEY_QUERY_VALUE = 0x0001;
 constexpr REGSAM KEY_SET_VALUE = 0x0002;
 constexpr REGSAM KEY_CREATE_SUB_KEY = 0x0004;
 constexpr REGSAM KEY_ENUMERATE_SUB_KEYS = 0x0008;
-constexpr REGSAM KEY_NOTIFY = 0x0010;
 constexpr REGSAM KEY_READ = 0x20019;
 constexpr REGSAM KEY_WRITE = 0x20006;
 constexpr REGSAM KEY_ALL_ACCESS = 0xF003F;
@@ -226,7 +220,6 @@ constexpr HRESULT S_OK = 0;
 constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005U);
 constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057U);
 constexpr int CSIDL_PROGRAMS = 0x0002;
-constexpr int CSIDL_PERSONAL = 0x0005;
 constexpr int CSIDL_APPDATA = 0x001A;
 constexpr UINT SHGFI_ICON = 0x100;
 
@@ -265,7 +258,6 @@ BOOL FreeLibrary(HMODULE module);
 
 constexpr UINT CP_ACP = 0;
 constexpr UINT CP_UTF8 = 65001;
-constexpr DWORD MB_PRECOMPOSED = 1;
 constexpr DWORD MB_ERR_INVALID_CHARS = 8;
 
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char *text, int length, WCHAR *wide, int size);

@@ -1,7 +1,8 @@
 // The user-interface half of the platform: windows, dialogs, controls, property sheets, drawing. As in win32.h, Windows
-// has its own headers for it; elsewhere this declares just what AcctKit uses, and src/win32/linux answers it. There a
-// window is a record with a text, a state and a window procedure, and whoever stands in front of it (a script, a
-// terminal) is told of in src/win32/linux/front_end.h; drawing is recorded, not shown.
+// has its own headers for it; elsewhere this declares just what AcctKit, its host program and its tests use, and
+// src/win32/linux answers it. There a window is a record with a text, a state and a window procedure, and whoever
+// stands in front of it (a script, a terminal) is told of in src/win32/linux/front_end.h; drawing is recorded, not
+// shown.
 #pragma once
 
 #include "win32/win32.h"
@@ -13,10 +14,7 @@
 
 #else
 
-#include <cstdarg>
-
 #define CALLBACK
-#define WINAPI
 
 #pragma GCC visibility push(default)
 
@@ -38,10 +36,8 @@ using HCURSOR = HICON;
 using HRSRC = struct HRSRC__ *;
 using HGLOBAL = void *;
 using HIMAGELIST = struct IMAGELIST__ *;
-using HPROPSHEETPAGE = struct PSP__ *;
 using WNDPROC = LRESULT (*)(HWND, UINT, WPARAM, LPARAM);
 using DLGPROC = INT_PTR (*)(HWND, UINT, WPARAM, LPARAM);
-using WNDENUMPROC = BOOL (*)(HWND, LPARAM);
 
 struct POINT {
   LONG x;
@@ -98,18 +94,11 @@ constexpr UINT GW_OWNER = 4;
 constexpr UINT GW_CHILD = 5;
 
 constexpr int SW_HIDE = 0;
-constexpr int SW_SHOWNOACTIVATE = 4;
 constexpr int SW_SHOW = 5;
-constexpr int SW_SHOWNA = 8;
 constexpr UINT SWP_NOSIZE = 0x1;
-constexpr UINT SWP_NOMOVE = 0x2;
 constexpr UINT SWP_NOZORDER = 0x4;
 constexpr UINT SWP_NOACTIVATE = 0x10;
-constexpr UINT SWP_SHOWWINDOW = 0x40;
-constexpr UINT SWP_HIDEWINDOW = 0x80;
 inline const HWND HWND_TOP = nullptr;
-inline const HWND HWND_BOTTOM = reinterpret_cast<HWND>(uintptr_t{1});
-constexpr int CW_USEDEFAULT = INT32_MIN;
 
 constexpr UINT WM_NULL = 0x0000;
 constexpr UINT WM_CREATE = 0x0001;
@@ -228,7 +217,6 @@ BOOL IsChild(HWND parent, HWND window);
 HWND GetDesktopWindow();
 HWND GetActiveWindow();
 HWND GetLastActivePopup(HWND owner);
-BOOL EnumChildWindows(HWND parent, WNDENUMPROC procedure, LPARAM parameter);
 
 BOOL SetWindowTextA(HWND window, const char *text);
 int GetWindowTextA(HWND window, char *buffer, int size);
@@ -273,7 +261,6 @@ struct DLGTEMPLATE;
 // WM_INITDIALOG with the control that gets the focus if the procedure answers TRUE.
 HWND CreateDialogIndirectParamA(HINSTANCE instance, const DLGTEMPLATE *dialog, HWND parent, DLGPROC procedure,
                                 LPARAM parameter);
-HWND CreateDialogParamA(HINSTANCE instance, const char *dialog, HWND parent, DLGPROC procedure, LPARAM parameter);
 LRESULT DefDlgProcA(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 HWND GetDlgItem(HWND dialog, int id);
 int GetDlgCtrlID(HWND control);
@@ -288,8 +275,6 @@ BOOL MapDialogRect(HWND dialog, RECT *rect);
 HRSRC FindResourceA(HMODULE module, const char *name, const char *type);
 HGLOBAL LoadResource(HMODULE module, HRSRC resource);
 void *LockResource(HGLOBAL resource);
-DWORD SizeofResource(HMODULE module, HRSRC resource);
-inline char *const RT_BITMAP = MAKEINTRESOURCEA(2);
 inline char *const RT_DIALOG = MAKEINTRESOURCEA(5);
 
 constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT = 2;
@@ -331,12 +316,10 @@ constexpr WORD EN_CHANGE = 0x0300;
 constexpr WORD EN_UPDATE = 0x0400;
 constexpr WORD EN_MAXTEXT = 0x0501;
 
-constexpr DWORD CBS_SIMPLE = 0x0001;
 constexpr DWORD CBS_DROPDOWN = 0x0002;
 constexpr DWORD CBS_DROPDOWNLIST = 0x0003;
 constexpr DWORD CBS_OWNERDRAWFIXED = 0x0010;
 constexpr DWORD CBS_AUTOHSCROLL = 0x0040;
-constexpr DWORD CBS_SORT = 0x0100;
 constexpr DWORD CBS_HASSTRINGS = 0x0200;
 constexpr UINT CB_LIMITTEXT = 0x0141;
 constexpr UINT CB_ADDSTRING = 0x0143;
@@ -366,7 +349,6 @@ constexpr WORD CBN_SELENDCANCEL = 10;
 constexpr UINT ODT_COMBOBOX = 3;
 constexpr UINT ODA_DRAWENTIRE = 0x1;
 constexpr UINT ODA_SELECT = 0x2;
-constexpr UINT ODA_FOCUS = 0x4;
 constexpr UINT ODS_SELECTED = 0x0001;
 constexpr UINT ODS_DISABLED = 0x0004;
 constexpr UINT ODS_FOCUS = 0x0010;
@@ -469,7 +451,6 @@ HFONT CreateFontA(int height, int width, int escapement, int orientation, int we
                   DWORD pitchAndFamily, const char *face);
 BOOL GetTextMetricsA(HDC context, TEXTMETRICA *metrics);
 COLORREF SetTextColor(HDC context, COLORREF colour);
-COLORREF SetBkColor(HDC context, COLORREF colour);
 int SetBkMode(HDC context, int mode);
 BOOL PatBlt(HDC context, int x, int y, int width, int height, DWORD operation);
 int DrawTextA(HDC context, const char *text, int length, RECT *rect, UINT format);
@@ -506,20 +487,15 @@ constexpr DWORD PSP_DEFAULT = 0x0;
 constexpr DWORD PSP_DLGINDIRECT = 0x1;
 constexpr DWORD PSP_USETITLE = 0x8;
 constexpr DWORD PSP_HASHELP = 0x20;
-constexpr DWORD PSP_USECALLBACK = 0x80;
 constexpr DWORD PSH_PROPSHEETPAGE = 0x8;
 constexpr DWORD PSH_WIZARD = 0x20;
 constexpr DWORD PSH_USECALLBACK = 0x100;
 constexpr DWORD PSH_HASHELP = 0x200;
 constexpr UINT PSCB_INITIALIZED = 1;
 constexpr UINT PSCB_PRECREATE = 2;
-constexpr UINT PSPCB_ADDREF = 0;
-constexpr UINT PSPCB_RELEASE = 1;
-constexpr UINT PSPCB_CREATE = 2;
 
 constexpr UINT PSN_SETACTIVE = static_cast<UINT>(-200);
 constexpr UINT PSN_KILLACTIVE = static_cast<UINT>(-201);
-constexpr UINT PSN_APPLY = static_cast<UINT>(-202);
 constexpr UINT PSN_RESET = static_cast<UINT>(-203);
 constexpr UINT PSN_HELP = static_cast<UINT>(-205);
 constexpr UINT PSN_WIZBACK = static_cast<UINT>(-206);
@@ -554,8 +530,6 @@ struct PROPSHEETPAGEA {
   const char *pszTitle;
   DLGPROC pfnDlgProc;
   LPARAM lParam;
-  UINT (*pfnCallback)(HWND, UINT, PROPSHEETPAGEA *);
-  UINT *pcRefParent;
 };
 using PFNPROPSHEETCALLBACK = int (*)(HWND, UINT, LPARAM);
 struct PROPSHEETHEADERA {
@@ -567,10 +541,7 @@ struct PROPSHEETHEADERA {
   const char *pszCaption;
   UINT nPages;
   UINT nStartPage;
-  union {
-    const PROPSHEETPAGEA *ppsp;
-    HPROPSHEETPAGE *phpage;
-  };
+  const PROPSHEETPAGEA *ppsp;
   PFNPROPSHEETCALLBACK pfnCallback;
 };
 struct PSHNOTIFY {
@@ -578,18 +549,14 @@ struct PSHNOTIFY {
   LPARAM lParam;
 };
 
-HPROPSHEETPAGE CreatePropertySheetPageA(const PROPSHEETPAGEA *page);
-BOOL DestroyPropertySheetPage(HPROPSHEETPAGE page);
-// Wizard mode only (PSH_WIZARD). Blocks until the wizard is finished (positive) or cancelled (0); -1 if no sheet came
-// up. A page's dialog is made when the page is first shown, and its caption becomes the sheet's. The sheet's window is
-// a dialog with the buttons ID_WIZBACK, ID_WIZNEXT, ID_WIZFINISH, IDCANCEL and IDHELP; PSM_SETWIZBUTTONS shows Next or
-// Finish and enables Back and them.
+// Wizards of page records only (PSH_WIZARD, PSH_PROPSHEETPAGE). Blocks until the wizard is finished (positive) or
+// cancelled (0); -1 if no sheet came up. A page's dialog is made when the page is first shown, and its caption becomes
+// the sheet's. The sheet's window is a dialog with the buttons ID_WIZBACK, ID_WIZNEXT, ID_WIZFINISH, IDCANCEL and
+// IDHELP; PSM_SETWIZBUTTONS shows Next or Finish and enables Back and them.
 INT_PTR PropertySheetA(const PROPSHEETHEADERA *sheet);
 
 // ---- Text ----
 
-// Formats into a buffer of 1024 bytes at least, cut there.
-int wsprintfA(char *buffer, const char *format, ...) __attribute__((format(printf, 2, 3)));
 int lstrcmpA(const char *left, const char *right);
 
 #pragma GCC visibility pop

@@ -2,12 +2,12 @@
 // and what the parent of a control is asked on the control's behalf.
 #include "mfc/afxwin.h"
 
+#include "support/dialog_template.h"
 #include "support/user.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -26,27 +26,12 @@ bool refusing;
 
 Calls TakeCalls() { return std::exchange(calls, {}); }
 
-// An owner-drawn drop-down list on a dialog, as a compiled template.
+// A page with nothing but an owner-drawn drop-down list.
 const DLGTEMPLATE *PageTemplate() {
-  static std::vector<uint16_t> words;
-  if (!words.empty())
-    return reinterpret_cast<const DLGTEMPLATE *>(words.data());
-  const auto number = [](DWORD value) {
-    words.push_back(LOWORD(value));
-    words.push_back(HIWORD(value));
-  };
-  const auto append = [](std::initializer_list<int> values) {
-    for (const int value : values)
-      words.push_back(static_cast<uint16_t>(value));
-  };
-  number(WS_CHILD | WS_CAPTION | WS_DISABLED);
-  number(0);
-  append({1, 0, 0, 200, 100, 0, 0, 'p', 0}); // one control, the place, no menu, no class, the caption
-  append({0});                               // up to an even number of words
-  number(WS_CHILD | WS_VISIBLE | WS_TABSTOP | CBS_DROPDOWNLIST | CBS_OWNERDRAWFIXED | CBS_HASSTRINGS);
-  number(0);
-  append({10, 10, 100, 80, ClientList, 0xFFFF, 0x0085, 0, 0}); // a combo box without a text
-  return reinterpret_cast<const DLGTEMPLATE *>(words.data());
+  static const Template page(
+      false, WS_CHILD | WS_CAPTION | WS_DISABLED,
+      {{ClientList, WS_TABSTOP | CBS_DROPDOWNLIST | CBS_OWNERDRAWFIXED | CBS_HASSTRINGS, ComboBoxAtom, u""}});
+  return page.Bytes();
 }
 
 class List : public CComboBox {

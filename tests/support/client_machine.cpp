@@ -1,6 +1,7 @@
 #include "support/client_machine.h"
 
 #include <filesystem>
+#include <unistd.h>
 
 namespace {
 
@@ -12,6 +13,18 @@ void InstallProgram(const std::string &name) {
   PutFile(path, "program");
   PutString(HKEY_LOCAL_MACHINE, AppPaths + name, nullptr, path);
 }
+
+// Where the plug-ins of this process keep what they are handed, until it ends.
+struct KeptFile {
+  const std::filesystem::path path =
+      std::filesystem::temp_directory_path() / ("acctkit-plugin-kept-" + std::to_string(getpid()));
+
+  void Remove() const {
+    std::error_code missing;
+    std::filesystem::remove(path, missing);
+  }
+  ~KeptFile() { Remove(); }
+};
 
 } // namespace
 
@@ -62,8 +75,9 @@ std::string ClientTest::InstallPlugin(const std::string &plugin) {
 
   const std::string mailer = folder + "\\mailer.exe";
   CopyOntoMachine(std::string(PLUGIN_DIR) + "/versioned.exe", mailer);
-  const std::string kept = (std::filesystem::temp_directory_path() / "acctkit-plugin-kept").string();
-  std::filesystem::remove(kept);
+  static const KeptFile file;
+  file.Remove();
+  const std::string kept = file.path.string();
   SetEnvironment("ACCTKIT_PLUGIN_NAME", "Mailer");
   SetEnvironment("ACCTKIT_PLUGIN_PATH", mailer);
   SetEnvironment("ACCTKIT_PLUGIN_KEEP", kept);

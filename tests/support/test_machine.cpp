@@ -102,10 +102,9 @@ std::string DumpLine(const std::string &name, DWORD type, const std::string &dat
 void MakeFolders(const std::string &path) {
   // A backslash may be the second byte of a character, so the path is walked character by character.
   for (size_t index = 3; index < path.size(); ++index) {
-    const auto byte = static_cast<unsigned char>(path[index]);
-    if ((byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC))
+    if (IsDBCSLeadByte(static_cast<BYTE>(path[index])) != FALSE)
       ++index;
-    else if (byte == '\\')
+    else if (path[index] == '\\')
       CreateDirectoryA(path.substr(0, index).c_str(), nullptr);
   }
   EXPECT_TRUE(CreateDirectoryA(path.c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS) << path;

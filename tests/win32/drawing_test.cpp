@@ -42,8 +42,6 @@ TEST(DrawingTest, AnswersWhatWasSetBefore) {
   EXPECT_TRUE(DeleteObject(brush));
   for (const COLORREF before : {0x000000U, 0x654321U})
     EXPECT_EQ(SetTextColor(context, 0x654321), before);
-  for (const COLORREF before : {0xFFFFFFU, 0x123456U})
-    EXPECT_EQ(SetBkColor(context, 0x123456), before);
   for (const int before : {OPAQUE, TRANSPARENT})
     EXPECT_EQ(SetBkMode(context, TRANSPARENT), before);
   EXPECT_EQ(SetBkMode(context, 7), 0);

@@ -55,12 +55,6 @@ INT_PTR CALLBACK PageProcedure(HWND page, UINT message, WPARAM, LPARAM lParam) {
   return TRUE;
 }
 
-UINT CALLBACK PageCallback(HWND, UINT event, PROPSHEETPAGEA *page) {
-  if (event == PSPCB_RELEASE)
-    events.push_back(PageName(page->lParam) + " released");
-  return TRUE;
-}
-
 // As dialog editors leave pages: disabled, with a caption and a label before what takes the focus.
 Template PageTemplate(LPARAM number) {
   const char16_t caption[] = {static_cast<char16_t>(u'A' + number), 0};
@@ -77,10 +71,9 @@ INT_PTR RunWizard(const UserSteps &steps, HWND owner = nullptr) {
   for (LPARAM number = 0; number < 3; ++number) {
     PROPSHEETPAGEA &page = pages[number];
     page.dwSize = sizeof page;
-    page.dwFlags = PSP_DLGINDIRECT | PSP_USECALLBACK | (number != 1 ? PSP_HASHELP : 0);
+    page.dwFlags = PSP_DLGINDIRECT | (number != 1 ? PSP_HASHELP : 0);
     page.pResource = templates[number].Bytes();
     page.pfnDlgProc = PageProcedure;
-    page.pfnCallback = PageCallback;
     page.lParam = number;
   }
   PROPSHEETHEADERA header = {};
@@ -154,8 +147,6 @@ TEST(WizardTest, AsksItsPages) {
       events.clear();
     });
   EXPECT_GT(RunWizard(steps), 0);
-  std::ranges::sort(events);
-  EXPECT_EQ(events, (Events{"A released", "B released", "C released"}));
 }
 
 TEST(WizardTest, IsCancelled) {
@@ -175,8 +166,7 @@ TEST(WizardTest, IsCancelled) {
       PostMessageA(sheet, way.message, way.wParam, 0);
     };
     EXPECT_EQ(RunWizard({cancel}, owner), 0);
-    events.resize(2); // pages that were never shown hear nothing
-    EXPECT_EQ(events, (Events{"A cancel?", way.reset}));
+    EXPECT_EQ(events, (Events{"A cancel?", way.reset})); // pages that were never shown hear nothing
     EXPECT_TRUE(IsWindowEnabled(owner));
   }
   DestroyWindow(owner);

@@ -1,4 +1,4 @@
-// The user's shell folders and the icons of files.
+// The user's shell folders.
 #include "support/test_machine.h"
 
 namespace {
@@ -27,17 +27,6 @@ TEST_F(ShellTest, FoldersComeFromTheRegistry) {
   EXPECT_LT(SHGetSpecialFolderLocation(nullptr, 0x7F, &list), 0);
   char path[MAX_PATH] = "x";
   EXPECT_FALSE(SHGetPathFromIDListA(nullptr, path));
-}
-
-TEST_F(ShellTest, IconsOfFiles) {
-  const char *const program = "C:\\acctkit-test\\\x95\x5c.exe";
-  CopyOntoMachine(PLUGIN_DIR "/versioned.exe", program);
-  SHFILEINFOA info = {};
-  EXPECT_NE(SHGetFileInfoA(program, 0, &info, sizeof info, SHGFI_ICON), 0U);
-  ASSERT_NE(info.hIcon, nullptr);
-  EXPECT_TRUE(DestroyIcon(info.hIcon));
-  info = {};
-  EXPECT_EQ(SHGetFileInfoA("C:\\acctkit-test\\missing.exe", 0, &info, sizeof info, SHGFI_ICON), 0U);
 }
 
 } // namespace

@@ -491,14 +491,4 @@ TEST(WindowTextTest, ComparesAsADictionary) {
   }
 }
 
-TEST(WindowTextTest, FormatsNoMoreThanFits) {
-  std::string buffer(2000, '#');
-  const std::string big(1500, 'x');
-  wsprintfA(buffer.data(), "%s", big.c_str());
-  EXPECT_EQ(buffer.substr(0, 1024), std::string(1023, 'x') + '\0');
-  EXPECT_EQ(buffer.substr(1024), std::string(976, '#'));
-  EXPECT_EQ(wsprintfA(buffer.data(), "%s%d %5d|%05x|%u", "a", -5, 3, 255U, 8U), 17);
-  EXPECT_STREQ(buffer.c_str(), "a-5     3|000ff|8");
-}
-
 } // namespace

@@ -178,16 +178,9 @@ LRESULT AddItem(const ComboBox &box, LPARAM given) {
   else
     item.data = static_cast<ULONG_PTR>(given);
   auto &items = box.state->items;
-  auto place = items.end();
-  if (box.window->Has(CBS_SORT) && box.HasStrings())
-    place = std::ranges::find_if(items,
-                                 [&](const Item &each) { return lstrcmpA(item.text.c_str(), each.text.c_str()) < 0; });
-  const auto index = static_cast<int>(place - items.begin());
-  items.insert(place, std::move(item));
-  if (index <= box.state->selection)
-    ++box.state->selection;
+  items.push_back(std::move(item));
   machine::Invalidate(box.window);
-  return index;
+  return static_cast<LRESULT>(items.size()) - 1;
 }
 
 // The owner of drawn entries frees what it has put to them, so it is told while they are still there.

@@ -210,14 +210,6 @@ HWND CreateDialogIndirectParamA(HINSTANCE instance, const DLGTEMPLATE *dialog, H
   return read ? machine::CreateDialogFrom(*read, instance, parent, procedure, parameter) : nullptr;
 }
 
-HWND CreateDialogParamA(HINSTANCE instance, const char *dialog, HWND parent, DLGPROC procedure, LPARAM parameter) {
-  const HRSRC resource = FindResourceA(instance, dialog, RT_DIALOG);
-  if (resource == nullptr)
-    return nullptr;
-  const auto *const bytes = static_cast<const DLGTEMPLATE *>(LockResource(LoadResource(instance, resource)));
-  return CreateDialogIndirectParamA(instance, bytes, parent, procedure, parameter);
-}
-
 LRESULT DefDlgProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   const WindowRecord dialog = WindowOf(handle);
   if (!dialog)

@@ -35,7 +35,6 @@ struct Context {
   Selection font;
   Selection brush;
   COLORREF textColour = Black;
-  COLORREF backColour = White;
   int backMode = OPAQUE;
 };
 
@@ -138,7 +137,6 @@ HGDIOBJ SelectObject(HDC handle, HGDIOBJ object) {
 }
 
 COLORREF SetTextColor(HDC context, COLORREF colour) { return Change(context, &Context::textColour, colour, NoColour); }
-COLORREF SetBkColor(HDC context, COLORREF colour) { return Change(context, &Context::backColour, colour, NoColour); }
 int SetBkMode(HDC context, int mode) {
   return mode == TRANSPARENT || mode == OPAQUE ? Change(context, &Context::backMode, mode, 0) : 0;
 }

@@ -160,7 +160,7 @@ BOOL ShowWindow(HWND handle, int command) {
       Retire(window);
     }
   }
-  if (show && window->parent == nullptr && command != SW_SHOWNA && command != SW_SHOWNOACTIVATE)
+  if (show && window->parent == nullptr)
     machine::Activate(handle);
   return visible;
 }

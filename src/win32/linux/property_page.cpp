@@ -1,7 +1,5 @@
 #include "win32/linux/property_page.h"
 
-#include "win32/linux/handle_table.h"
-
 #include <optional>
 #include <utility>
 
@@ -9,11 +7,6 @@ namespace {
 
 using machine::DialogTemplate;
 using machine::PropertyPage;
-
-machine::HandleTable<HPROPSHEETPAGE, PropertyPage> &Pages() {
-  static machine::HandleTable<HPROPSHEETPAGE, PropertyPage> pages{0x4000000};
-  return pages;
-}
 
 constexpr DWORD LargestRecord = 0x1000;
 
@@ -55,21 +48,11 @@ PropertyPage::PropertyPage(const PROPSHEETPAGEA &given, DialogTemplate read)
     page.pszTemplate = (templateName = page.pszTemplate).c_str();
   if ((page.dwFlags & PSP_USETITLE) != 0 && !IsNumber(page.pszTitle))
     page.pszTitle = (title = page.pszTitle).c_str();
-  Call(PSPCB_ADDREF);
-}
-
-PropertyPage::~PropertyPage() { Call(PSPCB_RELEASE); }
-
-UINT PropertyPage::Call(UINT event) {
-  PROPSHEETPAGEA &page = Record();
-  return (page.dwFlags & PSP_USECALLBACK) != 0 ? page.pfnCallback(nullptr, event, &page) : TRUE;
 }
 
 bool PropertyPage::MakeWindow(HWND sheet) {
   if (IsWindow(window) != FALSE)
     return true;
-  if (Call(PSPCB_CREATE) == 0)
-    return false;
   const PROPSHEETPAGEA &page = Record();
   window = CreateDialogFrom(dialog, page.hInstance, sheet, page.pfnDlgProc, reinterpret_cast<LPARAM>(&page));
   return window != nullptr;
@@ -81,13 +64,4 @@ LRESULT PropertyPage::Id() const {
   return numbered ? reinterpret_cast<LRESULT>(page.pszTemplate) : 0;
 }
 
-std::shared_ptr<PropertyPage> TakePage(HPROPSHEETPAGE handle) { return Pages().Remove(handle); }
-
 } // namespace machine
-
-HPROPSHEETPAGE CreatePropertySheetPageA(const PROPSHEETPAGEA *record) {
-  std::shared_ptr<PropertyPage> page = PropertyPage::Make(record);
-  return page ? Pages().Add(std::move(page)) : nullptr;
-}
-
-BOOL DestroyPropertySheetPage(HPROPSHEETPAGE page) { return machine::TakePage(page) != nullptr; }

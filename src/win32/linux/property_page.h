@@ -1,5 +1,4 @@
-// The pages of property sheets, from CreatePropertySheetPageA until they are destroyed by hand or by the end of their
-// sheet.
+// The pages of a property sheet, as long as it runs.
 #pragma once
 
 #include "win32/linux/dialogs.h"
@@ -16,7 +15,6 @@ public:
   // Null for a record that is none and for a page whose template isn't there.
   static std::shared_ptr<PropertyPage> Make(const PROPSHEETPAGEA *record);
 
-  ~PropertyPage();
   PropertyPage(const PropertyPage &) = delete;
   PropertyPage &operator=(const PropertyPage &) = delete;
 
@@ -35,7 +33,6 @@ private:
 
   PROPSHEETPAGEA &Record() { return *reinterpret_cast<PROPSHEETPAGEA *>(record.data()); }
   const PROPSHEETPAGEA &Record() const { return *reinterpret_cast<const PROPSHEETPAGEA *>(record.data()); }
-  UINT Call(UINT event);
 
   std::vector<std::byte> record; // whose size is told in it: the caller may keep something of his behind it
   std::string templateName;
@@ -43,8 +40,5 @@ private:
   DialogTemplate dialog;
   HWND window = nullptr;
 };
-
-// The page of a handle, which is no longer good then; null for no page.
-std::shared_ptr<PropertyPage> TakePage(HPROPSHEETPAGE handle);
 
 } // namespace machine

@@ -283,21 +283,15 @@ DialogTemplate Sheet::Template() const {
   return dialog;
 }
 
-// The pages that there are, and with them the callers' handles of pages.
-Pages TakePages(const PROPSHEETHEADERA &header) {
+// The pages of the caller's records, which lie one behind the other; those that can't be made are left out.
+Pages MakePages(const PROPSHEETHEADERA &header) {
   Pages pages;
-  const auto *record = reinterpret_cast<const std::byte *>(header.ppsp);
+  const auto *place = reinterpret_cast<const std::byte *>(header.ppsp);
   for (UINT index = 0; index < std::min(header.nPages, MostPages); ++index) {
-    std::shared_ptr<PropertyPage> page;
-    if ((header.dwFlags & PSH_PROPSHEETPAGE) != 0) {
-      const auto *const next = reinterpret_cast<const PROPSHEETPAGEA *>(record);
-      page = PropertyPage::Make(next);
-      record += next->dwSize;
-    } else {
-      page = machine::TakePage(header.phpage[index]);
-    }
-    if (page)
+    const auto *const record = reinterpret_cast<const PROPSHEETPAGEA *>(place);
+    if (std::shared_ptr<PropertyPage> page = PropertyPage::Make(record))
       pages.push_back(std::move(page));
+    place += record->dwSize;
   }
   return pages;
 }
@@ -305,8 +299,8 @@ Pages TakePages(const PROPSHEETHEADERA &header) {
 } // namespace
 
 INT_PTR PropertySheetA(const PROPSHEETHEADERA *header) {
-  if (header == nullptr || header->dwSize < sizeof *header)
+  constexpr DWORD Needed = PSH_WIZARD | PSH_PROPSHEETPAGE;
+  if (header == nullptr || header->dwSize < sizeof *header || (header->dwFlags & Needed) != Needed)
     return -1;
-  Sheet sheet(*header, TakePages(*header));
-  return (header->dwFlags & PSH_WIZARD) != 0 ? sheet.Run() : -1;
+  return Sheet(*header, MakePages(*header)).Run();
 }

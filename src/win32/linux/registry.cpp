@@ -18,6 +18,7 @@ using machine::Hive;
 using machine::HiveFile;
 using machine::HiveValue;
 
+constexpr LSTATUS BadPathname = 161;
 constexpr LSTATUS KeyDeleted = 1018;
 constexpr REGSAM RightsToWrite = KEY_SET_VALUE | KEY_CREATE_SUB_KEY | 0x000D0000; // and to delete, or change who may
 constexpr REGSAM MaximumAllowed = 0x02000000;
@@ -94,9 +95,7 @@ LSTATUS Locate(HKEY handle, REGSAM needed, OpenKey &root, OpenKey *&place) {
   return result;
 }
 
-// The path of a subkey below another key's path. ERROR_BAD_PATHNAME for one that begins with a backslash.
-constexpr LSTATUS BadPathname = 161;
-
+// A caller's name of a subkey as a path below its key; BadPathname for one that begins with a backslash.
 LSTATUS SubkeyPath(const char *subkey, std::u16string &path) {
   path = subkey != nullptr ? text::ToWide(subkey) : std::u16string();
   if (path.starts_with(u'\\'))

@@ -104,8 +104,3 @@ HGLOBAL LoadResource(HMODULE, HRSRC handle) {
 }
 
 void *LockResource(HGLOBAL resource) { return resource; }
-
-DWORD SizeofResource(HMODULE, HRSRC handle) {
-  const Resource *const resource = AsResource(handle);
-  return resource != nullptr ? static_cast<DWORD>(resource->data.size()) : 0;
-}

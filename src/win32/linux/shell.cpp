@@ -12,8 +12,7 @@ struct ShellFolder {
   int id;
   const char *valueName;
 };
-constexpr ShellFolder ShellFolders[] = {
-    {CSIDL_PROGRAMS, "Programs"}, {CSIDL_PERSONAL, "Personal"}, {CSIDL_APPDATA, "AppData"}};
+constexpr ShellFolder ShellFolders[] = {{CSIDL_PROGRAMS, "Programs"}, {CSIDL_APPDATA, "AppData"}};
 
 std::string ReadShellFolder(const char *valueName) {
   HKEY key = nullptr;

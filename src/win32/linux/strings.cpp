@@ -1,17 +1,14 @@
-// Text calls that user interfaces make.
+// Texts as user interfaces compare them.
 #include "win32/win32_ui.h"
 
 #include "win32/linux/text.h"
 
 #include <algorithm>
 #include <compare>
-#include <cstdio>
 #include <string>
 #include <utility>
 
 namespace {
-
-constexpr size_t LongestFormatted = 1024; // with its terminator
 
 // Dictionaries have other signs before digits and those before letters, and both cases of a letter together.
 std::pair<int, char16_t> SortKey(char16_t character) {
@@ -22,14 +19,6 @@ std::pair<int, char16_t> SortKey(char16_t character) {
 }
 
 } // namespace
-
-int wsprintfA(char *buffer, const char *format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const int length = std::vsnprintf(buffer, LongestFormatted, format, arguments);
-  va_end(arguments);
-  return std::clamp(length, 0, static_cast<int>(LongestFormatted) - 1);
-}
 
 int lstrcmpA(const char *left, const char *right) {
   if (left == nullptr || right == nullptr)

@@ -252,8 +252,6 @@ bool Utf8ToWide(std::string_view utf8, std::u16string &wide) {
   return valid;
 }
 
-std::string ToUtf8(std::string_view cp932) { return IsAscii(cp932) ? std::string(cp932) : WideToUtf8(ToWide(cp932)); }
-
 std::optional<std::string> FromUtf8(std::string_view utf8) {
   if (IsAscii(utf8))
     return std::string(utf8);

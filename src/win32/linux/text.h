@@ -18,17 +18,13 @@ bool Utf8ToWide(std::string_view utf8, std::u16string &wide);
 bool Cp932ToWide(std::string_view cp932, std::u16string &wide);
 bool WideToCp932(std::u16string_view wide, std::string &cp932, std::string_view replacement);
 
-// Whether a byte of code page 932 takes the next one with it as a character.
+// Whether a byte of code page 932 begins a character of two bytes.
 bool IsLeadByte(unsigned char byte);
 // The beginning of a text, of that many bytes or, rather than half a character, one less.
 std::string_view WholeCharacters(std::string_view cp932, size_t size);
 
-// A name of the calls as a file name on disk, and the other way; nothing for a file name that code page 932 can't say.
-std::string ToUtf8(std::string_view cp932);
+// A file name on disk as a name of the calls; nothing for one that code page 932 can't say.
 std::optional<std::string> FromUtf8(std::string_view utf8);
-
-// Whether a byte of code page 932 begins a character of two bytes.
-bool IsLeadByte(unsigned char byte);
 
 // Simple upper case, as names of keys, values and files are compared by: Latin, Greek and Cyrillic letters.
 char16_t UpperBeyondAscii(char16_t character);

@@ -72,18 +72,8 @@ std::vector<HWND> &SiblingsOf(const Window &window) {
   return WindowOf(window.parent != nullptr ? window.parent : Desktop)->children;
 }
 
-void CollectBelow(HWND parent, std::vector<HWND> &found) {
-  const WindowRecord window = WindowOf(parent);
-  if (!window)
-    return;
-  for (const HWND child : window->children) {
-    found.push_back(child);
-    CollectBelow(child, found);
-  }
-}
-
 // Coordinates are cut to the sixteen bits that a screen can have, so that sums of them stay in range.
-int Coordinate(int value) { return value == CW_USEDEFAULT ? 0 : std::clamp(value, -0x8000, 0x7FFF); }
+int Coordinate(int value) { return std::clamp(value, -0x8000, 0x7FFF); }
 
 void Place(Window &window, int x, int y, int width, int height) {
   window.place.left = Coordinate(x);
@@ -367,13 +357,6 @@ BOOL IsChild(HWND parent, HWND handle) {
 
 HWND GetDesktopWindow() { return Desktop; }
 
-BOOL EnumChildWindows(HWND parent, WNDENUMPROC procedure, LPARAM parameter) {
-  std::vector<HWND> below;
-  CollectBelow(parent, below);
-  return std::ranges::all_of(
-      below, [&](HWND window) { return IsWindow(window) == FALSE || procedure(window, parameter) != FALSE; });
-}
-
 // ---- Text ----
 
 BOOL SetWindowTextA(HWND window, const char *text) {
@@ -420,21 +403,14 @@ BOOL SetWindowPos(HWND handle, HWND insertAfter, int x, int y, int width, int he
   if (!window || handle == Desktop)
     return FALSE;
   const RECT old = window->place;
-  const bool moves = (flags & SWP_NOMOVE) == 0;
   const bool sizes = (flags & SWP_NOSIZE) == 0;
-  Place(*window, moves ? x : old.left, moves ? y : old.top, sizes ? width : old.right - old.left,
-        sizes ? height : old.bottom - old.top);
+  Place(*window, x, y, sizes ? width : old.right - old.left, sizes ? height : old.bottom - old.top);
   if ((flags & SWP_NOZORDER) == 0) {
     std::vector<HWND> &siblings = SiblingsOf(*window);
     std::erase(siblings, handle);
     const auto behind = std::ranges::find(siblings, insertAfter);
-    const bool last = insertAfter == HWND_BOTTOM;
-    siblings.insert(last ? siblings.end() : behind == siblings.end() ? siblings.begin() : behind + 1, handle);
+    siblings.insert(behind == siblings.end() ? siblings.begin() : behind + 1, handle);
   }
-  if ((flags & SWP_SHOWWINDOW) != 0)
-    ShowWindow(handle, (flags & SWP_NOACTIVATE) != 0 ? SW_SHOWNA : SW_SHOW);
-  if ((flags & SWP_HIDEWINDOW) != 0)
-    ShowWindow(handle, SW_HIDE);
   return TRUE;
 }
 
