@@ -36,14 +36,14 @@ std::string NextTextOrNumber(Reader &reader, std::string (*name)(WORD)) {
   return first == NumberFollows ? name(reader.Next<WORD>()) : NextText(reader, first);
 }
 
+std::string NumberText(WORD number) { return std::string("#").append(std::to_string(number)); }
+
 std::string ClassOfAtom(WORD atom) {
   for (const PredefinedClass &known : PredefinedClasses)
     if (known.atom == atom)
       return known.name;
-  return "#" + std::to_string(atom);
+  return NumberText(atom);
 }
-
-std::string NumberText(WORD number) { return "#" + std::to_string(number); }
 
 void ReadStyles(Reader &reader, bool extended, TemplateWindow &window) {
   if (extended)
