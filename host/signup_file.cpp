@@ -8,6 +8,7 @@
 #include <fstream>
 #include <set>
 #include <span>
+#include <vector>
 
 namespace {
 
@@ -38,6 +39,17 @@ void Fill(SignupRecord &record, const std::string &key, const std::string &value
   std::ranges::copy(*text, known->field.begin());
 }
 
+// Without any of these a sign-up would put empty texts into the clients.
+void CheckComplete(const std::string &path, const std::set<std::string> &seen, int32_t kind) {
+  const std::vector<std::string> needed =
+      kind == 0
+          ? std::vector<std::string>{"serviceId", "senderName", "mailAddress", "startPage"}
+          : std::vector<std::string>{"mailUser", "senderName", "mailAddress", "popServer", "smtpServer", "startPage"};
+  for (const std::string &key : needed)
+    if (!seen.contains(key))
+      throw UsageError(path + ": " + key + " is missing");
+}
+
 } // namespace
 
 SignupRecord ReadSignupFile(const std::string &path) {
@@ -64,5 +76,8 @@ SignupRecord ReadSignupFile(const std::string &path) {
       throw UsageError(path + ":" + std::to_string(number) + ": " + error.what());
     }
   }
+  if (file.bad())
+    throw UsageError(path + ": the file can't be read");
+  CheckComplete(path, seen, record.serviceKind);
   return record;
 }

@@ -97,6 +97,12 @@ std::string ItemsOf(HWND comboBox) {
 
 bool IsChecked(HWND button) { return SendMessageA(button, BM_GETCHECK, 0, 0) == static_cast<LRESULT>(BST_CHECKED); }
 
+std::string CheckOf(HWND control) {
+  if (!IsCheckBox(control))
+    return "no check box";
+  return IsChecked(control) ? "yes" : "no";
+}
+
 bool IsReadOnly(HWND edit) { return (StyleOf(edit) & ES_READONLY) != 0; }
 
 std::string ButtonsOf(HWND top) {

@@ -29,6 +29,8 @@ const NamedButton *FindButton(std::span<const NamedButton> buttons, const std::s
 std::string TextOf(HWND window);
 std::string ItemsOf(HWND comboBox);
 bool IsChecked(HWND button);
+// yes or no, or that the control is no check box.
+std::string CheckOf(HWND control);
 bool IsReadOnly(HWND edit);
 // The buttons that can be pressed, of a sheet those that lead through the wizard.
 std::string ButtonsOf(HWND top);

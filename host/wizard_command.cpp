@@ -67,11 +67,12 @@ void AddWizard(CLI::App &group, const Wizard &wizard, Action &action, bool &wait
   if (wizard.takesId)
     AddTextOption(*command, "--id", handed->id, "the subscriber's ID to start with");
   if (wizard.takesIds)
-    AddTextOption(*command, "--ids", handed->ids, "all of the subscriber's IDs, with commas between them");
+    AddTextOption(*command, "--ids", handed->ids,
+                  "all of the subscriber's IDs, with commas between them; the one to start with if left out");
   command->add_option("--script", *file, "what the user does, a step a line, in place of the terminal")
       ->type_name("FILE");
   command->callback([&wizard, &action, &waits, handed, file] {
-    handed->ids = IdList(handed->ids);
+    handed->ids = IdList(handed->ids.empty() ? handed->id : handed->ids);
     waits = true;
     if (!file->empty()) {
       const auto script = std::make_shared<WizardScript>(ReadWizardScript(*file));

@@ -177,7 +177,7 @@ Key Screen::ReadKey() {
   if (key.code == KeyCode::Suspend) {
     forms->input.Swap();
     newtSuspend();
-    std::raise(SIGTSTP);
+    kill(0, SIGTSTP); // with the script that started it, which otherwise would go on waiting
     newtResume();
     forms->input.Swap();
   } else if (key.code == KeyCode::Redraw) {

@@ -1,9 +1,19 @@
 #include "win32/linux/descriptor.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace machine {
+
+Descriptor::Descriptor(int opened) : number(opened) {
+  if (opened < 0 || opened > STDERR_FILENO)
+    return;
+  number = fcntl(opened, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  const int reason = errno;
+  close(opened);
+  errno = reason;
+}
 
 Descriptor::~Descriptor() {
   if (number >= 0)

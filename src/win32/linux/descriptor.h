@@ -12,7 +12,10 @@ namespace machine {
 
 class Descriptor {
 public:
-  explicit Descriptor(int opened = -1) : number(opened) {}
+  Descriptor() = default;
+  // Takes a file that was just opened; errno stays. Where the process has closed its standard streams, the file would
+  // get one of their numbers, and what the process prints would go into it: it gets another.
+  explicit Descriptor(int opened);
   ~Descriptor();
   Descriptor(Descriptor &&other) noexcept : number(std::exchange(other.number, -1)) {}
   Descriptor &operator=(Descriptor &&other) noexcept {
@@ -26,7 +29,7 @@ public:
   int Get() const { return number; }
 
 private:
-  int number;
+  int number = -1;
 };
 
 // Both go on after interruptions; false with errno set.

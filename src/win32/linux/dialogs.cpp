@@ -11,10 +11,9 @@ using machine::StateOf;
 using machine::TemplateWindow;
 using machine::Window;
 using machine::WindowOf;
+using machine::WindowRecord;
 
 namespace {
-
-using WindowRecord = std::shared_ptr<Window>;
 
 struct DialogState : machine::WindowState {
   int defaultId = 0;

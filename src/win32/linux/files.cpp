@@ -54,10 +54,11 @@ OpenFile *AsOpenFile(HANDLE handle) {
 }
 
 // Reports what the disk did, for whoever asks why a call failed.
-BOOL Faulty(const std::filesystem::path &path, int reason) {
+LONG DiskFault(const std::filesystem::path &path, int reason) {
   machine::RecordFault(path.string() + ": " + std::strerror(reason));
-  return Fail(ErrorOf(reason), FALSE);
+  return ErrorOf(reason);
 }
+BOOL Faulty(const std::filesystem::path &path, int reason) { return Fail(DiskFault(path, reason), FALSE); }
 
 // Opens and locks a file: share mode 0 keeps every other open out, any other mode keeps share mode 0 out.
 LONG OpenLocked(const std::filesystem::path &path, int flags, DWORD share, Descriptor &file) {
@@ -112,7 +113,7 @@ HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *, DWORD di
   if (replaces) {
     opened->replacement = std::make_unique<Replacement>(found.path);
     if (!opened->replacement->File())
-      return NoFile(errno == EWOULDBLOCK ? ERROR_SHARING_VIOLATION : ErrorOf(errno));
+      return errno == EWOULDBLOCK ? NoFile(ERROR_SHARING_VIOLATION) : NoFile(DiskFault(found.path, errno));
   }
   const bool always = disposition == CREATE_ALWAYS || disposition == OPEN_ALWAYS;
   SetLastError(always && found.exists ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
@@ -232,7 +233,7 @@ BOOL CreateDirectoryA(const char *path, void *) {
     return Fail(found.error, FALSE);
   if (found.exists)
     return Fail(ERROR_ALREADY_EXISTS, FALSE);
-  return mkdir(found.path.c_str(), 0777) == 0 ? TRUE : Fail(ErrorOf(errno), FALSE);
+  return mkdir(found.path.c_str(), 0777) == 0 ? TRUE : Faulty(found.path, errno);
 }
 
 UINT GetWindowsDirectoryA(char *buffer, UINT size) {

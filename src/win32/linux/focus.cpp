@@ -7,10 +7,9 @@ using machine::Desk;
 using machine::DeskOfThread;
 using machine::Window;
 using machine::WindowOf;
+using machine::WindowRecord;
 
 namespace {
-
-using WindowRecord = std::shared_ptr<Window>;
 
 template <typename Test> bool AllUpwards(WindowRecord window, Test test) {
   for (; window; window = WindowOf(window->parent))

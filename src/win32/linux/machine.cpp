@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <mutex>
+#include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -32,6 +33,13 @@ std::filesystem::path Environment(const char *name) {
   return value != nullptr ? value : "";
 }
 
+std::filesystem::path Home() {
+  if (auto named = Environment("HOME"); named.is_absolute())
+    return named;
+  const passwd *const user = getpwuid(geteuid());
+  return user != nullptr ? user->pw_dir : "/";
+}
+
 } // namespace
 
 std::filesystem::path Folder() {
@@ -39,7 +47,7 @@ std::filesystem::path Folder() {
     return named;
   if (const auto data = Environment("XDG_DATA_HOME"); data.is_absolute())
     return data / "acctkit/machine";
-  return Environment("HOME") / ".local/share/acctkit/machine";
+  return Home() / ".local/share/acctkit/machine";
 }
 
 // Every registry call asks this, and a path is slow to make.
@@ -68,6 +76,8 @@ std::string FolderProblem(const std::filesystem::path &folder) {
   for (const char *part : {"drive_c", "system.reg", "user.reg"})
     if (stat((folder / part).c_str(), &status) == 0)
       return {};
+    else if (errno != ENOENT)
+      return folder.string() + ": " + std::strerror(errno);
   return folder.string() + ": this is no machine folder, it has neither drive_c nor a registry";
 }
 
@@ -127,19 +137,43 @@ std::string Problem(bool forWriting) {
   return {};
 }
 
+namespace {
+
+void LockFolder() {
+  lockedFolder = Descriptor(open(Folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  while (lockedFolder && flock(lockedFolder.Get(), LOCK_EX) != 0 && errno == EINTR)
+    ;
+}
+
+} // namespace
+
 Lock::Lock() {
   lockGuard.lock();
-  if (lockDepth++ == 0) {
-    lockedFolder = Descriptor(open(Folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    while (lockedFolder && flock(lockedFolder.Get(), LOCK_EX) != 0 && errno == EINTR)
-      ;
-  }
+  if (lockDepth++ == 0)
+    LockFolder();
 }
 
 Lock::~Lock() {
   if (--lockDepth == 0)
     lockedFolder = Descriptor();
   lockGuard.unlock();
+}
+
+LockPause::LockPause() {
+  lockGuard.lock(); // so that the depth is this thread's
+  held = std::exchange(lockDepth, 0);
+  lockedFolder = Descriptor();
+  for (int unlocked = 0; unlocked <= held; ++unlocked)
+    lockGuard.unlock();
+}
+
+LockPause::~LockPause() {
+  for (int locked = 0; locked < held; ++locked)
+    lockGuard.lock();
+  if (held > 0) {
+    lockDepth = held;
+    LockFolder();
+  }
 }
 
 } // namespace machine

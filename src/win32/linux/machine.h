@@ -37,6 +37,18 @@ public:
   Lock &operator=(const Lock &) = delete;
 };
 
+// Lets the other processes have the machine as long as it lives, whatever locks this thread has.
+class LockPause {
+public:
+  LockPause();
+  ~LockPause();
+  LockPause(const LockPause &) = delete;
+  LockPause &operator=(const LockPause &) = delete;
+
+private:
+  int held;
+};
+
 // For tests: a key that answers ERROR_ACCESS_DENIED to any open that asks for a right to write, as do the keys below.
 void MarkKeyReadOnly(HKEY root, const char *subkey);
 

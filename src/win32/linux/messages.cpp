@@ -1,4 +1,5 @@
 // How messages reach the windows, what becomes of those that nobody wants, and the modal loop.
+#include "win32/linux/machine.h"
 #include "win32/linux/windows.h"
 
 #include <atomic>
@@ -8,10 +9,9 @@ using machine::DeskOfThread;
 using machine::FrontEnd;
 using machine::Window;
 using machine::WindowOf;
+using machine::WindowRecord;
 
 namespace {
-
-using WindowRecord = std::shared_ptr<Window>;
 
 constexpr size_t LongestQueue = 10000;
 
@@ -64,6 +64,7 @@ bool RunModalLoop(HWND top, const std::function<bool()> &done) {
     if (HandOutMessage() || PaintBelow(WindowOf(GetDesktopWindow())))
       continue;
     FrontEnd *const user = CurrentFrontEnd();
+    const LockPause pause; // nobody waits for this user but us
     if (user == nullptr || !user->WaitForUser(top))
       return over();
   }

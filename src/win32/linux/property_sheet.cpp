@@ -1,4 +1,5 @@
 // Property sheets as wizards: a dialog with the wizard's buttons, which shows one of its pages at a time.
+#include "win32/linux/machine.h"
 #include "win32/linux/modal.h"
 #include "win32/linux/property_page.h"
 
@@ -143,6 +144,7 @@ std::optional<LRESULT> Sheet::Answer(UINT message, WPARAM wParam, LPARAM lParam)
 }
 
 LRESULT Sheet::Notify(HWND page, UINT code, LPARAM parameter) const {
+  const machine::Lock lock; // what a page reads, decides and writes is one piece to other processes
   const PSHNOTIFY notification = {{window, 0, code}, parameter};
   return SendMessageA(page, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notification));
 }

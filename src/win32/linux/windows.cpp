@@ -14,10 +14,9 @@ using machine::Desk;
 using machine::DeskOfThread;
 using machine::Window;
 using machine::WindowOf;
+using machine::WindowRecord;
 
 namespace {
-
-using WindowRecord = std::shared_ptr<Window>;
 
 const HWND Desktop = reinterpret_cast<HWND>(uintptr_t{0x10010});
 constexpr RECT Screen = {0, 0, 1024, 768};

@@ -44,6 +44,8 @@ struct Window {
   bool Has(DWORD bits) const { return (style & bits) == bits; }
 };
 
+using WindowRecord = std::shared_ptr<Window>;
+
 // What a thread has of windows. The desktop's children are the windows that are no child.
 struct Desk {
   std::unordered_map<HWND, std::shared_ptr<Window>> windows;

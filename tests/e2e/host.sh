@@ -1,0 +1,44 @@
+#!/bin/bash
+# host.sh BUILD: what the host program does to a machine that others use too, or when its own surroundings are odd.
+set -euo pipefail
+host=$(realpath "$1/acctkit")
+samples=$(cd "$(dirname "$0")/../../host/samples" && pwd)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+fail() { echo "FAILED: $*" >&2; exit 1; }
+new_machine() {
+  rm -rf "$work/machine"
+  ACCTKIT_MACHINE=$work/machine "$host" machine new "$@" >/dev/null
+}
+acctkit() { ACCTKIT_MACHINE=$work/machine "$host" "$@"; }
+
+# What is printed goes into no file of the machine, whichever standard streams there are.
+for closed in '<&- >&-' '>&- 2>&-' '<&- >&- 2>&-'; do
+  new_machine
+  eval "acctkit signup '$samples/signup.txt' $closed" 2>/dev/null || true
+  acctkit accounts | grep -F 'taro@mail.zuvio.example' >/dev/null || fail "a sign-up with $closed left no sound registry"
+done
+
+# A record that isn't one changes nothing.
+new_machine
+acctkit accounts >"$work/before"
+for record in / /dev/null <(echo mailAddress=a@b.example); do
+  ! acctkit signup "$record" >/dev/null 2>&1 || fail "took $record for a sign-up"
+done
+acctkit accounts | diff "$work/before" - || fail "a refused sign-up wrote something"
+
+# Wizards that are finished at the same moment leave both accounts.
+finish() {
+  printf '%s\n' "set 1009 user$1" next next "set 1009 user$1@own$1.example" "set 1010 User $1" next \
+    "set 1009 pop$1.example" "set 1010 smtp$1.example" next finish 'answer ok' >"$work/script$1"
+  acctkit wizard original --script "$work/script$1" >/dev/null
+}
+for round in $(seq 10); do
+  client=$([ $((round % 2)) -eq 0 ] && echo oe5 || echo netscape6)
+  new_machine --with "$client"
+  finish 1 & finish 2 & wait
+  for number in 1 2; do
+    acctkit accounts | grep -F "user$number@own$number.example" >/dev/null || fail "account $number in $client is lost"
+  done
+done
+echo "the host program keeps the machine sound"
