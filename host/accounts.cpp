@@ -299,7 +299,7 @@ void PrintAccounts(bool asJson) {
 void PrintStatus() {
   const auto row = [](const std::string &client, const std::string &version, const std::string &mail,
                       const std::string &news) {
-    std::cout << client << std::string(24 - client.size(), ' ') << version
+    std::cout << client << std::string(24 - std::min<size_t>(client.size(), 23), ' ') << version
               << std::string(10 - std::min<size_t>(version.size(), 9), ' ') << mail << std::string(6 - mail.size(), ' ')
               << news << '\n';
   };

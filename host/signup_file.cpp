@@ -45,9 +45,9 @@ void CheckComplete(const std::string &path, const std::set<std::string> &seen, i
       kind == 0
           ? std::vector<std::string>{"serviceId", "senderName", "mailAddress", "startPage"}
           : std::vector<std::string>{"mailUser", "senderName", "mailAddress", "popServer", "smtpServer", "startPage"};
-  for (const std::string &key : needed)
-    if (!seen.contains(key))
-      throw UsageError(path + ": " + key + " is missing");
+  const auto missing = std::ranges::find_if_not(needed, [&](const std::string &key) { return seen.contains(key); });
+  if (missing != needed.end())
+    throw UsageError(path + ": " + *missing + " is missing");
 }
 
 } // namespace

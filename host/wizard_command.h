@@ -1,4 +1,4 @@
-// The command `wizard`, which runs one of the wizards with a script as its user.
+// The command `wizard`, which runs one of the wizards, with a script or the terminal as its user.
 #pragma once
 
 #include "account_commands.h"

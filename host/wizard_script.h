@@ -1,4 +1,5 @@
-// A script of what a user does to a wizard and expects to see: a step a line, in UTF-8. The README tells the language.
+// A script of what a user does to a wizard and expects to see: a step a line, in UTF-8. docs/wizard-scripts.md tells
+// the language.
 #pragma once
 
 #include <cstddef>

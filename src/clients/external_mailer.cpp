@@ -2,6 +2,7 @@
 
 #include "clients/files.h"
 #include "clients/registry.h"
+#include "clients/service_names.h"
 #include "clients/text.h"
 
 #include <cstddef>
@@ -14,8 +15,6 @@ static_assert(offsetof(MailEnvironment, connectionName) == 9 && offsetof(MailEnv
 static_assert(offsetof(MailEnvironment, mailUser) == 523 && offsetof(MailEnvironment, reservedText) == 780);
 static_assert(offsetof(MailEnvironment, mailAddress) == 1037 && offsetof(MailEnvironment, popServer) == 1294);
 static_assert(offsetof(MailEnvironment, smtpServer) == 1551);
-
-const char *const ServiceConnectionName = "@zuvioダイヤラ";
 
 namespace {
 

@@ -5,9 +5,6 @@
 #include "acctkit/acctkit.h"
 #include "clients/mail_client.h"
 
-// The fixed name of the service's dial-up connection.
-extern const char *const ServiceConnectionName;
-
 class ExternalMailer : public MailClient {
 public:
   ExternalMailer() = default;

@@ -4,9 +4,9 @@
 
 #include "clients/communicator/communicator_mail.h"
 #include "clients/communicator/communicator_news.h"
+#include "clients/guard.h"
 #include "clients/outlook_express/outlook_express_mail.h"
 #include "clients/outlook_express/outlook_express_news.h"
-#include "entry/guard.h"
 
 #include <charconv>
 #include <cstring>

@@ -2,10 +2,9 @@
 // the plain export.
 #include "acctkit/acctkit.h"
 
-#include "clients/external_mailer.h"
+#include "clients/guard.h"
 #include "clients/service_constants.h"
-#include "clients/text.h"
-#include "entry/guard.h"
+#include "clients/service_names.h"
 
 #include <array>
 
@@ -13,9 +12,6 @@ namespace {
 
 // A plain export's array: eight texts, and the integer that its search reads.
 using SpecArray = std::array<const char *, 9>;
-
-// The title "@zuvio(ID)". One that is too long for a client is refused further on, by the adapter's own bounds.
-std::string ServiceTitle(const char *id) { return Format("@zuvio(%s)", std::string(id)); }
 
 SpecArray ZuvioMailSpec(const char *const *values, const std::string &title) {
   return {values[0], values[1], title.c_str(), "", IspSmtpHost, IspPopHost, values[2], ServiceConnectionName, nullptr};

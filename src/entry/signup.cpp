@@ -2,7 +2,7 @@
 #include "acctkit/acctkit.h"
 
 #include "clients/external_mailer.h"
-#include "entry/guard.h"
+#include "clients/guard.h"
 
 #include <cstddef>
 #include <cstring>

@@ -4,9 +4,9 @@
 
 #include "clients/communicator/communicator_mail.h"
 #include "clients/communicator/profile_store.h"
-#include "clients/external_mailer.h"
+#include "clients/guard.h"
 #include "clients/registry.h"
-#include "entry/guard.h"
+#include "clients/service_names.h"
 
 #include <string>
 #include <vector>

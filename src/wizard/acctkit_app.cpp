@@ -1,4 +1,5 @@
 #include "wizard/acctkit_app.h"
+#include "clients/service_names.h"
 
 namespace {
 
@@ -16,7 +17,7 @@ UINT WithIcon(UINT type) {
 int AcctKitApp::DoMessageBox(const char *prompt, UINT type, UINT) {
   HWND disabled = nullptr;
   const HWND owner = CWnd::GetSafeOwner_(nullptr, &disabled);
-  const int answer = MessageBoxA(owner, prompt, "@zuvioダイヤラ", WithIcon(type));
+  const int answer = MessageBoxA(owner, prompt, ServiceConnectionName, WithIcon(type));
   if (disabled != nullptr)
     EnableWindow(disabled, TRUE);
   return answer;

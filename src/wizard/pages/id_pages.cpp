@@ -1,5 +1,6 @@
 #include "wizard/pages/id_pages.h"
 
+#include "clients/service_names.h"
 #include "wizard/pages/page_parts.h"
 
 using namespace page_parts;
@@ -56,5 +57,5 @@ void ShowIdPageWithId(const CWnd &page, WizardData &data) {
 
 void NameAccount(WizardData &data) {
   data.connectionName = "@zuvio";
-  data.accountName = "@zuvio(" + data.CurrentId() + ")";
+  data.accountName = ServiceTitle(data.CurrentId());
 }

@@ -1,4 +1,5 @@
 #include "wizard/pages/kerm_pages.h"
+#include "clients/service_names.h"
 
 using namespace page_parts;
 
@@ -112,7 +113,7 @@ BOOL CSetKERMEnd::OnWizardFinish() {
   data->accountName = data->mailAddress;
   MailAccountSpec spec = *data;
   spec.originalDomain = 1;
-  spec.connectionName = "@zuvioダイヤラ";
+  spec.connectionName = ServiceConnectionName;
   return WriteMailAccount(data->mailClient, spec, OwnDomainUser) ? CPropertyPage::OnWizardFinish() : FALSE;
 }
 

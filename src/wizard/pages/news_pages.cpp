@@ -222,7 +222,7 @@ bool IsWanted(NewsAccountSpec &spec, int32_t server) {
   return spec.newsServerOn[static_cast<size_t>(server)] != 0;
 }
 
-bool HasText(const std::vector<std::string> &texts, const std::string &text) {
+bool ContainsIgnoringCase(const std::vector<std::string> &texts, const std::string &text) {
   const auto bytes = [](const std::string &of) { return reinterpret_cast<const unsigned char *>(of.c_str()); };
   return std::ranges::any_of(texts, [&](const std::string &known) { return _mbsicmp(bytes(known), bytes(text)) == 0; });
 }
@@ -233,7 +233,7 @@ std::vector<std::string> FindExisting(NewsClient &client, NewsAccountSpec spec) 
   for (const int32_t server : Servers) {
     std::string key;
     std::string message;
-    if (IsWanted(spec, server) && client.IsExistAccount(spec, key, message) && !HasText(found, message))
+    if (IsWanted(spec, server) && client.IsExistAccount(spec, key, message) && !ContainsIgnoringCase(found, message))
       found.push_back(message);
   }
   return found;

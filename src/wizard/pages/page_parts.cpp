@@ -46,7 +46,7 @@ bool Refuses(const CWnd &page, const input_tests::Tests &tests, const std::strin
   if (focus == Focus::Now)
     MoveFocus(page, refusal->control);
   else
-    page.PostMessage(FocusControl, static_cast<WPARAM>(refusal->control));
+    page.PostMessage(FocusControlMessage, static_cast<WPARAM>(refusal->control));
   return true;
 }
 

@@ -34,9 +34,9 @@ void ShowList(const CWnd &page, bool open);
 void MoveFocus(const CWnd &page, int control);
 
 // When the control of a refused text gets the focus: at once, or once the sheet has dealt with the refusal, by the
-// message FocusControl that is posted to the page with the control's id.
+// message FocusControlMessage that is posted to the page with the control's id.
 enum class Focus { Now, Later };
-constexpr UINT FocusControl = WM_USER + 101;
+constexpr UINT FocusControlMessage = WM_USER + 101;
 
 // Whether a test refuses the text. If so its message has been shown, and its control gets the focus.
 bool Refuses(const CWnd &page, const input_tests::Tests &tests, const std::string &text, Focus focus = Focus::Now);

@@ -1,5 +1,6 @@
 #include "wizard/pages/second_mailer_page.h"
 
+#include "clients/service_names.h"
 #include "wizard/pages/id_pages.h"
 
 using namespace page_parts;
@@ -49,7 +50,7 @@ LRESULT CSet2ndMailerID::OnWizardNext() {
   data->connectionName = "@zuvio";
   data->popServer = host;
   data->smtpServer = host;
-  data->accountName = "@zuvio(" + data->mailAddress + ")";
+  data->accountName = ServiceTitle(data->mailAddress);
   ShowList(*this, false);
   return CPropertyPage::OnWizardNext();
 }

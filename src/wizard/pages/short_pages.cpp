@@ -1,6 +1,7 @@
 #include "wizard/pages/short_pages.h"
 
 #include "clients/service_constants.h"
+#include "clients/service_names.h"
 
 using namespace page_parts;
 
@@ -49,7 +50,7 @@ void CSetShortMailerSelect::OnPaint() { choice.icon.Paint(*this, data->mailClien
 IMPLEMENT_DYNAMIC(CSetShortMailerID, CPropertyPage)
 
 BEGIN_MESSAGE_MAP(CSetShortMailerID, CPropertyPage)
-ON_MESSAGE(FocusControl, OnFocusControl)
+ON_MESSAGE(FocusControlMessage, OnFocusControl)
 END_MESSAGE_MAP()
 
 CSetShortMailerID::CSetShortMailerID() : CPropertyPage(IDD_SET_SHORT_MAILER_ID, 0) {}
@@ -94,10 +95,10 @@ bool CSetShortMailerID::TakeInput() {
 BOOL CSetShortMailerID::OnWizardFinish() {
   if (!TakeInput())
     return FALSE;
-  data->accountName = "@zuvio(" + data->userId + ")";
+  data->accountName = ServiceTitle(data->userId);
   data->popServer = IspPopHost;
   data->smtpServer = IspSmtpHost;
   MailAccountSpec spec = *data;
-  spec.connectionName = "@zuvioダイヤラ";
+  spec.connectionName = ServiceConnectionName;
   return WriteMailAccount(data->mailClient, spec, AnyUser) ? CPropertyPage::OnWizardFinish() : FALSE;
 }
