@@ -1,10 +1,12 @@
-// Profile files: headings in brackets, and below each its lines `name=value`. They are read anew by every call.
+// Profile files: headings in brackets, and below each its lines `name=value`. They are read anew by every call, and
+// parsed anew when they have changed: who asks for many values asks for one after the other.
 #include "win32/win32.h"
 
 #include "win32/linux/hive.h"
 #include "win32/linux/text.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <optional>
 #include <string>
@@ -37,17 +39,21 @@ std::string FullPath(const std::string &path) {
   return std::string(directory) + '\\' + path;
 }
 
-// A file's text; empty for one that can't be read.
-std::u16string ReadProfile(const std::string &path) {
+// A file's bytes; none of one that can't be read.
+std::string ReadBytes(const std::string &path) {
   const HANDLE file =
       CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE)
     return {};
   std::string bytes;
-  char block[4096];
-  for (DWORD read = 0; ReadFile(file, block, sizeof block, &read, nullptr) != FALSE && read != 0;)
-    bytes.append(block, read);
+  std::array<char, 65536> block;
+  for (DWORD read = 0; ReadFile(file, block.data(), block.size(), &read, nullptr) != FALSE && read != 0;)
+    bytes.append(block.data(), read);
   CloseHandle(file);
+  return bytes;
+}
+
+std::u16string Decoded(std::string_view bytes) {
   constexpr std::string_view ByteOrderMark = "\xFF\xFE";
   if (!bytes.starts_with(ByteOrderMark))
     return text::ToWide(bytes);
@@ -72,35 +78,52 @@ std::optional<Text> Heading(Text line) {
   return Trimmed(line.substr(1, end - 1));
 }
 
-std::vector<Text> Sections(Text profile) {
-  std::vector<Text> names;
-  while (!profile.empty())
-    if (const std::optional<Text> heading = Heading(TakeLine(profile)))
-      names.push_back(*heading);
-  return names;
-}
-
 struct Entry {
   Text name;
   Text value;
 };
 
-// The entries of the first section with that name.
-std::vector<Entry> EntriesOf(Text profile, Text section) {
+struct Section {
+  Text name;
   std::vector<Entry> entries;
-  bool within = false;
+};
+
+std::vector<Section> Parse(Text profile) {
+  std::vector<Section> sections;
   while (!profile.empty()) {
     const Text line = TakeLine(profile);
     const size_t equals = line.find(u'=');
-    if (const std::optional<Text> heading = Heading(line)) {
-      if (within)
-        break;
-      within = machine::SameName(*heading, section);
-    } else if (within && equals != Text::npos && !line.starts_with(u';')) {
-      entries.push_back({Trimmed(line.substr(0, equals)), Unquoted(Trimmed(line.substr(equals + 1)))});
-    }
+    if (const std::optional<Text> heading = Heading(line))
+      sections.push_back({*heading, {}});
+    else if (!sections.empty() && equals != Text::npos && !line.starts_with(u';'))
+      sections.back().entries.push_back({Trimmed(line.substr(0, equals)), Unquoted(Trimmed(line.substr(equals + 1)))});
   }
-  return entries;
+  return sections;
+}
+
+// The sections of the file, which hold until the thread's next call.
+const std::vector<Section> &ReadProfile(const std::string &path) {
+  struct Profile {
+    std::string bytes;
+    std::u16string text;
+    std::vector<Section> sections;
+  };
+  thread_local Profile last;
+  if (std::string bytes = ReadBytes(path); bytes != last.bytes) {
+    last = {};
+    last.text = Decoded(bytes);
+    last.sections = Parse(last.text);
+    last.bytes = std::move(bytes); // once all went well
+  }
+  return last.sections;
+}
+
+// The first of that name, be it a section or an entry; null without one.
+template <typename Named> const Named *FindNamed(const std::vector<Named> &all, const char *name) {
+  const std::u16string wide = text::ToWide(name);
+  const auto found = std::ranges::find_if(
+      all, [wanted = Trimmed(wide)](Text known) { return machine::SameName(known, wanted); }, &Named::name);
+  return found != all.end() ? &*found : nullptr;
 }
 
 // How many bytes of a text are whole characters within a room.
@@ -125,10 +148,10 @@ DWORD Give(std::string_view text, DWORD terminators, char *buffer, DWORD size) {
   return static_cast<DWORD>(length);
 }
 
-DWORD GiveNames(const std::vector<Text> &names, char *buffer, DWORD size) {
+template <typename Named> DWORD GiveNames(const std::vector<Named> &all, char *buffer, DWORD size) {
   std::string list;
-  for (const Text name : names)
-    list += text::FromWide(name) + '\0';
+  for (const Named &named : all)
+    list += text::FromWide(named.name) + '\0';
   return Give(list, 2, buffer, size);
 }
 
@@ -136,22 +159,15 @@ DWORD GiveNames(const std::vector<Text> &names, char *buffer, DWORD size) {
 
 DWORD GetPrivateProfileStringA(const char *section, const char *key, const char *defaultText, char *buffer, DWORD size,
                                const char *path) {
-  const std::u16string profile = ReadProfile(FullPath(path != nullptr ? path : "win.ini"));
+  const std::vector<Section> &profile = ReadProfile(FullPath(path != nullptr ? path : "win.ini"));
   if (section == nullptr)
-    return GiveNames(Sections(profile), buffer, size);
-  const std::u16string wantedSection = text::ToWide(section);
-  const std::vector<Entry> entries = EntriesOf(profile, Trimmed(wantedSection));
-  if (key == nullptr && !entries.empty()) {
-    std::vector<Text> names(entries.size());
-    std::ranges::transform(entries, names.begin(), &Entry::name);
-    return GiveNames(names, buffer, size);
-  }
-  if (key != nullptr) {
-    const std::u16string wanted = text::ToWide(key);
-    for (const Entry &entry : entries)
-      if (machine::SameName(entry.name, Trimmed(wanted)))
-        return Give(text::FromWide(entry.value), 1, buffer, size);
-  }
+    return GiveNames(profile, buffer, size);
+  const Section *const found = FindNamed(profile, section);
+  if (key == nullptr && found != nullptr && !found->entries.empty())
+    return GiveNames(found->entries, buffer, size);
+  if (key != nullptr && found != nullptr)
+    if (const Entry *const entry = FindNamed(found->entries, key))
+      return Give(text::FromWide(entry->value), 1, buffer, size);
   const std::string_view standIn = defaultText != nullptr ? defaultText : "";
   return Give(standIn.substr(0, standIn.find_last_not_of(' ') + 1), 1, buffer, size);
 }
