@@ -8,6 +8,7 @@
 #include <iostream>
 #include <iterator>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -69,6 +70,10 @@ void Click(HWND top, const Step &step) {
   SendMessageA(UsableControl(top, step, "button", "that can be clicked"), BM_CLICK, 0, 0);
 }
 
+void Open(HWND top, const Step &step) {
+  SendMessageA(UsableControl(top, step, "combobox", "with a list"), CB_SHOWDROPDOWN, TRUE, 0);
+}
+
 // Posted, so that a box that the page then shows comes up from the sheet's loop and not from within the step.
 void Press(HWND sheet, const NamedButton &button) {
   PostMessageA(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button.press), 0);
@@ -112,10 +117,11 @@ struct ActionRow {
   const char *command;
   void (*action)(HWND top, const Step &step);
 };
-constexpr ActionRow Actions[] = {{"set", Set},           {"select", Select},        {"click", Click},
-                                 {"next", PressNamed},   {"back", PressNamed},      {"finish", PressNamed},
-                                 {"cancel", PressNamed}, {"help", PressNamed},      {"answer", AnswerNamed},
-                                 {"key", PressKey},      {"dblclick", DoubleClick}, {"show", Show}};
+constexpr ActionRow Actions[] = {
+    {"set", Set},         {"select", Select},      {"click", Click},       {"open", Open},
+    {"next", PressNamed}, {"back", PressNamed},    {"finish", PressNamed}, {"cancel", PressNamed},
+    {"help", PressNamed}, {"answer", AnswerNamed}, {"key", PressKey},      {"dblclick", DoubleClick},
+    {"show", Show}};
 
 // ---- What a user finds ----
 
@@ -165,13 +171,34 @@ void ScriptedUser::TakeStep(HWND top) {
   if (taken == script.steps.size() || script.steps[taken].command == "expect result")
     throw Difference("the wizard to be over", TopLine(top));
   const Step &step = script.steps[taken];
+  if (step.command == "pause" && !IsPauseOver(step))
+    return;
   const auto *const action = std::ranges::find(Actions, step.command, &ActionRow::command);
   const auto *const finding = std::ranges::find(Findings, step.command, &FindingRow::command);
   if (action != std::end(Actions))
     action->action(top, step);
-  else
+  else if (step.command != "pause")
     Compare(step, finding != std::end(Findings) ? finding->find(top, step) : helpTopic);
   ++taken;
+}
+
+// Meanwhile the windows go on: another thread waits for the line.
+bool ScriptedUser::IsPauseOver(const Step &step) {
+  if (pause == nullptr) {
+    std::cout << "pause " << step.text << std::endl;
+    pause = std::make_shared<std::atomic<Pause>>(Pause::Lasts);
+    std::thread([seen = pause] {
+      std::string line;
+      *seen = std::getline(std::cin, line) ? Pause::IsOver : Pause::HasNoEnd;
+    }).detach();
+  }
+  std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  const Pause state = *pause;
+  if (state != Pause::Lasts)
+    pause = nullptr;
+  if (state == Pause::HasNoEnd)
+    throw Difference("a line on the standard input", "its end");
+  return state == Pause::IsOver;
 }
 
 // Cancels whatever is open, and says yes to that. Should something stay open for all that, it is given up.

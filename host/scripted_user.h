@@ -4,7 +4,9 @@
 #include "platform.h"
 #include "wizard_script.h"
 
+#include <atomic>
 #include <cstdint>
+#include <memory>
 
 class ScriptedUser : public platform::User {
 public:
@@ -21,6 +23,7 @@ public:
 private:
   void NoticePage(HWND top);
   void TakeStep(HWND top);
+  bool IsPauseOver(const Step &step);
   bool Leave(HWND top);
   // Once, of the step that is next.
   void Complain(const std::string &difference);
@@ -31,4 +34,6 @@ private:
   std::string helpTopic = "none";
   bool complained = false;
   int leaving = 0;
+  enum class Pause { Lasts, IsOver, HasNoEnd };
+  std::shared_ptr<std::atomic<Pause>> pause; // null but during one
 };
