@@ -131,33 +131,6 @@ void AddCommand(CLI::App &group, const Kind &kind, bool sets, Action &action, bo
 
 } // namespace
 
-CLI::Option *AddClientOption(CLI::App &command, int &client) {
-  return command
-      .add_option_function<std::string>(
-          "--client",
-          [&client](const std::string &name) {
-            if (name != "oe" && name != "communicator")
-              throw UsageError("--client: there is no client " + name + ", only oe and communicator");
-            client = name == "oe" ? 0 : 1;
-          },
-          "oe or communicator")
-      ->type_name("CLIENT");
-}
-
-CLI::Option *AddTextOption(CLI::App &command, const std::string &name, std::string &value, const std::string &help) {
-  return command
-      .add_option_function<std::string>(
-          name,
-          [name, &value](const std::string &utf8) {
-            const std::optional<std::string> text = FromUtf8(utf8);
-            if (!text)
-              throw UsageError(name + " has a character that code page 932 doesn't have");
-            value = *text;
-          },
-          help)
-      ->type_name("TEXT");
-}
-
 void AddAccountCommands(CLI::App &app, Action &action, bool &writes) {
   for (const Kind *const kind : {&Mail, &News}) {
     CLI::App *const group =

@@ -2,6 +2,7 @@
 #include "account_commands.h"
 #include "accounts.h"
 #include "acctkit/acctkit.h"
+#include "options.h"
 #include "platform.h"
 #include "sample_machine.h"
 #include "signup_file.h"
