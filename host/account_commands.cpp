@@ -5,7 +5,6 @@
 #include "usage.h"
 
 #include <array>
-#include <iostream>
 #include <memory>
 #include <vector>
 
@@ -83,23 +82,19 @@ std::vector<const char *> ExportArray(const Kind &kind, const Family &family, co
   return array;
 }
 
-int Search(const Kind &kind, const Options &options) {
+Outcome Search(const Kind &kind, const Options &options) {
   const Family &family = ChosenFamily(kind, options);
   char key[256] = "";
   char message[1024] = "";
-  const bool found = family.search(options.client, ExportArray(kind, family, options).data(), key, message) != 0;
-  if (found)
-    std::cout << "key: " << ToUtf8(key) << '\n' << ToUtf8(message) << '\n';
-  else
-    std::cout << "no such account\n";
-  return found ? 0 : 1;
+  if (family.search(options.client, ExportArray(kind, family, options).data(), key, message) == 0)
+    return {1, "no such account\n"};
+  return {0, "key: " + ToUtf8(key) + '\n' + ToUtf8(message) + '\n'};
 }
 
-int Setup(const Kind &kind, const Options &options) {
+Outcome Setup(const Kind &kind, const Options &options) {
   const Family &family = ChosenFamily(kind, options);
   const bool done = family.setup(options.client, ExportArray(kind, family, options).data(), options.key.c_str()) != 0;
-  std::cout << (done ? "done\n" : "not written\n");
-  return done ? 0 : 1;
+  return done ? Outcome(0, "done\n") : Outcome(1, "not written\n");
 }
 
 void AddCommand(CLI::App &group, const Kind &kind, bool sets, Action &action, bool &writes) {
