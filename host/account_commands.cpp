@@ -5,7 +5,6 @@
 #include "usage.h"
 
 #include <array>
-#include <iostream>
 #include <memory>
 #include <vector>
 
@@ -83,23 +82,19 @@ std::vector<const char *> ExportArray(const Kind &kind, const Family &family, co
   return array;
 }
 
-int Search(const Kind &kind, const Options &options) {
+Outcome Search(const Kind &kind, const Options &options) {
   const Family &family = ChosenFamily(kind, options);
   char key[256] = "";
   char message[1024] = "";
-  const bool found = family.search(options.client, ExportArray(kind, family, options).data(), key, message) != 0;
-  if (found)
-    std::cout << "key: " << ToUtf8(key) << '\n' << ToUtf8(message) << '\n';
-  else
-    std::cout << "no such account\n";
-  return found ? 0 : 1;
+  if (family.search(options.client, ExportArray(kind, family, options).data(), key, message) == 0)
+    return {1, "no such account\n"};
+  return {0, "key: " + ToUtf8(key) + '\n' + ToUtf8(message) + '\n'};
 }
 
-int Setup(const Kind &kind, const Options &options) {
+Outcome Setup(const Kind &kind, const Options &options) {
   const Family &family = ChosenFamily(kind, options);
   const bool done = family.setup(options.client, ExportArray(kind, family, options).data(), options.key.c_str()) != 0;
-  std::cout << (done ? "done\n" : "not written\n");
-  return done ? 0 : 1;
+  return done ? Outcome(0, "done\n") : Outcome(1, "not written\n");
 }
 
 void AddCommand(CLI::App &group, const Kind &kind, bool sets, Action &action, bool &writes) {
@@ -130,33 +125,6 @@ void AddCommand(CLI::App &group, const Kind &kind, bool sets, Action &action, bo
 }
 
 } // namespace
-
-CLI::Option *AddClientOption(CLI::App &command, int &client) {
-  return command
-      .add_option_function<std::string>(
-          "--client",
-          [&client](const std::string &name) {
-            if (name != "oe" && name != "communicator")
-              throw UsageError("--client: there is no client " + name + ", only oe and communicator");
-            client = name == "oe" ? 0 : 1;
-          },
-          "oe or communicator")
-      ->type_name("CLIENT");
-}
-
-CLI::Option *AddTextOption(CLI::App &command, const std::string &name, std::string &value, const std::string &help) {
-  return command
-      .add_option_function<std::string>(
-          name,
-          [name, &value](const std::string &utf8) {
-            const std::optional<std::string> text = FromUtf8(utf8);
-            if (!text)
-              throw UsageError(name + " has a character that code page 932 doesn't have");
-            value = *text;
-          },
-          help)
-      ->type_name("TEXT");
-}
 
 void AddAccountCommands(CLI::App &app, Action &action, bool &writes) {
   for (const Kind *const kind : {&Mail, &News}) {

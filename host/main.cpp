@@ -2,6 +2,7 @@
 #include "account_commands.h"
 #include "accounts.h"
 #include "acctkit/acctkit.h"
+#include "options.h"
 #include "platform.h"
 #include "sample_machine.h"
 #include "signup_file.h"
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <iostream>
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -23,10 +25,7 @@ struct Chosen {
   bool makesMachine = false;
 };
 
-int Tell(bool done) {
-  std::cout << (done ? "done\n" : "failed\n");
-  return done ? 0 : 1;
-}
+Outcome Tell(bool done) { return done ? Outcome(0, "done\n") : Outcome(1, "failed\n"); }
 
 int Fail(const std::string &why) {
   std::cerr << "acctkit: " << why << '\n';
@@ -55,14 +54,13 @@ void AddMachineCommand(CLI::App &app, Chosen &chosen) {
   made->callback([&chosen, clients] {
     CheckClients(*clients);
     chosen.makesMachine = true;
-    chosen.action = [clients] {
+    chosen.action = [clients]() -> Outcome {
       std::string problem = platform::MakeMachine();
       if (problem.empty())
         problem = InstallSamples(*clients);
       if (!problem.empty())
         return Fail(problem);
-      std::cout << "made a sample machine in " << platform::MachineName() << '\n';
-      return 0;
+      return {0, "made a sample machine in " + platform::MachineName() + '\n'};
     };
   });
 }
@@ -94,9 +92,8 @@ void AddSignupCommands(CLI::App &app, Chosen &chosen) {
     chosen.writes = true;
     chosen.action = [record] {
       const bool taken = SetupAfterSignup(&record) == 1;
-      std::cout << (taken ? "done, the mailer plug-in took the account too\n"
-                          : "done for the clients that are installed, no mailer plug-in took the account\n");
-      return taken ? 0 : 1;
+      return taken ? Outcome(0, "done, the mailer plug-in took the account too\n")
+                   : Outcome(1, "done for the clients that are installed, no mailer plug-in took the account\n");
     };
   });
   app.add_subcommand("completed", "Tells the mailer plug-in that all is done")->callback([&chosen] {
@@ -129,21 +126,24 @@ void AddBrowserCommands(CLI::App &app, Chosen &chosen) {
       });
 }
 
-// Runs the command with the machine held as far as it needs that, and says what the machine was in the way with.
+// Acts with the machine held, if the command needs that.
+Outcome Act(const Chosen &chosen) {
+  std::optional<platform::MachineLock> lock;
+  if (chosen.writes)
+    lock.emplace();
+  return chosen.action();
+}
+
+// Runs the command, and says either how it ended or what the machine was in the way with.
 int Run(const Chosen &chosen) {
   if (!chosen.makesMachine)
     if (const std::string problem = platform::Problem(chosen.writes || chosen.waits); !problem.empty())
       return Fail(problem);
-  int status = 0;
-  if (chosen.writes) {
-    const platform::MachineLock lock;
-    status = chosen.action();
-  } else {
-    status = chosen.action();
-  }
+  const Outcome outcome = Act(chosen);
   if (const std::string fault = platform::TakeFault(); !fault.empty())
     return Fail(fault);
-  return std::cout.flush() ? status : Fail("the output can't be written");
+  std::cout << outcome.text;
+  return std::cout.flush() ? outcome.status : Fail("the output can't be written");
 }
 
 } // namespace

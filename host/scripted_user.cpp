@@ -130,9 +130,9 @@ struct FindingRow {
   std::string (*find)(HWND top, const Step &step);
 };
 constexpr FindingRow Findings[] = {
-    {"expect caption", [](HWND top, const Step &) { return TextOf(top); }},
-    {"expect text", [](HWND top, const Step &step) { return TextOf(ControlOf(top, step)); }},
-    {"expect items", [](HWND top, const Step &step) { return ItemsOf(ControlOf(top, step)); }},
+    {"expect caption", [](HWND top, const Step &) { return QuotedText(top); }},
+    {"expect text", [](HWND top, const Step &step) { return QuotedText(ControlOf(top, step)); }},
+    {"expect items", [](HWND top, const Step &step) { return QuotedItems(ControlOf(top, step)); }},
     {"expect checked", [](HWND top, const Step &step) { return CheckOf(ControlOf(top, step)); }},
     {"expect control", [](HWND top, const Step &step) { return Description(ControlOf(top, step)); }},
     {"expect focus", [](HWND top, const Step &) { return FocusOf(top); }},

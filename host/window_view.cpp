@@ -1,10 +1,8 @@
 #include "window_view.h"
 
-#include "text.h"
 #include "wizard_script.h"
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 
 namespace {
@@ -26,30 +24,9 @@ struct NamedIcon {
 const NamedIcon BoxIcons[] = {
     {"stop", IDI_HAND}, {"question", IDI_QUESTION}, {"exclamation", IDI_EXCLAMATION}, {"information", IDI_ASTERISK}};
 
-LONG_PTR StyleOf(HWND window) { return GetWindowLongPtrA(window, GWL_STYLE); }
-
-std::string ClassOf(HWND window) {
-  char name[64] = "";
-  GetClassNameA(window, name, sizeof name);
-  std::string lower = name;
-  std::ranges::transform(lower, lower.begin(), [](unsigned char letter) { return std::tolower(letter); });
-  return lower;
-}
-
 bool IsIcon(HWND control) { return IsClass(control, "static") && (StyleOf(control) & SS_TYPEMASK) == SS_ICON; }
 
 HICON ShownIcon(HWND control) { return reinterpret_cast<HICON>(SendMessageA(control, STM_GETICON, 0, 0)); }
-
-bool IsCheckBox(HWND control) {
-  return IsClass(control, "button") && (StyleOf(control) & BS_TYPEMASK) > BS_DEFPUSHBUTTON;
-}
-
-std::vector<HWND> ChildrenOf(HWND window) {
-  std::vector<HWND> children;
-  for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
-    children.push_back(child);
-  return children;
-}
 
 // The number of the dialog that a page was made from.
 int PageId(HWND sheet) {
@@ -68,42 +45,24 @@ bool IsBox(HWND window) { return !IsSheet(window) && GetDlgItem(window, BoxTextI
 
 HWND CurrentPage(HWND sheet) { return reinterpret_cast<HWND>(SendMessageA(sheet, PSM_GETCURRENTPAGEHWND, 0, 0)); }
 
-bool IsUsable(HWND control) { return control != nullptr && IsWindowVisible(control) && IsWindowEnabled(control); }
-
-bool IsClass(HWND control, const char *className) { return ClassOf(control) == className; }
-
 const NamedButton *FindButton(std::span<const NamedButton> buttons, const std::string &name) {
   const auto found = std::ranges::find(buttons, name, &NamedButton::name);
   return found == buttons.end() ? nullptr : &*found;
 }
 
-std::string TextOf(HWND window) {
-  std::string text(static_cast<size_t>(GetWindowTextLengthA(window)) + 1, '\0');
-  text.resize(static_cast<size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
-  return Quoted(ToUtf8(text));
-}
+std::string QuotedText(HWND window) { return Quoted(ReadText(window)); }
 
-std::string ItemsOf(HWND comboBox) {
-  std::vector<std::string> items;
-  const LRESULT count = SendMessageA(comboBox, CB_GETCOUNT, 0, 0);
-  for (WPARAM index = 0; static_cast<LRESULT>(index) < count; ++index) {
-    std::string item(static_cast<size_t>(SendMessageA(comboBox, CB_GETLBTEXTLEN, index, 0)) + 1, '\0');
-    item.resize(
-        static_cast<size_t>(SendMessageA(comboBox, CB_GETLBTEXT, index, reinterpret_cast<LPARAM>(item.data()))));
-    items.push_back(Quoted(ToUtf8(item)));
-  }
+std::string QuotedItems(HWND comboBox) {
+  std::vector<std::string> items = ReadItems(comboBox);
+  std::ranges::transform(items, items.begin(), Quoted);
   return Listed(items);
 }
-
-bool IsChecked(HWND button) { return SendMessageA(button, BM_GETCHECK, 0, 0) == static_cast<LRESULT>(BST_CHECKED); }
 
 std::string CheckOf(HWND control) {
   if (!IsCheckBox(control))
     return "no check box";
   return IsChecked(control) ? "yes" : "no";
 }
-
-bool IsReadOnly(HWND edit) { return (StyleOf(edit) & ES_READONLY) != 0; }
 
 std::string ButtonsOf(HWND top) {
   std::string names;
@@ -127,7 +86,7 @@ std::string FocusOf(HWND top) {
   return "none";
 }
 
-std::string MessageOf(HWND box) { return TextOf(GetDlgItem(box, BoxTextId)); }
+std::string MessageOf(HWND box) { return QuotedText(GetDlgItem(box, BoxTextId)); }
 
 std::string IconOf(HWND box) {
   const std::vector<HWND> children = ChildrenOf(box);
@@ -144,11 +103,11 @@ std::string Description(HWND control) {
   if (IsIcon(control))
     line = ShownIcon(control) != nullptr ? "icon set" : "icon empty";
   else if (IsClass(control, "combobox"))
-    line = "combo " + TextOf(control) + ' ' + ItemsOf(control);
+    line = "combo " + QuotedText(control) + ' ' + QuotedItems(control);
   else if (IsCheckBox(control))
-    line = "check " + TextOf(control) + (IsChecked(control) ? " checked" : " unchecked");
+    line = "check " + QuotedText(control) + (IsChecked(control) ? " checked" : " unchecked");
   else
-    line = ClassOf(control) + ' ' + TextOf(control);
+    line = ClassOf(control) + ' ' + QuotedText(control);
   if (IsClass(control, "edit") && IsReadOnly(control))
     line += " readonly";
   if (!IsWindowEnabled(control))
@@ -164,10 +123,10 @@ std::string ControlLine(HWND control) {
 
 std::string TopLine(HWND top) {
   if (IsSheet(top))
-    return "page " + std::to_string(PageId(top)) + ' ' + TextOf(top) + " buttons=" + ButtonsOf(top);
+    return "page " + std::to_string(PageId(top)) + ' ' + QuotedText(top) + " buttons=" + ButtonsOf(top);
   if (IsBox(top))
     return "message " + MessageOf(top) + " buttons=" + ButtonsOf(top) + " icon=" + IconOf(top);
-  return "window " + TextOf(top);
+  return "window " + QuotedText(top);
 }
 
 std::vector<HWND> ControlsOf(HWND page) {

@@ -1,7 +1,7 @@
 // What a user sees of a wizard's windows, in the words of a transcript: UTF-8, texts in quotes.
 #pragma once
 
-#include "win32/win32_ui.h"
+#include "window_reader.h"
 
 #include <span>
 #include <string>
@@ -19,19 +19,13 @@ bool IsSheet(HWND window);
 bool IsBox(HWND window);
 // The page that a sheet shows.
 HWND CurrentPage(HWND sheet);
-// Whether a user could press or fill it.
-bool IsUsable(HWND control);
-bool IsClass(HWND control, const char *className);
 // Null if the buttons have none of that name, or the window has it not.
 const NamedButton *FindButton(std::span<const NamedButton> buttons, const std::string &name);
 
-// The window's text, for a control what stands in it.
-std::string TextOf(HWND window);
-std::string ItemsOf(HWND comboBox);
-bool IsChecked(HWND button);
+std::string QuotedText(HWND window);
+std::string QuotedItems(HWND comboBox);
 // yes or no, or that the control is no check box.
 std::string CheckOf(HWND control);
-bool IsReadOnly(HWND edit);
 // The buttons that can be pressed, of a sheet those that lead through the wizard.
 std::string ButtonsOf(HWND top);
 // The control of the page, or the button, that has the focus.

@@ -1,7 +1,7 @@
 #include "terminal/controls.h"
 
 #include "text.h"
-#include "window_view.h"
+#include "window_reader.h"
 
 #include <algorithm>
 #include <cctype>
@@ -10,8 +10,6 @@
 namespace terminal {
 
 namespace {
-
-DWORD StyleOf(HWND window) { return static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)); }
 
 bool HasText(HWND label) {
   const DWORD type = StyleOf(label) & SS_TYPEMASK;
@@ -28,7 +26,7 @@ std::optional<Kind> KindOf(HWND window) {
   if (IsClass(window, "combobox"))
     return (style & CBS_DROPDOWNLIST) == CBS_DROPDOWNLIST ? Kind::List : Kind::EditableList;
   if (IsClass(window, "button"))
-    return (style & BS_TYPEMASK) <= BS_DEFPUSHBUTTON ? Kind::Button : Kind::Check;
+    return IsCheckBox(window) ? Kind::Check : Kind::Button;
   return std::nullopt;
 }
 
@@ -68,7 +66,7 @@ Control Describe(HWND top, HWND window, Kind kind) {
 }
 
 void Collect(HWND top, HWND parent, std::vector<Control> &controls) {
-  for (HWND child = GetWindow(parent, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+  for (const HWND child : ChildrenOf(parent)) {
     if (IsWindowVisible(child) == FALSE)
       continue;
     if (const std::optional<Kind> kind = KindOf(child))
@@ -85,14 +83,6 @@ std::vector<Control> ControlsIn(HWND top) {
   Collect(top, top, controls);
   return controls;
 }
-
-std::string ReadRawText(HWND window) {
-  std::string text(static_cast<size_t>(GetWindowTextLengthA(window)) + 1, '\0');
-  text.resize(static_cast<size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
-  return text;
-}
-
-std::string ReadText(HWND window) { return ToUtf8(ReadRawText(window)); }
 
 HWND FocusedControl() {
   const HWND focus = GetFocus();
@@ -111,13 +101,18 @@ HWND EditOf(const Control &control) {
   }
 }
 
-Typed TypedIn(HWND edit) {
-  const std::string text = ReadRawText(edit);
+Selection SelectionIn(HWND edit) {
   DWORD begin = 0;
   DWORD end = 0;
   SendMessageA(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&begin), reinterpret_cast<LPARAM>(&end));
-  end = std::min(end, static_cast<DWORD>(text.size()));
-  begin = std::min(begin, end);
+  return {begin, end};
+}
+
+Typed TypedIn(HWND edit) {
+  const std::string text = ReadRawText(edit);
+  const Selection selection = SelectionIn(edit);
+  const size_t end = std::min(selection.end, text.size());
+  const size_t begin = std::min(selection.begin, end);
   return {ToUtf8(text.substr(0, begin)), ToUtf8(text.substr(begin, end - begin)), ToUtf8(text.substr(end))};
 }
 
@@ -126,20 +121,7 @@ bool IsListOpen(const Control &control) {
          SendMessageA(control.window, CB_GETDROPPEDSTATE, 0, 0) != FALSE;
 }
 
-std::vector<std::string> ReadItems(HWND list) {
-  std::vector<std::string> items;
-  const LRESULT count = SendMessageA(list, CB_GETCOUNT, 0, 0);
-  for (LRESULT index = 0; index < count; ++index) {
-    const auto item = static_cast<WPARAM>(index);
-    std::string text(static_cast<size_t>(SendMessageA(list, CB_GETLBTEXTLEN, item, 0)) + 1, '\0');
-    SendMessageA(list, CB_GETLBTEXT, item, reinterpret_cast<LPARAM>(text.data()));
-    text.pop_back();
-    items.push_back(ToUtf8(text));
-  }
-  return items;
-}
-
-int SelectionOf(HWND list) { return static_cast<int>(SendMessageA(list, CB_GETCURSEL, 0, 0)); }
+int SelectedItem(HWND list) { return static_cast<int>(SendMessageA(list, CB_GETCURSEL, 0, 0)); }
 
 HWND EnabledButton(HWND top, int id) {
   const HWND button = GetDlgItem(top, id);

@@ -32,15 +32,18 @@ struct Control {
 // aren't among them.
 std::vector<Control> ControlsIn(HWND top);
 
-// The text of a window in the code page, and in UTF-8.
-std::string ReadRawText(HWND window);
-std::string ReadText(HWND window);
-
 // The control that has the focus, the whole combo box for its edit part.
 HWND FocusedControl();
 
 // The edit control to type in, null if there is none: a field itself, or the one within a list.
 HWND EditOf(const Control &control);
+
+// Places in the text of an edit control, in bytes of the code page.
+struct Selection {
+  size_t begin = 0;
+  size_t end = 0;
+};
+Selection SelectionIn(HWND edit);
 
 // What stands in an edit control, parted by its selection, at whose end the caret is.
 struct Typed {
@@ -51,8 +54,7 @@ struct Typed {
 Typed TypedIn(HWND edit);
 
 bool IsListOpen(const Control &control);
-std::vector<std::string> ReadItems(HWND list);
-int SelectionOf(HWND list);
+int SelectedItem(HWND list);
 
 // Null if no enabled button of the window has the id.
 HWND EnabledButton(HWND top, int id);

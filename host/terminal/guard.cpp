@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <iterator>
 #include <termios.h>
 #include <unistd.h>
 
@@ -14,8 +15,9 @@ namespace terminal {
 namespace {
 
 constexpr int AskingSignals[] = {SIGINT, SIGTERM, SIGHUP};
-constexpr int CrashSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGSYS, SIGQUIT};
-constexpr size_t MostSignals = 16;
+constexpr int DeadlySignals[] = {SIGSEGV, SIGBUS,  SIGFPE,    SIGILL,  SIGABRT, SIGSYS,  SIGTRAP, SIGQUIT,
+                                 SIGPIPE, SIGALRM, SIGVTALRM, SIGPROF, SIGUSR1, SIGUSR2, SIGXCPU, SIGXFSZ};
+constexpr size_t SignalCount = std::size(AskingSignals) + std::size(DeadlySignals) + 1; // and the change of size
 
 // All that a signal handler may look at.
 termios modes;
@@ -24,7 +26,7 @@ size_t restoringLength = 0;
 int waker[2] = {-1, -1};
 volatile std::sig_atomic_t asked = 0;
 
-struct sigaction before[MostSignals];
+struct sigaction before[SignalCount];
 
 void Write(int file, const char *bytes, size_t length) {
   // There is nobody to tell if it fails.
@@ -55,16 +57,20 @@ template <typename Action> void ForAllSignals(const Action &action) {
   size_t index = 0;
   for (const int signal : AskingSignals)
     action(signal, AskToEnd, before[index++]);
-  for (const int signal : CrashSignals)
+  for (const int signal : DeadlySignals)
     action(signal, Die, before[index++]);
   action(SIGWINCH, Wake, before[index++]);
 }
 
+// What whoever started the program has told it to ignore, it goes on ignoring.
 void Handle(int signal, void (*handler)(int), struct sigaction &old) {
+  sigaction(signal, nullptr, &old);
+  if (old.sa_handler == SIG_IGN)
+    return;
   struct sigaction handling = {};
   handling.sa_handler = handler;
   handling.sa_flags = SA_NODEFER; // so that a handler can end the program by the same signal
-  sigaction(signal, &handling, &old);
+  sigaction(signal, &handling, nullptr);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "terminal/keyboard.h"
 
 #include "text.h"
+#include "window_reader.h"
 
 #include <algorithm>
 #include <cctype>
@@ -52,18 +53,6 @@ void FocusOn(HWND top, HWND control) { SendMessageA(top, WM_NEXTDLGCTL, reinterp
 void SendKey(HWND window, int key) { SendMessageA(window, WM_KEYDOWN, static_cast<WPARAM>(key), 0); }
 
 // ---- Typing ----
-
-struct Selection {
-  size_t begin = 0;
-  size_t end = 0;
-};
-
-Selection SelectionIn(HWND edit) {
-  DWORD begin = 0;
-  DWORD end = 0;
-  SendMessageA(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&begin), reinterpret_cast<LPARAM>(&end));
-  return {begin, end};
-}
 
 void Select(HWND edit, size_t begin, size_t end) {
   SendMessageA(edit, EM_SETSEL, static_cast<WPARAM>(begin), static_cast<LPARAM>(end));

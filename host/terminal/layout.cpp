@@ -1,7 +1,7 @@
 #include "terminal/layout.h"
 
 #include "terminal/columns.h"
-#include "window_view.h"
+#include "window_reader.h"
 
 #include <algorithm>
 #include <cmath>
@@ -371,7 +371,7 @@ void Artist::DrawLines(const Placed &part, Place place, int height) {
 // The list of a combo box, below it or else above.
 Pane Artist::OpenList(const Placed &part, int row) const {
   const std::vector<std::string> items = ReadItems(part.control.window);
-  const int selection = SelectionOf(part.control.window);
+  const int selection = SelectedItem(part.control.window);
   const int lineOfList = pane.corner.row + row;
   const int below = screen.rows - HintRow - (lineOfList + 1) - 2 * Frame;
   const int above = lineOfList - 2 * Frame;

@@ -13,7 +13,11 @@ namespace {
 
 constexpr const char *Hints = " Tab 次へ  F4 一覧  Enter 決定  Esc キャンセル  F1 ヘルプ";
 constexpr const char *ListHints = " ↑↓ 選択  Enter 決定  Esc 一覧を閉じる";
-constexpr const char *TooSmall = "端末が小さすぎます。60 桁 18 行以上にして下さい。";
+
+std::string TooSmall() {
+  return ToUtf8("端末が小さすぎます。" + std::to_string(SmallestScreen.columns) + " 桁 " +
+                std::to_string(SmallestScreen.rows) + " 行以上にして下さい。");
+}
 
 // The window and those that it belongs to and lies over, the hindmost first.
 std::vector<HWND> WindowsUpTo(HWND top) {
@@ -53,7 +57,7 @@ void User::Draw(HWND top) {
 void User::TellTooSmall() {
   Pane pane;
   pane.framed = false;
-  pane.labels.push_back({{0, 0}, Fit(ToUtf8(TooSmall), screen.Dimensions().columns)});
+  pane.labels.push_back({{0, 0}, Fit(TooSmall(), screen.Dimensions().columns)});
   screen.Show({pane}, "");
 }
 

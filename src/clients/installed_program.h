@@ -5,6 +5,9 @@
 #include <cstdint>
 #include <string>
 
+// The system's list of mail programs, below HKEY_LOCAL_MACHINE; its default value names the default one.
+inline constexpr const char *MailProgramsKey = "SOFTWARE\\Clients\\Mail";
+
 // Keys are below HKEY_LOCAL_MACHINE.
 struct InstalledProgram {
   const char *name;         // what the client is shown as

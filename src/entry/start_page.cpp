@@ -5,6 +5,7 @@
 #include "clients/communicator/communicator_mail.h"
 #include "clients/communicator/profile_store.h"
 #include "clients/guard.h"
+#include "clients/outlook_express/account_store.h"
 #include "clients/registry.h"
 #include "clients/service_names.h"
 
@@ -13,18 +14,12 @@
 
 namespace {
 
-// The connection types of an Outlook Express account.
-constexpr DWORD DialUpConnection = 2;
-constexpr DWORD ConnectionOfVersion4 = 1;
-constexpr DWORD ConnectionOfVersion5 = 3;
-
 int32_t SetCommunicatorStartPage(const char *profile, const char *url) {
-  std::string users;
-  if (!ReadStringValue(HKEY_CURRENT_USER, communicator::MainKey, "Install Directory", users))
+  std::string directory;
+  if (!ReadStringValue(HKEY_CURRENT_USER, communicator::MainKey, communicator::InstallDirectoryValue, directory))
     return 0;
-  users += "\\Users";
-  CreateDirectoryA(users.c_str(), nullptr);
-  CommunicatorMail().SetStartPage(users + '\\' + profile, url);
+  CreateDirectoryA(communicator::ProfilesFolder(directory).c_str(), nullptr);
+  CommunicatorMail().SetStartPage(communicator::ProfileDirectory(directory, profile), url);
   return 1;
 }
 
@@ -37,8 +32,8 @@ bool UsesServiceConnection(const char *account) {
   DWORD type = 0;
   std::string connection;
   return ReadDwordValue(HKEY_CURRENT_USER, account, "Connection Type", type) &&
-         ReadStringValue(HKEY_CURRENT_USER, account, "Connectoid", connection) && type == DialUpConnection &&
-         SameIgnoringCase(connection, ServiceConnectionName);
+         ReadStringValue(HKEY_CURRENT_USER, account, "Connectoid", connection) &&
+         type == outlook_express::DialUpConnection && SameIgnoringCase(connection, ServiceConnectionName);
 }
 
 } // namespace
@@ -59,12 +54,12 @@ int32_t SetBrowserStartPage(int32_t client, const char *profile, const char *url
 int32_t OutlookDisable(void) {
   return Guarded([]() -> int32_t {
     std::vector<std::string> accounts;
-    CollectSubkeys(HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Account Manager\\Accounts", accounts);
+    CollectSubkeys(HKEY_CURRENT_USER, outlook_express::AccountsKey, accounts);
     int32_t major = 0;
     int32_t minor = 0;
     if (!GetMailVersion(0, &major, &minor))
       return 0;
-    const DWORD replacement = major > 4 ? ConnectionOfVersion5 : ConnectionOfVersion4;
+    const DWORD replacement = major > 4 ? outlook_express::ConnectionOfVersion5 : outlook_express::ConnectionOfVersion4;
     for (const std::string &account : accounts)
       if (UsesServiceConnection(account.c_str())) {
         WriteDwordValue(HKEY_CURRENT_USER, account.c_str(), "Connection Type", replacement);

@@ -154,7 +154,6 @@ TEST_F(OutlookExpressTest, FindsMailAccountsByTitleAndUser) {
       "メールアカウント「ABC01234」の設定は、すでに存在しています。\n\n「OK」ボタンをクリックすると、新たな設定"
       "を追加しますので、同じメールが複数受\n信される可能性があります。新たな設定を追加しない場合は、「キャンセル」"
       "ボタン\nをクリックしてください。");
-  EXPECT_EQ(adapter.IsExistSecondUser(spec, key, message), 0);
 }
 
 TEST_F(OutlookExpressTest, BecomesTheDefaultClientWithWhatItsKeysHold) {

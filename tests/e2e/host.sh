@@ -27,6 +27,10 @@ for record in / /dev/null <(echo mailAddress=a@b.example); do
 done
 acctkit accounts | diff "$work/before" - || fail "a refused sign-up wrote something"
 
+# What the disk didn't take isn't called done.
+if said=$(trap '' XFSZ; ulimit -f 0; acctkit signup "$samples/signup.txt" 2>&1); then fail "a full disk: $said"; fi
+[[ $said == *'File too large' && $said != *done* ]] || fail "a full disk: $said"
+
 # Wizards that are finished at the same moment leave both accounts.
 finish() {
   printf '%s\n' "set 1009 user$1" next next "set 1009 user$1@own$1.example" "set 1010 User $1" next \

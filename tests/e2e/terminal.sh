@@ -98,7 +98,7 @@ keys Escape && see 'F4 一覧' && keys Escape && see 'よろしいですか？'
 keys Left Right && type_text y && ended 0
 start original
 see '(1/5)' && type_text 'half' && see 'half' && keys C-c && ended 1
-for end in 'TERM 143' 'HUP 129' 'SEGV 139'; do
+for end in 'TERM 143' 'HUP 129' 'PIPE 141' 'SEGV 139'; do
   start original
   see '(1/5)' && kill -s "${end% *}" "$(cat "$work/pid")" && ended "${end#* }"
 done

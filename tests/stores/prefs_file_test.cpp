@@ -41,6 +41,7 @@ TEST_F(PrefsFileTest, MakesAMissingFileEmptyAndHasNoTextWithoutAFolder) {
   LoadPrefsText(path.c_str(), *prefs);
   EXPECT_EQ(GetFile(path), "");
   const std::string nowhere = std::string(ScratchFolder) + "\\gone\\prefs.js";
+  AppendPrefLine(*prefs, "old\n");
   LoadPrefsText(nowhere.c_str(), *prefs);
   EXPECT_EQ(Text(), "");
 }

@@ -44,17 +44,12 @@ TEST_F(ServiceIniTest, ListsDomainsUpToTheHighestNumberOrTheFirstGap) {
 TEST(ServiceIds, HaveTwoForms) {
   const std::pair<std::string, std::string> cases[] = {
       {"abc01234", "ABC01234"},
-      {"ABC01234", "ABC01234"},
       {"ABCD1234", "abcd1234"},
       {"ZVK-abc01234", "ABC01234"},
       {"zvk-abcD1234", "abcd1234"},
-      {"XVK-abc01234", ""},
       {"abc012345", ""},
-      {"", ""},
-      {"abc-1234", ""},
       {"ab101234", ""},
       {"abc0123x", ""},
-      {"ＡＢＣＤ", ""},
   };
   for (const auto &[typed, id] : cases) {
     std::string text = typed;
@@ -63,6 +58,7 @@ TEST(ServiceIds, HaveTwoForms) {
   }
 }
 
+// Those that no script types into a page.
 TEST(InputRules, GiveTheMessageOfTheFirstTestThatRefuses) {
   using namespace input_tests;
   struct Case {
@@ -70,25 +66,11 @@ TEST(InputRules, GiveTheMessageOfTheFirstTestThatRefuses) {
     std::string text;
     const char *begins; // of the message; null if the text passes
   };
-  const std::string host = std::string("host.") + IspPrimaryDomain;
   const Case cases[] = {
-      {MailerUser, "taro@x", "メールアドレスが無効です。"},
-      {MailerUser, "ta\x81\x40ro", "メールアドレスが無効です。"},
-      {MailerUser, "taro", nullptr},
       {NewsUser, "taro@x", nullptr},
-      {MailerSender, "山田 太郎", nullptr},
-      {MailerSender, "山田\t太郎", "入力できない文字"},
-      {MailerSender, "", "差出人の名前が入力されていません。\n"},
-      {NewsSender, "", "名前が入力されていません。"},
-      {SecondHost, host, nullptr},
-      {SecondHost, "a." + host, "不正なメールアドレス"},
       {SecondHost, IspPrimaryDomain, "不正なメールアドレス"},
-      {SecondDomain, "", "ドメインが選択されていません。"},
-      {OwnAccount, "表示", "全角または半角カナ文字"},
-      {OwnAccount, "a b", "空白文字（スペース）"},
       {OwnAddress, "\xb1\xb2", "メールアドレスが不正です。"}, // half-width kana without an at sign
       {OwnAddress, "\xb1@b", "全角または半角カナ文字"},
-      {OwnAddress, " a@b", "空白文字（スペース）"},
       {OwnSmtpServer, "", "SMTPサーバーが入力されていません。正しいSMTPサーバー"},
       {ShortAlias, "", "メールアドレスが入力されていません。"},
   };

@@ -1,16 +1,15 @@
 #include "clients/communicator/communicator_mail.h"
 
 #include "clients/communicator/profile_store.h"
+#include "clients/prefs_profile.h"
 #include "clients/registry.h"
-#include "clients/text.h"
 
 #include <array>
 #include <string_view>
 
 namespace {
 
-constexpr const char *SameProfileQuestion = "同名のプロファイルが存在します。\nプロファイル名：%sを上書きしますか？";
-constexpr const char *ClientKey = "SOFTWARE\\Clients\\Mail\\Netscape Messenger";
+constexpr const char *ClientName = "Netscape Messenger";
 
 // The preferences of an account, in the order in which their old lines go and the new ones are written.
 std::array<PrefLine, 9> AccountPrefs(const MailAccountSpec &spec) {
@@ -27,16 +26,6 @@ std::array<PrefLine, 9> AccountPrefs(const MailAccountSpec &spec) {
   }};
 }
 
-std::string MailboxStatePath(const std::string &directory) { return directory + "\\mail\\popstate.dat"; }
-
-// Enters a new profile, in which Communicator will look for new mail.
-void EnterProfile(const std::string &profile, const std::string &directory, const std::string &popServer) {
-  communicator::Revive(profile);
-  WriteValues(HKEY_CURRENT_USER, communicator::BiffServerPath(profile, popServer),
-              {{"popstatePath", MailboxStatePath(directory)}});
-  WriteValues(HKEY_CURRENT_USER, communicator::BiffPath(profile), {{"defaultServer", popServer}});
-}
-
 // All old lines go before the first new one is written.
 communicator::PrefsEdit ReplaceAll(std::span<const PrefLine> lines) {
   return [lines](PrefsText &prefs) {
@@ -50,30 +39,28 @@ communicator::PrefsEdit ReplaceAll(std::span<const PrefLine> lines) {
 void WriteProfilePrefs(const std::string &directory, const MailAccountSpec &spec) {
   const auto lines = AccountPrefs(spec);
   communicator::EditPrefs(directory, ReplaceAll(lines));
-  communicator::MakeMailDirectory(directory);
+  MakeMailDirectory(directory);
 }
 
 // The client's entry in the system's list of mail programs, in the order of writing. The path is the same whatever the
 // install directory is.
 struct ClientEntry {
-  const char *key;
+  const char *below; // the client's own key
   const char *valueName;
   DWORD type;
   std::string_view data;
 };
-#define MESSENGER_KEY "SOFTWARE\\Clients\\Mail\\Netscape Messenger"
 #define MESSENGER_PROGRAM "C:\\Program Files\\Netscape\\Communicator\\Program\\netscape.exe"
 constexpr ClientEntry ClientEntries[] = {
-    {MESSENGER_KEY "\\Protocols\\mailto\\shell\\open\\command", nullptr, REG_SZ, MESSENGER_PROGRAM " %1"},
-    {MESSENGER_KEY "\\shell\\open\\command", nullptr, REG_SZ, MESSENGER_PROGRAM " %1"},
-    {MESSENGER_KEY "\\Protocols\\mailto\\DefaultIcon", nullptr, REG_SZ, MESSENGER_PROGRAM ",-11"},
-    {MESSENGER_KEY "\\Protocols\\mailto", nullptr, REG_SZ, "URL:MailTo Protocol"},
-    {MESSENGER_KEY "\\Protocols\\mailto", "URL Protocol", REG_SZ, ""},
-    {MESSENGER_KEY "\\Protocols\\mailto", "EditFlags", REG_BINARY, {"\x02\0\0\0", 4}},
-    {MESSENGER_KEY, nullptr, REG_SZ, "Netscape Messenger"},
+    {"\\Protocols\\mailto\\shell\\open\\command", nullptr, REG_SZ, MESSENGER_PROGRAM " %1"},
+    {"\\shell\\open\\command", nullptr, REG_SZ, MESSENGER_PROGRAM " %1"},
+    {"\\Protocols\\mailto\\DefaultIcon", nullptr, REG_SZ, MESSENGER_PROGRAM ",-11"},
+    {"\\Protocols\\mailto", nullptr, REG_SZ, "URL:MailTo Protocol"},
+    {"\\Protocols\\mailto", "URL Protocol", REG_SZ, ""},
+    {"\\Protocols\\mailto", "EditFlags", REG_BINARY, {"\x02\0\0\0", 4}},
+    {"", nullptr, REG_SZ, ClientName},
 };
 #undef MESSENGER_PROGRAM
-#undef MESSENGER_KEY
 
 } // namespace
 
@@ -90,8 +77,10 @@ int32_t CommunicatorMail::SetupAccount(const MailAccountSpec &spec, std::string 
       !communicator::PrefsTake(directory, ReplaceAll(prefs)))
     return 0;
 
-  if (key.empty())
-    EnterProfile(profile, directory, spec.popServer);
+  if (key.empty()) {
+    communicator::Revive(profile);
+    communicator::EnterMailbox(profile, directory, spec.popServer);
+  }
   communicator::EnterSender(profile, spec.mailAddress, spec.senderName);
   communicator::EnterDirectory(installDirectory, profile);
   WriteProfilePrefs(directory, spec);
@@ -99,15 +88,16 @@ int32_t CommunicatorMail::SetupAccount(const MailAccountSpec &spec, std::string 
 }
 
 int32_t CommunicatorMail::SetDefaultClient() {
+  const std::string clientKey = std::string(MailProgramsKey) + '\\' + ClientName;
   RegistryKey key;
-  if (!key.KeyExists(HKEY_LOCAL_MACHINE, ClientKey)) {
+  if (!key.KeyExists(HKEY_LOCAL_MACHINE, clientKey.c_str())) {
     for (const ClientEntry &entry : ClientEntries)
-      key.WriteValue(HKEY_LOCAL_MACHINE, entry.key, entry.valueName, entry.type, entry.data.data(),
-                     static_cast<DWORD>(entry.data.size()));
-    if (!key.KeyExists(HKEY_LOCAL_MACHINE, ClientKey))
+      key.WriteValue(HKEY_LOCAL_MACHINE, (clientKey + entry.below).c_str(), entry.valueName, entry.type,
+                     entry.data.data(), static_cast<DWORD>(entry.data.size()));
+    if (!key.KeyExists(HKEY_LOCAL_MACHINE, clientKey.c_str()))
       return 0;
   }
-  WriteValues(HKEY_LOCAL_MACHINE, "SOFTWARE\\Clients\\Mail", {{nullptr, "Netscape Messenger"}});
+  WriteValues(HKEY_LOCAL_MACHINE, MailProgramsKey, {{nullptr, ClientName}});
   return 1;
 }
 
@@ -115,7 +105,7 @@ int32_t CommunicatorMail::IsExistAccount(const MailAccountSpec &spec, std::strin
   if (!communicator::FindProfile(spec.accountName))
     return 0;
   key = spec.accountName;
-  message = Format(SameProfileQuestion, spec.accountName);
+  message = SameProfileQuestion(spec.accountName);
   return 1;
 }
 

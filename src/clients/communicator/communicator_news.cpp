@@ -2,7 +2,7 @@
 
 #include "clients/communicator/news_map.h"
 #include "clients/communicator/profile_store.h"
-#include "clients/registry.h"
+#include "clients/prefs_profile.h"
 #include "clients/text.h"
 
 #include <array>
@@ -78,7 +78,7 @@ void CommunicatorNews::WriteNewsPrefs(const std::string &directory, const NewsAc
       communicator::NewsMap(directory).Enter(spec.Host());
   };
   communicator::EditPrefs(directory, edit, GENERIC_WRITE);
-  communicator::MakeMailDirectory(directory);
+  MakeMailDirectory(directory);
 }
 
 int32_t CommunicatorNews::IsInstall() { return IsInstalled(communicator::Program); }

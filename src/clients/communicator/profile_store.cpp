@@ -1,6 +1,7 @@
 #include "clients/communicator/profile_store.h"
 
 #include "clients/files.h"
+#include "clients/prefs_profile.h"
 #include "clients/registry.h"
 #include "stores/files.h"
 
@@ -16,19 +17,26 @@ const InstalledProgram Program = {"NetscapeCommunicator (Netscape)",
                                   "CurrentVersion",
                                   "4.xx"};
 
-const char *const MainKey = "Software\\Netscape\\Netscape Navigator\\Main";
-
 namespace {
 
 constexpr const char *BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users";
+constexpr const char *DefaultServer = "defaultServer";
+constexpr const char *MailboxStatePath = "popstatePath";
 constexpr const char *MailboxState = "\\mail\\popstate.dat";
+
+// The profile's keys below HKEY_CURRENT_USER: the one that lists it, and the one of one of its POP servers.
+std::string BiffPath(const std::string &profile) { return std::string(BiffKey) + '\\' + profile; }
+
+std::string BiffServerPath(const std::string &profile, const std::string &server) {
+  return BiffPath(profile) + "\\servers\\" + server;
+}
 
 // The directory of a listed profile, told by where the state of its POP mailbox is kept; empty if that can't be told.
 std::string ListedDirectory(const std::string &profile) {
   std::string server;
   std::string state;
-  if (!ReadText(HKEY_CURRENT_USER, BiffPath(profile), "defaultServer", server) ||
-      !ReadText(HKEY_CURRENT_USER, BiffServerPath(profile, server), "popstatePath", state))
+  if (!ReadText(HKEY_CURRENT_USER, BiffPath(profile), DefaultServer, server) ||
+      !ReadText(HKEY_CURRENT_USER, BiffServerPath(profile, server), MailboxStatePath, state))
     return {};
   const size_t place = state.find(MailboxState);
   return place == std::string::npos ? std::string() : state.substr(0, place);
@@ -42,23 +50,17 @@ bool CanOpenPrefs(const std::string &directory) {
 
 std::string InstallDirectory() {
   std::string path;
-  ReadPath(HKEY_CURRENT_USER, MainKey, "Install Directory", path);
+  ReadPath(HKEY_CURRENT_USER, MainKey, InstallDirectoryValue, path);
   return path;
 }
 
-std::string ProfileDirectory(const std::string &installDirectory, const std::string &profile) {
-  return installDirectory + "\\Users\\" + profile;
-}
+std::string ProfilesFolder(const std::string &installDirectory) { return installDirectory + "\\Users"; }
 
-std::string PrefsPath(const std::string &directory) { return directory + "\\prefs.js"; }
+std::string ProfileDirectory(const std::string &installDirectory, const std::string &profile) {
+  return ProfilesFolder(installDirectory) + '\\' + profile;
+}
 
 std::string UserPath(const std::string &profile) { return std::string(Program.productKey) + "\\Users\\" + profile; }
-
-std::string BiffPath(const std::string &profile) { return std::string(BiffKey) + '\\' + profile; }
-
-std::string BiffServerPath(const std::string &profile, const std::string &server) {
-  return BiffPath(profile) + "\\servers\\" + server;
-}
 
 bool FindProfile(const std::string &profile) {
   const ScopedKey profiles(HKEY_CURRENT_USER, BiffKey);
@@ -78,18 +80,21 @@ void Revive(const std::string &profile) {
   key.DeleteValue(HKEY_LOCAL_MACHINE, UserPath(profile).c_str(), "Obsoleted");
 }
 
+void EnterMailbox(const std::string &profile, const std::string &directory, const std::string &popServer) {
+  WriteValues(HKEY_CURRENT_USER, BiffServerPath(profile, popServer), {{MailboxStatePath, directory + MailboxState}});
+  WriteValues(HKEY_CURRENT_USER, BiffPath(profile), {{DefaultServer, popServer}});
+}
+
 void EnterSender(const std::string &profile, const std::string &mailAddress, const std::string &senderName) {
   WriteValues(HKEY_LOCAL_MACHINE, UserPath(profile), {{"EmailAddr", mailAddress}, {"UserName", senderName}});
 }
 
 void EnterDirectory(const std::string &installDirectory, const std::string &profile) {
   const std::string directory = ProfileDirectory(installDirectory, profile);
-  CreateDirectoryA((installDirectory + "\\Users").c_str(), nullptr);
+  CreateDirectoryA(ProfilesFolder(installDirectory).c_str(), nullptr);
   CreateDirectoryA(directory.c_str(), nullptr);
   WriteValues(HKEY_LOCAL_MACHINE, UserPath(profile), {{"DirRoot", directory}});
 }
-
-void MakeMailDirectory(const std::string &directory) { CreateDirectoryA((directory + "\\mail").c_str(), nullptr); }
 
 bool ProfileFits(const std::string &profile, const std::string &directory) {
   return profile.size() < LineSize && PrefsPath(directory).size() < LineSize;

@@ -17,18 +17,16 @@ namespace communicator {
 extern const InstalledProgram Program;
 
 // Where HKEY_CURRENT_USER keeps the install directory.
-extern const char *const MainKey;
+inline constexpr const char *MainKey = "Software\\Netscape\\Netscape Navigator\\Main";
+inline constexpr const char *InstallDirectoryValue = "Install Directory";
 // Communicator's install directory; an empty one counts as one that can't be read.
 std::string InstallDirectory();
-// A profile's directory below the install directory.
+// Below the install directory, the folder of all profiles and the directory of one.
+std::string ProfilesFolder(const std::string &installDirectory);
 std::string ProfileDirectory(const std::string &installDirectory, const std::string &profile);
-std::string PrefsPath(const std::string &directory);
 
 // The profile's key below HKEY_LOCAL_MACHINE.
 std::string UserPath(const std::string &profile);
-// The profile's keys below HKEY_CURRENT_USER: the one that lists it, and the one of one of its POP servers.
-std::string BiffPath(const std::string &profile);
-std::string BiffServerPath(const std::string &profile, const std::string &server);
 
 // Whether a profile of that name is listed and its prefs.js can be opened. Leaves an empty prefs.js in a directory that
 // has none.
@@ -36,12 +34,12 @@ bool FindProfile(const std::string &profile);
 
 // A profile of that name is no longer obsolete, should an older one have been.
 void Revive(const std::string &profile);
+// Lists the profile, with the server where Communicator will look for new mail.
+void EnterMailbox(const std::string &profile, const std::string &directory, const std::string &popServer);
 // Enters what the profile's user is called.
 void EnterSender(const std::string &profile, const std::string &mailAddress, const std::string &senderName);
 // Makes the folder of all profiles and the profile's directory, and enters that as the profile's.
 void EnterDirectory(const std::string &installDirectory, const std::string &profile);
-// Makes the directory for mail that every profile has.
-void MakeMailDirectory(const std::string &directory);
 
 // The lines, paths and names of a profile pass through buffers of 256 bytes.
 constexpr size_t LineSize = 256;

@@ -1,6 +1,6 @@
 #include "clients/netscape6/account_graph.h"
 
-#include "clients/netscape6/profile_store.h"
+#include "clients/prefs_profile.h"
 #include "clients/text.h"
 
 #include <algorithm>
@@ -160,7 +160,7 @@ int32_t EditProfile(const std::string &directory, const std::function<bool(Prefs
   if (!edit(*prefs) || (prefs->read && !prefs->whole))
     return 0;
   SavePrefsText(path.c_str(), *prefs);
-  CreateDirectoryA((directory + "\\mail").c_str(), nullptr);
+  MakeMailDirectory(directory);
   return 1;
 }
 

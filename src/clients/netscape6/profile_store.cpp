@@ -1,8 +1,8 @@
 #include "clients/netscape6/profile_store.h"
 
 #include "clients/files.h"
+#include "clients/prefs_profile.h"
 #include "clients/registry.h"
-#include "clients/text.h"
 #include "stores/files.h"
 #include "stores/profile_registry.h"
 
@@ -18,7 +18,6 @@ const InstalledProgram Program = {"Netscape6 (Netscape)",
 
 namespace {
 
-constexpr const char *SameProfileQuestion = "同名のプロファイルが存在します。\nプロファイル名：%sを上書きしますか？";
 constexpr const char *FirstPrefs = "user_pref(\"prefs.converted-to-utf8\", true);\n";
 constexpr const char *ShellFoldersKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
 // The profile's directories are numbered up to this one.
@@ -73,8 +72,6 @@ int32_t GetRegistryDatPath(std::string &path) {
   return 1;
 }
 
-std::string PrefsPath(const std::string &directory) { return directory + "\\prefs.js"; }
-
 bool DirectoryFits(const std::string &directory) { return PrefsPath(directory).size() < PathSize; }
 
 int32_t FindProfile(const std::string &name, std::string &key, std::string &message) {
@@ -85,7 +82,7 @@ int32_t FindProfile(const std::string &name, std::string &key, std::string &mess
       directory.empty() || !CanReadFile(PrefsPath(directory).c_str()))
     return 0;
   key = directory;
-  message = Format(SameProfileQuestion, name);
+  message = SameProfileQuestion(name);
   return 1;
 }
 

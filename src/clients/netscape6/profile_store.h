@@ -15,8 +15,6 @@ extern const InstalledProgram Program;
 int32_t GetAppDataPath(std::string &path);
 int32_t GetRegistryDatPath(std::string &path);
 
-std::string PrefsPath(const std::string &directory);
-
 // Looks for a registered profile whose prefs.js can be read. 1 with its directory in `key` and the question whether it
 // may be overwritten in `message`; 0 with an empty `key` and `message` as it was.
 int32_t FindProfile(const std::string &name, std::string &key, std::string &message);

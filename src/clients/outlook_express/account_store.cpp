@@ -18,7 +18,6 @@ const InstalledProgram Program = {"OutlookExpress (Microsoft)",
 namespace {
 
 constexpr const char *ManagerKey = "Software\\Microsoft\\Internet Account Manager";
-constexpr const char *AccountsKey = "Software\\Microsoft\\Internet Account Manager\\Accounts";
 
 // The number that the next new account takes: the first four bytes of the root key's `Account Name`.
 DWORD NextAccountNumber() {
@@ -37,7 +36,7 @@ bool IsVersion4() {
   return version.starts_with('4');
 }
 
-DWORD ConnectionType() { return IsVersion4() ? 1 : 3; }
+DWORD ConnectionType() { return IsVersion4() ? ConnectionOfVersion4 : ConnectionOfVersion5; }
 
 std::string AccountPath(const std::string &name) { return std::string(AccountsKey) + '\\' + name; }
 

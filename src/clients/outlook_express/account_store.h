@@ -18,9 +18,15 @@ extern const InstalledProgram Program;
 
 // Whether the version begins with a 4. An empty version, of a client that isn't installed, doesn't.
 bool IsVersion4();
+// Connection types of an account: a dial-up connection, and the client's own default in each version.
+constexpr DWORD DialUpConnection = 2;
+constexpr DWORD ConnectionOfVersion4 = 1;
+constexpr DWORD ConnectionOfVersion5 = 3;
 // The connection type of an account that is written: the client's own default for its version.
 DWORD ConnectionType();
 
+// The key of all accounts, below HKEY_CURRENT_USER.
+inline constexpr const char *AccountsKey = "Software\\Microsoft\\Internet Account Manager\\Accounts";
 // The key of the account that `name` (eight hexadecimal digits) names, below HKEY_CURRENT_USER.
 std::string AccountPath(const std::string &name);
 

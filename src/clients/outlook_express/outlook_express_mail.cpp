@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr const char *ClientKey = "SOFTWARE\\Clients\\Mail\\Outlook Express";
+constexpr const char *ClientName = "Outlook Express";
 constexpr const char *SameTitleQuestion = "同名のアカウントが存在します。\nアカウント名：%sを上書きしますか？";
 // The line feeds stand where the client's message box breaks its lines.
 constexpr const char *SameUserQuestion =
@@ -38,11 +38,11 @@ int32_t FindMailAccount(const char *valueName, const std::string &wanted, const 
 
 // Copies the default value of one of the client's keys to the system's key. A command line isn't a file, so whether the
 // path exists has no meaning here.
-void CopyDefaultValue(const char *from, const char *to) {
+void CopyDefaultValue(const std::string &from, const std::string &to) {
   std::string stored;
   std::string text;
   const int32_t found = ReadText(HKEY_LOCAL_MACHINE, from, nullptr, stored);
-  ReadPath(HKEY_LOCAL_MACHINE, from, nullptr, text);
+  ReadPath(HKEY_LOCAL_MACHINE, from.c_str(), nullptr, text);
   if (found && (!text.empty() || stored.empty()))
     WriteValues(HKEY_LOCAL_MACHINE, to, {{nullptr, text}});
 }
@@ -80,14 +80,14 @@ int32_t OutlookExpressMail::SetupAccount(const MailAccountSpec &spec, std::strin
 }
 
 int32_t OutlookExpressMail::SetDefaultClient() {
+  const std::string clientKey = std::string(MailProgramsKey) + '\\' + ClientName;
   RegistryKey key;
-  if (!key.KeyExists(HKEY_LOCAL_MACHINE, ClientKey))
+  if (!key.KeyExists(HKEY_LOCAL_MACHINE, clientKey.c_str()))
     return 0;
-  CopyDefaultValue("SOFTWARE\\Clients\\Mail\\Outlook Express\\Protocols\\mailto\\DefaultIcon",
-                   "SOFTWARE\\Classes\\mailto\\DefaultIcon");
-  CopyDefaultValue("SOFTWARE\\Clients\\Mail\\Outlook Express\\Protocols\\mailto\\shell\\open\\command",
-                   "SOFTWARE\\Classes\\mailto\\shell\\open\\command");
-  WriteValues(HKEY_LOCAL_MACHINE, "SOFTWARE\\Clients\\Mail", {{nullptr, "Outlook Express"}});
+  const std::string protocols = clientKey + "\\Protocols";
+  for (const char *below : {"\\mailto\\DefaultIcon", "\\mailto\\shell\\open\\command"})
+    CopyDefaultValue(protocols + below, std::string("SOFTWARE\\Classes") + below);
+  WriteValues(HKEY_LOCAL_MACHINE, MailProgramsKey, {{nullptr, ClientName}});
   return 1;
 }
 
