@@ -16,8 +16,6 @@ constexpr std::string_view Signature = "WINE REGISTRY Version 2";
 constexpr size_t LongestName = 255;
 constexpr size_t DeepestPath = 512;
 
-bool IsText(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ; }
-
 // ---- Escapes ----
 
 // The letters of the control characters that have one, by their number.
@@ -118,16 +116,6 @@ void AppendEscaped(std::string &out, std::u16string_view wide, std::string_view 
 
 // ---- Values ----
 
-std::u16string WideData(std::string_view data) {
-  std::u16string wide(data.size() / sizeof(char16_t), u'\0');
-  std::memcpy(wide.data(), data.data(), wide.size() * sizeof(char16_t));
-  return wide;
-}
-
-std::string BytesOf(std::u16string_view wide) {
-  return {reinterpret_cast<const char *>(wide.data()), wide.size() * sizeof(char16_t)};
-}
-
 bool SkipPrefix(std::string_view &text, std::string_view prefix) {
   if (!text.starts_with(prefix))
     return false;
@@ -191,7 +179,8 @@ bool ReadData(std::string_view text, HiveValue &value) {
   std::u16string wide;
   if (!SkipPrefix(text, "\"") || !ReadEscaped(text, '"', wide) || !text.empty())
     return false;
-  value.data = BytesOf(wide + u'\0');
+  wide += u'\0';
+  value.data = text::BytesOf(wide);
   return true;
 }
 
@@ -225,7 +214,7 @@ std::string FormatValue(const HiveValue &value) {
     AppendEscaped(line, value.name, "\"");
     line += "\"=";
   }
-  const std::u16string wide = WideData(value.data);
+  const std::u16string wide = text::WideOf(value.data);
   const bool terminated = value.data.size() % sizeof(char16_t) == 0 && !wide.empty() && wide.back() == u'\0';
   char buffer[24];
   if (IsText(value.type) && terminated) {
@@ -302,6 +291,8 @@ constexpr std::string_view ReadOnlyLine = "#readonly";
 bool SameName(std::u16string_view left, std::u16string_view right) {
   return left.size() == right.size() && std::ranges::equal(left, right, {}, text::Upper, text::Upper);
 }
+
+bool IsText(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ; }
 
 const Hive::Key *Hive::Key::Subkey(size_t index) {
   if (order.size() != subkeys.size()) {

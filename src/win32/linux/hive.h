@@ -20,6 +20,9 @@ namespace machine {
 // Whether two names are the same, which case doesn't matter for.
 bool SameName(std::u16string_view left, std::u16string_view right);
 
+// Whether values of a type are texts.
+bool IsText(DWORD type);
+
 // A value as the registry holds it: texts in UTF-16, little-endian.
 struct HiveValue {
   std::u16string name; // empty for the default value

@@ -3,6 +3,7 @@
 #include "win32/win32.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iconv.h>
 
 namespace text {
@@ -215,6 +216,16 @@ std::string FromWide(std::u16string_view wide) {
   std::string cp932;
   WideToCp932(wide, cp932, "?");
   return cp932;
+}
+
+std::u16string WideOf(std::string_view bytes) {
+  std::u16string wide(bytes.size() / sizeof(char16_t), u'\0');
+  std::memcpy(wide.data(), bytes.data(), wide.size() * sizeof(char16_t));
+  return wide;
+}
+
+std::string_view BytesOf(std::u16string_view wide) {
+  return {reinterpret_cast<const char *>(wide.data()), wide.size() * sizeof(char16_t)};
 }
 
 std::string WideToUtf8(std::u16string_view wide) {

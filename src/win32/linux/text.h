@@ -11,6 +11,10 @@ namespace text {
 std::u16string ToWide(std::string_view cp932);
 std::string FromWide(std::u16string_view wide);
 
+// UTF-16 as the bytes that it has in files, little-endian. A half unit at the end of bytes is left out.
+std::u16string WideOf(std::string_view bytes);
+std::string_view BytesOf(std::u16string_view wide);
+
 std::string WideToUtf8(std::u16string_view wide);
 // False for bytes that aren't UTF-8; `wide` then has U+FFFD for them.
 bool Utf8ToWide(std::string_view utf8, std::u16string &wide);
