@@ -78,7 +78,37 @@ LONG CheckOpen(const DiskPath &found, DWORD access, DWORD disposition) {
     return ERROR_FILE_EXISTS;
   const bool writes = (access & GENERIC_WRITE) != 0 || disposition == CREATE_ALWAYS;
   const bool writable = (found.status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0; // binds the superuser too
-  return !S_ISREG(found.status.st_mode) || (writes && !writable) ? ERROR_ACCESS_DENIED : ERROR_SUCCESS;
+  return !found.IsFile() || (writes && !writable) ? ERROR_ACCESS_DENIED : ERROR_SUCCESS;
+}
+
+// What a path names whose last part may have wildcards: the first entry that matches then.
+DiskPath FindEntry(const char *path) {
+  const std::u16string wide = machine::WidePath(path);
+  const size_t begin = wide.rfind(u'\\') + 1;
+  const std::u16string pattern = wide.substr(begin);
+  if (!wide.empty() && pattern.empty())
+    return {.error = ERROR_FILE_NOT_FOUND}; // a folder's path with a backslash behind it names no entry
+  if (pattern.find_first_of(u"*?") == std::u16string::npos)
+    return FindOnDisk(path);
+
+  DiskPath found = FindOnDisk(text::FromWide(wide.substr(0, begin)).c_str());
+  if (found.error != ERROR_SUCCESS || !found.IsFolder())
+    return {.error = found.error != ERROR_SUCCESS ? found.error : ERROR_PATH_NOT_FOUND};
+  const std::string name = machine::FirstMatch(found.path, pattern);
+  found.path /= name;
+  found.exists = !name.empty() && stat(found.path.c_str(), &found.status) == 0;
+  return found;
+}
+
+WIN32_FIND_DATAA Describe(const DiskPath &found) {
+  WIN32_FIND_DATAA data = {};
+  data.dwFileAttributes = found.IsFolder() ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
+  const auto size = found.IsFolder() ? 0 : static_cast<uint64_t>(found.status.st_size);
+  data.nFileSizeHigh = static_cast<DWORD>(size >> 32);
+  data.nFileSizeLow = static_cast<DWORD>(size);
+  const std::string name = text::FromUtf8(found.path.filename().string()).value_or("?");
+  name.copy(data.cFileName, sizeof data.cFileName - 1);
+  return data;
 }
 
 } // namespace
@@ -166,35 +196,10 @@ BOOL CloseHandle(HANDLE handle) {
 }
 
 HANDLE FindFirstFileA(const char *path, WIN32_FIND_DATAA *data) {
-  // The name is the last part; the one that can't be looked up by itself is one with wildcards.
-  std::u16string wide = text::ToWide(path);
-  std::ranges::replace(wide, u'/', u'\\');
-  const size_t begin = wide.rfind(u'\\') + 1;
-  const std::u16string pattern = wide.substr(begin);
-  const bool wild = pattern.find_first_of(u"*?") != std::u16string::npos;
-  if (!wide.empty() && pattern.empty())
-    return NoFile(ERROR_FILE_NOT_FOUND); // a folder's path with a backslash behind it names no entry
-
-  DiskPath found = FindOnDisk((wild ? text::FromWide(wide.substr(0, begin)) : std::string(path)).c_str());
-  if (found.error == ERROR_SUCCESS && wild) {
-    if (!found.exists || !S_ISDIR(found.status.st_mode))
-      return NoFile(ERROR_PATH_NOT_FOUND);
-    const std::string name = machine::FirstMatch(found.path, pattern);
-    found.path /= name;
-    found.exists = !name.empty() && stat(found.path.c_str(), &found.status) == 0;
-  }
-  if (found.error != ERROR_SUCCESS || !found.exists)
-    return NoFile(found.error != ERROR_SUCCESS ? found.error : ERROR_FILE_NOT_FOUND);
-
-  std::memset(data, 0, sizeof *data);
-  const bool folder = S_ISDIR(found.status.st_mode);
-  data->dwFileAttributes = folder ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
-  const auto size = folder ? 0 : static_cast<uint64_t>(found.status.st_size);
-  data->nFileSizeHigh = static_cast<DWORD>(size >> 32);
-  data->nFileSizeLow = static_cast<DWORD>(size);
-  const std::string name = text::FromUtf8(found.path.filename().string()).value_or("?");
-  name.copy(data->cFileName, sizeof data->cFileName - 1);
-
+  const DiskPath found = FindEntry(path);
+  if (!found.exists)
+    return NoFile(found.Absence());
+  *data = Describe(found);
   return searches.Add(std::make_shared<Search>());
 }
 

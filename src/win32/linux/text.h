@@ -27,6 +27,9 @@ bool IsLeadByte(unsigned char byte);
 // The beginning of a text, of that many bytes or, rather than half a character, one less.
 std::string_view WholeCharacters(std::string_view cp932, size_t size);
 
+// Takes the first name off a path of names divided by backslashes; an empty one if there is none.
+std::u16string_view TakeName(std::u16string_view &path);
+
 // A file name on disk as a name of the calls; nothing for one that code page 932 can't say.
 std::optional<std::string> FromUtf8(std::string_view utf8);
 
