@@ -422,6 +422,8 @@ Hive::Key *Hive::KeyOfHeading(std::string_view heading, std::string_view &proble
   while (lastPath.size() > 1 && lastPath.back().first > agreed)
     lastPath.pop_back();
   lastHeading = heading;
+  if (heading.starts_with("[]"))
+    return &root;
 
   auto [at, key] = lastPath.back();
   for (;;) {
@@ -468,7 +470,7 @@ Hive::Key *Hive::Create(Key &from, std::u16string_view path) {
   Key *key = &from;
   for (const std::u16string_view name : names)
     key = &Subkey(*key, name);
-  if (key->sections.empty() && key != &root)
+  if (key->sections.empty())
     AddSection(*key);
   return key;
 }
