@@ -39,6 +39,7 @@ struct Machine {
   std::shared_ptr<OpenKey> currentUser;
 };
 
+// Whoever holds the machine's own lock over several calls takes this one within it, and so does every call that edits.
 std::mutex guard;
 Machine current;
 machine::HandleTable<HKEY, OpenKey> openKeys{0x90000000}; // behind the roots
@@ -208,6 +209,7 @@ LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD, char *, DWORD, REGS
   if (opened != ERROR_FILE_NOT_FOUND)
     return opened;
 
+  const machine::Lock lock;
   const LSTATUS created = AtPath(key, subkey, [&](const OpenKey &place, const std::u16string &below) -> LSTATUS {
     const std::u16string path = Joined(place.path, below);
     Hive::Key *made = nullptr;
@@ -238,6 +240,7 @@ LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE 
 }
 
 LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE *data, DWORD size) {
+  const machine::Lock lock;
   return At(key, KEY_SET_VALUE, [&](const OpenKey &place) {
     const HiveValue value = {ToWideOrEmpty(name), type, StoredData(type, data, size)};
     return Edit(place, [&](Hive &hive, Hive::Key &target, bool &changed) -> LSTATUS {
@@ -253,6 +256,7 @@ LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE
 }
 
 LSTATUS RegDeleteValueA(HKEY key, const char *name) {
+  const machine::Lock lock;
   return At(key, KEY_SET_VALUE, [&](const OpenKey &place) {
     return Edit(place, [&](Hive &hive, Hive::Key &target, bool &) -> LSTATUS {
       return hive.RemoveValue(target, ToWideOrEmpty(name)) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
@@ -292,6 +296,7 @@ LSTATUS RegCloseKey(HKEY key) { return IsRoot(key) || openKeys.Remove(key) ? ERR
 namespace machine {
 
 void MarkKeyReadOnly(HKEY root, const char *subkey) {
+  const Lock lock;
   AtPath(root, subkey, [](const OpenKey &place, const std::u16string &path) {
     return place.file->Edit([&](Hive &hive, bool &) -> LSTATUS {
       if (Hive::Key *const key = hive.Create(hive.Root(), path))
