@@ -92,7 +92,7 @@ DiskPath FindEntry(const char *path) {
     return FindOnDisk(path);
 
   DiskPath found = FindOnDisk(text::FromWide(wide.substr(0, begin)).c_str());
-  if (found.error != ERROR_SUCCESS || !found.IsFolder())
+  if (!found.IsFolder())
     return {.error = found.error != ERROR_SUCCESS ? found.error : ERROR_PATH_NOT_FOUND};
   const std::string name = machine::FirstMatch(found.path, pattern);
   found.path /= name;
