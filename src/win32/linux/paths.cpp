@@ -57,7 +57,7 @@ bool IsWithin(const fs::path &path, const fs::path &folder) {
 // one that leads out, or nowhere.
 fs::path LinkTarget(const fs::path &link, const fs::path &drive) {
   std::error_code error;
-  const fs::path target = fs::canonical(link, error);
+  fs::path target = fs::canonical(link, error);
   if (error || !(IsWithin(target, fs::canonical(Folder(), error)) || IsWithin(target, fs::canonical(drive, error))))
     return {};
   return target;
