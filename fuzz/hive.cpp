@@ -95,8 +95,6 @@ void Edit(Hive &hive, Snapshot &expected, FuzzedDataProvider &input) {
     path.insert(path.begin(), at->name);
   for (size_t depth = 0; depth < path.size(); ++depth)
     expected[KeyPath(path.begin(), path.begin() + static_cast<ptrdiff_t>(depth) + 1)];
-  if (path.empty())
-    return; // the root itself has no values
 
   ValueMap &values = expected[path];
   HiveValue value = TakeValue(input);

@@ -149,6 +149,11 @@ std::string PressCharacter(const Scene &scene, const std::string &character) {
   return {};
 }
 
+void ToggleList(const Scene &scene) {
+  if (scene.IsListFocused())
+    ShowList(*scene.focused, scene.open != scene.focused);
+}
+
 void PressEnter(const Scene &scene) {
   if (scene.open != nullptr)
     CloseList(scene);
@@ -218,58 +223,43 @@ void EraseIn(const Scene &scene, KeyCode code) {
   }
 }
 
+// What the keys do that bring no character with them.
+constexpr struct {
+  KeyCode code;
+  void (*press)(const Scene &scene, Scrolling &scrolling);
+} Actions[] = {
+    {KeyCode::Enter, [](const Scene &scene, Scrolling &) { PressEnter(scene); }},
+    {KeyCode::Escape, [](const Scene &scene, Scrolling &) { PressEscape(scene); }},
+    {KeyCode::Tab, [](const Scene &scene, Scrolling &) { PressTab(scene, false); }},
+    {KeyCode::BackTab, [](const Scene &scene, Scrolling &) { PressTab(scene, true); }},
+    {KeyCode::Backspace, [](const Scene &scene, Scrolling &) { EraseIn(scene, KeyCode::Backspace); }},
+    {KeyCode::Delete, [](const Scene &scene, Scrolling &) { EraseIn(scene, KeyCode::Delete); }},
+    {KeyCode::EraseAll, [](const Scene &scene, Scrolling &) { EraseIn(scene, KeyCode::EraseAll); }},
+    {KeyCode::Left, [](const Scene &scene, Scrolling &) { PressLeftOrRight(scene, true); }},
+    {KeyCode::Right, [](const Scene &scene, Scrolling &) { PressLeftOrRight(scene, false); }},
+    {KeyCode::Up, [](const Scene &scene, Scrolling &scrolling) { PressUpOrDown(scene, true, scrolling); }},
+    {KeyCode::Down, [](const Scene &scene, Scrolling &scrolling) { PressUpOrDown(scene, false, scrolling); }},
+    {KeyCode::Home, [](const Scene &scene, Scrolling &scrolling) { PressHomeOrEnd(scene, true, scrolling); }},
+    {KeyCode::End, [](const Scene &scene, Scrolling &scrolling) { PressHomeOrEnd(scene, false, scrolling); }},
+    {KeyCode::PageUp, [](const Scene &, Scrolling &scrolling) { Scroll(scrolling, -scrolling.shown); }},
+    {KeyCode::PageDown, [](const Scene &, Scrolling &scrolling) { Scroll(scrolling, scrolling.shown); }},
+    {KeyCode::Help, [](const Scene &scene, Scrolling &) { PressHelp(scene); }},
+    {KeyCode::ToggleList, [](const Scene &scene, Scrolling &) { ToggleList(scene); }},
+};
+
 } // namespace
 
 std::string Press(HWND top, const Key &key, Scrolling &scrolling) {
   const Scene scene(top);
-  switch (key.code) {
-  case KeyCode::Character:
+  if (key.code == KeyCode::Character)
     return PressCharacter(scene, key.text);
-  case KeyCode::Mnemonic:
+  if (key.code == KeyCode::Mnemonic) {
     CloseList(scene);
     PressMnemonic(scene, key.text);
-    break;
-  case KeyCode::Enter:
-    PressEnter(scene);
-    break;
-  case KeyCode::Escape:
-    PressEscape(scene);
-    break;
-  case KeyCode::Tab:
-  case KeyCode::BackTab:
-    PressTab(scene, key.code == KeyCode::BackTab);
-    break;
-  case KeyCode::Backspace:
-  case KeyCode::Delete:
-  case KeyCode::EraseAll:
-    EraseIn(scene, key.code);
-    break;
-  case KeyCode::Left:
-  case KeyCode::Right:
-    PressLeftOrRight(scene, key.code == KeyCode::Left);
-    break;
-  case KeyCode::Up:
-  case KeyCode::Down:
-    PressUpOrDown(scene, key.code == KeyCode::Up, scrolling);
-    break;
-  case KeyCode::Home:
-  case KeyCode::End:
-    PressHomeOrEnd(scene, key.code == KeyCode::Home, scrolling);
-    break;
-  case KeyCode::PageUp:
-  case KeyCode::PageDown:
-    Scroll(scrolling, key.code == KeyCode::PageUp ? -scrolling.shown : scrolling.shown);
-    break;
-  case KeyCode::Help:
-    PressHelp(scene);
-    break;
-  case KeyCode::ToggleList:
-    if (scene.IsListFocused())
-      ShowList(*scene.focused, scene.open != scene.focused);
-    break;
-  default:
-    break;
   }
+  for (const auto &[code, press] : Actions)
+    if (code == key.code)
+      press(scene, scrolling);
   return {};
 }
 

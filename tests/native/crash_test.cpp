@@ -11,6 +11,7 @@
 #include <memory>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -78,24 +79,30 @@ TEST_F(CrashTest, AKilledProcessLeavesFilesWhole) {
   EXPECT_EQ(HiddenFiles(), std::vector<std::string>());
 }
 
-TEST_F(CrashTest, TwoWritersLoseNothing) {
-  constexpr int Count = 150;
-  const auto write = [](const std::string &name) {
-    return Start([name] {
-      for (int number = 0; number < Count; ++number) {
-        PutDword(HKEY_CURRENT_USER, ScratchKey, (name + Number(number)).c_str(), 1);
-        const machine::Lock lock; // reads, decides and writes
-        const DWORD total = GetDword(HKEY_CURRENT_USER, ScratchKey, "total").value_or(0);
-        PutDword(HKEY_CURRENT_USER, ScratchKey, "total", total + 1);
-      }
+// Two processes with two threads each.
+TEST_F(CrashTest, WritersLoseNothing) {
+  constexpr int Count = 75;
+  const auto writeInThread = [](const std::string &name) {
+    for (int number = 0; number < Count; ++number) {
+      PutDword(HKEY_CURRENT_USER, ScratchKey, (name + Number(number)).c_str(), 1);
+      const machine::Lock lock; // reads, decides and writes
+      const DWORD total = GetDword(HKEY_CURRENT_USER, ScratchKey, "total").value_or(0);
+      PutDword(HKEY_CURRENT_USER, ScratchKey, "total", total + 1);
+    }
+  };
+  const auto write = [&](const std::string &name) {
+    return Start([&writeInThread, name] {
+      std::thread other(writeInThread, name + "'s other ");
+      writeInThread(name);
+      other.join();
     });
   };
   const pid_t first = write("first");
   const pid_t second = write("second");
   EXPECT_EQ(Wait(first), 0);
   EXPECT_EQ(Wait(second), 0);
-  EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ScratchKey, "total"), DWORD{2 * Count});
-  EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, ScratchKey).size(), size_t{2 * Count + 1});
+  EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ScratchKey, "total"), DWORD{4 * Count});
+  EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, ScratchKey).size(), size_t{4 * Count + 1});
 }
 
 // A limit on the size of files stands for the full disk: a write fails in its middle.

@@ -28,6 +28,10 @@ const std::string WineHive = Heading + R"(;; All keys relative to REGISTRY\\User
 
 #arch=win64
 
+[] 1795540231
+#time=1dd7c36b564451e
+"Of the root"="text"
+
 [Control Panel\\Desktop] 1795540230
 #time=1dd7c36b564451e
 #class="Shell"
@@ -65,13 +69,20 @@ TEST_F(HiveTest, KeepsEveryByteThatIsNotEdited) {
 TEST_F(HiveTest, WritesValuesAsWineDoes) {
   machine::Hive hive;
   ASSERT_EQ(hive.Load(WineHive), "");
-  for (const char16_t *path : {u"Control Panel\\Desktop", u"Software\\\u8868[]", u"Software\\Link"}) {
+  for (const char16_t *path : {u"", u"Control Panel\\Desktop", u"Software\\\u8868[]", u"Software\\Link"}) {
     machine::Hive::Key *const key = hive.Find(hive.Root(), path);
     ASSERT_NE(key, nullptr);
     for (const machine::HiveValue &value : hive.Values(*key))
       hive.WriteValue(*key, value);
   }
   EXPECT_EQ(hive.Text(), WineHive);
+}
+
+TEST_F(HiveTest, TheRootHasValuesToo) {
+  PutHive(Heading);
+  PutDword(HKEY_CURRENT_USER, "", "v", 1);
+  EXPECT_TRUE(HiveText().starts_with(Heading + "[] ")) << HiveText();
+  EXPECT_EQ(GetDword(HKEY_CURRENT_USER, "", "v"), 1U);
 }
 
 TEST_F(HiveTest, WritesNothingForWhatIsThereAlready) {

@@ -94,7 +94,7 @@ void DrawList(const ComboBox &box, HDC context) {
          {0, item * height, width, (item + 1) * height});
 }
 
-void Paint(const ComboBox &box) {
+LRESULT AnswerPaint(const ComboBox &box, WPARAM, LPARAM) {
   PAINTSTRUCT paint;
   const HDC context = BeginPaint(box.window->handle, &paint);
   if (box.IsOwnerDrawn()) {
@@ -104,6 +104,7 @@ void Paint(const ComboBox &box) {
       DrawList(box, context);
   }
   EndPaint(box.window->handle, &paint);
+  return 0;
 }
 
 // ---- The selection ----
@@ -122,13 +123,16 @@ int FindItem(const ComboBox &box, int behind, const std::string &start) {
   return Nothing;
 }
 
+std::string SelectedText(const ComboBox &box) {
+  const Item *const selected = box.Selected();
+  return selected != nullptr ? selected->text : "";
+}
+
 void SelectItem(const ComboBox &box, int item) {
   box.state->selection = item;
   machine::Invalidate(box.window);
-  const Item *const selected = box.Selected();
-  const std::string text = selected != nullptr ? selected->text : "";
   if (box.state->edit != nullptr)
-    SetWindowTextA(box.state->edit, text.c_str());
+    SetWindowTextA(box.state->edit, SelectedText(box).c_str());
 }
 
 // The user's choice.
@@ -141,7 +145,7 @@ void ChooseItem(const ComboBox &box, int item) {
   box.Notify(CBN_SELCHANGE);
 }
 
-void PressKey(const ComboBox &box, WPARAM key) {
+LRESULT AnswerKey(const ComboBox &box, WPARAM key, LPARAM) {
   const int last = static_cast<int>(box.state->items.size()) - 1;
   const struct {
     int key;
@@ -150,6 +154,12 @@ void PressKey(const ComboBox &box, WPARAM key) {
   for (const auto &step : steps)
     if (static_cast<WPARAM>(step.key) == key)
       ChooseItem(box, step.item);
+  return 0;
+}
+
+LRESULT AnswerCharacter(const ComboBox &box, WPARAM character, LPARAM) {
+  ChooseItem(box, FindItem(box, box.state->selection, {static_cast<char>(character)}));
+  return 0;
 }
 
 void ShowList(const ComboBox &box, bool show) {
@@ -268,6 +278,95 @@ LRESULT AnswerLimit(const ComboBox &box, WPARAM limit, LPARAM) {
   return TRUE;
 }
 
+// ---- Messages of windows ----
+
+LRESULT AnswerCreate(const ComboBox &box, WPARAM, LPARAM) {
+  if (!box.IsDropDownList()) {
+    const DWORD scroll = box.window->Has(CBS_AUTOHSCROLL) ? ES_AUTOHSCROLL : 0;
+    const auto id = reinterpret_cast<HMENU>(static_cast<uintptr_t>(machine::ComboEditId));
+    box.state->edit = CreateWindowExA(0, "Edit", "", WS_CHILD | WS_VISIBLE | machine::ES_COMBO | scroll, 0, 0, 0, 0,
+                                      box.window->handle, id, nullptr, nullptr);
+  }
+  if (box.IsOwnerDrawn()) {
+    box.state->closedHeight = Measure(box, Nothing);
+    box.state->itemHeight = Measure(box, 0);
+  }
+  return 0;
+}
+
+LRESULT AnswerDestroy(const ComboBox &box, WPARAM, LPARAM) {
+  DeleteItems(box);
+  return 0;
+}
+
+LRESULT AnswerDialogCode(const ComboBox &, WPARAM, LPARAM) {
+  return machine::DLGC_WANTARROWS | machine::DLGC_WANTCHARS;
+}
+
+LRESULT AnswerSetFont(const ComboBox &box, WPARAM font, LPARAM redraw) {
+  SendMessageA(box.state->edit, WM_SETFONT, font, redraw);
+  return machine::ControlDefault(box.window->handle, WM_SETFONT, font, redraw);
+}
+
+LRESULT AnswerEnable(const ComboBox &box, WPARAM enabled, LPARAM) {
+  EnableWindow(box.state->edit, enabled != FALSE);
+  return 0;
+}
+
+// What the edit control tells becomes what the combo box tells.
+LRESULT AnswerCommand(const ComboBox &box, WPARAM command, LPARAM) {
+  const struct {
+    WORD heard;
+    WORD told;
+  } codes[] = {{EN_UPDATE, CBN_EDITUPDATE},
+               {EN_CHANGE, CBN_EDITCHANGE},
+               {EN_SETFOCUS, CBN_SETFOCUS},
+               {EN_KILLFOCUS, CBN_KILLFOCUS}};
+  const WORD code = HIWORD(command);
+  if (code == EN_UPDATE)
+    box.state->selection = Nothing; // a typed text is no entry of the list, even if it reads like one
+  if (code == EN_KILLFOCUS)
+    ShowList(box, false);
+  for (const auto &[heard, told] : codes)
+    if (heard == code)
+      box.Notify(told);
+  return 0;
+}
+
+LRESULT AnswerSetFocus(const ComboBox &box, WPARAM, LPARAM) {
+  if (box.state->edit != nullptr) {
+    SetFocus(box.state->edit);
+    return 0;
+  }
+  machine::Invalidate(box.window);
+  box.Notify(CBN_SETFOCUS);
+  return 0;
+}
+
+LRESULT AnswerKillFocus(const ComboBox &box, WPARAM, LPARAM) {
+  if (box.state->edit != nullptr)
+    return 0;
+  ShowList(box, false);
+  machine::Invalidate(box.window);
+  box.Notify(CBN_KILLFOCUS);
+  return 0;
+}
+
+// The text of a drop-down list is that of its selected entry, and can't be set.
+LRESULT AnswerSetText(const ComboBox &box, WPARAM, LPARAM text) {
+  return box.state->edit != nullptr ? SendMessageA(box.state->edit, WM_SETTEXT, 0, text) : CB_ERR;
+}
+
+LRESULT AnswerText(const ComboBox &box, WPARAM size, LPARAM buffer) {
+  return box.state->edit != nullptr ? SendMessageA(box.state->edit, WM_GETTEXT, size, buffer)
+                                    : machine::CopyText(SelectedText(box), reinterpret_cast<char *>(buffer), size);
+}
+
+LRESULT AnswerTextLength(const ComboBox &box, WPARAM, LPARAM) {
+  return box.state->edit != nullptr ? SendMessageA(box.state->edit, WM_GETTEXTLENGTH, 0, 0)
+                                    : static_cast<LRESULT>(SelectedText(box).size());
+}
+
 struct Answer {
   UINT message;
   LRESULT (*answer)(const ComboBox &box, WPARAM wParam, LPARAM lParam);
@@ -287,65 +386,21 @@ constexpr Answer Answers[] = {
     {CB_SHOWDROPDOWN, AnswerShowList},
     {CB_GETDROPPEDSTATE, AnswerDropped},
     {CB_LIMITTEXT, AnswerLimit},
+    {WM_CREATE, AnswerCreate},
+    {WM_NCDESTROY, AnswerDestroy},
+    {WM_GETDLGCODE, AnswerDialogCode},
+    {WM_SETTEXT, AnswerSetText},
+    {WM_GETTEXT, AnswerText},
+    {WM_GETTEXTLENGTH, AnswerTextLength},
+    {WM_SETFONT, AnswerSetFont},
+    {WM_ENABLE, AnswerEnable},
+    {WM_SETFOCUS, AnswerSetFocus},
+    {WM_KILLFOCUS, AnswerKillFocus},
+    {WM_COMMAND, AnswerCommand},
+    {WM_CHAR, AnswerCharacter},
+    {WM_KEYDOWN, AnswerKey},
+    {WM_PAINT, AnswerPaint},
 };
-
-// ---- Messages of windows ----
-
-LRESULT Create(const ComboBox &box) {
-  if (!box.IsDropDownList()) {
-    const DWORD scroll = box.window->Has(CBS_AUTOHSCROLL) ? ES_AUTOHSCROLL : 0;
-    const auto id = reinterpret_cast<HMENU>(static_cast<uintptr_t>(machine::ComboEditId));
-    box.state->edit = CreateWindowExA(0, "Edit", "", WS_CHILD | WS_VISIBLE | machine::ES_COMBO | scroll, 0, 0, 0, 0,
-                                      box.window->handle, id, nullptr, nullptr);
-  }
-  if (box.IsOwnerDrawn()) {
-    box.state->closedHeight = Measure(box, Nothing);
-    box.state->itemHeight = Measure(box, 0);
-  }
-  return 0;
-}
-
-// What the edit control tells becomes what the combo box tells.
-void HearEdit(const ComboBox &box, WORD code) {
-  const struct {
-    WORD heard;
-    WORD told;
-  } codes[] = {{EN_UPDATE, CBN_EDITUPDATE},
-               {EN_CHANGE, CBN_EDITCHANGE},
-               {EN_SETFOCUS, CBN_SETFOCUS},
-               {EN_KILLFOCUS, CBN_KILLFOCUS}};
-  if (code == EN_UPDATE)
-    box.state->selection = Nothing; // a typed text is no entry of the list, even if it reads like one
-  if (code == EN_KILLFOCUS)
-    ShowList(box, false);
-  for (const auto &[heard, told] : codes)
-    if (heard == code)
-      box.Notify(told);
-}
-
-void ChangeFocus(const ComboBox &box, bool focused) {
-  if (box.state->edit != nullptr) {
-    if (focused)
-      SetFocus(box.state->edit);
-    return;
-  }
-  if (!focused)
-    ShowList(box, false);
-  machine::Invalidate(box.window);
-  box.Notify(focused ? CBN_SETFOCUS : CBN_KILLFOCUS);
-}
-
-// The text of a drop-down list is that of its selected entry.
-LRESULT AnswerText(const ComboBox &box, UINT message, WPARAM size, LPARAM text) {
-  if (box.state->edit != nullptr)
-    return SendMessageA(box.state->edit, message, size, text);
-  if (message == WM_SETTEXT)
-    return CB_ERR;
-  const Item *const selected = box.Selected();
-  const std::string shown = selected != nullptr ? selected->text : "";
-  return message == WM_GETTEXT ? machine::CopyText(shown, reinterpret_cast<char *>(text), size)
-                               : static_cast<LRESULT>(shown.size());
-}
 
 } // namespace
 
@@ -355,43 +410,6 @@ LRESULT machine::ComboBoxProcedure(HWND handle, UINT message, WPARAM wParam, LPA
   if (!box.state)
     return DefWindowProcA(handle, message, wParam, lParam);
   const auto answer = std::ranges::find(Answers, message, &Answer::message);
-  if (answer != std::end(Answers))
-    return answer->answer(box, wParam, lParam);
-  switch (message) {
-  case WM_CREATE:
-    return Create(box);
-  case WM_NCDESTROY:
-    DeleteItems(box);
-    return 0;
-  case WM_GETDLGCODE:
-    return DLGC_WANTARROWS | DLGC_WANTCHARS;
-  case WM_SETTEXT:
-  case WM_GETTEXT:
-  case WM_GETTEXTLENGTH:
-    return AnswerText(box, message, wParam, lParam);
-  case WM_SETFONT:
-    SendMessageA(box.state->edit, message, wParam, lParam);
-    return ControlDefault(handle, message, wParam, lParam);
-  case WM_ENABLE:
-    EnableWindow(box.state->edit, wParam != FALSE);
-    return 0;
-  case WM_SETFOCUS:
-  case WM_KILLFOCUS:
-    ChangeFocus(box, message == WM_SETFOCUS);
-    return 0;
-  case WM_COMMAND:
-    HearEdit(box, HIWORD(wParam));
-    return 0;
-  case WM_CHAR:
-    ChooseItem(box, FindItem(box, box.state->selection, {static_cast<char>(wParam)}));
-    return 0;
-  case WM_KEYDOWN:
-    PressKey(box, wParam);
-    return 0;
-  case WM_PAINT:
-    Paint(box);
-    return 0;
-  default:
-    return ControlDefault(handle, message, wParam, lParam);
-  }
+  return answer != std::end(Answers) ? answer->answer(box, wParam, lParam)
+                                     : ControlDefault(handle, message, wParam, lParam);
 }

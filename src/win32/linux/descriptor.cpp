@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace machine {
@@ -46,6 +47,13 @@ bool ReadAll(int file, std::string &data) {
   }
   data.resize(length);
   return true;
+}
+
+bool IsStill(const Descriptor &file, const std::filesystem::path &path) {
+  struct stat opened;
+  struct stat named;
+  return fstat(file.Get(), &opened) == 0 && lstat(path.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
+         opened.st_ino == named.st_ino;
 }
 
 LONG ErrorOf(int number) {

@@ -4,6 +4,7 @@
 #include "win32/win32.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -35,6 +36,9 @@ private:
 // Both go on after interruptions; false with errno set.
 bool WriteAll(int file, std::string_view data);
 bool ReadAll(int file, std::string &data);
+
+// Whether the open file is what the path names now; another process may have replaced it meanwhile.
+bool IsStill(const Descriptor &file, const std::filesystem::path &path);
 
 // The Win32 code for an errno.
 LONG ErrorOf(int number);

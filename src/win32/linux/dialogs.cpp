@@ -2,6 +2,7 @@
 #include "win32/linux/dialogs.h"
 
 #include "win32/linux/controls.h"
+#include "win32/linux/error.h"
 #include "win32/linux/text.h"
 
 #include <algorithm>
@@ -234,10 +235,7 @@ HWND GetDlgItem(HWND handle, int id) {
   if (!dialog)
     return nullptr;
   const auto found = std::ranges::find_if(dialog->children, [&](HWND child) { return GetDlgCtrlID(child) == id; });
-  if (found != dialog->children.end())
-    return *found;
-  SetLastError(ERROR_CONTROL_ID_NOT_FOUND);
-  return nullptr;
+  return found != dialog->children.end() ? *found : machine::Fail(ERROR_CONTROL_ID_NOT_FOUND, nullptr);
 }
 
 int GetDlgCtrlID(HWND control) {

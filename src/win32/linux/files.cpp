@@ -2,7 +2,9 @@
 #include "win32/win32.h"
 
 #include "win32/linux/descriptor.h"
+#include "win32/linux/error.h"
 #include "win32/linux/fault.h"
+#include "win32/linux/handle_table.h"
 #include "win32/linux/paths.h"
 #include "win32/linux/replacement.h"
 #include "win32/linux/text.h"
@@ -12,17 +14,15 @@
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
-#include <mutex>
-#include <optional>
 #include <sys/file.h>
 #include <unistd.h>
-#include <unordered_set>
 
 namespace {
 
 using machine::Descriptor;
 using machine::DiskPath;
 using machine::ErrorOf;
+using machine::Fail;
 using machine::FindOnDisk;
 using machine::Replacement;
 
@@ -37,21 +37,13 @@ struct OpenFile {
   int Data() const { return replacement ? replacement->File().Get() : file.Get(); }
 };
 
-std::mutex guard;
-std::unordered_set<void *> openFiles;
-std::unordered_set<void *> searches;
+// A search finds one entry and has nothing to go on with.
+struct Search {};
 
-template <typename Result> Result Fail(LONG error, Result result) {
-  SetLastError(static_cast<DWORD>(error));
-  return result;
-}
+machine::HandleTable<HANDLE, OpenFile> openFiles{0x4000000};
+machine::HandleTable<HANDLE, Search> searches{0x5000000};
 
 HANDLE NoFile(LONG error) { return Fail(error, INVALID_HANDLE_VALUE); }
-
-OpenFile *AsOpenFile(HANDLE handle) {
-  const std::lock_guard lock(guard);
-  return openFiles.contains(handle) ? static_cast<OpenFile *>(handle) : nullptr;
-}
 
 // Reports what the disk did, for whoever asks why a call failed.
 LONG DiskFault(const std::filesystem::path &path, int reason) {
@@ -68,15 +60,11 @@ LONG OpenLocked(const std::filesystem::path &path, int flags, DWORD share, Descr
       return ErrorOf(errno);
     if (flock(file.Get(), (share == 0 ? LOCK_EX : LOCK_SH) | LOCK_NB) != 0)
       return ERROR_SHARING_VIOLATION;
-    struct stat opened;
-    struct stat named;
-    if (fstat(file.Get(), &opened) != 0 || !S_ISREG(opened.st_mode))
+    struct stat status;
+    if (fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode))
       return ERROR_ACCESS_DENIED;
-    // The file may have been replaced between the two calls: what was locked has then no name any more.
-    if (lstat(path.c_str(), &named) == 0 && named.st_ino == opened.st_ino && named.st_dev == opened.st_dev)
+    if (machine::IsStill(file, path)) // else it was replaced between opening and locking
       return ERROR_SUCCESS;
-    if ((flags & O_CREAT) == 0 && errno == ENOENT)
-      return ERROR_FILE_NOT_FOUND;
   }
 }
 
@@ -90,7 +78,37 @@ LONG CheckOpen(const DiskPath &found, DWORD access, DWORD disposition) {
     return ERROR_FILE_EXISTS;
   const bool writes = (access & GENERIC_WRITE) != 0 || disposition == CREATE_ALWAYS;
   const bool writable = (found.status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0; // binds the superuser too
-  return !S_ISREG(found.status.st_mode) || (writes && !writable) ? ERROR_ACCESS_DENIED : ERROR_SUCCESS;
+  return !found.IsFile() || (writes && !writable) ? ERROR_ACCESS_DENIED : ERROR_SUCCESS;
+}
+
+// What a path names whose last part may have wildcards: the first entry that matches then.
+DiskPath FindEntry(const char *path) {
+  const std::u16string wide = machine::WidePath(path);
+  const size_t begin = wide.rfind(u'\\') + 1;
+  const std::u16string pattern = wide.substr(begin);
+  if (!wide.empty() && pattern.empty())
+    return {.error = ERROR_FILE_NOT_FOUND}; // a folder's path with a backslash behind it names no entry
+  if (pattern.find_first_of(u"*?") == std::u16string::npos)
+    return FindOnDisk(path);
+
+  DiskPath found = FindOnDisk(text::FromWide(wide.substr(0, begin)).c_str());
+  if (!found.IsFolder())
+    return {.error = found.error != ERROR_SUCCESS ? found.error : ERROR_PATH_NOT_FOUND};
+  const std::string name = machine::FirstMatch(found.path, pattern);
+  found.path /= name;
+  found.exists = !name.empty() && stat(found.path.c_str(), &found.status) == 0;
+  return found;
+}
+
+WIN32_FIND_DATAA Describe(const DiskPath &found) {
+  WIN32_FIND_DATAA data = {};
+  data.dwFileAttributes = found.IsFolder() ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
+  const auto size = found.IsFolder() ? 0 : static_cast<uint64_t>(found.status.st_size);
+  data.nFileSizeHigh = static_cast<DWORD>(size >> 32);
+  data.nFileSizeLow = static_cast<DWORD>(size);
+  const std::string name = text::FromUtf8(found.path.filename().string()).value_or("?");
+  name.copy(data.cFileName, sizeof data.cFileName - 1);
+  return data;
 }
 
 } // namespace
@@ -100,7 +118,7 @@ HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *, DWORD di
   if (const LONG error = CheckOpen(found, access, disposition); error != ERROR_SUCCESS)
     return NoFile(error);
 
-  auto opened = std::make_unique<OpenFile>();
+  auto opened = std::make_shared<OpenFile>();
   opened->access = access;
   opened->path = found.path;
   const bool replaces = disposition == CREATE_ALWAYS || disposition == TRUNCATE_EXISTING;
@@ -117,13 +135,11 @@ HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *, DWORD di
   }
   const bool always = disposition == CREATE_ALWAYS || disposition == OPEN_ALWAYS;
   SetLastError(always && found.exists ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
-  const std::lock_guard lock(guard);
-  openFiles.insert(opened.get());
-  return opened.release();
+  return openFiles.Add(std::move(opened));
 }
 
 BOOL ReadFile(HANDLE handle, void *buffer, DWORD size, DWORD *read, void *) {
-  const OpenFile *const opened = AsOpenFile(handle);
+  const std::shared_ptr<const OpenFile> opened = openFiles.Find(handle);
   *read = 0;
   if (opened == nullptr)
     return Fail(ERROR_INVALID_HANDLE, FALSE);
@@ -143,7 +159,7 @@ BOOL ReadFile(HANDLE handle, void *buffer, DWORD size, DWORD *read, void *) {
 }
 
 DWORD GetFileSize(HANDLE handle, DWORD *high) {
-  const OpenFile *const opened = AsOpenFile(handle);
+  const std::shared_ptr<const OpenFile> opened = openFiles.Find(handle);
   struct stat status;
   if (opened == nullptr || fstat(opened->Data(), &status) != 0)
     return Fail(ERROR_INVALID_HANDLE, INVALID_FILE_SIZE);
@@ -154,7 +170,7 @@ DWORD GetFileSize(HANDLE handle, DWORD *high) {
 }
 
 BOOL WriteFile(HANDLE handle, const void *data, DWORD size, DWORD *written, void *) {
-  OpenFile *const opened = AsOpenFile(handle);
+  const std::shared_ptr<OpenFile> opened = openFiles.Find(handle);
   *written = 0;
   if (opened == nullptr)
     return Fail(ERROR_INVALID_HANDLE, FALSE);
@@ -169,13 +185,9 @@ BOOL WriteFile(HANDLE handle, const void *data, DWORD size, DWORD *written, void
 }
 
 BOOL CloseHandle(HANDLE handle) {
-  std::unique_ptr<OpenFile> opened(AsOpenFile(handle));
+  const std::shared_ptr<OpenFile> opened = openFiles.Remove(handle);
   if (opened == nullptr)
     return Fail(ERROR_INVALID_HANDLE, FALSE);
-  {
-    const std::lock_guard lock(guard);
-    openFiles.erase(handle);
-  }
   if (!opened->replacement)
     return TRUE;
   if (opened->failed)
@@ -184,48 +196,14 @@ BOOL CloseHandle(HANDLE handle) {
 }
 
 HANDLE FindFirstFileA(const char *path, WIN32_FIND_DATAA *data) {
-  // The name is the last part; the one that can't be looked up by itself is one with wildcards.
-  std::u16string wide = text::ToWide(path);
-  std::ranges::replace(wide, u'/', u'\\');
-  const size_t begin = wide.rfind(u'\\') + 1;
-  const std::u16string pattern = wide.substr(begin);
-  const bool wild = pattern.find_first_of(u"*?") != std::u16string::npos;
-  if (!wide.empty() && pattern.empty())
-    return NoFile(ERROR_FILE_NOT_FOUND); // a folder's path with a backslash behind it names no entry
-
-  DiskPath found = FindOnDisk((wild ? text::FromWide(wide.substr(0, begin)) : std::string(path)).c_str());
-  if (found.error == ERROR_SUCCESS && wild) {
-    if (!found.exists || !S_ISDIR(found.status.st_mode))
-      return NoFile(ERROR_PATH_NOT_FOUND);
-    const std::string name = machine::FirstMatch(found.path, pattern);
-    found.path /= name;
-    found.exists = !name.empty() && stat(found.path.c_str(), &found.status) == 0;
-  }
-  if (found.error != ERROR_SUCCESS || !found.exists)
-    return NoFile(found.error != ERROR_SUCCESS ? found.error : ERROR_FILE_NOT_FOUND);
-
-  std::memset(data, 0, sizeof *data);
-  const bool folder = S_ISDIR(found.status.st_mode);
-  data->dwFileAttributes = folder ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
-  const auto size = folder ? 0 : static_cast<uint64_t>(found.status.st_size);
-  data->nFileSizeHigh = static_cast<DWORD>(size >> 32);
-  data->nFileSizeLow = static_cast<DWORD>(size);
-  const std::string name = text::FromUtf8(found.path.filename().string()).value_or("?");
-  name.copy(data->cFileName, sizeof data->cFileName - 1);
-
-  auto search = std::make_unique<char>();
-  const std::lock_guard lock(guard);
-  searches.insert(search.get());
-  return search.release();
+  const DiskPath found = FindEntry(path);
+  if (!found.exists)
+    return NoFile(found.Absence());
+  *data = Describe(found);
+  return searches.Add(std::make_shared<Search>());
 }
 
-BOOL FindClose(HANDLE search) {
-  const std::lock_guard lock(guard);
-  if (searches.erase(search) == 0)
-    return Fail(ERROR_INVALID_HANDLE, FALSE);
-  delete static_cast<char *>(search);
-  return TRUE;
-}
+BOOL FindClose(HANDLE search) { return searches.Remove(search) ? TRUE : Fail(ERROR_INVALID_HANDLE, FALSE); }
 
 BOOL CreateDirectoryA(const char *path, void *) {
   const DiskPath found = FindOnDisk(path);

@@ -16,8 +16,6 @@ constexpr std::string_view Signature = "WINE REGISTRY Version 2";
 constexpr size_t LongestName = 255;
 constexpr size_t DeepestPath = 512;
 
-bool IsText(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ; }
-
 // ---- Escapes ----
 
 // The letters of the control characters that have one, by their number.
@@ -118,16 +116,6 @@ void AppendEscaped(std::string &out, std::u16string_view wide, std::string_view 
 
 // ---- Values ----
 
-std::u16string WideData(std::string_view data) {
-  std::u16string wide(data.size() / sizeof(char16_t), u'\0');
-  std::memcpy(wide.data(), data.data(), wide.size() * sizeof(char16_t));
-  return wide;
-}
-
-std::string BytesOf(std::u16string_view wide) {
-  return {reinterpret_cast<const char *>(wide.data()), wide.size() * sizeof(char16_t)};
-}
-
 bool SkipPrefix(std::string_view &text, std::string_view prefix) {
   if (!text.starts_with(prefix))
     return false;
@@ -191,7 +179,8 @@ bool ReadData(std::string_view text, HiveValue &value) {
   std::u16string wide;
   if (!SkipPrefix(text, "\"") || !ReadEscaped(text, '"', wide) || !text.empty())
     return false;
-  value.data = BytesOf(wide + u'\0');
+  wide += u'\0';
+  value.data = text::BytesOf(wide);
   return true;
 }
 
@@ -225,7 +214,7 @@ std::string FormatValue(const HiveValue &value) {
     AppendEscaped(line, value.name, "\"");
     line += "\"=";
   }
-  const std::u16string wide = WideData(value.data);
+  const std::u16string wide = text::WideOf(value.data);
   const bool terminated = value.data.size() % sizeof(char16_t) == 0 && !wide.empty() && wide.back() == u'\0';
   char buffer[24];
   if (IsText(value.type) && terminated) {
@@ -261,6 +250,25 @@ std::string_view Trimmed(std::string_view line) {
   return line.substr(0, end == std::string_view::npos ? 0 : end + 1);
 }
 
+// ---- Headings ----
+
+constexpr std::string_view NameSeparator = "\\\\"; // an escaped backslash
+
+// Where the first name of a path in a heading ends: before a separator, or the last one before the bracket.
+size_t EndOfName(std::string_view path) {
+  size_t end = 0;
+  while (end < path.size() && path[end] != ']' && !path.substr(end).starts_with(NameSeparator))
+    end += path[end] == '\\' ? 2 : 1;
+  return end;
+}
+
+bool ReadKeyName(std::string_view escaped, std::u16string &name) {
+  const std::string closed = std::string(escaped) + ']';
+  std::string_view rest = closed;
+  return ReadEscaped(rest, ']', name) && !name.empty() && name.size() <= LongestName &&
+         name.find(u'\\') == std::u16string::npos;
+}
+
 bool IsValueLine(std::string_view line) { return line[0] == '"' || line[0] == '@'; }
 
 // Hexadecimal data goes on in the next line behind a backslash; a text ends in its quote.
@@ -293,8 +301,6 @@ bool IsSoundValue(std::string_view value) {
   return true;
 }
 
-bool IsPlainLine(std::string_view line) { return Trimmed(line).empty() || line[0] == ';' || line[0] == '#'; }
-
 constexpr std::string_view ReadOnlyLine = "#readonly";
 
 } // namespace
@@ -302,6 +308,8 @@ constexpr std::string_view ReadOnlyLine = "#readonly";
 bool SameName(std::u16string_view left, std::u16string_view right) {
   return left.size() == right.size() && std::ranges::equal(left, right, {}, text::Upper, text::Upper);
 }
+
+bool IsText(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ; }
 
 const Hive::Key *Hive::Key::Subkey(size_t index) {
   if (order.size() != subkeys.size()) {
@@ -320,57 +328,56 @@ std::string Hive::EmptyText(const char *root) {
 
 std::string Hive::Load(std::string fileText) {
   loaded = std::move(fileText);
-  const auto damage = [](size_t line, const char *what) { return "line " + std::to_string(line) + ": " + what; };
   std::string_view rest = loaded;
-  if (rest.find('\0') != std::string_view::npos)
-    return damage(
-        1 + static_cast<size_t>(std::count(rest.begin(), rest.begin() + static_cast<ptrdiff_t>(rest.find('\0')), '\n')),
-        "a zero byte");
+  if (const size_t zero = rest.find('\0'); zero != std::string_view::npos)
+    return Damage(rest.substr(zero), "a zero byte");
   if (Trimmed(rest.substr(0, rest.find('\n'))) != Signature)
-    return damage(1, "no registry file");
+    return Damage(rest, "no registry file");
   if (!rest.ends_with('\n'))
-    return damage(1 + static_cast<size_t>(std::ranges::count(rest, '\n')), "the file ends within a line");
-
-  TakeLine(rest);
+    return Damage({}, "the file ends within a line");
+  header = TakeLine(rest);
   return LoadSections(rest);
 }
 
+std::string Hive::Damage(std::string_view rest, std::string_view what) const {
+  const auto line = 1 + std::count(loaded.begin(), loaded.end() - static_cast<ptrdiff_t>(rest.size()), '\n');
+  return "line " + std::to_string(line) + ": " + std::string(what);
+}
+
 std::string Hive::LoadSections(std::string_view rest) {
-  size_t lineNumber = 1;
-  const auto damage = [&](std::string_view what) {
-    return "line " + std::to_string(lineNumber) + ": " + std::string(what);
-  };
-  const char *begin = loaded.data();
   Key *key = nullptr;
-  const auto finish = [&](const char *end) {
-    (key == nullptr ? header : sections.back().original) = {begin, static_cast<size_t>(end - begin)};
-  };
   while (!rest.empty()) {
-    const char *const at = rest.data();
-    ++lineNumber;
-    if (rest[0] == '[') {
-      finish(at);
-      std::string_view error;
-      key = KeyOfHeading(TakeLine(rest), error);
-      if (key == nullptr)
-        return damage(error);
-      key->sections.push_back(static_cast<uint32_t>(sections.size()));
-      sections.emplace_back();
-      begin = at;
-    } else if (key != nullptr && IsValueLine(rest)) {
-      const std::string_view value = TakeValue(rest);
-      if (!IsSoundValue(value))
-        return damage("a value that can't be read");
-      lineNumber += static_cast<size_t>(std::ranges::count(value, '\n')) - 1;
-    } else {
-      const std::string_view line = TakeLine(rest);
-      if (!IsPlainLine(line))
-        return damage("neither a key nor a value");
-      if (key != nullptr && Trimmed(line) == ReadOnlyLine)
-        key->readOnly = true;
-    }
+    const std::string_view all = rest;
+    std::string_view problem;
+    if (rest[0] == '[')
+      key = BeginSection(TakeLine(rest), problem);
+    else if (key != nullptr && IsValueLine(rest))
+      problem = IsSoundValue(TakeValue(rest)) ? "" : "a value that can't be read";
+    else
+      problem = ReadPlainLine(TakeLine(rest), key);
+    if (!problem.empty())
+      return Damage(all, problem);
+    std::string_view &text = key == nullptr ? header : sections.back().original;
+    text = {text.empty() ? all.data() : text.data(), text.size() + all.size() - rest.size()};
   }
-  finish(rest.data());
+  return {};
+}
+
+Hive::Key *Hive::BeginSection(std::string_view heading, std::string_view &problem) {
+  Key *const key = KeyOfHeading(heading, problem);
+  if (key != nullptr) {
+    key->sections.push_back(static_cast<uint32_t>(sections.size()));
+    sections.emplace_back();
+  }
+  return key;
+}
+
+std::string_view Hive::ReadPlainLine(std::string_view line, Key *key) {
+  const std::string_view text = Trimmed(line);
+  if (!text.empty() && text[0] != ';' && text[0] != '#')
+    return "neither a key nor a value";
+  if (key != nullptr && text == ReadOnlyLine)
+    key->readOnly = true;
   return {};
 }
 
@@ -409,45 +416,34 @@ Hive::Key &Hive::Subkey(Key &parent, std::u16string_view name) {
   return made;
 }
 
-Hive::Key *Hive::KeyOfHeading(std::string_view heading, std::string_view &error) {
-  std::string_view rest = heading.substr(1);
-  // How far this heading agrees with the last one, in whole names.
-  const size_t agreed = static_cast<size_t>(std::ranges::mismatch(heading, lastHeading).in1 - heading.begin());
-  while (!lastPath.empty() && lastPath.back().first > agreed)
+Hive::Key *Hive::KeyOfHeading(std::string_view heading, std::string_view &problem) {
+  // The keys of all names that this heading has in common with the last one are known.
+  const auto agreed = static_cast<size_t>(std::ranges::mismatch(heading, lastHeading).in1 - heading.begin());
+  while (lastPath.size() > 1 && lastPath.back().first > agreed)
     lastPath.pop_back();
-  Key *key = &root;
-  if (!lastPath.empty()) {
-    key = lastPath.back().second;
-    rest = heading.substr(lastPath.back().first);
-  }
   lastHeading = heading;
+  if (heading.starts_with("[]"))
+    return &root;
 
-  // Names end at an escaped backslash, the last one at the bracket.
-  bool more = true;
-  while (more) {
-    size_t end = 0;
-    while (end < rest.size() && rest[end] != ']' && rest.substr(end, 2) != "\\\\")
-      end += rest[end] == '\\' ? 2 : 1;
+  auto [at, key] = lastPath.back();
+  for (;;) {
+    const std::string_view rest = heading.substr(at);
+    const size_t end = EndOfName(rest);
     if (end >= rest.size()) {
-      error = "a key's heading without its end";
+      problem = "a key's heading without its end";
       return nullptr;
     }
-    more = rest[end] != ']';
-    std::string closed(rest.substr(0, end));
-    closed += ']';
-    std::string_view escaped = closed;
     std::u16string name;
-    if (!ReadEscaped(escaped, ']', name) || name.empty() || name.size() > LongestName ||
-        name.find(u'\\') != std::u16string::npos || lastPath.size() >= DeepestPath) {
-      error = "a key's name that can't be read";
+    if (!ReadKeyName(rest.substr(0, end), name) || lastPath.size() > DeepestPath) {
+      problem = "a key's name that can't be read";
       return nullptr;
     }
     key = &Subkey(*key, name);
-    rest.remove_prefix(end + (more ? 2 : 1));
-    if (more)
-      lastPath.emplace_back(heading.size() - rest.size(), key);
+    if (rest[end] == ']')
+      return key;
+    at += end + NameSeparator.size();
+    lastPath.emplace_back(at, key);
   }
-  return key;
 }
 
 Hive::Key *Hive::Find(Key &from, std::u16string_view names) {
@@ -457,11 +453,7 @@ Hive::Key *Hive::Find(Key &from, std::u16string_view names) {
   std::ranges::transform(names, upper.begin(), text::Upper);
   std::u16string_view path = upper;
   Key *key = &from;
-  while (key != nullptr && !path.empty()) {
-    const std::u16string_view name = path.substr(0, path.find(u'\\'));
-    path.remove_prefix(std::min(name.size() + 1, path.size()));
-    if (name.empty())
-      continue;
+  for (auto name = text::TakeName(path); key != nullptr && !name.empty(); name = text::TakeName(path)) {
     const auto place = key->subkeys.find(name);
     key = place == key->subkeys.end() ? nullptr : place->second.get();
   }
@@ -470,38 +462,41 @@ Hive::Key *Hive::Find(Key &from, std::u16string_view names) {
 
 Hive::Key *Hive::Create(Key &from, std::u16string_view path) {
   std::vector<std::u16string_view> names;
-  for (const Key *key = &from; key->parent != nullptr; key = key->parent)
-    names.push_back(key->name);
-  std::ranges::reverse(names);
-  const size_t above = names.size();
-  while (!path.empty()) {
-    const std::u16string_view name = path.substr(0, path.find(u'\\'));
-    path.remove_prefix(std::min(name.size() + 1, path.size()));
-    if (name.size() > LongestName || names.size() >= DeepestPath)
-      return nullptr;
-    if (!name.empty())
-      names.push_back(name);
-  }
-
+  for (auto name = text::TakeName(path); !name.empty(); name = text::TakeName(path))
+    names.push_back(name);
+  const auto tooLong = [](std::u16string_view name) { return name.size() > LongestName; };
+  if (PathOf(from).size() + names.size() > DeepestPath || std::ranges::any_of(names, tooLong))
+    return nullptr;
   Key *key = &from;
-  for (size_t index = above; index < names.size(); ++index)
-    key = &Subkey(*key, names[index]);
-  if (key->sections.empty() && key->parent != nullptr) {
-    // Wine keeps the time of the last change twice: in seconds, and in units of 100 ns since 1601.
-    const auto now = static_cast<unsigned long long>(std::time(nullptr));
-    char stamps[64];
-    std::snprintf(stamps, sizeof stamps, "] %llu\n#time=%llx\n", now, (now + 11644473600ULL) * 10000000ULL);
-    std::string heading = "[";
-    for (size_t index = 0; index < names.size(); ++index) {
-      heading += index == 0 ? "" : "\\\\";
-      AppendEscaped(heading, names[index], "[]");
-    }
-    key->sections.push_back(static_cast<uint32_t>(sections.size()));
-    Section &section = sections.emplace_back();
-    section.taken = true;
-    section.lines = {{heading + stamps, std::nullopt}, {"\n", std::nullopt}};
-  }
+  for (const std::u16string_view name : names)
+    key = &Subkey(*key, name);
+  if (key->sections.empty())
+    AddSection(*key);
   return key;
+}
+
+std::vector<std::u16string_view> Hive::PathOf(const Key &key) {
+  std::vector<std::u16string_view> names;
+  for (const Key *at = &key; at->parent != nullptr; at = at->parent)
+    names.emplace_back(at->name);
+  std::ranges::reverse(names);
+  return names;
+}
+
+void Hive::AddSection(Key &key) {
+  std::string heading = "[";
+  for (const std::u16string_view name : PathOf(key)) {
+    heading += heading.size() > 1 ? NameSeparator : "";
+    AppendEscaped(heading, name, "[]");
+  }
+  // Wine keeps the time of the last change twice: in seconds, and in units of 100 ns since 1601.
+  const auto now = static_cast<unsigned long long>(std::time(nullptr));
+  char stamps[64];
+  std::snprintf(stamps, sizeof stamps, "] %llu\n#time=%llx\n", now, (now + 11644473600ULL) * 10000000ULL);
+  key.sections.push_back(static_cast<uint32_t>(sections.size()));
+  Section &section = sections.emplace_back();
+  section.taken = true;
+  section.lines = {{heading + stamps, std::nullopt}, {"\n", std::nullopt}};
 }
 
 void Hive::MarkReadOnly(Key &key) {

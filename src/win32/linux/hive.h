@@ -20,6 +20,9 @@ namespace machine {
 // Whether two names are the same, which case doesn't matter for.
 bool SameName(std::u16string_view left, std::u16string_view right);
 
+// Whether values of a type are texts.
+bool IsText(DWORD type);
+
 // A value as the registry holds it: texts in UTF-16, little-endian.
 struct HiveValue {
   std::u16string name; // empty for the default value
@@ -78,9 +81,18 @@ private:
     bool taken = false; // apart into lines
   };
 
+  // The line that says where the hive is damaged: where just the rest of it hasn't been read yet.
+  std::string Damage(std::string_view rest, std::string_view what) const;
+  // These tell of a line that can't be by a problem.
   std::string LoadSections(std::string_view rest);
-  Key *KeyOfHeading(std::string_view heading, std::string_view &error);
+  Key *BeginSection(std::string_view heading, std::string_view &problem);
+  Key *KeyOfHeading(std::string_view heading, std::string_view &problem);
+  static std::string_view ReadPlainLine(std::string_view line, Key *key);
+
   Key &Subkey(Key &parent, std::u16string_view name);
+  // The names of a key and those above it, from the root down.
+  static std::vector<std::u16string_view> PathOf(const Key &key);
+  void AddSection(Key &key);
   std::vector<Line> &LinesOf(Section &section);
   // The line of a value, the last one that stands for it; null if there is none.
   Line *FindLine(const Key &key, std::u16string_view name, std::vector<Line> **owner);
@@ -89,9 +101,10 @@ private:
   std::string_view header; // all before the first key
   std::vector<Section> sections;
   Key root;
-  // The heading that was read last and the keys along its path: the next one mostly differs in the last name alone.
+  // The heading that was read last and the keys along its path, each with where the names below it begin: the next
+  // heading mostly differs in the last name alone.
   std::string_view lastHeading;
-  std::vector<std::pair<size_t, Key *>> lastPath;
+  std::vector<std::pair<size_t, Key *>> lastPath = {{1, &root}};
 };
 
 } // namespace machine

@@ -46,31 +46,38 @@ LSTATUS HiveFile::Load() {
   identity = Identity();
   fault.clear();
   read = Descriptor();
-
-  Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   std::string text;
-  struct stat status;
-  if (!opened) {
-    if (errno != ENOENT)
-      return Fail(ErrorOf(errno), std::strerror(errno));
-    const std::string problem = FolderProblem(file.parent_path());
-    if (!problem.empty()) {
-      fault = problem;
-      RecordFault(fault);
-      return ERROR_FILE_NOT_FOUND;
-    }
-    text = Hive::EmptyText(root); // a machine without this hive yet
-  } else if (fstat(opened.Get(), &status) != 0 || !S_ISREG(status.st_mode)) {
-    return Fail(ERROR_BADDB, "no file");
-  } else {
-    text.resize(static_cast<size_t>(status.st_size) + 1);
-    if (!ReadAll(opened.Get(), text))
-      return Fail(ERROR_READ_FAULT, std::strerror(errno));
-    identity = IdentityOf(status);
-    read = std::move(opened);
-  }
+  if (const LSTATUS result = ReadText(text); result != ERROR_SUCCESS)
+    return result;
   const std::string damage = hive->Load(std::move(text));
   return damage.empty() ? ERROR_SUCCESS : Fail(ERROR_BADDB, "the registry is damaged, " + damage);
+}
+
+LSTATUS HiveFile::ReadText(std::string &text) {
+  Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!opened && errno == ENOENT)
+    return MakeText(text);
+  if (!opened)
+    return Fail(ErrorOf(errno), std::strerror(errno));
+  struct stat status;
+  if (fstat(opened.Get(), &status) != 0 || !S_ISREG(status.st_mode))
+    return Fail(ERROR_BADDB, "no file");
+  text.resize(static_cast<size_t>(status.st_size) + 1);
+  if (!ReadAll(opened.Get(), text))
+    return Fail(ERROR_READ_FAULT, std::strerror(errno));
+  identity = IdentityOf(status);
+  read = std::move(opened);
+  return ERROR_SUCCESS;
+}
+
+LSTATUS HiveFile::MakeText(std::string &text) {
+  fault = FolderProblem(file.parent_path());
+  if (!fault.empty()) {
+    RecordFault(fault);
+    return ERROR_FILE_NOT_FOUND;
+  }
+  text = Hive::EmptyText(root);
+  return ERROR_SUCCESS;
 }
 
 std::string HiveFile::WriteProblem() const {

@@ -53,6 +53,8 @@ private:
   static Identity IdentityOf(const struct stat &status);
 
   LSTATUS Load();
+  LSTATUS ReadText(std::string &text);
+  LSTATUS MakeText(std::string &text); // for a machine that doesn't have this hive yet
   LSTATUS Replace();
   LSTATUS Fail(LSTATUS code, const std::string &what);
 

@@ -70,7 +70,7 @@ size_t LiveIcons() { return Icons().Size(); }
 
 DWORD_PTR SHGetFileInfoA(const char *path, DWORD, SHFILEINFOA *info, UINT, UINT flags) {
   const machine::DiskPath found = machine::FindOnDisk(path);
-  if (found.error != ERROR_SUCCESS || !found.exists)
+  if (!found.exists)
     return 0;
   if ((flags & (SHGFI_ICON | SHGFI_SYSICONINDEX)) != 0)
     info->iIcon = Images().IndexOf(found.path);

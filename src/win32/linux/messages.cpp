@@ -1,4 +1,5 @@
 // How messages reach the windows, what becomes of those that nobody wants, and the modal loop.
+#include "win32/linux/error.h"
 #include "win32/linux/machine.h"
 #include "win32/linux/windows.h"
 
@@ -86,10 +87,8 @@ BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (!WindowOf(window))
     return FALSE;
   auto &posted = DeskOfThread().posted;
-  if (posted.size() == LongestQueue) {
-    SetLastError(ERROR_NOT_ENOUGH_QUOTA);
-    return FALSE;
-  }
+  if (posted.size() == LongestQueue)
+    return machine::Fail(ERROR_NOT_ENOUGH_QUOTA, FALSE);
   posted.push_back({window, message, wParam, lParam, static_cast<DWORD>(std::time(nullptr)), {0, 0}});
   return TRUE;
 }

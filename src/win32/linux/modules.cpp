@@ -1,41 +1,33 @@
 // Loadable libraries of the machine: shared objects, whatever their names end in.
 #include "win32/win32_ui.h"
 
+#include "win32/linux/error.h"
 #include "win32/linux/paths.h"
-#include "win32/linux/text.h"
 
 #include <dlfcn.h>
 #include <link.h>
 #include <string>
 
+using machine::Fail;
+
 HMODULE LoadLibraryA(const char *path) {
   // A name without a dot means the file with ".dll" behind it.
-  const std::u16string wide = text::ToWide(path);
-  const bool dotted = wide.find(u'.', wide.find_last_of(u"\\/") + 1) != std::u16string::npos;
+  const std::u16string wide = machine::WidePath(path);
+  const bool dotted = wide.find(u'.', wide.rfind(u'\\') + 1) != std::u16string::npos;
   const machine::DiskPath found = machine::FindOnDisk(dotted ? path : (std::string(path) + ".dll").c_str());
-  if (found.error != ERROR_SUCCESS || !found.exists) {
-    SetLastError(ERROR_MOD_NOT_FOUND);
-    return nullptr;
-  }
+  if (!found.exists)
+    return Fail(ERROR_MOD_NOT_FOUND, nullptr);
   void *const library = dlopen(found.path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (library == nullptr)
-    SetLastError(ERROR_BAD_EXE_FORMAT);
-  return static_cast<HMODULE>(library);
+  return library != nullptr ? library : Fail(ERROR_BAD_EXE_FORMAT, nullptr);
 }
 
 FARPROC GetProcAddress(HMODULE module, const char *name) {
   void *const entry = module != nullptr ? dlsym(module, name) : nullptr;
-  if (entry == nullptr)
-    SetLastError(ERROR_PROC_NOT_FOUND);
-  return reinterpret_cast<FARPROC>(entry);
+  return entry != nullptr ? reinterpret_cast<FARPROC>(entry) : Fail(ERROR_PROC_NOT_FOUND, nullptr);
 }
 
 BOOL FreeLibrary(HMODULE module) {
-  if (module == nullptr || dlclose(module) != 0) {
-    SetLastError(ERROR_INVALID_HANDLE);
-    return FALSE;
-  }
-  return TRUE;
+  return module != nullptr && dlclose(module) == 0 ? TRUE : Fail(ERROR_INVALID_HANDLE, FALSE);
 }
 
 BOOL GetModuleHandleExA(DWORD flags, const char *address, HMODULE *module) {
@@ -44,8 +36,7 @@ BOOL GetModuleHandleExA(DWORD flags, const char *address, HMODULE *module) {
   if ((flags & GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS) == 0 ||
       dladdr1(address, &info, reinterpret_cast<void **>(&library), RTLD_DL_LINKMAP) == 0) {
     *module = nullptr;
-    SetLastError(ERROR_MOD_NOT_FOUND);
-    return FALSE;
+    return Fail(ERROR_MOD_NOT_FOUND, FALSE);
   }
   if ((flags & GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT) == 0)
     dlopen(library->l_name, RTLD_NOW | RTLD_NOLOAD);

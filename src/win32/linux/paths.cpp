@@ -20,12 +20,6 @@ namespace fs = std::filesystem;
 constexpr LONG BadNetPath = 53;
 constexpr LONG FileNameTooLong = 206;
 
-DiskPath Failure(LONG error) {
-  DiskPath failure;
-  failure.error = error;
-  return failure;
-}
-
 struct CloseFolder {
   void operator()(DIR *folder) const { closedir(folder); }
 };
@@ -59,14 +53,14 @@ bool IsWithin(const fs::path &path, const fs::path &folder) {
   return end == folder.end();
 }
 
-// A link may lead to wherever it likes within the machine, or within the drive that a dosdevices entry names.
-bool FollowLink(fs::path &path, const fs::path &drive) {
+// A link may lead to wherever it likes within the machine, or within the drive that a dosdevices entry names. Empty for
+// one that leads out, or nowhere.
+fs::path LinkTarget(const fs::path &link, const fs::path &drive) {
   std::error_code error;
-  const fs::path target = fs::canonical(path, error);
+  fs::path target = fs::canonical(link, error);
   if (error || !(IsWithin(target, fs::canonical(Folder(), error)) || IsWithin(target, fs::canonical(drive, error))))
-    return false;
-  path = target;
-  return true;
+    return {};
+  return target;
 }
 
 // The folder of a drive; empty if the machine has no such drive.
@@ -89,9 +83,7 @@ bool IsForbidden(char16_t unit) {
 
 // Splits what stands behind the drive into names, with "." and ".." worked out; false for a name that can't be.
 bool SplitNames(std::u16string_view path, std::vector<std::u16string> &names) {
-  while (!path.empty()) {
-    std::u16string_view name = path.substr(0, path.find(u'\\'));
-    path.remove_prefix(std::min(name.size() + 1, path.size()));
+  for (auto name = text::TakeName(path); !name.empty(); name = text::TakeName(path)) {
     if (name == u"..") {
       if (!names.empty())
         names.pop_back();
@@ -106,7 +98,48 @@ bool SplitNames(std::u16string_view path, std::vector<std::u16string> &names) {
   return true;
 }
 
+bool HasDrive(std::u16string_view path) { return path.size() >= 2 && path[1] == u':'; }
+
 bool IsLetter(char16_t unit) { return (unit | 0x20) >= u'a' && (unit | 0x20) <= u'z'; }
+
+// A path with its drive: one without begins in the program's folder or, with a backslash, on the program's drive.
+std::u16string Absolute(const std::u16string &path) {
+  if (HasDrive(path))
+    return path;
+  const std::u16string program = text::ToWide(ProgramPath());
+  return program.substr(0, path.starts_with(u'\\') ? 2 : program.rfind(u'\\') + 1) + path;
+}
+
+LONG CheckForm(std::u16string_view path) {
+  if (path.empty())
+    return ERROR_PATH_NOT_FOUND;
+  if (path.size() >= MAX_PATH)
+    return FileNameTooLong;
+  return path.starts_with(u"\\\\") ? BadNetPath : ERROR_SUCCESS;
+}
+
+DiskPath Look(const fs::path &path) {
+  DiskPath found = {.path = path};
+  found.exists = lstat(path.c_str(), &found.status) == 0;
+  return found;
+}
+
+// Goes down from a drive's folder by one name after the other.
+DiskPath Descend(const fs::path &drive, const std::vector<std::u16string> &names) {
+  DiskPath found = Look(drive);
+  for (const std::u16string &name : names) {
+    if (!found.IsFolder())
+      return {.error = ERROR_PATH_NOT_FOUND};
+    found = Look(found.path / NameOnDisk(found.path, name));
+    if (found.exists && S_ISLNK(found.status.st_mode)) {
+      const fs::path target = LinkTarget(found.path, drive);
+      if (target.empty())
+        return {.error = ERROR_ACCESS_DENIED};
+      found = Look(target);
+    }
+  }
+  return found;
+}
 
 } // namespace
 
@@ -117,41 +150,24 @@ std::string ProgramPath() {
   return "C:\\Program Files\\Zuvio\\acctkit.exe";
 }
 
-DiskPath FindOnDisk(const char *path) {
+std::u16string WidePath(const char *path) {
   std::u16string wide = text::ToWide(path);
   std::ranges::replace(wide, u'/', u'\\');
-  if (wide.empty())
-    return Failure(ERROR_PATH_NOT_FOUND);
-  if (wide.size() >= MAX_PATH)
-    return Failure(FileNameTooLong);
-  if (wide.starts_with(u"\\\\"))
-    return Failure(BadNetPath);
-  if (wide.size() < 2 || wide[1] != u':') {
-    const std::u16string program = text::ToWide(ProgramPath());
-    wide = program.substr(0, wide[0] == u'\\' ? 2 : program.rfind(u'\\') + 1) + wide;
-  }
-  if (wide.size() < 2 || wide[1] != u':' || !IsLetter(wide[0]))
-    return Failure(ERROR_PATH_NOT_FOUND);
+  return wide;
+}
 
+DiskPath FindOnDisk(const char *path) {
+  const std::u16string given = WidePath(path);
+  if (const LONG error = CheckForm(given); error != ERROR_SUCCESS)
+    return {.error = error};
+  const std::u16string absolute = Absolute(given);
+  if (!HasDrive(absolute) || !IsLetter(absolute[0]))
+    return {.error = ERROR_PATH_NOT_FOUND};
   std::vector<std::u16string> names;
-  if (!SplitNames(std::u16string_view(wide).substr(2), names))
-    return Failure(ERROR_INVALID_NAME);
-  const fs::path drive = DriveFolder(wide[0]);
-  DiskPath found;
-  found.path = drive;
-  found.exists = !drive.empty() && lstat(drive.c_str(), &found.status) == 0;
-  for (const std::u16string &name : names) {
-    if (!found.exists || !S_ISDIR(found.status.st_mode))
-      return Failure(ERROR_PATH_NOT_FOUND);
-    found.path /= NameOnDisk(found.path, name);
-    found.exists = lstat(found.path.c_str(), &found.status) == 0;
-    if (found.exists && S_ISLNK(found.status.st_mode)) {
-      if (!FollowLink(found.path, drive))
-        return Failure(ERROR_ACCESS_DENIED);
-      found.exists = lstat(found.path.c_str(), &found.status) == 0;
-    }
-  }
-  return drive.empty() ? Failure(ERROR_PATH_NOT_FOUND) : found;
+  if (!SplitNames(std::u16string_view(absolute).substr(2), names))
+    return {.error = ERROR_INVALID_NAME};
+  const fs::path drive = DriveFolder(absolute[0]);
+  return drive.empty() ? DiskPath{.error = ERROR_PATH_NOT_FOUND} : Descend(drive, names);
 }
 
 namespace {

@@ -126,23 +126,12 @@ template <typename Named> const Named *FindNamed(const std::vector<Named> &all, 
   return found != all.end() ? &*found : nullptr;
 }
 
-// How many bytes of a text are whole characters within a room.
-size_t WholeCharacters(std::string_view text, size_t room) {
-  size_t length = 0;
-  while (length < text.size()) {
-    const size_t size = text::IsLeadByte(static_cast<unsigned char>(text[length])) ? 2 : 1;
-    if (length + size > room)
-      break;
-    length += size;
-  }
-  return length;
-}
-
 // Hands a text to the caller's buffer. One that has to be cut has that many terminators behind it.
 DWORD Give(std::string_view text, DWORD terminators, char *buffer, DWORD size) {
   if (size == 0)
     return 0;
-  const size_t length = text.size() < size ? text.size() : WholeCharacters(text, size - std::min(size, terminators));
+  const size_t length =
+      text.size() < size ? text.size() : text::WholeCharacters(text, size - std::min(size, terminators)).size();
   text.copy(buffer, length);
   std::memset(buffer + length, 0, std::min<size_t>(size - length, terminators));
   return static_cast<DWORD>(length);

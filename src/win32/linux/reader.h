@@ -6,6 +6,9 @@
 
 namespace machine {
 
+// The next boundary of four bytes.
+constexpr size_t Aligned(size_t offset) { return (offset + 3) & ~size_t{3}; }
+
 // Past the end everything is 0 and the reader has failed.
 class Reader {
 public:
@@ -27,8 +30,7 @@ public:
     at = failed ? size : at + count;
   }
 
-  // Goes on to the next boundary of four bytes.
-  void Align() { Skip((4 - at % 4) % 4); }
+  void Align() { Skip(Aligned(at) - at); }
 
 private:
   const char *bytes;

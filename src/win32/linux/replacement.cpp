@@ -12,14 +12,6 @@ namespace {
 
 constexpr mode_t Permissions = 0777;
 
-// Whether the open file is what the path names now; another process may have put it in place meanwhile.
-bool IsStill(int file, const std::filesystem::path &path) {
-  struct stat opened;
-  struct stat named;
-  return fstat(file, &opened) == 0 && lstat(path.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
-         opened.st_ino == named.st_ino;
-}
-
 } // namespace
 
 Replacement::Replacement(std::filesystem::path path)
@@ -37,7 +29,7 @@ Replacement::Replacement(std::filesystem::path path)
       errno = EWOULDBLOCK;
       return;
     }
-  } while (!IsStill(file.Get(), beside));
+  } while (!IsStill(file, beside));
   pending = true;
   if (ftruncate(file.Get(), 0) != 0 ||
       (replaces && (fchmod(file.Get(), mode) != 0 ||

@@ -1,6 +1,7 @@
 // Reader of compiled resources, and the calls that find one.
 #include "win32/linux/resources.h"
 
+#include "win32/linux/error.h"
 #include "win32/linux/reader.h"
 #include "win32/linux/text.h"
 
@@ -28,8 +29,6 @@ ResourceName NextName(machine::Reader &reader) {
   }
   return name;
 }
-
-size_t Aligned(size_t size) { return (size + 3) & ~size_t{3}; }
 
 const std::vector<Resource> &LibraryResources() {
   static const std::vector<Resource> resources = machine::ReadResources(
@@ -92,10 +91,8 @@ HRSRC FindResourceA(HMODULE, const char *name, const char *type) {
       std::ranges::find_if(resources, [wantedType = NameOf(type), wanted = NameOf(name)](const Resource &each) {
         return each.type == wantedType && each.name == wanted;
       });
-  if (found != resources.end())
-    return reinterpret_cast<HRSRC>(const_cast<Resource *>(&*found));
-  SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
-  return nullptr;
+  return found != resources.end() ? reinterpret_cast<HRSRC>(const_cast<Resource *>(&*found))
+                                  : machine::Fail(ERROR_RESOURCE_NAME_NOT_FOUND, nullptr);
 }
 
 HGLOBAL LoadResource(HMODULE, HRSRC handle) {

@@ -1,8 +1,10 @@
 #include "win32/linux/text.h"
 
+#include "win32/linux/error.h"
 #include "win32/win32.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iconv.h>
 
 namespace text {
@@ -217,6 +219,16 @@ std::string FromWide(std::u16string_view wide) {
   return cp932;
 }
 
+std::u16string WideOf(std::string_view bytes) {
+  std::u16string wide(bytes.size() / sizeof(char16_t), u'\0');
+  std::memcpy(wide.data(), bytes.data(), wide.size() * sizeof(char16_t));
+  return wide;
+}
+
+std::string_view BytesOf(std::u16string_view wide) {
+  return {reinterpret_cast<const char *>(wide.data()), wide.size() * sizeof(char16_t)};
+}
+
 std::string WideToUtf8(std::u16string_view wide) {
   std::string utf8;
   utf8.reserve(wide.size());
@@ -250,6 +262,13 @@ bool Utf8ToWide(std::string_view utf8, std::u16string &wide) {
     }
   }
   return valid;
+}
+
+std::u16string_view TakeName(std::u16string_view &path) {
+  path.remove_prefix(std::min(path.find_first_not_of(u'\\'), path.size()));
+  const std::u16string_view name = path.substr(0, path.find(u'\\'));
+  path.remove_prefix(name.size());
+  return name;
 }
 
 std::optional<std::string> FromUtf8(std::string_view utf8) {
@@ -288,11 +307,6 @@ namespace {
 
 bool IsCodePage932(UINT codePage) { return codePage == CP_ACP || codePage == 932; }
 
-int Fail(LONG error) {
-  SetLastError(static_cast<DWORD>(error));
-  return 0;
-}
-
 // The text that a length of the calls names: a terminated one with its terminator for -1.
 template <typename Unit> std::basic_string_view<Unit> Given(const Unit *text, int length) {
   return length == -1 ? std::basic_string_view<Unit>(text, std::char_traits<Unit>::length(text) + 1)
@@ -303,7 +317,7 @@ template <typename Unit> std::basic_string_view<Unit> Given(const Unit *text, in
 template <typename Unit> int HandOver(const std::basic_string<Unit> &converted, Unit *buffer, int size) {
   if (size != 0 && converted.size() > static_cast<size_t>(size)) {
     converted.copy(buffer, static_cast<size_t>(size));
-    return Fail(ERROR_INSUFFICIENT_BUFFER);
+    return machine::Fail(ERROR_INSUFFICIENT_BUFFER, 0);
   }
   if (size != 0)
     converted.copy(buffer, converted.size());
@@ -317,12 +331,12 @@ BOOL IsDBCSLeadByte(BYTE byte) { return text::IsLeadByte(byte) ? TRUE : FALSE; }
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char *text, int length, WCHAR *wide, int size) {
   if (text == nullptr || length == 0 || length < -1 || size < 0 || (size != 0 && wide == nullptr) ||
       !(IsCodePage932(codePage) || codePage == CP_UTF8))
-    return Fail(ERROR_INVALID_PARAMETER);
+    return machine::Fail(ERROR_INVALID_PARAMETER, 0);
   std::u16string converted;
   const bool valid = codePage == CP_UTF8 ? text::Utf8ToWide(Given(text, length), converted)
                                          : text::Cp932ToWide(Given(text, length), converted);
   if (!valid && (flags & MB_ERR_INVALID_CHARS) != 0)
-    return Fail(ERROR_NO_UNICODE_TRANSLATION);
+    return machine::Fail(ERROR_NO_UNICODE_TRANSLATION, 0);
   return HandOver(converted, wide, size);
 }
 
@@ -331,7 +345,7 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, const WCHAR *wide, int lengt
   if (wide == nullptr || length == 0 || length < -1 || size < 0 || (size != 0 && text == nullptr) ||
       !(IsCodePage932(codePage) || codePage == CP_UTF8) ||
       (codePage == CP_UTF8 && (defaultChar != nullptr || usedDefaultChar != nullptr)))
-    return Fail(ERROR_INVALID_PARAMETER);
+    return machine::Fail(ERROR_INVALID_PARAMETER, 0);
   static_cast<void>(flags);
   std::string converted;
   if (codePage == CP_UTF8) {

@@ -11,6 +11,10 @@ namespace text {
 std::u16string ToWide(std::string_view cp932);
 std::string FromWide(std::u16string_view wide);
 
+// UTF-16 as the bytes that it has in files, little-endian. A half unit at the end of bytes is left out.
+std::u16string WideOf(std::string_view bytes);
+std::string_view BytesOf(std::u16string_view wide);
+
 std::string WideToUtf8(std::u16string_view wide);
 // False for bytes that aren't UTF-8; `wide` then has U+FFFD for them.
 bool Utf8ToWide(std::string_view utf8, std::u16string &wide);
@@ -22,6 +26,9 @@ bool WideToCp932(std::u16string_view wide, std::string &cp932, std::string_view 
 bool IsLeadByte(unsigned char byte);
 // The beginning of a text, of that many bytes or, rather than half a character, one less.
 std::string_view WholeCharacters(std::string_view cp932, size_t size);
+
+// Takes the first name off a path of names divided by backslashes; an empty one if there is none.
+std::u16string_view TakeName(std::u16string_view &path);
 
 // A file name on disk as a name of the calls; nothing for one that code page 932 can't say.
 std::optional<std::string> FromUtf8(std::string_view utf8);

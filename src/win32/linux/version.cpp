@@ -3,8 +3,10 @@
 #include "win32/win32.h"
 
 #include "win32/linux/descriptor.h"
+#include "win32/linux/error.h"
 #include "win32/linux/hive.h"
 #include "win32/linux/paths.h"
+#include "win32/linux/reader.h"
 #include "win32/linux/text.h"
 
 #include <algorithm>
@@ -15,6 +17,9 @@
 #include <string_view>
 
 namespace {
+
+using machine::Aligned;
+using machine::Fail;
 
 // A program file larger than this isn't looked at; its version resource stands in its first sections anyhow.
 constexpr size_t LargestFile = size_t{256} << 20;
@@ -117,20 +122,14 @@ std::string_view VersionResource(std::string_view file) {
 
 std::string ReadVersionResource(const char *path) {
   const machine::DiskPath found = machine::FindOnDisk(path);
-  if (found.error != ERROR_SUCCESS || !found.exists || !S_ISREG(found.status.st_mode)) {
-    SetLastError(static_cast<DWORD>(found.error != ERROR_SUCCESS ? found.error : ERROR_FILE_NOT_FOUND));
-    return {};
-  }
+  if (!found.IsFile())
+    return Fail(found.exists ? ERROR_FILE_NOT_FOUND : found.Absence(), std::string());
   const machine::Descriptor file(open(found.path.c_str(), O_RDONLY | O_CLOEXEC));
   std::string bytes(std::min(static_cast<size_t>(found.status.st_size), LargestFile) + 1, '\0');
-  if (!file || static_cast<size_t>(found.status.st_size) > LargestFile || !machine::ReadAll(file.Get(), bytes)) {
-    SetLastError(ERROR_READ_FAULT);
-    return {};
-  }
-  std::string resource(VersionResource(bytes));
-  if (resource.empty())
-    SetLastError(ERROR_RESOURCE_DATA_NOT_FOUND);
-  return resource;
+  if (!file || static_cast<size_t>(found.status.st_size) > LargestFile || !machine::ReadAll(file.Get(), bytes))
+    return Fail(ERROR_READ_FAULT, std::string());
+  const std::string_view resource = VersionResource(bytes);
+  return !resource.empty() ? std::string(resource) : Fail(ERROR_RESOURCE_DATA_NOT_FOUND, std::string());
 }
 
 // ---- The tree of nodes ----
@@ -145,8 +144,6 @@ struct Node {
   bool text;
   std::u16string key;
 };
-
-size_t Aligned(size_t offset) { return (offset + 3) & ~size_t{3}; }
 
 std::optional<Node> ReadNode(std::string_view block, size_t offset, size_t end) {
   const auto size = At<uint16_t>(block, offset);
@@ -183,8 +180,23 @@ std::optional<Node> FindChild(std::string_view block, const Node &parent, std::u
   return std::nullopt;
 }
 
+std::optional<Node> FindNode(std::string_view block, std::u16string_view path) {
+  std::optional<Node> node = ReadNode(block, 0, block.size());
+  for (auto key = text::TakeName(path); node && !key.empty(); key = text::TakeName(path))
+    node = FindChild(block, *node, key);
+  return node;
+}
+
+// ---- The caller's block ----
+
 // Ahead of the resource in the caller's block stands its size; behind it there is as much room for a converted text.
 constexpr size_t BlockHeader = sizeof(DWORD);
+
+// The text of a node in code page 932, up to its first terminator.
+std::string TextOf(std::string_view block, const Node &node) {
+  const std::u16string stored = text::WideOf(block.substr(node.valueOffset, node.valueSize));
+  return text::FromWide(std::u16string_view(stored).substr(0, stored.find(u'\0')));
+}
 
 } // namespace
 
@@ -199,10 +211,8 @@ BOOL GetFileVersionInfoA(const char *path, DWORD, DWORD size, void *data) {
   const std::string resource = ReadVersionResource(path);
   if (resource.empty())
     return FALSE;
-  if (size < BlockHeader) {
-    SetLastError(ERROR_INSUFFICIENT_BUFFER);
-    return FALSE;
-  }
+  if (size < BlockHeader)
+    return Fail(ERROR_INSUFFICIENT_BUFFER, FALSE);
   // A block that is too small gets as much as leaves room for converted texts.
   const size_t room = (size - BlockHeader) / 2 & ~size_t{3};
   const auto length = static_cast<DWORD>(std::min(resource.size(), room));
@@ -218,20 +228,9 @@ BOOL VerQueryValueA(const void *data, const char *query, void **value, UINT *siz
   // The block is the caller's to write to; the call's signature only doesn't say so.
   char *const begin = static_cast<char *>(const_cast<void *>(data)) + BlockHeader;
   const std::string_view block(begin, length);
-
-  std::optional<Node> node = ReadNode(block, 0, length);
-  std::u16string wide = text::ToWide(query);
-  std::u16string_view path = wide;
-  while (node && !path.empty()) {
-    const std::u16string_view name = path.substr(0, path.find(u'\\'));
-    path.remove_prefix(std::min(name.size() + 1, path.size()));
-    if (!name.empty())
-      node = FindChild(block, *node, name);
-  }
-  if (!node) {
-    SetLastError(ERROR_RESOURCE_TYPE_NOT_FOUND);
-    return FALSE;
-  }
+  const std::optional<Node> node = FindNode(block, text::ToWide(query));
+  if (!node)
+    return Fail(ERROR_RESOURCE_TYPE_NOT_FOUND, FALSE);
   if (!node->text) {
     *value = begin + node->valueOffset;
     *size = static_cast<UINT>(node->valueSize);
@@ -239,18 +238,13 @@ BOOL VerQueryValueA(const void *data, const char *query, void **value, UINT *siz
   }
   // A text is converted into the room behind the resource, at the place that mirrors its own; code page 932 never needs
   // more bytes than UTF-16.
-  std::u16string stored(node->valueSize / sizeof(char16_t), u'\0');
-  std::memcpy(stored.data(), begin + node->valueOffset, stored.size() * sizeof(char16_t));
-  stored.resize(std::min(stored.find(u'\0'), stored.size()));
-  const std::string converted = text::FromWide(stored);
+  const std::string converted = TextOf(block, *node);
+  if (!converted.empty() && converted.size() >= node->valueSize)
+    return Fail(ERROR_RESOURCE_DATA_NOT_FOUND, FALSE);
   char *const room = begin + Aligned(length) + node->valueOffset;
-  if (!stored.empty() && converted.size() >= node->valueSize) {
-    SetLastError(ERROR_RESOURCE_DATA_NOT_FOUND);
-    return FALSE;
-  }
-  if (!stored.empty())
+  if (!converted.empty())
     std::memcpy(room, converted.c_str(), converted.size() + 1);
-  *value = stored.empty() ? const_cast<char *>("") : room;
+  *value = converted.empty() ? const_cast<char *>("") : room;
   *size = static_cast<UINT>(converted.size() + 1);
   return TRUE;
 }

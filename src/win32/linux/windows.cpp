@@ -2,6 +2,7 @@
 #include "win32/linux/windows.h"
 
 #include "win32/linux/controls.h"
+#include "win32/linux/error.h"
 #include "win32/linux/text.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@
 
 using machine::Desk;
 using machine::DeskOfThread;
+using machine::Fail;
 using machine::Window;
 using machine::WindowOf;
 using machine::WindowRecord;
@@ -20,11 +22,6 @@ namespace {
 
 const HWND Desktop = reinterpret_cast<HWND>(uintptr_t{0x10010});
 constexpr RECT Screen = {0, 0, 1024, 768};
-
-bool Fail(LONG error) {
-  SetLastError(static_cast<DWORD>(error));
-  return false;
-}
 
 // ---- Classes ----
 
@@ -170,10 +167,7 @@ WindowRecord WindowOf(HWND handle) {
     return nullptr;
   const auto &windows = DeskOfThread().windows;
   const auto found = windows.find(handle);
-  if (found != windows.end())
-    return found->second;
-  Fail(ERROR_INVALID_WINDOW_HANDLE);
-  return nullptr;
+  return found != windows.end() ? found->second : Fail(ERROR_INVALID_WINDOW_HANDLE, nullptr);
 }
 
 WindowRecord TopOf(WindowRecord window) {
@@ -198,9 +192,9 @@ WORD RegisterClassA(const WNDCLASSA *windowClass) {
   const int extra = windowClass->cbWndExtra;
   if (reinterpret_cast<uintptr_t>(name) <= 0xFFFF || windowClass->lpfnWndProc == nullptr || extra < 0 ||
       static_cast<size_t>(extra) > LargestExtra)
-    return static_cast<WORD>(Fail(ERROR_INVALID_PARAMETER));
+    return Fail(ERROR_INVALID_PARAMETER, WORD{0});
   if (FindClass(name))
-    return static_cast<WORD>(Fail(ERROR_CLASS_ALREADY_EXISTS));
+    return Fail(ERROR_CLASS_ALREADY_EXISTS, WORD{0});
   const std::lock_guard lock(classGuard);
   Classes().push_back({name, windowClass->lpfnWndProc, static_cast<size_t>(extra)});
   return static_cast<WORD>(FirstAtom + Classes().size() - 1);
@@ -211,10 +205,8 @@ HWND CreateWindowExA(DWORD exStyle, const char *className, const char *text, DWO
   const std::optional<WindowClass> known = FindClass(className);
   const WindowRecord above = WindowOf(parent);
   const bool child = (style & (WS_CHILD | WS_POPUP)) == WS_CHILD;
-  if (const LONG error = CheckCreation(known.has_value(), child, parent, above); error != ERROR_SUCCESS) {
-    Fail(error);
-    return nullptr;
-  }
+  if (const LONG error = CheckCreation(known.has_value(), child, parent, above); error != ERROR_SUCCESS)
+    return Fail(error, nullptr);
 
   const auto window = std::make_shared<Window>();
   window->handle = NewHandle();
@@ -297,7 +289,7 @@ LONG_PTR WindowLong(HWND handle, int index, size_t size, const LONG_PTR *with) {
     break;
   }
   if (index < 0 || static_cast<size_t>(index) + size > window->extra.size())
-    return Fail(ERROR_INVALID_INDEX);
+    return Fail(ERROR_INVALID_INDEX, LONG_PTR{0});
   LONG_PTR old = 0;
   std::byte *const place = window->extra.data() + index;
   std::memcpy(&old, place, size);
