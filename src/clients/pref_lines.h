@@ -17,5 +17,9 @@ std::string QuotedPref(const std::string &text);
 // The line as it stands in the file, with its LF.
 std::string LineText(const PrefLine &line);
 
+// Appends preferences at the end of the text.
+void AppendPrefs(PrefsText &prefs, std::span<const PrefLine> lines);
+void AppendPref(PrefsText &prefs, const PrefLine &line);
+
 // Replaces one preference: removes the line of its key and appends the new one.
 void ReplacePref(PrefsText &prefs, const PrefLine &line);

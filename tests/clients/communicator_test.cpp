@@ -2,6 +2,7 @@
 #include "clients/communicator/communicator_mail.h"
 #include "clients/communicator/communicator_news.h"
 
+#include "stores/files.h"
 #include "support/client_machine.h"
 
 namespace {
@@ -248,6 +249,13 @@ TEST_F(CommunicatorNewsTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
     refused(spec);
     EXPECT_EQ(GetFile(folder + "fat"), map);
   }
+  PutFile(folder + "fat", "");
+  PutFile(folder + "forum-nntp.rc", "read: 1-500");
+  {
+    const FileHandle held = OpenFileAlone((folder + "fat").c_str(), GENERIC_READ, OPEN_EXISTING);
+    EXPECT_EQ(WriteAccount(news, spec), 1);
+  }
+  EXPECT_EQ(GetFile(folder + "forum-nntp.rc"), "read: 1-500"); // the map didn't take the server
   PutFile(folder + "fat", "x forum-nntp.example.org");
   EXPECT_EQ(WriteAccount(news, spec), 1);
   EXPECT_EQ(GetFile(folder + "fat"), "x forum-nntp.example.org");

@@ -31,15 +31,8 @@ communicator::PrefsEdit ReplaceAll(std::span<const PrefLine> lines) {
   return [lines](PrefsText &prefs) {
     for (const PrefLine &line : lines)
       RemovePrefLine(line.key.c_str(), prefs);
-    for (const PrefLine &line : lines)
-      AppendPrefLine(prefs, LineText(line).c_str());
+    AppendPrefs(prefs, lines);
   };
-}
-
-void WriteProfilePrefs(const std::string &directory, const MailAccountSpec &spec) {
-  const auto lines = AccountPrefs(spec);
-  communicator::EditPrefs(directory, ReplaceAll(lines));
-  MakeMailDirectory(directory);
 }
 
 // The client's entry in the system's list of mail programs, in the order of writing. The path is the same whatever the
@@ -83,7 +76,8 @@ int32_t CommunicatorMail::SetupAccount(const MailAccountSpec &spec, std::string 
   }
   communicator::EnterSender(profile, spec.mailAddress, spec.senderName);
   communicator::EnterDirectory(installDirectory, profile);
-  WriteProfilePrefs(directory, spec);
+  communicator::EditPrefs(directory, ReplaceAll(prefs));
+  MakeMailDirectory(directory);
   return 1;
 }
 

@@ -47,7 +47,7 @@ void CommunicatorNews::KeepOrFill(PrefsText &prefs, const char *key, const std::
   // A line that is too long to be kept stays where it is, and so does its value.
   if (!taken && HasPrefText(Format("user_pref(\"%s\"", std::string(key)).c_str(), prefs))
     return;
-  AppendPrefLine(prefs, LineText({key, QuotedPref(value)}).c_str());
+  AppendPref(prefs, {key, QuotedPref(value)});
 }
 
 void CommunicatorNews::EditNewsPrefs(PrefsText &prefs, const NewsAccountSpec &spec) {
@@ -67,8 +67,7 @@ void CommunicatorNews::EditNewsPrefs(PrefsText &prefs, const NewsAccountSpec &sp
   }
   KeepOrFill(prefs, AddressKey, spec.mailAddress);
   KeepOrFill(prefs, SenderKey, spec.senderName);
-  for (const PrefLine &line : NewsPrefs(spec))
-    AppendPrefLine(prefs, LineText(line).c_str());
+  AppendPrefs(prefs, NewsPrefs(spec));
 }
 
 void CommunicatorNews::WriteNewsPrefs(const std::string &directory, const NewsAccountSpec &spec) {

@@ -13,13 +13,12 @@ constexpr const char *HeadingWord = "netscape-newsrc-map-file";
 
 bool Holds(const std::string &map, const std::string &text) { return map.find(text) != std::string::npos; }
 
-// The map's text; empty for one that can't be opened, nothing for one that is none of ours: too large, or no text.
+// The map's text; nothing for one that can't be opened, or is none of ours: too large, or no text.
 std::optional<std::string> ReadMap(const FileHandle &file) {
   std::string map(NewsMap::Capacity + 1, '\0');
   DWORD read = 0;
-  if (!file)
-    return "";
-  if (!ReadFile(file.Get(), map.data(), static_cast<DWORD>(map.size()), &read, nullptr) || read > NewsMap::Capacity)
+  if (!file || !ReadFile(file.Get(), map.data(), static_cast<DWORD>(map.size()), &read, nullptr) ||
+      read > NewsMap::Capacity)
     return std::nullopt;
   map.resize(read);
   return Holds(map, std::string(1, '\0')) ? std::nullopt : std::optional(map);
@@ -48,8 +47,10 @@ bool NewsMap::Takes(const std::string &host) const {
     return false;
   if (!PathExists(path.c_str()))
     return true;
-  const std::optional<std::string> map =
-      ReadMap(OpenFileAlone(path.c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING));
+  const FileHandle file = OpenFileAlone(path.c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
+  if (!file)
+    return true; // it stays as it is, and the account goes without
+  const std::optional<std::string> map = ReadMap(file);
   return map && (Holds(*map, host) || WithServer(*map, host).size() <= Capacity);
 }
 
@@ -59,8 +60,8 @@ void NewsMap::Enter(const std::string &host) const {
       ReadMap(OpenFileAlone(path.c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
   if (!map || Holds(*map, host))
     return;
-  WriteWholeFile(path.c_str(), GENERIC_WRITE, WithServer(*map, host));
-  WriteWholeFile(NewsrcPath(host).c_str(), GENERIC_WRITE, "");
+  if (WriteWholeFile(path.c_str(), GENERIC_WRITE, WithServer(*map, host)))
+    WriteWholeFile(NewsrcPath(host).c_str(), GENERIC_WRITE, "");
 }
 
 } // namespace communicator

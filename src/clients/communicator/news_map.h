@@ -16,12 +16,12 @@ public:
   explicit NewsMap(const std::string &profileDirectory);
 
   // Whether the server can be entered: the host has a dot, which its newsrc file's name ends at, paths and record fit
-  // their buffers of 256 bytes, and a map that is there has room and is a text. A map that can't be opened counts as
-  // an empty one.
+  // their buffers of 256 bytes, and a map that is there has room and is a text. A map that can't be opened takes any:
+  // the account goes without it.
   bool Takes(const std::string &host) const;
 
   // Makes the news directory and enters the server with an empty newsrc file, cutting one of that name. Does nothing
-  // for a host that stands anywhere in the map.
+  // for a host that stands anywhere in the map, or for a map that can't be opened or written: what was read stays.
   void Enter(const std::string &host) const;
 
 private:

@@ -6,6 +6,7 @@
 #include "stores/files.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace communicator {
 
@@ -108,18 +109,18 @@ bool PrefsTake(const std::string &directory, const PrefsEdit &edit) {
   const std::string path = PrefsPath(directory);
   if (!PathExists(path.c_str()))
     return true;
-  PrefsText prefs;
-  LoadPrefsText(path.c_str(), prefs);
-  edit(prefs);
-  return prefs.whole || !prefs.read;
+  const auto prefs = std::make_unique<PrefsText>();
+  LoadPrefsText(path.c_str(), *prefs);
+  edit(*prefs);
+  return prefs->whole || !prefs->read;
 }
 
 void EditPrefs(const std::string &directory, const PrefsEdit &edit, DWORD access) {
   const std::string path = PrefsPath(directory);
-  PrefsText prefs;
-  LoadPrefsText(path.c_str(), prefs);
-  edit(prefs);
-  SavePrefsText(path.c_str(), prefs, access);
+  const auto prefs = std::make_unique<PrefsText>();
+  LoadPrefsText(path.c_str(), *prefs);
+  edit(*prefs);
+  SavePrefsText(path.c_str(), *prefs, access);
 }
 
 } // namespace communicator

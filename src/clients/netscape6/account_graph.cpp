@@ -54,23 +54,21 @@ std::optional<GraphKeys> Match(const PrefsText &prefs, const std::string &key, c
   return identity ? std::optional(GraphKeys{key, *server, *identity}) : std::nullopt;
 }
 
-void Append(PrefsText &prefs, const PrefLine &line) { AppendPrefLine(prefs, LineText(line).c_str()); }
-
 PrefLine TypeLine(const GraphKeys &keys, const GraphAccount &account) {
   return {Format("mail.server.%s.type", keys.server), QuotedPref(account.type)};
 }
 
 void AppendAccount(PrefsText &prefs, const GraphKeys &keys) {
-  Append(prefs, {Format("mail.account.%s.identities", keys.account), QuotedPref(keys.identity)});
-  Append(prefs, {Format("mail.account.%s.server", keys.account), QuotedPref(keys.server)});
+  AppendPref(prefs, {Format("mail.account.%s.identities", keys.account), QuotedPref(keys.identity)});
+  AppendPref(prefs, {Format("mail.account.%s.server", keys.account), QuotedPref(keys.server)});
 }
 
 GraphKeys EnterFirst(PrefsText &prefs, const GraphAccount &account) {
   GraphKeys keys = {"account1", "server1", "id1"};
-  Append(prefs, {AccountList, QuotedPref(keys.account)});
-  Append(prefs, {"mail.accountmanager.defaultaccount", QuotedPref(keys.account)});
+  AppendPref(prefs, {AccountList, QuotedPref(keys.account)});
+  AppendPref(prefs, {"mail.accountmanager.defaultaccount", QuotedPref(keys.account)});
   AppendAccount(prefs, keys);
-  Append(prefs, TypeLine(keys, account));
+  AppendPref(prefs, TypeLine(keys, account));
   return keys;
 }
 
@@ -82,7 +80,7 @@ std::optional<GraphKeys> EnterNext(PrefsText &prefs, const std::string &list, co
   ReplacePref(prefs, ExtendedList(AccountList, list, keys.account));
   AppendAccount(prefs, keys);
   if (account.typedAtOnce)
-    Append(prefs, TypeLine(keys, account));
+    AppendPref(prefs, TypeLine(keys, account));
   return keys;
 }
 

@@ -31,8 +31,7 @@ std::string EnterFirstSmtp(PrefsText &prefs) {
                             {SmtpHostKey(key), QuotedPref(IspMailRelayHost)},
                             {"mail.smtpserver.smtp1.try_ssl", "0"},
                             {SmtpList, QuotedPref(key)}};
-  for (const PrefLine &line : lines)
-    AppendPrefLine(prefs, LineText(line).c_str());
+  AppendPrefs(prefs, lines);
   return key;
 }
 

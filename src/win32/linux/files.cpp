@@ -52,6 +52,15 @@ LONG DiskFault(const std::filesystem::path &path, int reason) {
 }
 BOOL Faulty(const std::filesystem::path &path, int reason) { return Fail(DiskFault(path, reason), FALSE); }
 
+// Reports a file that is there and can't be had.
+HANDLE Unavailable(const std::filesystem::path &path, LONG error) {
+  if (error == ERROR_SHARING_VIOLATION)
+    machine::RecordFault(path.string() + ": another program has it open");
+  else if (error == ERROR_ACCESS_DENIED)
+    DiskFault(path, EACCES);
+  return NoFile(error);
+}
+
 // Opens and locks a file: share mode 0 keeps every other open out, any other mode keeps share mode 0 out.
 LONG OpenLocked(const std::filesystem::path &path, int flags, DWORD share, Descriptor &file) {
   for (;;) {
@@ -116,7 +125,7 @@ WIN32_FIND_DATAA Describe(const DiskPath &found) {
 HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *, DWORD disposition, DWORD, HANDLE) {
   const DiskPath found = FindOnDisk(path);
   if (const LONG error = CheckOpen(found, access, disposition); error != ERROR_SUCCESS)
-    return NoFile(error);
+    return found.IsFile() ? Unavailable(found.path, error) : NoFile(error);
 
   auto opened = std::make_shared<OpenFile>();
   opened->access = access;
@@ -126,12 +135,13 @@ HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *, DWORD di
     const int mode = !replaces && (access & GENERIC_WRITE) != 0 ? O_RDWR : O_RDONLY;
     const int create = disposition == OPEN_ALWAYS ? O_CREAT : disposition == CREATE_NEW ? O_CREAT | O_EXCL : 0;
     if (const LONG error = OpenLocked(found.path, mode | create, share, opened->file); error != ERROR_SUCCESS)
-      return NoFile(error);
+      return Unavailable(found.path, error);
   }
   if (replaces) {
     opened->replacement = std::make_unique<Replacement>(found.path);
     if (!opened->replacement->File())
-      return errno == EWOULDBLOCK ? NoFile(ERROR_SHARING_VIOLATION) : NoFile(DiskFault(found.path, errno));
+      return errno == EWOULDBLOCK ? Unavailable(found.path, ERROR_SHARING_VIOLATION)
+                                  : NoFile(DiskFault(found.path, errno));
   }
   const bool always = disposition == CREATE_ALWAYS || disposition == OPEN_ALWAYS;
   SetLastError(always && found.exists ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
