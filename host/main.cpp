@@ -27,12 +27,14 @@ struct Chosen {
 
 Outcome Tell(bool done) { return done ? Outcome(0, "done\n") : Outcome(1, "failed\n"); }
 
+// Says why in one line: what went wrong beneath the calls, if something did.
 int Fail(const std::string &why) {
-  std::cerr << "acctkit: " << why << '\n';
+  const std::string fault = platform::TakeFault();
+  std::cerr << "acctkit: " << (fault.empty() ? why : fault) << '\n';
   return 1;
 }
 
-// One of the client names twice, or both versions of a client, make no machine.
+// Other names, or both versions of a client, make no machine.
 void CheckClients(const std::vector<std::string> &clients) {
   for (const std::string &client : clients)
     if (std::ranges::find(SampleClients, client) == SampleClients.end())
@@ -55,12 +57,13 @@ void AddMachineCommand(CLI::App &app, Chosen &chosen) {
     CheckClients(*clients);
     chosen.makesMachine = true;
     chosen.action = [clients]() -> Outcome {
-      std::string problem = platform::MakeMachine();
-      if (problem.empty())
-        problem = InstallSamples(*clients);
-      if (!problem.empty())
+      if (const std::string problem = platform::MakeMachine(); !problem.empty())
         return Fail(problem);
-      return {0, "made a sample machine in " + platform::MachineName() + '\n'};
+      const platform::MachineLock lock; // which takes a folder
+      if (const std::string problem = InstallSamples(*clients); !problem.empty())
+        return Fail(problem);
+      const std::string where = platform::HasMachineFolders() ? " in " + platform::MachineName() : "";
+      return {0, "made a sample machine" + where + '\n'};
     };
   });
 }

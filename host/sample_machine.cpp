@@ -1,9 +1,11 @@
 #include "sample_machine.h"
 
+#include "clients/files.h"
+#include "clients/registry.h"
 #include "platform.h"
 #include "registry_view.h"
+#include "stores/files.h"
 #include "stores/profile_registry.h"
-#include "win32/win32.h"
 
 #include <algorithm>
 #include <cstring>
@@ -108,16 +110,12 @@ const SampleFile Files[] = {
 bool EnterValue(const SampleValue &value) {
   if (ShownValue(value.root, value.key, value.name))
     return true;
-  HKEY key = nullptr;
-  if (RegCreateKeyExA(value.root, value.key, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr) != ERROR_SUCCESS)
-    return false;
-  const bool text = value.text != nullptr;
-  const void *const data = text ? static_cast<const void *>(value.text) : &value.number;
-  const size_t size = text ? std::strlen(value.text) + 1 : sizeof value.number;
-  const LSTATUS result = RegSetValueExA(key, value.name, 0, text ? REG_SZ : REG_DWORD, static_cast<const BYTE *>(data),
-                                        static_cast<DWORD>(size));
-  RegCloseKey(key);
-  return result == ERROR_SUCCESS;
+  RegistryKey key;
+  const int32_t entered = value.text != nullptr ? key.WriteValue(value.root, value.key, value.name, REG_SZ, value.text,
+                                                                 static_cast<DWORD>(std::strlen(value.text) + 1))
+                                                : key.WriteValue(value.root, value.key, value.name, REG_DWORD,
+                                                                 &value.number, sizeof value.number);
+  return entered != 0;
 }
 
 // Where the machine has what the samples have in their application data folder.
@@ -130,21 +128,22 @@ std::string Placed(const std::string &path) {
 }
 
 // Makes the folders on the way. A backslash may be the second byte of a character.
-bool EnterFile(const std::string &samplePath, const std::string &bytes) {
-  const std::string path = Placed(samplePath);
+void MakeFoldersAbove(const std::string &path) {
   for (size_t index = 3; index < path.size(); ++index) {
     if (IsDBCSLeadByte(static_cast<BYTE>(path[index])))
       ++index;
     else if (path[index] == '\\')
       CreateDirectoryA(path.substr(0, index).c_str(), nullptr);
   }
-  const HANDLE file =
-      CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (file == INVALID_HANDLE_VALUE)
-    return false;
-  DWORD written = 0;
-  const BOOL result = WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  return CloseHandle(file) && result;
+}
+
+// A file that is there stays too.
+bool EnterFile(const std::string &samplePath, const std::string &bytes) {
+  const std::string path = Placed(samplePath);
+  if (PathExists(path.c_str()))
+    return true;
+  MakeFoldersAbove(path);
+  return WriteWholeFile(path.c_str(), GENERIC_WRITE, bytes);
 }
 
 // Whether the entry belongs to one of the clients; "oe" stands for either version.
@@ -163,7 +162,8 @@ std::string InstallPlugin() {
   return EnterFile(MAILER_FOLDER "\\sample_mailer.dll", bytes) ? "" : "the sample plug-in can't be written";
 }
 
-// A profile registry with one profile, in the order in which the client makes its entries.
+// A profile registry with one profile, in the order in which the client makes its entries. One that lists profiles
+// already stays.
 std::string InstallProfileRegistry() {
   constexpr size_t LengthOffset = 8;
   const std::string path = Placed(MOZILLA "\\registry.dat");
@@ -176,6 +176,8 @@ std::string InstallProfileRegistry() {
   if (!EnterFile(path, file) || !registry.Open(path))
     return path + ": the profile registry can't be made";
   registry.Parse();
+  if (registry.FindPath("Common\\Profiles", "") >= 0)
+    return {};
   registry.AddKey(0, "Users");
   const int32_t profiles = registry.AddKey(registry.AddKey(0, "Common"), "Profiles");
   registry.AddKey(0, "Version Registry");
@@ -192,19 +194,15 @@ std::string InstallProfileRegistry() {
     return path + ": the profile registry can't be written";
   file = *saved;
   std::memcpy(&file[LengthOffset], &length, sizeof length);
-  return EnterFile(path, file) ? "" : path + ": the profile registry can't be written";
+  return WriteWholeFile(path.c_str(), GENERIC_WRITE, file) ? "" : path + ": the profile registry can't be written";
 }
 
 // The entry of a client that is on the machine already; empty if none is.
 std::string EarlierClient() {
   for (const char *key : {"SOFTWARE\\Netscape\\Netscape Navigator", "SOFTWARE\\Netscape\\Netscape 6",
-                          "SOFTWARE\\Microsoft\\Outlook Express", "SOFTWARE\\Harveld\\@zuvioSetup"}) {
-    HKEY opened = nullptr;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, key, 0, KEY_READ, &opened) == ERROR_SUCCESS) {
-      RegCloseKey(opened);
+                          "SOFTWARE\\Microsoft\\Outlook Express", "SOFTWARE\\Harveld\\@zuvioSetup"})
+    if (KeyReadable(HKEY_LOCAL_MACHINE, key))
       return key;
-    }
-  }
   return {};
 }
 
@@ -213,14 +211,15 @@ std::string EarlierClient() {
 std::string InstallSamples(const std::vector<std::string> &clients) {
   if (const std::string key = EarlierClient(); !key.empty())
     return platform::MachineName() + ": there is a client already, HKEY_LOCAL_MACHINE\\" + key;
-  for (const SampleValue &value : Values)
-    if (IsWanted(value.client, clients) && !EnterValue(value))
-      return std::string(value.key) + ": the registry can't be written";
   for (const SampleFile &file : Files)
     if (IsWanted(file.client, clients) && !EnterFile(file.path, file.text))
       return std::string(file.path) + ": the file can't be written";
   std::string problem = IsWanted("netscape6", clients) ? InstallProfileRegistry() : "";
   if (problem.empty() && IsWanted("mailer", clients))
     problem = InstallPlugin();
+  // Last, since what the registry names counts as installed, and as no place for a sample machine.
+  for (const SampleValue &value : Values)
+    if (problem.empty() && IsWanted(value.client, clients) && !EnterValue(value))
+      problem = std::string(value.key) + ": the registry can't be written";
   return problem;
 }
