@@ -1,6 +1,10 @@
 #include "accounts.h"
 
 #include "acctkit/acctkit.h"
+#include "clients/external_mailer.h"
+#include "clients/netscape6/netscape6_mail.h"
+#include "clients/netscape6/netscape6_news.h"
+#include "clients/registry.h"
 #include "registry_view.h"
 #include "stores/profile_registry.h"
 #include "text.h"
@@ -32,8 +36,9 @@ struct Entry {
 struct Client {
   std::string name;
   std::string version; // empty if it isn't installed
-  bool installed = false;
-  std::vector<Entry> entries;
+  bool takesMail = false;
+  bool takesNews = false;
+  std::vector<Entry> (*entries)() = nullptr;
 };
 
 const std::string CurrentUser = "HKEY_CURRENT_USER\\";
@@ -120,8 +125,16 @@ std::vector<Entry> OutlookExpressEntries() {
 const std::string UsersKey = "SOFTWARE\\Netscape\\Netscape Navigator\\Users";
 const std::string BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users";
 
-const std::vector<std::string> ShownPreferences = {"user_pref(\"mail.", "user_pref(\"network.hosts.",
-                                                   "user_pref(\"news.", "user_pref(\"browser.startup."};
+const std::vector<std::string> ShownPreferences = {
+    "user_pref(\"mail.",         "user_pref(\"news.",   "user_pref(\"network.hosts.", "user_pref(\"browser.startup.",
+    "user_pref(\"offline.news.", "user_pref(\"signon.", "user_pref(\"prefs."};
+
+// A profile may have one of its keys and not the other.
+void AddKey(std::vector<Entry> &entries, const char *kind, const std::string &name, HKEY root, const std::string &key,
+            const std::vector<const char *> &valueNames) {
+  if (KeyReadable(root, key.c_str()))
+    entries.push_back(KeyEntry(kind, name, root, key, valueNames));
+}
 
 void AddFile(std::vector<Entry> &entries, const char *kind, const std::string &path,
              const std::vector<std::string> &beginnings) {
@@ -142,9 +155,8 @@ std::vector<Entry> CommunicatorEntries() {
   for (const std::string &profile : profiles) {
     const std::string user = Below(UsersKey, profile);
     const std::string biff = Below(BiffKey, profile);
-    entries.push_back(
-        KeyEntry("profile", profile, HKEY_LOCAL_MACHINE, user, {"EmailAddr", "UserName", "DirRoot", "Obsoleted"}));
-    entries.push_back(KeyEntry("new mail", profile, HKEY_CURRENT_USER, biff, {"defaultServer"}));
+    AddKey(entries, "profile", profile, HKEY_LOCAL_MACHINE, user, {"EmailAddr", "UserName", "DirRoot", "Obsoleted"});
+    AddKey(entries, "new mail", profile, HKEY_CURRENT_USER, biff, {"defaultServer"});
     const std::string servers = Below(biff, "servers");
     for (const std::string &server : Subkeys(HKEY_CURRENT_USER, servers))
       entries.push_back(KeyEntry("new mail", server, HKEY_CURRENT_USER, Below(servers, server), {"popstatePath"}));
@@ -161,8 +173,6 @@ std::vector<Entry> CommunicatorEntries() {
 }
 
 // ---- Netscape 6 ----
-
-const std::string Netscape6Key = "SOFTWARE\\Netscape\\Netscape 6";
 
 std::vector<Entry> Netscape6Entries() {
   const auto appData =
@@ -194,14 +204,6 @@ std::vector<Entry> Netscape6Entries() {
   return entries;
 }
 
-// Only the wizards reach this client, so the plain exports tell nothing of it.
-Client ReadNetscape6() {
-  const std::string program = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\Netscp6.exe";
-  const auto version = ShownValue(HKEY_LOCAL_MACHINE, Netscape6Key, "CurrentVersion");
-  const bool installed = version && ShownValue(HKEY_LOCAL_MACHINE, program, nullptr);
-  return {"Netscape 6", installed ? ToUtf8(*version) : "", installed, Netscape6Entries()};
-}
-
 // ---- The external mailer ----
 
 std::vector<Entry> MailerEntries() {
@@ -216,45 +218,44 @@ std::vector<Entry> MailerEntries() {
 
 // ---- The report ----
 
-struct KnownClient {
-  int32_t index;
-  const char *name;
-  std::vector<Entry> (*entries)();
-};
-constexpr KnownClient KnownClients[] = {{0, "Outlook Express", OutlookExpressEntries},
-                                        {1, "Netscape Communicator", CommunicatorEntries}};
-
 std::string VersionText(int32_t client) {
   int32_t major = 0;
   int32_t minor = 0;
   return GetMailVersion(client, &major, &minor) ? std::to_string(major) + "." + std::to_string(minor) : "";
 }
 
+// A client of the plain exports.
+Client Exported(const char *name, int32_t index, std::vector<Entry> (*entries)()) {
+  return {name, VersionText(index), IsInstallMailer(index) != 0, IsInstallNews(index) != 0, entries};
+}
+
+// A client that only the wizards and the sign-up reach, so the plain exports tell nothing of it.
+Client Reached(const char *name, MailClient &&mail, bool takesNews, std::vector<Entry> (*entries)()) {
+  std::string version;
+  mail.GetClientVersion(version);
+  return {name, ToUtf8(version), mail.IsInstall() != 0, takesNews, entries};
+}
+
 std::vector<Client> ReadClients() {
-  std::vector<Client> clients;
-  for (const KnownClient &known : KnownClients)
-    clients.push_back({known.name, VersionText(known.index), IsInstallMailer(known.index) != 0, known.entries()});
-  clients.push_back(ReadNetscape6());
-  std::vector<Entry> mailer = MailerEntries();
-  const bool plugin = !mailer.empty();
-  clients.push_back({"External mailer", "", plugin, std::move(mailer)});
-  return clients;
+  return {Exported("Outlook Express", 0, OutlookExpressEntries),
+          Exported("Netscape Communicator", 1, CommunicatorEntries),
+          Reached("Netscape 6", Netscape6Mail(), Netscape6News().IsInstall() != 0, Netscape6Entries),
+          Reached("External mailer", ExternalMailer(), false, MailerEntries)};
 }
 
 void PrintText(const std::vector<Client> &clients) {
   for (const Client &client : clients) {
     std::cout << client.name << (client.version.empty() ? "" : " " + client.version)
-              << (client.installed ? "" : ", not installed") << '\n';
-    for (const Entry &entry : client.entries) {
+              << (client.takesMail ? "" : ", not installed") << '\n';
+    for (const Entry &entry : client.entries()) {
       std::cout << "  " << entry.kind << (entry.name.empty() ? "" : " " + entry.name)
                 << (entry.isDefault ? " (default)" : "") << "  [" << entry.where << "]\n";
       size_t width = 0;
       for (const Value &value : entry.values)
-        width = std::max(width, DisplayWidth(value.name));
+        width = std::max(width, value.name.size());
       for (const Value &value : entry.values)
-        std::cout << "    " << value.name
-                  << std::string(value.name.empty() ? 0 : width + 2 - DisplayWidth(value.name), ' ') << value.text
-                  << '\n';
+        std::cout << "    " << value.name << std::string(value.name.empty() ? 0 : width + 2 - value.name.size(), ' ')
+                  << value.text << '\n';
     }
     std::cout << '\n';
   }
@@ -265,7 +266,7 @@ void PrintJson(const std::vector<Client> &clients) {
   Json document = Json::array();
   for (const Client &client : clients) {
     Json entries = Json::array();
-    for (const Entry &entry : client.entries) {
+    for (const Entry &entry : client.entries()) {
       Json values = Json::object();
       Json lines = Json::array();
       for (const Value &value : entry.values)
@@ -281,7 +282,7 @@ void PrintJson(const std::vector<Client> &clients) {
                          {"lines", lines}});
     }
     document.push_back(
-        {{"client", client.name}, {"version", client.version}, {"installed", client.installed}, {"entries", entries}});
+        {{"client", client.name}, {"version", client.version}, {"installed", client.takesMail}, {"entries", entries}});
   }
   std::cout << document.dump(2) << '\n';
 }
@@ -304,11 +305,6 @@ void PrintStatus() {
               << news << '\n';
   };
   row("client", "version", "mail", "news");
-  for (const KnownClient &known : KnownClients)
-    row(known.name, VersionText(known.index), IsInstallMailer(known.index) ? "yes" : "no",
-        IsInstallNews(known.index) ? "yes" : "no");
-  const Client netscape6 = ReadNetscape6();
-  const char *const there = netscape6.installed ? "yes" : "no";
-  row(netscape6.name, netscape6.version, there, there);
-  row("External mailer", "", MailerEntries().empty() ? "no" : "yes", "no");
+  for (const Client &client : ReadClients())
+    row(client.name, client.version, client.takesMail ? "yes" : "no", client.takesNews ? "yes" : "no");
 }
