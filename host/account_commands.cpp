@@ -4,6 +4,7 @@
 #include "text.h"
 #include "usage.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <vector>
@@ -14,6 +15,8 @@ namespace {
 // host and display name of the server for news.
 constexpr size_t TextCount = 8;
 enum Position : size_t { User, Name, Title, Reserved, FirstServer, SecondServer, Address, Connection };
+
+constexpr int Communicator = 1; // as a client index
 
 struct Options {
   int client = 0;
@@ -27,39 +30,65 @@ struct Options {
 using SearchExport = int32_t(ACCTKIT_CALL *)(int32_t, const char *const *, char *, char *);
 using SetupExport = int32_t(ACCTKIT_CALL *)(int32_t, const char *const *, const char *);
 
-// A family of exports: what it searches and writes with, and which texts its array takes, in order.
+// A family of exports: what it searches and writes with, which texts its array takes, in order, and by which of them it
+// finds an account.
 struct Family {
+  const char *option; // that chooses it
   SearchExport search;
   SetupExport setup;
   std::vector<Position> positions;
+  std::vector<Position> matched;
 };
 
-const Family PlainMail = {IsExistMailAccount,
-                          SetupMailAccount,
-                          {User, Name, Title, Reserved, FirstServer, SecondServer, Address, Connection}};
-const Family PlainNews = {IsExistNewsAccount, SetupNewsAccount, PlainMail.positions};
-const Family ZuvioMail = {IsExistZuvioMailAccount, SetupZuvioMailAccount, {User, Name, Address}};
-const Family ZuvioNews = {IsExistZuvioNewsAccount, SetupZuvioNewsAccount, {User, Name, Address}};
-const Family KermMail = {
-    IsExistKERMMailAccount, SetupKERMMailAccount, {User, Name, Address, FirstServer, SecondServer}};
+const std::vector<Position> AllPositions = {User,        Name,         Title,   Reserved,
+                                            FirstServer, SecondServer, Address, Connection};
+const Family PlainMail = {"", IsExistMailAccount, SetupMailAccount, AllPositions, {Title}};
+const Family PlainNews = {"", IsExistNewsAccount, SetupNewsAccount, AllPositions, {Title, SecondServer}};
+const Family ZuvioMail = {"--zuvio", IsExistZuvioMailAccount, SetupZuvioMailAccount, {User, Name, Address}, {User}};
+const Family ZuvioNews = {"--zuvio", IsExistZuvioNewsAccount, SetupZuvioNewsAccount, {User, Name, Address}, {User}};
+const Family KermMail = {"--kerm",
+                         IsExistKERMMailAccount,
+                         SetupKERMMailAccount,
+                         {User, Name, Address, FirstServer, SecondServer},
+                         {Address}};
 
+struct Text {
+  const char *option; // empty for the one that nobody gives
+  const char *help;
+};
 struct Kind {
   bool news;
   const char *name;
-  std::array<const char *, TextCount> options;
+  const char *known; // what an account is found by
+  std::array<Text, TextCount> texts;
 };
-constexpr Kind Mail = {
-    false, "mail", {"--user", "--name", "--title", "", "--smtp", "--pop", "--address", "--connection"}};
-constexpr Kind News = {
-    true, "news", {"--user", "--name", "--title", "", "--host", "--server-name", "--address", "--connection"}};
-constexpr std::array<const char *, TextCount> Help = {"the user, as a rule the subscriber's ID",
-                                                      "the name shown as sender",
-                                                      "the account's title",
-                                                      "",
-                                                      "the SMTP host, or the news host",
-                                                      "the POP host, or the news server's display name",
-                                                      "the mail address",
-                                                      "the dial-up connection"};
+constexpr Text UserText = {"--user", "the user, as a rule the subscriber's ID"};
+constexpr Text NameText = {"--name", "the name shown as sender"};
+constexpr Text ReservedText = {"", ""};
+constexpr Text AddressText = {"--address", "the mail address"};
+constexpr Text ConnectionText = {"--connection", "the dial-up connection"};
+constexpr Kind Mail = {false,
+                       "mail",
+                       "its title, with --zuvio its user, with --kerm its address",
+                       {UserText,
+                        NameText,
+                        {"--title", "the account's title, in Communicator the profile's name"},
+                        ReservedText,
+                        {"--smtp", "the SMTP host"},
+                        {"--pop", "the POP host"},
+                        AddressText,
+                        ConnectionText}};
+constexpr Kind News = {true,
+                       "news",
+                       "its title and its server's name, with --zuvio its user and --server",
+                       {UserText,
+                        NameText,
+                        {"--title", "the first part of the account's title, in Communicator the profile's name"},
+                        ReservedText,
+                        {"--host", "the news host"},
+                        {"--server-name", "the server's name, the second part of the account's title"},
+                        AddressText,
+                        ConnectionText}};
 
 const Family &ChosenFamily(const Kind &kind, const Options &options) {
   if (kind.news)
@@ -67,15 +96,36 @@ const Family &ChosenFamily(const Kind &kind, const Options &options) {
   return options.zuvio ? ZuvioMail : options.kerm ? KermMail : PlainMail;
 }
 
-// The array that the export takes: its texts, and the news server's number in place of a pointer. What the family needs
-// must have been given.
-std::vector<const char *> ExportArray(const Kind &kind, const Family &family, const Options &options) {
-  std::vector<const char *> array;
-  for (const Position position : family.positions) {
-    if (options.texts[position].empty() && position != Reserved && position != Connection)
-      throw UsageError(std::string(kind.options[position]) + " is required");
-    array.push_back(options.texts[position].c_str());
+bool Has(const std::vector<Position> &positions, Position position) {
+  return std::ranges::find(positions, position) != positions.end();
+}
+
+// A search needs what it finds an account by, and takes the rest too.
+bool IsNeeded(const Family &family, Position position, bool sets, int client) {
+  if (sets)
+    return Has(family.positions, position) && position != Reserved && position != Connection;
+  const bool unread = position == SecondServer && client == Communicator;
+  return Has(family.matched, position) && !unread;
+}
+
+// What the family needs must have been given, and nothing that it doesn't take.
+void CheckTexts(const Kind &kind, const Options &options, bool sets) {
+  const Family &family = ChosenFamily(kind, options);
+  for (const Position position : AllPositions) {
+    const bool given = !options.texts[position].empty();
+    const std::string option = kind.texts[position].option;
+    if (given && !Has(family.positions, position))
+      throw UsageError(option + " doesn't go with " + family.option);
+    if (!given && IsNeeded(family, position, sets, options.client))
+      throw UsageError(option + " is required");
   }
+}
+
+// The array that the export takes: its texts, and the news server's number in place of a pointer.
+std::vector<const char *> ExportArray(const Family &family, const Options &options) {
+  std::vector<const char *> array;
+  for (const Position position : family.positions)
+    array.push_back(options.texts[position].c_str());
   if (family.search == IsExistZuvioNewsAccount)
     array.push_back(reinterpret_cast<const char *>(static_cast<intptr_t>(options.server)));
   array.push_back(nullptr); // no account of the original domain
@@ -86,25 +136,27 @@ Outcome Search(const Kind &kind, const Options &options) {
   const Family &family = ChosenFamily(kind, options);
   char key[256] = "";
   char message[1024] = "";
-  if (family.search(options.client, ExportArray(kind, family, options).data(), key, message) == 0)
+  if (family.search(options.client, ExportArray(family, options).data(), key, message) == 0)
     return {1, "no such account\n"};
   return {0, "key: " + ToUtf8(key) + '\n' + ToUtf8(message) + '\n'};
 }
 
 Outcome Setup(const Kind &kind, const Options &options) {
   const Family &family = ChosenFamily(kind, options);
-  const bool done = family.setup(options.client, ExportArray(kind, family, options).data(), options.key.c_str()) != 0;
+  const bool done = family.setup(options.client, ExportArray(family, options).data(), options.key.c_str()) != 0;
   return done ? Outcome(0, "done\n") : Outcome(1, "not written\n");
 }
 
 void AddCommand(CLI::App &group, const Kind &kind, bool sets, Action &action, bool &writes) {
   const auto options = std::make_shared<Options>();
-  CLI::App *const command = sets ? group.add_subcommand("set", "Writes the account")
-                                 : group.add_subcommand("exists", "Tells whether there is such an account");
+  CLI::App *const command =
+      sets ? group.add_subcommand("set", "Writes the account")
+           : group.add_subcommand("exists",
+                                  std::string("Tells whether there is such an account, found by ") + kind.known);
   AddClientOption(*command, options->client)->required();
-  for (size_t position = 0; position < TextCount; ++position)
-    if (*kind.options[position] != '\0')
-      AddTextOption(*command, kind.options[position], options->texts[position], Help[position]);
+  for (const Position position : AllPositions)
+    if (const Text &text = kind.texts[position]; *text.option != '\0')
+      AddTextOption(*command, text.option, options->texts[position], text.help);
   CLI::Option *const zuvio = command->add_flag("--zuvio", options->zuvio, "the service's own titles and servers");
   if (kind.news)
     command->add_option("--server", options->server, "with --zuvio: 1 forum, 2 second server")
@@ -118,7 +170,7 @@ void AddCommand(CLI::App &group, const Kind &kind, bool sets, Action &action, bo
   command->callback([&action, &writes, &kind, sets, options] {
     if (kind.news && options->zuvio && options->server == 0)
       throw UsageError("--server is required with --zuvio");
-    ExportArray(kind, ChosenFamily(kind, *options), *options);
+    CheckTexts(kind, *options, sets);
     writes = sets;
     action = [&kind, sets, options] { return sets ? Setup(kind, *options) : Search(kind, *options); };
   });

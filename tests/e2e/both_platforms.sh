@@ -74,17 +74,17 @@ SIGNUP
 commands() {
   run signup "$1"
   run signup "$1"
-  run mail exists --client oe --zuvio --user ABC01234 --name x --address y
+  run mail exists --client oe --zuvio --user ABC01234
   run mail set --client oe --user tanaka --name 田中 --title 能 --smtp s.example --pop p.example --address t@example
   run mail set --client communicator --user tanaka --name 田中 --title 表 --smtp s.example --pop p.example --address t@example
-  run mail exists --client communicator --user tanaka --name 田中 --title 表 --smtp s --pop p --address a
+  run mail exists --client communicator --title 表
   run mail set --client communicator --kerm --user info --name 店 --address i@own.example --smtp s.own --pop p.own --key 表
   run start-page --client communicator --profile 表 http://start.example/
   run start-page --client oe http://start.example/
   run outlook-disable
   run mail set --client communicator --user u --name "$(printf 'n%.0s' {1..300})" --title t --smtp s --pop p --address a
   run news set --client oe --zuvio --server 1 --user ABC01234 --name 表示 --address taro@mail.zuvio.example
-  run news exists --client oe --zuvio --server 1 --user ABC01234 --name x --address y
+  run news exists --client oe --zuvio --server 1 --user ABC01234
   run news set --client communicator --zuvio --server 2 --user ABC01234 --name 表示 --address taro@mail.zuvio.example
   run_sequence
   run accounts --json
