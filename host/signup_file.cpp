@@ -4,9 +4,7 @@
 #include "usage.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <set>
+#include <map>
 #include <span>
 #include <vector>
 
@@ -40,12 +38,15 @@ void Fill(SignupRecord &record, const std::string &key, const std::string &value
 }
 
 // Without any of these a sign-up would put empty texts into the clients.
-void CheckComplete(const std::string &path, const std::set<std::string> &seen, int32_t kind) {
+void CheckComplete(const std::string &path, const std::map<std::string, std::string> &fields, int32_t kind) {
   const std::vector<std::string> needed =
       kind == 0
           ? std::vector<std::string>{"serviceId", "senderName", "mailAddress", "startPage"}
           : std::vector<std::string>{"mailUser", "senderName", "mailAddress", "popServer", "smtpServer", "startPage"};
-  const auto missing = std::ranges::find_if_not(needed, [&](const std::string &key) { return seen.contains(key); });
+  const auto missing = std::ranges::find_if(needed, [&](const std::string &key) {
+    const auto field = fields.find(key);
+    return field == fields.end() || field->second.empty();
+  });
   if (missing != needed.end())
     throw UsageError(path + ": " + *missing + " is missing");
 }
@@ -53,31 +54,19 @@ void CheckComplete(const std::string &path, const std::set<std::string> &seen, i
 } // namespace
 
 SignupRecord ReadSignupFile(const std::string &path) {
-  std::ifstream file{std::filesystem::path(reinterpret_cast<const char8_t *>(path.c_str()))};
-  if (!file)
-    throw UsageError(path + ": the file can't be read");
   SignupRecord record{};
-  std::set<std::string> seen;
-  std::string line;
-  for (int number = 1; std::getline(file, line); ++number) {
-    if (line.ends_with('\r'))
-      line.pop_back();
+  std::map<std::string, std::string> given;
+  ForEachLine(path, [&](const std::string &line, size_t) {
     if (line.empty() || line[0] == '#')
-      continue;
-    try {
-      const size_t equals = line.find('=');
-      if (equals == std::string::npos)
-        throw UsageError("a line is key=value");
-      const std::string key = line.substr(0, equals);
-      if (!seen.insert(key).second)
-        throw UsageError(key + " stands there twice");
-      Fill(record, key, line.substr(equals + 1));
-    } catch (const UsageError &error) {
-      throw UsageError(path + ":" + std::to_string(number) + ": " + error.what());
-    }
-  }
-  if (file.bad())
-    throw UsageError(path + ": the file can't be read");
-  CheckComplete(path, seen, record.serviceKind);
+      return;
+    const size_t equals = line.find('=');
+    if (equals == std::string::npos)
+      throw UsageError("a line is key=value");
+    const auto [field, isNew] = given.emplace(line.substr(0, equals), line.substr(equals + 1));
+    if (!isNew)
+      throw UsageError(field->first + " stands there twice");
+    Fill(record, field->first, field->second);
+  });
+  CheckComplete(path, given, record.serviceKind);
   return record;
 }

@@ -1,5 +1,11 @@
 #include "text.h"
 
+#include "usage.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
 namespace {
 
 using WideText = std::basic_string<WCHAR>;
@@ -24,6 +30,19 @@ std::string Narrow(UINT codePage, const WideText &wide) {
   return text;
 }
 
+std::string ReadFile(const std::string &path) {
+  constexpr std::streamsize Most = 1 << 20;
+  std::ifstream file(std::filesystem::path(reinterpret_cast<const char8_t *>(path.c_str())), std::ios::binary);
+  std::string text(static_cast<size_t>(Most) + 1, '\0');
+  file.read(text.data(), Most + 1);
+  if (file.bad() || (!file && !file.eof()))
+    throw UsageError(path + ": the file can't be read");
+  if (file.gcount() > Most)
+    throw UsageError(path + ": the file has more than a megabyte");
+  text.resize(static_cast<size_t>(file.gcount()));
+  return text;
+}
+
 } // namespace
 
 std::string WideToUtf8(const WideText &wide) { return Narrow(CP_UTF8, wide); }
@@ -41,11 +60,23 @@ std::optional<std::string> FromUtf8(const std::string &utf8) {
   return ToUtf8(text) == utf8 ? std::optional(text) : std::nullopt;
 }
 
-size_t DisplayWidth(const std::string &utf8) {
-  size_t width = 0;
-  for (const WCHAR unit : Widen(CP_UTF8, utf8)) {
-    const bool wide = (unit >= 0x1100 && unit < 0xFF61) || (unit >= 0xFFE0 && unit < 0xFFE7);
-    width += wide ? 2 : 1;
+void ForEachLine(const std::string &path, const std::function<void(const std::string &line, size_t number)> &take) {
+  constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+  const std::string text = ReadFile(path);
+  std::string_view left = text;
+  if (left.starts_with(ByteOrderMark))
+    left.remove_prefix(ByteOrderMark.size());
+  for (size_t number = 1; !left.empty(); ++number) {
+    std::string line(left.substr(0, left.find('\n')));
+    left.remove_prefix(std::min(left.size(), line.size() + 1));
+    if (line.ends_with('\r'))
+      line.pop_back();
+    try {
+      if (!IsUtf8(line) || line.find('\0') != std::string::npos)
+        throw UsageError("the line is no text in UTF-8");
+      take(line, number);
+    } catch (const UsageError &error) {
+      throw UsageError(path + ':' + std::to_string(number) + ": " + error.what());
+    }
   }
-  return width;
 }

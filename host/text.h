@@ -3,6 +3,7 @@
 
 #include "win32/win32.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,5 +20,6 @@ bool IsUtf8(std::string_view bytes);
 // A text of the user for the system; nothing if it isn't UTF-8 or the code page can't hold it.
 std::optional<std::string> FromUtf8(const std::string &utf8);
 
-// The columns that a text takes in a terminal, where Japanese characters take two.
-size_t DisplayWidth(const std::string &utf8);
+// Hands over the lines of a UTF-8 file, numbered from 1 and without their ends. Throws UsageError, which names the file
+// and, of what goes wrong with a line, the line.
+void ForEachLine(const std::string &path, const std::function<void(const std::string &line, size_t number)> &take);

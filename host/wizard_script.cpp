@@ -5,8 +5,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <string_view>
 
@@ -230,50 +228,20 @@ Step ReadStep(LineReader line) {
   return step;
 }
 
-// ---- The file ----
-
-std::string ReadText(const std::string &path) {
-  constexpr std::streamsize Most = 1 << 20;
-  std::ifstream file(std::filesystem::path(reinterpret_cast<const char8_t *>(path.c_str())), std::ios::binary);
-  std::string text(static_cast<size_t>(Most) + 1, '\0');
-  file.read(text.data(), Most + 1);
-  if (file.bad() || (!file && !file.eof()))
-    throw UsageError(path + ": the file can't be read");
-  if (file.gcount() > Most)
-    throw UsageError(path + ": a script has a megabyte at most");
-  text.resize(static_cast<size_t>(file.gcount()));
-  return text;
-}
-
 } // namespace
 
 WizardScript ReadWizardScript(const std::string &path) {
-  constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
-  const std::string text = ReadText(path);
-  std::string_view left = text;
-  if (left.starts_with(ByteOrderMark))
-    left.remove_prefix(ByteOrderMark.size());
   WizardScript script{path, {}, 0};
-  while (!left.empty()) {
-    std::string_view line = left.substr(0, left.find('\n'));
-    left.remove_prefix(std::min(left.size(), line.size() + 1));
-    ++script.lines;
-    if (line.ends_with('\r'))
-      line.remove_suffix(1);
-    try {
-      if (!IsUtf8(line) || line.find('\0') != std::string_view::npos)
-        throw UsageError("the line is no text in UTF-8");
-      const LineReader reader(line);
-      if (reader.IsAtEnd())
-        continue;
-      if (!script.steps.empty() && script.steps.back().command == "expect result")
-        throw UsageError("the result comes last of all");
-      script.steps.push_back(ReadStep(reader));
-      script.steps.back().line = script.lines;
-    } catch (const UsageError &error) {
-      throw UsageError(path + ':' + std::to_string(script.lines) + ": " + error.what());
-    }
-  }
+  ForEachLine(path, [&script](const std::string &line, size_t number) {
+    script.lines = number;
+    const LineReader reader(line);
+    if (reader.IsAtEnd())
+      return;
+    if (!script.steps.empty() && script.steps.back().command == "expect result")
+      throw UsageError("the result comes last of all");
+    script.steps.push_back(ReadStep(reader));
+    script.steps.back().line = number;
+  });
   return script;
 }
 
