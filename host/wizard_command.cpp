@@ -44,7 +44,7 @@ std::string IdList(const std::string &ids) {
       throw UsageError("--ids: an ID is empty");
     list.append(id).append(1, '\0');
   }
-  return list.empty() ? std::string(1, '\0') : list;
+  return list;
 }
 
 int RunScript(const Wizard &wizard, const Handed &handed, const WizardScript &script) {
@@ -72,7 +72,7 @@ void AddWizard(CLI::App &group, const Wizard &wizard, Action &action, bool &wait
   command->add_option("--script", *file, "what the user does, a step a line, in place of the terminal")
       ->type_name("FILE");
   command->callback([&wizard, &action, &waits, handed, file] {
-    handed->ids = IdList(handed->ids.empty() ? handed->id : handed->ids);
+    handed->ids = handed->ids.empty() ? handed->id + '\0' : IdList(handed->ids);
     waits = true;
     if (!file->empty()) {
       const auto script = std::make_shared<WizardScript>(ReadWizardScript(*file));
