@@ -1,5 +1,6 @@
 #include "scripted_user.h"
 
+#include "clients/files.h"
 #include "text.h"
 #include "window_view.h"
 
@@ -219,13 +220,9 @@ bool ScriptedUser::Leave(HWND top) {
 }
 
 bool ScriptedUser::SeeHelp(const char *file, ULONG_PTR topic) noexcept {
-  WIN32_FIND_DATAA found;
-  const HANDLE search = FindFirstFileA(file, &found);
-  if (search != INVALID_HANDLE_VALUE)
-    FindClose(search);
   helpTopic = std::to_string(topic);
   std::cout << "help " << Quoted(ToUtf8(file)) << " topic=" << helpTopic << '\n';
-  return search != INVALID_HANDLE_VALUE;
+  return PathExists(file) != 0;
 }
 
 bool ScriptedUser::IsContent(int32_t result) {

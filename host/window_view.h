@@ -19,7 +19,7 @@ bool IsSheet(HWND window);
 bool IsBox(HWND window);
 // The page that a sheet shows.
 HWND CurrentPage(HWND sheet);
-// Null if the buttons have none of that name, or the window has it not.
+// Null if the buttons have none of that name.
 const NamedButton *FindButton(std::span<const NamedButton> buttons, const std::string &name);
 
 std::string QuotedText(HWND window);

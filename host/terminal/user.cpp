@@ -1,5 +1,6 @@
 #include "terminal/user.h"
 
+#include "clients/files.h"
 #include "terminal/columns.h"
 #include "terminal/keyboard.h"
 #include "text.h"
@@ -26,14 +27,6 @@ std::vector<HWND> WindowsUpTo(HWND top) {
     if (window == top || IsWindowVisible(window) != FALSE)
       windows.insert(windows.begin(), window);
   return windows;
-}
-
-bool IsThere(const char *file) {
-  const HANDLE handle = CreateFileA(file, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (handle == INVALID_HANDLE_VALUE)
-    return false;
-  CloseHandle(handle);
-  return true;
 }
 
 } // namespace
@@ -78,7 +71,7 @@ bool User::Act(HWND top) noexcept {
 }
 
 bool User::SeeHelp(const char *file, ULONG_PTR topic) noexcept {
-  if (!IsThere(file))
+  if (!PathExists(file))
     return false;
   const std::string text = std::string(file) + "\nトピック " + std::to_string(topic);
   MessageBoxA(GetActiveWindow(), text.c_str(), "ヘルプ", MB_OK | MB_ICONINFORMATION);
