@@ -150,7 +150,8 @@ TEST_F(CommunicatorTest, EntersItselfAsDefaultClient) {
   EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, client + "\\Protocols\\mailto"),
             (Lines{"=URL:MailTo Protocol", "EditFlags:3=02000000", "URL Protocol="}));
   const std::string program = "C:\\Program Files\\Netscape\\Communicator\\Program\\netscape.exe";
-  EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, client + "\\shell\\open\\command"), Lines{"=" + program + " %1"});
+  for (const std::string &above : {client, client + "\\Protocols\\mailto"})
+    EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, above + "\\shell\\open\\command"), Lines{"=" + program + " %1"});
   EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, client + "\\Protocols\\mailto\\DefaultIcon"), Lines{"=" + program + ",-11"});
 
   // A client key that is there already stays as it is.

@@ -24,7 +24,7 @@ protected:
   // A null version leaves the version value out.
   static void InstallOutlookExpress(const char *mediaVersion);
   static void InstallCommunicator(const char *version = "4.75");
-  // With a profile registry of one profile, "default".
+  // With a profile registry of two profiles, "default" and "Home Office", which is the current one.
   static void InstallNetscape6(const char *version = "6.2 (ja)");
   // Registers one of the plug-ins that the build made, with a mailer's file on the machine, and answers where the
   // complete one keeps what it is handed.

@@ -99,21 +99,27 @@ std::string DumpLine(const std::string &name, DWORD type, const std::string &dat
 
 // ---- Files ----
 
-void MakeFolders(const std::string &path) {
-  // A backslash may be the second byte of a character, so the path is walked character by character.
+namespace {
+
+// A backslash may be the second byte of a character, so the path is walked character by character.
+void MakeFoldersAbove(const std::string &path) {
   for (size_t index = 3; index < path.size(); ++index) {
     if (IsDBCSLeadByte(static_cast<BYTE>(path[index])) != FALSE)
       ++index;
     else if (path[index] == '\\')
       CreateDirectoryA(path.substr(0, index).c_str(), nullptr);
   }
+}
+
+} // namespace
+
+void MakeFolders(const std::string &path) {
+  MakeFoldersAbove(path);
   EXPECT_TRUE(CreateDirectoryA(path.c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS) << path;
 }
 
 void PutFile(const std::string &path, const std::string &bytes) {
-  // The name is behind the last backslash, and names of files in the tests have no double-byte characters ahead of one.
-  const size_t name = path.rfind('\\');
-  MakeFolders(path.substr(0, name));
+  MakeFoldersAbove(path);
   const TestFile file(
       CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
   DWORD written = 0;

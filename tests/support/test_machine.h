@@ -1,5 +1,5 @@
 // A machine that a test has for itself, and short ways to put keys and files on it through the platform's own calls.
-// Paths and texts are code page 932, as in the calls. Failures of the helpers end the test.
+// Paths and texts are code page 932, as in the calls. A helper that fails fails the test, which goes on.
 #pragma once
 
 #include "win32/win32.h"
