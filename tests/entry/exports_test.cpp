@@ -13,8 +13,8 @@ const char *Word(intptr_t number) { return reinterpret_cast<const char *>(number
 
 class ExportsTest : public ClientTest {
 protected:
-  char key[256] = "";
-  char message[1024] = "old";
+  char key[ACCTKIT_KEY_SIZE] = "";
+  char message[ACCTKIT_MESSAGE_SIZE] = "old";
 
   static std::string Account(const char *name) { return std::string(AccountsKey) + "\\" + name; }
 };
