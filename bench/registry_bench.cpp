@@ -44,8 +44,8 @@ void IsExistMailAccountOver(benchmark::State &state) {
   const ScratchMachine machine;
   WriteAccounts(machine.Folder(), state.range(0));
   const char *const spec[] = {"none", "", "none", "", "", "", "", "", nullptr};
-  char key[256] = "";
-  char message[1024];
+  char key[ACCTKIT_KEY_SIZE] = "";
+  char message[ACCTKIT_MESSAGE_SIZE];
   for (auto _ : state)
     benchmark::DoNotOptimize(IsExistMailAccount(0, spec, key, message));
   state.SetItemsProcessed(state.iterations() * state.range(0));

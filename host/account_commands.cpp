@@ -134,8 +134,8 @@ std::vector<const char *> ExportArray(const Family &family, const Options &optio
 
 Outcome Search(const Kind &kind, const Options &options) {
   const Family &family = ChosenFamily(kind, options);
-  char key[256] = "";
-  char message[1024] = "";
+  char key[ACCTKIT_KEY_SIZE] = "";
+  char message[ACCTKIT_MESSAGE_SIZE] = "";
   if (family.search(options.client, ExportArray(family, options).data(), key, message) == 0)
     return {1, "no such account\n"};
   return {0, "key: " + ToUtf8(key) + '\n' + ToUtf8(message) + '\n'};

@@ -105,10 +105,13 @@ ACCTKIT_API int32_t ACCTKIT_CALL GetNewsVersion(int32_t client, int32_t *major, 
  * `key` is read and written: on 1 it names the account (Outlook Express: its registry key of eight hexadecimal digits;
  * Communicator: the profile), on 0 it keeps its text. `message` is written only: on 1 the question whether the account
  * may be overwritten (for news, a line of a list of such accounts), on 0 an empty text. The library doesn't know the
- * sizes of these buffers; it never writes more than 256 bytes, terminator included, to `key` (an account whose key is
- * longer counts as none), and to `message` at most 68 bytes more than the title has. Communicator leaves an empty
- * prefs.js behind in a profile's directory that has none.
+ * sizes of these buffers; terminators included, it never writes more than ACCTKIT_KEY_SIZE bytes to `key` (an account
+ * whose key is longer counts as none), and never more than ACCTKIT_MESSAGE_SIZE to `message`, where it writes at most
+ * 68 bytes more than the title has. Communicator leaves an empty prefs.js behind in a profile's directory that has
+ * none.
  */
+#define ACCTKIT_KEY_SIZE 256
+#define ACCTKIT_MESSAGE_SIZE 1024
 ACCTKIT_API int32_t ACCTKIT_CALL IsExistMailAccount(int32_t client, const char *const *spec, char *key, char *message);
 ACCTKIT_API int32_t ACCTKIT_CALL IsExistNewsAccount(int32_t client, const char *const *spec, char *key, char *message);
 

@@ -1,5 +1,7 @@
-// Putting texts together for the clients' formats.
+// Putting texts together for the clients' formats, and comparing them.
 #pragma once
+
+#include "win32/win32.h"
 
 #include <string>
 
@@ -15,4 +17,9 @@ template <typename... Texts> std::string Format(const std::string &format, const
     begin = place + 2;
   }
   return result.append(format, begin);
+}
+
+inline bool SameIgnoringCase(const std::string &left, const std::string &right) {
+  const auto bytes = [](const std::string &text) { return reinterpret_cast<const unsigned char *>(text.c_str()); };
+  return _mbsicmp(bytes(left), bytes(right)) == 0;
 }

@@ -14,10 +14,6 @@
 
 namespace {
 
-// What a host's buffers hold at least. A question about the longest title fits, a longer key can't be handed out.
-constexpr size_t KeySize = 256;
-constexpr size_t MessageSize = 1024;
-
 // How the version texts of the two clients divide their numbers.
 constexpr char VersionSeparators[] = {',', '.'};
 
@@ -94,10 +90,10 @@ template <typename Client, typename Spec> int32_t Search(Client &adapter, const 
   std::string question;
   const int32_t result = adapter.IsExistAccount(spec, foundKey, question);
   message[0] = '\0';
-  if (result == 0 || foundKey.size() >= KeySize)
+  if (result == 0 || foundKey.size() >= ACCTKIT_KEY_SIZE)
     return 0;
   std::memcpy(key, foundKey.c_str(), foundKey.size() + 1);
-  message[question.copy(message, MessageSize - 1)] = '\0';
+  message[question.copy(message, ACCTKIT_MESSAGE_SIZE - 1)] = '\0';
   return result;
 }
 

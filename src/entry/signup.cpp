@@ -16,8 +16,8 @@ namespace {
 
 // The buffers that a search hands its key and its question back in.
 struct SearchBuffers {
-  char key[256] = "";
-  char message[1024] = "";
+  char key[ACCTKIT_KEY_SIZE] = "";
+  char message[ACCTKIT_MESSAGE_SIZE] = "";
 };
 
 using SearchExport = int32_t(ACCTKIT_CALL *)(int32_t, const char *const *, char *, char *);

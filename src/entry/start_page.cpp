@@ -8,6 +8,7 @@
 #include "clients/outlook_express/account_store.h"
 #include "clients/registry.h"
 #include "clients/service_names.h"
+#include "clients/text.h"
 
 #include <string>
 #include <vector>
@@ -21,11 +22,6 @@ int32_t SetCommunicatorStartPage(const char *profile, const char *url) {
   CreateDirectoryA(communicator::ProfilesFolder(directory).c_str(), nullptr);
   CommunicatorMail().SetStartPage(communicator::ProfileDirectory(directory, profile), url);
   return 1;
-}
-
-bool SameIgnoringCase(const std::string &left, const char *right) {
-  return _mbsicmp(reinterpret_cast<const unsigned char *>(left.c_str()),
-                  reinterpret_cast<const unsigned char *>(right)) == 0;
 }
 
 bool UsesServiceConnection(const char *account) {

@@ -37,23 +37,12 @@ CWinApp::CWinApp(const char *appName) : m_pszAppName(appName) { AfxGetStaticModu
 
 CWinApp::~CWinApp() { AfxGetStaticModuleState()->m_pCurrentWinApp = nullptr; }
 
-int CWinApp::DoMessageBox(const char *prompt, UINT type, UINT) {
-  return ::MessageBoxA(::GetActiveWindow(), prompt, m_pszAppName, type);
-}
-
 CWinApp *AfxGetApp() { return AfxGetModuleState()->m_pCurrentWinApp; }
 
 HINSTANCE AfxGetResourceHandle() {
   return AfxGetModuleState() == AfxGetStaticModuleState() ? LibraryModule() : nullptr;
 }
 
-CWnd *AfxGetMainWnd() {
-  CWinApp *app = AfxGetApp();
-  return app && app->m_pMainWnd ? app->m_pMainWnd : CWnd::GetActiveWindow();
-}
-
 int AfxMessageBox(const std::string &text, UINT type, UINT helpId) {
-  CWinApp *app = AfxGetApp();
-  return app ? app->DoMessageBox(text.c_str(), type, helpId)
-             : ::MessageBoxA(::GetActiveWindow(), text.c_str(), nullptr, type);
+  return AfxGetApp()->DoMessageBox(text.c_str(), type, helpId);
 }

@@ -32,19 +32,17 @@ class CWinApp : public CCmdTarget {
 
 public:
   const char *m_pszAppName;
-  CWnd *m_pMainWnd = nullptr;
 
   explicit CWinApp(const char *appName = nullptr);
   ~CWinApp() override;
 
   // Where every AfxMessageBox ends. The id of the button, 0 if no box came up.
-  virtual int DoMessageBox(const char *prompt, UINT type, UINT helpId);
+  virtual int DoMessageBox(const char *prompt, UINT type, UINT helpId) = 0;
 };
 
 // The current module's application object, null if it has none, and the module with its resources, null for the host's
 // program.
 CWinApp *AfxGetApp();
 HINSTANCE AfxGetResourceHandle();
-// The application's main window, the active one where there is none.
-CWnd *AfxGetMainWnd();
+// A box of the library's; only while its state is current.
 int AfxMessageBox(const std::string &text, UINT type = MB_OK, UINT helpId = 0);

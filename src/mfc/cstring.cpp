@@ -28,14 +28,11 @@ void CString::TrimRight() {
   erase(find_last_not_of(" \t\n\v\f\r") + 1);
 }
 
-int CString::Find(const std::string &text, int start) const {
-  for (auto place = static_cast<size_t>(std::max(start, 0)); place < size(); place += CharacterLength(*this, place))
+int CString::Find(const std::string &text) const {
+  for (size_t place = 0; place < size(); place += CharacterLength(*this, place))
     if (compare(place, text.size(), text) == 0)
       return static_cast<int>(place);
   return -1;
 }
 
-CString CString::Mid(int first, int count) const {
-  const auto begin = static_cast<size_t>(std::clamp(first, 0, GetLength()));
-  return substr(begin, static_cast<size_t>(std::max(count, 0)));
-}
+CString CString::Mid(int first) const { return substr(std::min(static_cast<size_t>(std::max(first, 0)), size())); }

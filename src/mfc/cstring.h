@@ -12,7 +12,6 @@ public:
   CString(const std::string &text) : std::string(text) {}
   CString(std::string &&text) noexcept : std::string(std::move(text)) {}
 
-  int GetLength() const { return static_cast<int>(size()); }
   bool IsEmpty() const { return empty(); }
 
   // Latin letters of one byte change; characters of two bytes stay.
@@ -21,10 +20,9 @@ public:
   // Removes white space of one byte at the end.
   void TrimRight();
 
-  // Where a text begins, from a place on, only at the beginning of a character; -1 if it isn't there.
-  int Find(const std::string &text, int start = 0) const;
+  // Where a text begins, only at the beginning of a character; -1 if it isn't there.
+  int Find(const std::string &text) const;
 
-  // Parts of the text, as far as they lie within it.
-  CString Mid(int first, int count) const;
-  CString Mid(int first) const { return Mid(first, GetLength()); }
+  // What stands from a place on.
+  CString Mid(int first) const;
 };

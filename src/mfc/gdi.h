@@ -35,8 +35,6 @@ public:
 
 class CFont : public CGdiObject {
   DECLARE_DYNAMIC(CFont)
-
-public:
 };
 
 class CDC : public CObject {

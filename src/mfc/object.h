@@ -4,13 +4,6 @@
 struct CRuntimeClass {
   const char *m_lpszClassName;
   const CRuntimeClass *m_pBaseClass;
-
-  bool IsDerivedFrom(const CRuntimeClass *base) const {
-    const CRuntimeClass *current = this;
-    while (current && current != base)
-      current = current->m_pBaseClass;
-    return current;
-  }
 };
 
 #define RUNTIME_CLASS(className) (&className::class##className)
@@ -35,6 +28,4 @@ public:
   CObject &operator=(const CObject &) = delete;
   virtual const CRuntimeClass *GetRuntimeClass() const { return RUNTIME_CLASS(CObject); }
   virtual ~CObject() = default;
-
-  bool IsKindOf(const CRuntimeClass *base) const { return GetRuntimeClass()->IsDerivedFrom(base); }
 };

@@ -15,25 +15,8 @@ INT_PTR CALLBACK CPropertyPage::DialogProc(HWND dialog, UINT message, WPARAM wPa
   if (message != WM_INITDIALOG || FromHandlePermanent(dialog))
     return FALSE;
   auto *page = reinterpret_cast<CPropertyPage *>(reinterpret_cast<const PROPSHEETPAGEA *>(lParam)->lParam);
-  page->SubclassWindow(dialog);
-  return AfxCallWndProc(*page, message, wParam, lParam);
+  return page->Open(dialog, wParam, lParam);
 }
-
-BOOL CPropertyPage::OnInitDialog() {
-  m_bFirstSetActive = true;
-  return CDialog::OnInitDialog();
-}
-
-BOOL CPropertyPage::OnSetActive() {
-  // The first time OnInitDialog has just filled the controls, and whoever overrides it may have changed them since.
-  if (m_bFirstSetActive)
-    m_bFirstSetActive = false;
-  else
-    UpdateData(FALSE);
-  return TRUE;
-}
-
-BOOL CPropertyPage::OnKillActive() { return UpdateData(TRUE); }
 
 BOOL CPropertyPage::OnNotify(WPARAM wParam, LPARAM lParam, LRESULT *result) {
   const auto &notification = *reinterpret_cast<const NMHDR *>(lParam);
@@ -44,9 +27,6 @@ BOOL CPropertyPage::OnNotify(WPARAM wParam, LPARAM lParam, LRESULT *result) {
   switch (notification.code) {
   case PSN_SETACTIVE:
     *result = OnSetActive() ? 0 : -1;
-    return TRUE;
-  case PSN_KILLACTIVE:
-    *result = !OnKillActive();
     return TRUE;
   case PSN_WIZBACK:
     *result = OnWizardBack();
@@ -59,9 +39,6 @@ BOOL CPropertyPage::OnNotify(WPARAM wParam, LPARAM lParam, LRESULT *result) {
     return TRUE;
   case PSN_QUERYCANCEL:
     *result = !OnQueryCancel();
-    return TRUE;
-  case PSN_RESET:
-    OnReset();
     return TRUE;
   case PSN_HELP:
     SendMessage(WM_COMMAND, ID_HELP);

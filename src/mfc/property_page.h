@@ -15,26 +15,19 @@ public:
 
 protected:
   // The page is shown; FALSE skips it.
-  virtual BOOL OnSetActive();
-  // The page is left; FALSE keeps it.
-  virtual BOOL OnKillActive();
+  virtual BOOL OnSetActive() { return TRUE; }
   // 0 goes to the page before or behind, -1 stays.
   virtual LRESULT OnWizardBack() { return 0; }
   virtual LRESULT OnWizardNext() { return 0; }
   // FALSE keeps the wizard open.
   virtual BOOL OnWizardFinish() { return TRUE; }
-  // FALSE refuses the cancelling that OnReset otherwise tells of.
+  // FALSE refuses to cancel the wizard.
   virtual BOOL OnQueryCancel() { return TRUE; }
-  virtual void OnReset() { OnCancel(); }
-  virtual void OnCancel() {}
 
-  BOOL OnInitDialog() override;
   BOOL OnNotify(WPARAM wParam, LPARAM lParam, LRESULT *result) override;
   // A page whose Next or Finish failed stays.
   LRESULT OnFailure(UINT message, LPARAM lParam) override;
 
 private:
   static INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
-
-  bool m_bFirstSetActive = true;
 };

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-IMPLEMENT_DYNAMIC(CPropertySheet, CWnd)
+IMPLEMENT_DYNAMIC(CPropertySheet, CDialogWnd)
 
 namespace {
 
@@ -29,7 +29,7 @@ INT_PTR CPropertySheet::DoModal() {
   HWND topLevel = nullptr;
   PROPSHEETHEADERA header = m_psh;
   header.dwFlags |= PSH_USECALLBACK;
-  header.hwndParent = GetSafeOwner_(nullptr, &topLevel);
+  header.hwndParent = GetSafeOwner_(&topLevel);
   header.hInstance = AfxGetResourceHandle();
   header.nPages = static_cast<UINT>(pages.size());
   header.ppsp = pages.data();
@@ -45,21 +45,7 @@ INT_PTR CPropertySheet::DoModal() {
 }
 
 int CALLBACK CPropertySheet::SheetProc(HWND handle, UINT message, LPARAM) {
-  if (message != PSCB_INITIALIZED)
-    return 0;
-  CPropertySheet *sheet = std::exchange(opening, nullptr);
-  sheet->SubclassWindow(handle);
-  AfxCallWndProc(*sheet, WM_INITDIALOG, 0, 0);
+  if (message == PSCB_INITIALIZED)
+    std::exchange(opening, nullptr)->Open(handle);
   return 0;
-}
-
-BOOL CPropertySheet::OnCmdMsg(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo) {
-  return CWnd::OnCmdMsg(nID, nCode, pExtra, pHandlerInfo) || RouteCommand(nID, nCode, pExtra, pHandlerInfo);
-}
-
-BOOL CPropertySheet::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result) {
-  if (message != WM_INITDIALOG)
-    return CWnd::OnWndMsg(message, wParam, lParam, result);
-  *result = OnInitDialog();
-  return TRUE;
 }

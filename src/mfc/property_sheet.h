@@ -6,7 +6,7 @@
 #include <vector>
 
 // A sheet made without a caption shows that of the page in front.
-class CPropertySheet : public CWnd {
+class CPropertySheet : public CDialogWnd {
   DECLARE_DYNAMIC(CPropertySheet)
 
 public:
@@ -18,14 +18,6 @@ public:
   void AddPage(CPropertyPage *page) { m_pages.push_back(page); }
   // Runs the sheet until it is closed. Positive if it was finished, 0 if cancelled, -1 if it never came up.
   virtual INT_PTR DoModal();
-
-  BOOL OnCmdMsg(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo) override;
-
-protected:
-  // The sheet has its size and its buttons; its first page comes next.
-  virtual BOOL OnInitDialog() { return TRUE; }
-
-  BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result) override;
 
 private:
   static int CALLBACK SheetProc(HWND sheet, UINT message, LPARAM lParam);

@@ -1,7 +1,6 @@
 #include "mfc/wnd.h"
 
 #include "mfc/app.h"
-#include "mfc/dialog.h"
 
 #include <algorithm>
 #include <memory>
@@ -130,19 +129,14 @@ HWND CWnd::UnsubclassWindow() {
   return Detach();
 }
 
-HWND CWnd::GetSafeOwner_(HWND parent, HWND *topLevelToEnable) {
-  HWND owner = parent ? parent : AfxGetMainWnd() ? AfxGetMainWnd()->m_hWnd : nullptr;
-  while (owner && (::GetWindowLongA(owner, GWL_STYLE) & static_cast<LONG>(WS_CHILD)))
-    owner = ::GetParent(owner);
-
+HWND CWnd::GetSafeOwner_(HWND *topLevelToEnable) {
+  HWND owner = ::GetActiveWindow();
   HWND topLevel = owner;
   while (HWND above = topLevel ? ::GetParent(topLevel) : nullptr)
     topLevel = above;
 
-  if (!parent && owner)
+  if (owner)
     owner = ::GetLastActivePopup(owner);
-  if (!topLevelToEnable)
-    return owner;
   *topLevelToEnable = topLevel && topLevel != owner && ::IsWindowEnabled(topLevel) ? topLevel : nullptr;
   if (*topLevelToEnable)
     ::EnableWindow(*topLevelToEnable, FALSE);
@@ -234,23 +228,11 @@ BOOL CWnd::ReflectToControl(UINT message, WPARAM wParam, LPARAM lParam, LRESULT 
 }
 
 BOOL CWnd::OnHelpInfo(HELPINFO *) {
-  CWnd *mainWindow = AfxGetMainWnd();
-  if ((GetStyle() & WS_CHILD) != 0 || !mainWindow || AnyDown({VK_SHIFT, VK_CONTROL, VK_MENU}))
+  HWND active = ::GetActiveWindow();
+  if ((GetStyle() & WS_CHILD) != 0 || !active || AnyDown({VK_SHIFT, VK_CONTROL, VK_MENU}))
     return static_cast<BOOL>(Default());
-  mainWindow->SendMessage(WM_COMMAND, ID_HELP);
+  ::SendMessageA(active, WM_COMMAND, ID_HELP, 0);
   return TRUE;
-}
-
-BOOL CWnd::RouteCommand(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo) {
-  // What a control notifies of is its own dialog's business, and its numbers aren't those of commands.
-  const bool isCommand = (nCode == CN_COMMAND || nCode == CN_UPDATE_COMMAND_UI) && nID >= 0x8000 && nID < 0xF000;
-  if (!isCommand)
-    return FALSE;
-  CWnd *parent = GetParent();
-  if (parent && parent->OnCmdMsg(nID, nCode, pExtra, pHandlerInfo))
-    return TRUE;
-  CWinApp *app = AfxGetApp();
-  return app && app->OnCmdMsg(nID, nCode, pExtra, pHandlerInfo);
 }
 
 // ---- What a window does ----
@@ -270,10 +252,4 @@ void CWnd::CenterWindow(const CWnd *other) {
   const int x = (area.left + area.right - (own.right - own.left)) / 2;
   const int y = (area.top + area.bottom - (own.bottom - own.top)) / 2;
   ::SetWindowPos(m_hWnd, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-BOOL CWnd::UpdateData(BOOL save) {
-  CDataExchange exchange(this, save);
-  DoDataExchange(&exchange);
-  return TRUE;
 }

@@ -6,8 +6,6 @@
 #include "mfc/cstring.h"
 #include "mfc/gdi.h"
 
-class CDataExchange;
-
 class CWnd : public CCmdTarget {
   DECLARE_DYNAMIC(CWnd)
 
@@ -22,14 +20,12 @@ public:
   // Only an attached one; null otherwise.
   static CWnd *FromHandlePermanent(HWND window);
   static CWnd *GetDesktopWindow() { return FromHandle(::GetDesktopWindow()); }
-  static CWnd *GetActiveWindow() { return FromHandle(::GetActiveWindow()); }
 
-  // The window that a box over `parent` (null: over the thread's active window) is to belong to: no child, and in the
-  // latter case the popup that was last active. If there is an enabled window at the top of its owners other than it,
-  // that is disabled, and handed out for the caller to enable again, null otherwise.
-  static HWND GetSafeOwner_(HWND parent, HWND *topLevelToEnable);
+  // The window that a box over the thread's active window is to belong to: the one of its popups that was last active.
+  // If there is an enabled window at the top of its owners other than it, that is disabled, and handed out for the
+  // caller to enable again, null otherwise.
+  static HWND GetSafeOwner_(HWND *topLevelToEnable);
 
-  HWND GetSafeHwnd() const { return m_hWnd; }
   // Attaches the object, tells it by PreSubclassWindow and puts it ahead of the window's procedure, until the window
   // ends or the second is called. FALSE if there is no window, or the object has one.
   BOOL SubclassWindow(HWND window);
@@ -53,19 +49,14 @@ public:
 
   void GetWindowText(CString &text) const;
   void SetWindowText(const std::string &text) { ::SetWindowTextA(m_hWnd, text.c_str()); }
-  void Invalidate(BOOL erase = TRUE) { ::InvalidateRect(m_hWnd, nullptr, erase); }
   // Moves the window to the middle of another, null for its parent's.
   void CenterWindow(const CWnd *other = nullptr);
-
-  // Moves the values of a dialog's controls into its fields (TRUE) or out of them, through DoDataExchange.
-  BOOL UpdateData(BOOL save = TRUE);
 
   // A window's procedure with the library's module state current; no exception comes out of it.
   friend LRESULT AfxCallWndProc(CWnd &window, UINT message, WPARAM wParam, LPARAM lParam);
 
 protected:
   virtual void PreSubclassWindow() {}
-  virtual void DoDataExchange(CDataExchange *) {}
 
   virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
   // FALSE if nothing handled the message.
@@ -83,9 +74,6 @@ protected:
   LRESULT Default();
 
   BOOL OnHelpInfo(HELPINFO *);
-
-  // What a window that handles a command in no other way does with it: hands it to its parent, then to the application.
-  BOOL RouteCommand(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo);
 
   DECLARE_MESSAGE_MAP()
 

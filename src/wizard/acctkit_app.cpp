@@ -16,7 +16,7 @@ UINT WithIcon(UINT type) {
 
 int AcctKitApp::DoMessageBox(const char *prompt, UINT type, UINT) {
   HWND disabled = nullptr;
-  const HWND owner = CWnd::GetSafeOwner_(nullptr, &disabled);
+  const HWND owner = CWnd::GetSafeOwner_(&disabled);
   const int answer = MessageBoxA(owner, prompt, ServiceConnectionName, WithIcon(type));
   if (disabled != nullptr)
     EnableWindow(disabled, TRUE);

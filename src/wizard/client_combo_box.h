@@ -11,7 +11,7 @@ public:
   ~ClientComboBox() override = default;
 
   // Adds an entry at the end of the list. `path` is the client's program and the entry's identity, `name` is what is
-  // shown. 1.
+  // shown. Always 1.
   int32_t AddClient(const std::string &path, const std::string &name);
 
   // The path of the selected entry. 0 without a selection, `out` then stays as it was.

@@ -109,21 +109,22 @@ const Tests SecondDomain = {{IsEmpty,
 const Tests SecondHost = {{IsForeignHost, WrongHost, Choice}};
 const Tests SecondUser = {{IsEmpty, NoAddress, FirstField}};
 
-const Tests OwnAccount = {{HasPlainFault, WIDE_FAULT "メールアカウント" TYPE_IT, FirstField},
-                          {HasBlank, BLANK_FAULT "メールアカウント" TYPE_IT, FirstField},
-                          {IsEmpty, "メールアカウントが入力されていません。メールアカウント" TYPE_IT, FirstField}};
-const Tests OwnAddress = {{IsEmpty, WrongAddress, FirstField},
-                          {HasNoAt, WrongAddress, FirstField},
-                          {HasPlainFault, WIDE_FAULT "メールアドレス" TYPE_IT, FirstField},
-                          {HasBlank, BLANK_FAULT "メールアドレス" TYPE_IT, FirstField}};
-const Tests OwnSender = {{HasSenderFault, WrongSender, SecondField},
-                         {IsEmpty, "差出人名が入力されていません。差出人名" TYPE_IT, SecondField}};
-const Tests OwnPopServer = {{HasPlainFault, WIDE_FAULT "POPサーバー" TYPE_IT, FirstField},
-                            {HasBlank, BLANK_FAULT "POPサーバー" TYPE_IT, FirstField},
-                            {IsEmpty, "POPサーバーが入力されていません。正しいPOPサーバー" TYPE_IT, FirstField}};
-const Tests OwnSmtpServer = {{HasPlainFault, WIDE_FAULT "SMTPサーバー" TYPE_IT, SecondField},
-                             {HasBlank, BLANK_FAULT "SMTPサーバー" TYPE_IT, SecondField},
-                             {IsEmpty, "SMTPサーバーが入力されていません。正しいSMTPサーバー" TYPE_IT, SecondField}};
+const Tests OriginalAccount = {{HasPlainFault, WIDE_FAULT "メールアカウント" TYPE_IT, FirstField},
+                               {HasBlank, BLANK_FAULT "メールアカウント" TYPE_IT, FirstField},
+                               {IsEmpty, "メールアカウントが入力されていません。メールアカウント" TYPE_IT, FirstField}};
+const Tests OriginalAddress = {{IsEmpty, WrongAddress, FirstField},
+                               {HasNoAt, WrongAddress, FirstField},
+                               {HasPlainFault, WIDE_FAULT "メールアドレス" TYPE_IT, FirstField},
+                               {HasBlank, BLANK_FAULT "メールアドレス" TYPE_IT, FirstField}};
+const Tests OriginalSender = {{HasSenderFault, WrongSender, SecondField},
+                              {IsEmpty, "差出人名が入力されていません。差出人名" TYPE_IT, SecondField}};
+const Tests OriginalPopServer = {{HasPlainFault, WIDE_FAULT "POPサーバー" TYPE_IT, FirstField},
+                                 {HasBlank, BLANK_FAULT "POPサーバー" TYPE_IT, FirstField},
+                                 {IsEmpty, "POPサーバーが入力されていません。正しいPOPサーバー" TYPE_IT, FirstField}};
+const Tests OriginalSmtpServer = {
+    {HasPlainFault, WIDE_FAULT "SMTPサーバー" TYPE_IT, SecondField},
+    {HasBlank, BLANK_FAULT "SMTPサーバー" TYPE_IT, SecondField},
+    {IsEmpty, "SMTPサーバーが入力されていません。正しいSMTPサーバー" TYPE_IT, SecondField}};
 
 const Tests ShortAlias = {{HasPlainFault, WIDE_FAULT "別名" TYPE_IT, FirstField},
                           {HasBlank, BLANK_FAULT "別名" TYPE_IT, FirstField},

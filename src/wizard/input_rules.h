@@ -13,7 +13,7 @@
 // digits in lower case; the prefix "ZVK-" is dropped. 0 with an empty text if it is no ID.
 int32_t NormalizeServiceId(std::string &text);
 
-// A text that a test refuses gets the message, and the control that it stands in the focus.
+// Where a test refuses a text its message is shown, and the control that the text stands in gets the focus.
 struct InputTest {
   bool (*refuses)(const std::string &text);
   const char *message;
@@ -41,11 +41,11 @@ extern const Tests SecondDomain; // chosen or typed, tested as it is
 extern const Tests SecondHost;   // the same trimmed: a host within one of the service's domains
 extern const Tests SecondUser;
 
-extern const Tests OwnAccount;
-extern const Tests OwnAddress;
-extern const Tests OwnSender; // also of the short wizard
-extern const Tests OwnPopServer;
-extern const Tests OwnSmtpServer;
+extern const Tests OriginalAccount;
+extern const Tests OriginalAddress;
+extern const Tests OriginalSender; // also of the short wizard
+extern const Tests OriginalPopServer;
+extern const Tests OriginalSmtpServer;
 
 extern const Tests ShortAlias;
 

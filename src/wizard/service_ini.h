@@ -8,8 +8,13 @@
 #include <string>
 #include <vector>
 
-// The folder of the running program with its final backslash, or the whole path if it has none. 1, also for a path that
-// was cut to the buffer's size.
+// Its sections: the mail domains and hosts, the domains of a second account, the news servers.
+inline constexpr const char *MailSection = "MAIL_SERVER";
+inline constexpr const char *SecondMailSection = "ADDMAIL_SERVER";
+inline constexpr const char *NewsSection = "NEWS_SERVER";
+
+// The folder of the running program with its final backslash, or the whole path if it has none. Always 1, also for a
+// path that was cut to the buffer's size.
 int32_t GetProgramFolder(char *buffer, DWORD size);
 
 // The file's path; empty, as if there were no file, where it has no room in a buffer of 260 bytes.

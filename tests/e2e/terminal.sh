@@ -104,11 +104,10 @@ for end in 'TERM 143' 'HUP 129' 'PIPE 141' 'SEGV 139'; do
 done
 [ "$before" = "$(hives)" ] || fail "a wizard that was left has written something"
 
-# Help, without the service's file and with it.
-start second
-see '(1/4)' && keys F1 && see 'ヘルプファイルの読み込みに失敗しました。'
+# Help, with the service's file.
 touch "$ACCTKIT_MACHINE/drive_c/Program Files/Zuvio/kantan.hlp"
-keys Enter && see 'F1 ヘルプ' && keys F1 && see 'kantan.hlp' 'トピック 5'
+start second
+see '(1/4)' && keys F1 && see 'kantan.hlp' 'トピック 5'
 
 # Where there is no screen, a line says so.
 refused() { # NAMED COMMAND...

@@ -3,8 +3,9 @@
 # script's first lines describe; the arguments are the build folders. With a Windows build the script runs under Wine
 # too, from the same registry: what is shown, and all that the clients then have, has to be the same.
 #
-# In a script, `# machine: LIST` names the clients, `# setup: COMMAND` is done in the machine's folder, `# before: ARGS`
-# and `# run: ARGS` go to the host program; `# platform: native` leaves Windows out.
+# In a script, `# machine: LIST` names the clients; it runs on each of several such lists, which stand between bars.
+# `# setup: COMMAND` is done in the machine's folder, `# before: ARGS` and `# run: ARGS` go to the host program.
+# `# wrote: TEXT` has to be in what the clients then have; `# platform: native` leaves Windows out.
 set -euo pipefail
 native=$(realpath "$1")
 windows=${2:+$(realpath "$2")}
@@ -52,37 +53,54 @@ windows_host() {
   return $status
 }
 
-# try PLATFORM SCRIPT MACHINE PATH: the script on a fresh machine in that folder. PATH is the script's for the host.
+# try PLATFORM SCRIPT MACHINE FOLDER PATH: the script on a fresh machine with those clients in that folder. PATH is the
+# script's for the host. It stands in a condition, where a failure ends nothing by itself.
 try() {
-  local host=$1_host folder=$3 path=$4 key line
+  local host=$1_host folder=$4 path=$5 key line runs=0
   local -a arguments
   "reset_$1"
+  "$host" machine new --with "$3" >/dev/null || return 1
   while IFS= read -r line; do
     key=${line%%:*}
     line=${line#*: }
     case "$key" in
-    '# machine') "$host" machine new --with "$line" >/dev/null ;;
     '# setup') (cd "$folder" && eval "$line") ;;
     '# before') eval "arguments=($line)" && "$host" "${arguments[@]}" >/dev/null ;;
-    '# run') eval "arguments=($line)" && "$host" wizard "${arguments[@]}" --script "$path" 2>&1 ;;
+    '# run') runs=$((runs + 1)) && eval "arguments=($line)" && "$host" wizard "${arguments[@]}" --script "$path" 2>&1 ;;
     esac || return 1
-  done < <(grep -E '^# (machine|setup|before|run): ' "$2")
-  "$host" accounts --json
-  find "$folder/drive_c/Program Files/Harveld" -name settings.txt -type f -exec cat {} + 2>/dev/null || true
+  done < <(grep -E '^# (setup|before|run): ' "$2")
+  [ "$runs" -gt 0 ] || { echo "it runs nothing"; return 1; }
+
+  "$host" accounts --json >"$work/written" || return 1
+  cat "$work/written"
+  while IFS= read -r line; do
+    grep -qF -- "$line" "$work/written" || { echo "not written: $line"; return 1; }
+  done < <(sed -n 's/^# wrote: //p' "$2")
 }
 
 failed=0
+runs=0
 fail() {
   echo "FAILED: $1" >&2
   failed=1
 }
-for script in "$here"/scripts/*.txt; do
-  name=$(basename "$script" .txt)
-  try native "$script" "$work/machine" "$script" >"$work/native" || { fail "$name"; cat "$work/native" >&2; continue; }
-  [ -n "$windows" ] && ! grep -qx '# platform: native' "$script" || continue
-  path="Z:${script//\//\\}"
-  try windows "$script" "$WINEPREFIX" "$path" >"$work/windows" || { fail "$name on Windows"; cat "$work/windows" >&2; continue; }
+# run SCRIPT MACHINE: on one platform or both.
+run() {
+  local name
+  name="$(basename "$1" .txt) on $2"
+  runs=$((runs + 1))
+  try native "$1" "$2" "$work/machine" "$1" >"$work/native" || { fail "$name"; cat "$work/native" >&2; return; }
+  [ -n "$windows" ] && ! grep -qx '# platform: native' "$1" || return 0
+  try windows "$1" "$2" "$WINEPREFIX" "Z:${1//\//\\}" >"$work/windows" ||
+    { fail "$name on Windows"; cat "$work/windows" >&2; return; }
   diff "$work/native" "$work/windows" >&2 || fail "$name differs on Windows"
+}
+for script in "$here"/scripts/*.txt; do
+  machines=()
+  IFS='|' read -ra machines < <(sed -n 's/^# machine: //p' "$script") || fail "$(basename "$script") names no machine"
+  for machine in "${machines[@]}"; do
+    run "$script" "$machine"
+  done
 done
 
 # wrong STATUS LINE STEPS: what the host says of a script that is wrong, or that a wizard doesn't go by.
@@ -111,8 +129,8 @@ wrong 1 3 'cancel\nanswer yes\nexpect result 0\n'
 wrong 1 4 'next\n\n# and no more\n\n'
 
 [ "$failed" -eq 0 ] || exit 1
-echo "$(ls "$here/scripts" | wc -l) wizard scripts ran"
+echo "wizard scripts ran $runs times"
 if [ -n "$windows" ]; then
-  left=$(grep -lx '# platform: native' "$here"/scripts/* | xargs -r -n 1 basename)
+  left=$(cd "$here/scripts" && grep -lx '# platform: native' -- * || true)
   echo "they ran the same on both platforms, but NOT ON WINDOWS: ${left:-none}"
 fi

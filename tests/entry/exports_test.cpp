@@ -6,8 +6,6 @@
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
 const std::string BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users\\";
 
 // The word of an export's array that is an integer.
@@ -15,8 +13,8 @@ const char *Word(intptr_t number) { return reinterpret_cast<const char *>(number
 
 class ExportsTest : public ClientTest {
 protected:
-  char key[256] = "";
-  char message[1024] = "old";
+  char key[ACCTKIT_KEY_SIZE] = "";
+  char message[ACCTKIT_MESSAGE_SIZE] = "old";
 
   static std::string Account(const char *name) { return std::string(AccountsKey) + "\\" + name; }
 };
@@ -77,11 +75,9 @@ TEST_F(ExportsTest, WriteAnAccountFindItAndOverwriteIt) {
 TEST_F(ExportsTest, CompleteTheShorthandWithTheServicesOwnValues) {
   const char *const zuvio[] = {"ABC01234", "山田", "taro@zuvio.example"};
   EXPECT_EQ(SetupZuvioMailAccount(0, zuvio, ""), 1);
-  const Lines servers = {std::string("POP3 Server=") + IspPopHost, std::string("SMTP Server=") + IspSmtpHost};
-  const Lines dump = DumpKey(HKEY_CURRENT_USER, Account("00000001"));
-  EXPECT_EQ(dump[0], "Account Name=@zuvio(ABC01234)");
-  EXPECT_EQ(dump[4], servers[0]);
-  EXPECT_EQ(dump.back(), servers[1]);
+  EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account("00000001"), "Account Name"), "@zuvio(ABC01234)");
+  EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account("00000001"), "POP3 Server"), IspPopHost);
+  EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account("00000001"), "SMTP Server"), IspSmtpHost);
   EXPECT_EQ(IsExistZuvioMailAccount(0, zuvio, key, message), 1);
   EXPECT_STREQ(key, "00000001");
 
@@ -95,6 +91,21 @@ TEST_F(ExportsTest, CompleteTheShorthandWithTheServicesOwnValues) {
   const std::string longId(600, 'x');
   const char *const tooLong[] = {longId.c_str(), "", ""};
   EXPECT_EQ(SetupZuvioMailAccount(0, tooLong, ""), 0);
+
+  const struct {
+    intptr_t number;
+    const char *host;
+    const char *title;
+  } servers[] = {{1, IspForumNewsHostLegacy, "@zuvio(ABC01234) @zuvio(QZX00000) フォーラム会議室"},
+                 {2, IspSquareNewsHostLegacy, "@zuvio(ABC01234) @zuvio(QZX00000) カモメ（web会議室）"}};
+  for (const auto &server : servers) {
+    const char *const news[] = {"ABC01234", "山田", "taro@zuvio.example", Word(server.number)};
+    EXPECT_EQ(IsExistZuvioNewsAccount(0, news, key, message), 0);
+    EXPECT_EQ(SetupZuvioNewsAccount(0, news, ""), 1);
+    EXPECT_EQ(IsExistZuvioNewsAccount(0, news, key, message), 1);
+    EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "NNTP Server"), server.host);
+    EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "Account Name"), server.title);
+  }
   const char *const thirdServer[] = {"ABC01234", "", "", Word(3)};
   EXPECT_EQ(SetupZuvioNewsAccount(0, thirdServer, "") + IsExistZuvioNewsAccount(0, thirdServer, key, message), 0);
 }

@@ -31,7 +31,6 @@ TEST(CStringTest, TrimsWhiteSpaceOfOneByteAtTheEnd) {
 
 TEST(CStringTest, FindsOnlyWholeCharacters) {
   EXPECT_EQ(CString("a@b@").Find("@"), 1);
-  EXPECT_EQ(CString("a@b@").Find("@", 2), 3);
   EXPECT_EQ(CString(WIDE_SPACE "a@").Find("@"), 3);
   EXPECT_EQ(CString(WIDE_SPACE).Find("@"), -1);
   EXPECT_EQ(CString("ZVK-a").Find("ZVK-"), 0);
@@ -41,10 +40,8 @@ TEST(CStringTest, FindsOnlyWholeCharacters) {
 TEST(CStringTest, CutsWithinItself) {
   const CString text = "abcdef";
   EXPECT_EQ(text.Mid(4), "ef");
-  EXPECT_EQ(text.Mid(2, 3), "cde");
-  EXPECT_EQ(text.Mid(-1, 2), "ab");
+  EXPECT_EQ(text.Mid(-1), text);
   EXPECT_EQ(text.Mid(9), "");
-  EXPECT_EQ(text.Mid(1, -1), "");
 }
 
 } // namespace

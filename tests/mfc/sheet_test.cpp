@@ -74,7 +74,6 @@ protected:
   LRESULT OnWizardNext() override { return Agrees("next") ? CPropertyPage::OnWizardNext() : -1; }
   BOOL OnWizardFinish() override { return Agrees("finish") && CPropertyPage::OnWizardFinish(); }
   BOOL OnQueryCancel() override { return Agrees("cancel") && CPropertyPage::OnQueryCancel(); }
-  void OnReset() override { calls.emplace_back("reset"); }
 
   void OnSelChange() { calls.emplace_back("selected"); }
   LRESULT OnHandled(WPARAM wParam, LPARAM lParam) {
@@ -178,7 +177,7 @@ TEST_F(SheetTest, AsksItsPages) {
   UserSteps steps;
   for (const auto &press : presses)
     steps.emplace_back([&](HWND top) {
-      EXPECT_EQ(top, sheet.GetSafeHwnd());
+      EXPECT_EQ(top, sheet.m_hWnd);
       EXPECT_EQ(first.GetParent(), &sheet);
       refusing = press.refused;
       Press(top, press.button);
@@ -187,8 +186,8 @@ TEST_F(SheetTest, AsksItsPages) {
   WithUser(steps, [&] { result = sheet.DoModal(); });
   EXPECT_GT(result, 0);
   EXPECT_EQ(sheet.initialised, 1);
-  EXPECT_EQ(sheet.GetSafeHwnd(), nullptr);
-  EXPECT_EQ(first.GetSafeHwnd(), nullptr);
+  EXPECT_EQ(sheet.m_hWnd, nullptr);
+  EXPECT_EQ(first.m_hWnd, nullptr);
 }
 
 TEST_F(SheetTest, IsCancelled) {
@@ -200,7 +199,7 @@ TEST_F(SheetTest, IsCancelled) {
     EXPECT_NEAR(own.left - screen.left, screen.right - own.right, 1);
     EXPECT_NEAR(own.top - screen.top, screen.bottom - own.bottom, 1);
   });
-  EXPECT_EQ(TakeCalls(), (Calls{"cancel", "reset"}));
+  EXPECT_EQ(TakeCalls(), Calls{"cancel"});
   EXPECT_EQ(result, 0);
 }
 
@@ -222,7 +221,7 @@ TEST_F(SheetTest, GetsTheHelpCommandOfItsPages) {
 
 TEST_F(SheetTest, AsksTheControlInItsParentsPlace) {
   Look([&] {
-    first.list.Invalidate();
+    InvalidateRect(first.list.m_hWnd, nullptr, TRUE);
     UpdateWindow(first.list.m_hWnd);
     EXPECT_GT(first.list.drawn, 0);
 
@@ -281,27 +280,29 @@ TEST_F(SheetTest, WorksForTheLibraryWithinItsWindowsAlone) {
   AskingPage page;
   Sheet asking{&page};
   WithUser({[](HWND top) { Press(top, PSBTN_CANCEL); }}, [&] { asking.DoModal(); });
-  EXPECT_EQ(TakeCalls(), (Calls{"init", "active", "sure? 4", "reset"}));
+  EXPECT_EQ(TakeCalls(), (Calls{"init", "active", "sure? 4"}));
   EXPECT_EQ(AfxGetApp(), nullptr) << "the host's, which it has not";
   const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
   EXPECT_EQ(AfxGetApp(), &app);
 }
 
-TEST(OwnerTest, IsTheLastPopupOfNoChild) {
-  const auto make = [](DWORD style, HWND parent) {
-    return CreateWindowExA(0, "STATIC", "", style | WS_VISIBLE, 0, 0, 50, 50, parent, nullptr, nullptr, nullptr);
+TEST(OwnerTest, IsTheActivePopup) {
+  const auto make = [](HWND owner) {
+    return CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, owner, nullptr, nullptr, nullptr);
   };
-  HWND main = make(WS_POPUP, nullptr);
-  HWND box = make(WS_POPUP, main);
-  HWND child = make(WS_CHILD, box);
+  HWND main = make(nullptr);
+  HWND box = make(main);
 
   HWND topLevel = nullptr;
-  EXPECT_EQ(CWnd::GetSafeOwner_(child, &topLevel), box);
+  SetFocus(box);
+  EXPECT_EQ(CWnd::GetSafeOwner_(&topLevel), box);
   EXPECT_EQ(topLevel, main);
   EXPECT_FALSE(IsWindowEnabled(main));
-  EXPECT_EQ(CWnd::GetSafeOwner_(child, &topLevel), box);
+  EXPECT_EQ(CWnd::GetSafeOwner_(&topLevel), box);
   EXPECT_EQ(topLevel, nullptr) << "one that was disabled before";
-  EXPECT_EQ(CWnd::GetSafeOwner_(main, &topLevel), main);
+  EnableWindow(main, TRUE);
+  SetFocus(main);
+  EXPECT_EQ(CWnd::GetSafeOwner_(&topLevel), main);
   EXPECT_EQ(topLevel, nullptr);
   DestroyWindow(main);
 }

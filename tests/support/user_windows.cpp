@@ -20,12 +20,23 @@ void CALLBACK TakeStep(HWND, UINT, UINT_PTR, DWORD) {
   step(GetActiveWindow());
 }
 
+// Stands where the system looks for its help program's window, and shows no help.
+HWND MakeHelpWindow() {
+  WNDCLASSA windowClass{};
+  windowClass.lpfnWndProc = DefWindowProcA;
+  windowClass.lpszClassName = "MS_WINHELP";
+  RegisterClassA(&windowClass);
+  return CreateWindowExA(0, windowClass.lpszClassName, "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+}
+
 } // namespace
 
 void WithUser(UserSteps steps, const std::function<void()> &run) {
   left = std::move(steps);
+  const HWND help = MakeHelpWindow();
   const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, TakeStep);
   run();
   KillTimer(nullptr, timer);
+  DestroyWindow(help);
   EXPECT_EQ(left.size(), 0U) << "steps that the user never took";
 }

@@ -100,6 +100,39 @@ TEST_F(WizardTest, StartsOnTheHostsId) {
   }
 }
 
+// The help key's command is tested twice, once by the sheet and once more where it comes back to the page.
+TEST_F(WizardTest, ShowsTheHelpOnceForTheHelpKey) {
+  InstallOutlookExpress("5,50,4522,1200");
+  WithUser({[](HWND sheet) {
+              const HWND control = GetDlgItem(PageOf(sheet), IDC_CHOICE);
+              HELPINFO info{sizeof info, HELPINFO_WINDOW, IDC_CHOICE, control, 0, {}};
+              SendMessageA(control, WM_HELP, 0, reinterpret_cast<LPARAM>(&info));
+            },
+            [](HWND box) {
+              EXPECT_EQ(TextOf(box, BoxText), "ヘルプファイルの読み込みに失敗しました。");
+              PostMessageA(box, WM_COMMAND, IDOK, 0);
+            },
+            [](HWND sheet) { Press(sheet, PSBTN_CANCEL); }},
+           [] { EXPECT_EQ(MailerWizard(0, "ABC01234", "ABC01234\0"), 1); });
+}
+
+TEST_F(WizardTest, ShowsTheIconOfAnotherChoice) {
+  InstallOutlookExpress("5,50,4522,1200");
+  InstallCommunicator();
+  WithUser({[](HWND sheet) {
+              const HWND page = PageOf(sheet);
+              const HWND list = GetDlgItem(page, IDC_CHOICE);
+              const auto icon = [page] { return SendDlgItemMessageA(page, IDC_CLIENT_ICON, STM_GETICON, 0, 0); };
+              const LRESULT before = icon();
+              SendMessageA(list, CB_SETCURSEL, 1, 0);
+              SendMessageA(page, WM_COMMAND, MAKEWPARAM(IDC_CHOICE, CBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+              EXPECT_NE(icon(), before);
+              Press(sheet, PSBTN_CANCEL);
+            },
+            [](HWND box) { PostMessageA(box, WM_COMMAND, IDYES, 0); }},
+           [] { EXPECT_EQ(ShortMailWizard(0, "ABC01234"), 1); });
+}
+
 TEST_F(WizardTest, BoxesWithoutAnIconGetTheExclamationMark) {
   const struct {
     UINT type;

@@ -55,7 +55,7 @@ void ShowIdPageWithId(const CWnd &page, WizardData &data) {
   }
 }
 
-void NameAccount(WizardData &data) {
-  data.connectionName = "@zuvio";
-  data.accountName = ServiceTitle(data.CurrentId());
+void NameAccount(WizardData &data, const std::string &name) {
+  data.connectionName = ShortConnectionName;
+  data.accountName = ServiceTitle(name);
 }

@@ -23,5 +23,5 @@ void ShowIdPage(const CWnd &page, WizardData &data, int userLimit);
 // The same, with the ID proposed as the mail user where there is none, or where the ID has changed.
 void ShowIdPageWithId(const CWnd &page, WizardData &data);
 
-// Names account and connection after the current ID.
-void NameAccount(WizardData &data);
+// Names the account, after an ID or an address, and its connection.
+void NameAccount(WizardData &data, const std::string &name);

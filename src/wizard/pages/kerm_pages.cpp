@@ -15,7 +15,7 @@ BOOL CSetKERMMailerTop::OnSetActive() {
 }
 
 LRESULT CSetKERMMailerTop::OnWizardNext() {
-  if (!TakeTrimmed(*this, IDC_FIELD_1, input_tests::OwnAccount, data->userId))
+  if (!TakeTrimmed(*this, IDC_FIELD_1, input_tests::OriginalAccount, data->userId))
     return Stay;
   return CPropertyPage::OnWizardNext();
 }
@@ -66,8 +66,8 @@ BOOL CSetKERMMailerID::OnSetActive() {
 }
 
 LRESULT CSetKERMMailerID::OnWizardNext() {
-  if (!TakeTrimmed(*this, IDC_FIELD_1, input_tests::OwnAddress, data->mailAddress) ||
-      !TakeTrimmed(*this, IDC_FIELD_2, input_tests::OwnSender, data->senderName))
+  if (!TakeTrimmed(*this, IDC_FIELD_1, input_tests::OriginalAddress, data->mailAddress) ||
+      !TakeTrimmed(*this, IDC_FIELD_2, input_tests::OriginalSender, data->senderName))
     return Stay;
   return CPropertyPage::OnWizardNext();
 }
@@ -84,8 +84,8 @@ BOOL CSetKERMServer::OnSetActive() {
 }
 
 LRESULT CSetKERMServer::OnWizardNext() {
-  if (!TakeTrimmed(*this, IDC_FIELD_1, input_tests::OwnPopServer, data->popServer) ||
-      !TakeTrimmed(*this, IDC_FIELD_2, input_tests::OwnSmtpServer, data->smtpServer))
+  if (!TakeTrimmed(*this, IDC_FIELD_1, input_tests::OriginalPopServer, data->popServer) ||
+      !TakeTrimmed(*this, IDC_FIELD_2, input_tests::OriginalSmtpServer, data->smtpServer))
     return Stay;
   return CPropertyPage::OnWizardNext();
 }
@@ -114,7 +114,7 @@ BOOL CSetKERMEnd::OnWizardFinish() {
   MailAccountSpec spec = *data;
   spec.originalDomain = 1;
   spec.connectionName = ServiceConnectionName;
-  return WriteMailAccount(data->mailClient, spec, OwnDomainUser) ? CPropertyPage::OnWizardFinish() : FALSE;
+  return WriteMailAccount(data->mailClient, spec, OriginalDomainUser) ? CPropertyPage::OnWizardFinish() : FALSE;
 }
 
 void CSetKERMEnd::OnPaint() { icon.Paint(*this, data->mailClient); }

@@ -101,7 +101,7 @@ CSetMailerID::CSetMailerID() : CPropertyPage(IDD_SET_MAILER_ID, 0) {}
 
 BOOL CSetMailerID::OnInitDialog() {
   CPropertyPage::OnInitDialog();
-  InitIdPage(*this, *data, "MAIL_SERVER");
+  InitIdPage(*this, *data, MailSection);
   return TRUE;
 }
 
@@ -124,13 +124,13 @@ LRESULT CSetMailerID::OnWizardNext() {
     return Stay;
   const std::string number = std::to_string(1 + SendDlgItemMessage(IDC_CHOICE, CB_GETCURSEL));
   const std::string settings = ServiceIniPath();
-  ReadServiceString(settings, "MAIL_SERVER", ("pop" + number).c_str(), data->popServer);
-  ReadServiceString(settings, "MAIL_SERVER", ("smtp" + number).c_str(), data->smtpServer);
+  ReadServiceString(settings, MailSection, ("pop" + number).c_str(), data->popServer);
+  ReadServiceString(settings, MailSection, ("smtp" + number).c_str(), data->smtpServer);
   data->mailAddress = data->mailUser + "@" + domain;
   if (Refuses(*this, input_tests::MailerUser, data->mailUser) ||
       Refuses(*this, input_tests::MailerSender, data->senderName))
     return Stay;
-  NameAccount(*data);
+  NameAccount(*data, data->CurrentId());
   ShowList(*this, false);
   return CPropertyPage::OnWizardNext();
 }

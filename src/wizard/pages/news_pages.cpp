@@ -10,6 +10,20 @@
 
 using namespace page_parts;
 
+namespace {
+
+// Each server's check box, where service.ini has the box's caption and the host, and the host where it has none.
+struct Server {
+  int control;
+  const char *captionKey;
+  const char *hostKey;
+  const char *host;
+};
+constexpr Server Servers[] = {{IDC_FORUM_SERVER, "disp_nntp1", "nntp1", IspForumNewsHost},
+                              {IDC_SQUARE_SERVER, "disp_nntp2", "nntp2", IspSquareNewsHost}};
+
+} // namespace
+
 // ---- Which ID ----
 
 IMPLEMENT_DYNAMIC(CSetNewsTop, CPropertyPage)
@@ -84,7 +98,7 @@ CSetNewsId::CSetNewsId() : CPropertyPage(IDD_SET_NEWS_ID, 0) {}
 
 BOOL CSetNewsId::OnInitDialog() {
   CPropertyPage::OnInitDialog();
-  InitIdPage(*this, *data, "MAIL_SERVER");
+  InitIdPage(*this, *data, MailSection);
   return TRUE;
 }
 
@@ -106,34 +120,21 @@ LRESULT CSetNewsId::OnWizardNext() {
   if (Refuses(*this, input_tests::MailerDomain, domain) || Refuses(*this, input_tests::NewsUser, data->mailUser) ||
       Refuses(*this, input_tests::NewsSender, data->senderName))
     return Stay;
-  NameAccount(*data);
-  data->mailAddress = data->mailUser + "@" + domain;
-  data->newsHosts = {IspForumNewsHost, IspSquareNewsHost};
+  NameAccount(*data, data->CurrentId());
   const std::string settings = ServiceIniPath();
-  std::string value;
-  if (ReadServiceString(settings, "NEWS_SERVER", "nntp1", value))
-    data->newsHosts[0] = value;
-  if (ReadServiceString(settings, "NEWS_SERVER", "nntp2", value))
-    data->newsHosts[1] = value;
+  for (size_t server = 0; server < std::size(Servers); ++server)
+    if (!ReadServiceString(settings, NewsSection, Servers[server].hostKey, data->newsHosts[server]))
+      data->newsHosts[server] = Servers[server].host;
   // The service may have one domain for all addresses in news, whatever the user's own is.
-  if (ReadServiceString(settings, "MAIL_SERVER", "disp_mail", value))
-    data->mailAddress = data->mailUser + "@" + value;
+  std::string mailDomain;
+  if (!ReadServiceString(settings, MailSection, "disp_mail", mailDomain))
+    mailDomain = domain;
+  data->mailAddress = data->mailUser + "@" + mailDomain;
   ShowList(*this, false);
   return CPropertyPage::OnWizardNext();
 }
 
 // ---- Which servers ----
-
-namespace {
-
-// The check box of each server, and where service.ini has its caption.
-struct ServerBox {
-  int control;
-  const char *captionKey;
-};
-constexpr ServerBox ServerBoxes[] = {{IDC_FORUM_SERVER, "disp_nntp1"}, {IDC_SQUARE_SERVER, "disp_nntp2"}};
-
-} // namespace
 
 IMPLEMENT_DYNAMIC(CSetNewsServer, CPropertyPage)
 
@@ -146,8 +147,8 @@ CSetNewsServer::CSetNewsServer() : CPropertyPage(IDD_SET_NEWS_SERVER, 0) {}
 
 BOOL CSetNewsServer::OnInitDialog() {
   CPropertyPage::OnInitDialog();
-  for (const ServerBox &box : ServerBoxes)
-    SendDlgItemMessage(box.control, BM_SETCHECK, BST_CHECKED, 0);
+  for (const Server &server : Servers)
+    SendDlgItemMessage(server.control, BM_SETCHECK, BST_CHECKED, 0);
   data->newsServerOn = {1, 1};
   return TRUE;
 }
@@ -155,10 +156,10 @@ BOOL CSetNewsServer::OnInitDialog() {
 BOOL CSetNewsServer::OnSetActive() {
   PostButtons(*this, PSWIZB_BACK | PSWIZB_NEXT);
   const std::string settings = ServiceIniPath();
-  for (size_t server = 0; server < std::size(ServerBoxes); ++server) {
-    const ServerBox &box = ServerBoxes[server];
+  for (size_t server = 0; server < std::size(Servers); ++server) {
+    const Server &box = Servers[server];
     CString &caption = data->newsServerNames[server];
-    if (ReadServiceString(settings, "NEWS_SERVER", box.captionKey, caption))
+    if (ReadServiceString(settings, NewsSection, box.captionKey, caption))
       SetDlgItemText(box.control, caption);
     else
       caption = GetText(*this, box.control);
@@ -215,25 +216,23 @@ NewsAccountSpec NewsSpec(const WizardData &data) {
   return spec;
 }
 
-constexpr int32_t Servers[] = {0, 1};
-
-bool IsWanted(NewsAccountSpec &spec, int32_t server) {
-  spec.serverIndex = server;
-  return spec.newsServerOn[static_cast<size_t>(server)] != 0;
+// The account of each server that is wanted.
+std::vector<NewsAccountSpec> WantedServers(NewsAccountSpec spec) {
+  std::vector<NewsAccountSpec> wanted;
+  for (; spec.serverIndex < static_cast<int32_t>(spec.newsServerOn.size()); ++spec.serverIndex)
+    if (spec.newsServerOn[static_cast<size_t>(spec.serverIndex)] != 0)
+      wanted.push_back(spec);
+  return wanted;
 }
 
-bool ContainsIgnoringCase(const std::vector<std::string> &texts, const std::string &text) {
-  const auto bytes = [](const std::string &of) { return reinterpret_cast<const unsigned char *>(of.c_str()); };
-  return std::ranges::any_of(texts, [&](const std::string &known) { return _mbsicmp(bytes(known), bytes(text)) == 0; });
-}
-
-// What is there already on the servers that are wanted, each text once.
-std::vector<std::string> FindExisting(NewsClient &client, NewsAccountSpec spec) {
+// What is there already of the accounts, each text once.
+std::vector<std::string> FindExisting(NewsClient &client, const std::vector<NewsAccountSpec> &accounts) {
   std::vector<std::string> found;
-  for (const int32_t server : Servers) {
+  for (const NewsAccountSpec &account : accounts) {
     std::string key;
     std::string message;
-    if (IsWanted(spec, server) && client.IsExistAccount(spec, key, message) && !ContainsIgnoringCase(found, message))
+    const auto isMessage = [&](const std::string &text) { return SameIgnoringCase(text, message); };
+    if (client.IsExistAccount(account, key, message) && std::ranges::none_of(found, isMessage))
       found.push_back(message);
   }
   return found;
@@ -248,14 +247,12 @@ bool MayOverwrite(const std::vector<std::string> &existing) {
   return Confirmed(prompt);
 }
 
-bool SetUpServers(NewsClient &client, NewsAccountSpec spec) {
-  for (const int32_t server : Servers) {
-    if (!IsWanted(spec, server))
-      continue;
+bool SetUp(NewsClient &client, const std::vector<NewsAccountSpec> &accounts) {
+  for (const NewsAccountSpec &account : accounts) {
     std::string key;
     std::string message;
-    client.IsExistAccount(spec, key, message);
-    if (!client.SetupAccount(spec, key))
+    client.IsExistAccount(account, key, message);
+    if (!client.SetupAccount(account, key))
       return false;
   }
   return true;
@@ -266,9 +263,10 @@ bool SetUpServers(NewsClient &client, NewsAccountSpec spec) {
 bool WriteNewsAccounts(NewsClient *client, const NewsAccountSpec &spec) {
   if (client == nullptr) // every client has gone since it was found
     return TellResult(false, 0);
-  if (!MayOverwrite(FindExisting(*client, spec)))
+  const std::vector<NewsAccountSpec> accounts = WantedServers(spec);
+  if (!MayOverwrite(FindExisting(*client, accounts)))
     return false;
-  const bool written = SetUpServers(*client, spec);
+  const bool written = SetUp(*client, accounts);
   return TellResult(written, client->GetClientType());
 }
 

@@ -145,7 +145,7 @@ bool MayWrite(MailClient &client, const MailAccountSpec &spec, std::string &key,
 
 const UserQuestions AnyUser = {BothQuestions, false};
 const UserQuestions SecondUser = {SecondQuestion, false};
-const UserQuestions OwnDomainUser = {SecondQuestion, true};
+const UserQuestions OriginalDomainUser = {SecondQuestion, true};
 
 bool WriteMailAccount(MailClient *client, const MailAccountSpec &spec, const UserQuestions &user) {
   if (client == nullptr) // every client has gone since it was found

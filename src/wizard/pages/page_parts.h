@@ -177,7 +177,7 @@ struct UserQuestions {
 };
 extern const UserQuestions AnyUser;
 extern const UserQuestions SecondUser;
-extern const UserQuestions OwnDomainUser;
+extern const UserQuestions OriginalDomainUser;
 
 // Writes a mail account once the user has agreed to what is there already: an account of the title, which is then
 // overwritten, or one of the user, which only is a warning. False if the wizard is to stay open.

@@ -1,7 +1,7 @@
 #include "wizard/pages/second_mailer_page.h"
 
-#include "clients/service_names.h"
 #include "wizard/pages/id_pages.h"
+#include "wizard/service_ini.h"
 
 using namespace page_parts;
 
@@ -11,7 +11,7 @@ CSet2ndMailerID::CSet2ndMailerID() : CPropertyPage(IDD_SET_2ND_MAILER_ID, 0) {}
 
 BOOL CSet2ndMailerID::OnInitDialog() {
   CPropertyPage::OnInitDialog();
-  InitIdPage(*this, *data, "ADDMAIL_SERVER");
+  InitIdPage(*this, *data, SecondMailSection);
   return TRUE;
 }
 
@@ -47,10 +47,9 @@ LRESULT CSet2ndMailerID::OnWizardNext() {
   host.MakeLower();
   data->currentId = 0;
   data->ids[0] = data->mailUser;
-  data->connectionName = "@zuvio";
   data->popServer = host;
   data->smtpServer = host;
-  data->accountName = ServiceTitle(data->mailAddress);
+  NameAccount(*data, data->mailAddress);
   ShowList(*this, false);
   return CPropertyPage::OnWizardNext();
 }

@@ -2,6 +2,7 @@
 
 #include "clients/service_constants.h"
 #include "clients/service_names.h"
+#include "wizard/service_ini.h"
 
 using namespace page_parts;
 
@@ -57,7 +58,7 @@ CSetShortMailerID::CSetShortMailerID() : CPropertyPage(IDD_SET_SHORT_MAILER_ID, 
 
 BOOL CSetShortMailerID::OnInitDialog() {
   CPropertyPage::OnInitDialog();
-  FillDomainCombo(*this, "MAIL_SERVER");
+  FillDomainCombo(*this, MailSection);
   return TRUE;
 }
 
@@ -89,7 +90,7 @@ bool CSetShortMailerID::TakeInput() {
       !TakeTrimmed(*this, IDC_FIELD_1, input_tests::ShortAlias, alias, Focus::Later))
     return false;
   data->mailAddress = alias + "@" + domain;
-  return TakeTrimmed(*this, IDC_FIELD_2, input_tests::OwnSender, data->senderName, Focus::Later);
+  return TakeTrimmed(*this, IDC_FIELD_2, input_tests::OriginalSender, data->senderName, Focus::Later);
 }
 
 BOOL CSetShortMailerID::OnWizardFinish() {
