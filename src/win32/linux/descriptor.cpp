@@ -49,8 +49,7 @@ bool ReadAll(int file, std::string &data) {
   return true;
 }
 
-bool IsStill(const Descriptor &file, const std::filesystem::path &path) {
-  struct stat opened;
+bool IsStill(const Descriptor &file, const std::filesystem::path &path, struct stat &opened) {
   struct stat named;
   return fstat(file.Get(), &opened) == 0 && lstat(path.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
          opened.st_ino == named.st_ino;

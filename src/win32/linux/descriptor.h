@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
 #include <utility>
 
 namespace machine {
@@ -37,8 +38,9 @@ private:
 bool WriteAll(int file, std::string_view data);
 bool ReadAll(int file, std::string &data);
 
-// Whether the open file is what the path names now; another process may have replaced it meanwhile.
-bool IsStill(const Descriptor &file, const std::filesystem::path &path);
+// Whether the open file, whose state is handed out, is what the path names now; another process may have replaced it
+// meanwhile.
+bool IsStill(const Descriptor &file, const std::filesystem::path &path, struct stat &opened);
 
 // The Win32 code for an errno.
 LONG ErrorOf(int number);

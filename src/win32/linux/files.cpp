@@ -70,10 +70,8 @@ LONG OpenLocked(const std::filesystem::path &path, int flags, DWORD share, Descr
     if (flock(file.Get(), (share == 0 ? LOCK_EX : LOCK_SH) | LOCK_NB) != 0)
       return ERROR_SHARING_VIOLATION;
     struct stat status;
-    if (fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode))
-      return ERROR_ACCESS_DENIED;
-    if (machine::IsStill(file, path)) // else it was replaced between opening and locking
-      return ERROR_SUCCESS;
+    if (machine::IsStill(file, path, status)) // else it was replaced between opening and locking
+      return S_ISREG(status.st_mode) ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
   }
 }
 

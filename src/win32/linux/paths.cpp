@@ -32,20 +32,25 @@ template <typename Take> void ForEachEntry(const fs::path &folder, Take take) {
       return;
 }
 
-// The entry of a folder with that name, in whatever case it is; the name itself if there is none.
-std::string NameOnDisk(const fs::path &folder, std::u16string_view name) {
-  std::string exact = text::WideToUtf8(name);
-  struct stat status;
-  if (lstat((folder / exact).c_str(), &status) == 0)
-    return exact;
+DiskPath Look(const fs::path &path) {
+  DiskPath found = {.path = path};
+  found.exists = lstat(path.c_str(), &found.status) == 0;
+  return found;
+}
+
+// The entry of a folder with that name, in whatever case it is; none at the name itself if there is no such entry.
+DiskPath LookFor(const fs::path &folder, std::u16string_view name) {
+  DiskPath found = Look(folder / text::WideToUtf8(name));
+  if (found.exists)
+    return found;
   ForEachEntry(folder, [&](const std::string &entry) {
     std::u16string wide;
     if (!text::Utf8ToWide(entry, wide) || !SameName(wide, name))
       return false;
-    exact = entry;
+    found = Look(folder / entry);
     return true;
   });
-  return exact;
+  return found;
 }
 
 bool IsWithin(const fs::path &path, const fs::path &folder) {
@@ -63,7 +68,7 @@ fs::path LinkTarget(const fs::path &link, const fs::path &drive) {
   return target;
 }
 
-// The folder of a drive; empty if the machine has no such drive.
+// The folder of a drive, or a link to it; empty if the machine has no such drive.
 fs::path DriveFolder(char16_t letter) {
   const char lower = static_cast<char>(letter | 0x20);
   const fs::path folder = Folder();
@@ -71,10 +76,7 @@ fs::path DriveFolder(char16_t letter) {
   std::error_code error;
   if (fs::exists(devices, error))
     return fs::canonical(devices / std::string{lower, ':'}, error);
-  if (lower != 'c')
-    return {};
-  const fs::path drive = folder / "drive_c";
-  return fs::is_symlink(drive, error) ? fs::canonical(drive, error) : drive;
+  return lower == 'c' ? folder / "drive_c" : fs::path();
 }
 
 bool IsForbidden(char16_t unit) {
@@ -118,20 +120,17 @@ LONG CheckForm(std::u16string_view path) {
   return path.starts_with(u"\\\\") ? BadNetPath : ERROR_SUCCESS;
 }
 
-DiskPath Look(const fs::path &path) {
-  DiskPath found = {.path = path};
-  found.exists = lstat(path.c_str(), &found.status) == 0;
-  return found;
-}
-
 // Goes down from a drive's folder by one name after the other.
 DiskPath Descend(const fs::path &drive, const std::vector<std::u16string> &names) {
+  std::error_code error;
   DiskPath found = Look(drive);
+  if (found.IsLink())
+    found = Look(fs::canonical(drive, error));
   for (const std::u16string &name : names) {
     if (!found.IsFolder())
       return {.error = ERROR_PATH_NOT_FOUND};
-    found = Look(found.path / NameOnDisk(found.path, name));
-    if (found.exists && S_ISLNK(found.status.st_mode)) {
+    found = LookFor(found.path, name);
+    if (found.IsLink()) {
       const fs::path target = LinkTarget(found.path, drive);
       if (target.empty())
         return {.error = ERROR_ACCESS_DENIED};

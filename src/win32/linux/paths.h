@@ -17,6 +17,7 @@ struct DiskPath {
 
   bool IsFolder() const { return exists && S_ISDIR(status.st_mode); }
   bool IsFile() const { return exists && S_ISREG(status.st_mode); }
+  bool IsLink() const { return exists && S_ISLNK(status.st_mode); }
   // Why there is nothing, ERROR_SUCCESS if there is something.
   LONG Absence() const { return exists ? ERROR_SUCCESS : error != ERROR_SUCCESS ? error : ERROR_FILE_NOT_FOUND; }
 };

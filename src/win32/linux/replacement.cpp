@@ -18,6 +18,7 @@ Replacement::Replacement(std::filesystem::path path)
     : target(std::move(path)),
       beside(target.parent_path() / std::string(".").append(target.filename()).append(".new")) {
   struct stat old;
+  struct stat made;
   const bool replaces = stat(target.c_str(), &old) == 0;
   const mode_t mode = replaces ? old.st_mode & Permissions : 0644;
   do {
@@ -29,7 +30,7 @@ Replacement::Replacement(std::filesystem::path path)
       errno = EWOULDBLOCK;
       return;
     }
-  } while (!IsStill(file, beside));
+  } while (!IsStill(file, beside, made));
   pending = true;
   if (ftruncate(file.Get(), 0) != 0 ||
       (replaces && (fchmod(file.Get(), mode) != 0 ||
