@@ -172,13 +172,16 @@ void ScriptedUser::TakeStep(HWND top) {
   if (taken == script.steps.size() || script.steps[taken].command == "expect result")
     throw Difference("the wizard to be over", TopLine(top));
   const Step &step = script.steps[taken];
-  if (step.command == "pause" && !IsPauseOver(step))
+  if (step.command == "pause") {
+    if (IsPauseOver(step))
+      ++taken;
     return;
+  }
   const auto *const action = std::ranges::find(Actions, step.command, &ActionRow::command);
   const auto *const finding = std::ranges::find(Findings, step.command, &FindingRow::command);
   if (action != std::end(Actions))
     action->action(top, step);
-  else if (step.command != "pause")
+  else
     Compare(step, finding != std::end(Findings) ? finding->find(top, step) : helpTopic);
   ++taken;
 }

@@ -22,8 +22,8 @@ std::filesystem::path Folder();
 std::string Problem(bool forWriting);
 
 // The first thing that went wrong beneath a Win32 call since the last TakeFault: a damaged hive, a full disk, a file
-// that couldn't be put in place. One line as above; empty if nothing did. What is an ordinary answer (a missing key, a
-// missing file, a right that a key doesn't give) is no fault.
+// that is there and can't be had, or couldn't be put in place. One line as above; empty if nothing did. What is an
+// ordinary answer (a missing key, a missing file, a right that a key doesn't give) is no fault.
 std::string TakeFault();
 
 // Holds the whole machine against every other process for as long as it lives, over any number of calls. The layer
