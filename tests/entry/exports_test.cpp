@@ -121,9 +121,14 @@ TEST_F(ExportsTest, SetTheStartPage) {
 
   EXPECT_EQ(SetBrowserStartPage(1, "p", page), 0);
   InstallCommunicator();
+  const std::string line = "user_pref(\"browser.startup.homepage\", \"http://zuvio.example/\");\n";
+  EXPECT_EQ(SetBrowserStartPage(1, "p", page), 1);
+  EXPECT_EQ(GetFile(ProfilePrefs("p")), std::nullopt); // its folder isn't there
+  PutFile(ProfilePrefs("p"), "");
+  EXPECT_EQ(SetBrowserStartPage(1, "p", page), 1);
+  EXPECT_EQ(GetFile(ProfilePrefs("p")), line);
   EXPECT_EQ(SetBrowserStartPage(1, "", page), 1);
-  EXPECT_EQ(GetFile(CommunicatorFolder() + "\\Users\\prefs.js"),
-            "user_pref(\"browser.startup.homepage\", \"http://zuvio.example/\");\n");
+  EXPECT_EQ(GetFile(CommunicatorFolder() + "\\Users\\prefs.js"), line);
 }
 
 TEST_F(ExportsTest, TakeOutlookAccountsOffTheServicesConnection) {
