@@ -1,9 +1,10 @@
-# MinGW-w64 with posix threads; MINGW_ARCH is i686 (what ships) or x86_64 (what plain 64-bit Wine runs).
+# MinGW-w64; MINGW_ARCH is i686 (what ships) or x86_64. Of its two run-time libraries the one without POSIX threads: the
+# other's imports keep a library from being loaded by any Windows before Vista.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR ${MINGW_ARCH})
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES MINGW_ARCH)
-set(CMAKE_C_COMPILER ${MINGW_ARCH}-w64-mingw32-gcc-posix)
-set(CMAKE_CXX_COMPILER ${MINGW_ARCH}-w64-mingw32-g++-posix)
+set(CMAKE_C_COMPILER ${MINGW_ARCH}-w64-mingw32-gcc-win32)
+set(CMAKE_CXX_COMPILER ${MINGW_ARCH}-w64-mingw32-g++-win32)
 set(CMAKE_RC_COMPILER ${MINGW_ARCH}-w64-mingw32-windres)
 set(CMAKE_FIND_ROOT_PATH /usr/${MINGW_ARCH}-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)

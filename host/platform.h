@@ -60,6 +60,9 @@ std::string TerminalProblem();
 // asks the program to end meanwhile ends it, when the terminal is again as it was.
 bool RunInTerminal(const std::function<void()> &run);
 
+// Runs work on a thread of its own, which nobody waits for. Throws std::system_error where the system makes none.
+void RunDetached(std::function<void()> work);
+
 // The user presses a key and lets it go again.
 void PressKey(int key);
 

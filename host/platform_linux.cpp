@@ -5,6 +5,8 @@
 #include "win32/linux/machine.h"
 
 #include <cstdlib>
+#include <thread>
+#include <utility>
 
 namespace platform {
 
@@ -68,6 +70,8 @@ void WithUser(User &user, const std::function<void()> &run) {
 std::string TerminalProblem() { return terminal::Problem(); }
 
 bool RunInTerminal(const std::function<void()> &run) { return terminal::Run(run); }
+
+void RunDetached(std::function<void()> work) { std::thread(std::move(work)).detach(); }
 
 void PressKey(int key) { machine::PressKey(key); }
 

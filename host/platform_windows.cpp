@@ -4,6 +4,8 @@
 
 #include <cstring>
 #include <string_view>
+#include <system_error>
+#include <utility>
 
 namespace platform {
 
@@ -109,6 +111,26 @@ void WithUser(User &user, const std::function<void()> &run) {
 std::string TerminalProblem() { return "--script is required: on Windows a wizard has windows of its own"; }
 
 bool RunInTerminal(const std::function<void()> &) { return false; }
+
+namespace {
+
+using Work = std::function<void()>;
+
+DWORD WINAPI RunWork(void *work) {
+  (*std::unique_ptr<Work>(static_cast<Work *>(work)))();
+  return 0;
+}
+
+} // namespace
+
+void RunDetached(std::function<void()> work) {
+  auto owned = std::make_unique<Work>(std::move(work));
+  const HANDLE thread = CreateThread(nullptr, 0, RunWork, owned.get(), 0, nullptr);
+  if (thread == nullptr)
+    throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), "a thread");
+  owned.release();
+  CloseHandle(thread);
+}
 
 void PressKey(int key) {
   keybd_event(static_cast<BYTE>(key), 0, 0, 0);

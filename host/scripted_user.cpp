@@ -191,10 +191,10 @@ bool ScriptedUser::IsPauseOver(const Step &step) {
   if (pause == nullptr) {
     std::cout << "pause " << step.text << std::endl;
     pause = std::make_shared<std::atomic<Pause>>(Pause::Lasts);
-    std::thread([seen = pause] {
+    platform::RunDetached([seen = pause] {
       std::string line;
       *seen = std::getline(std::cin, line) ? Pause::IsOver : Pause::HasNoEnd;
-    }).detach();
+    });
   }
   std::this_thread::sleep_for(std::chrono::milliseconds(10));
   const Pause state = *pause;

@@ -6,14 +6,14 @@ IMPLEMENT_DYNAMIC(CWinApp, CCmdTarget)
 
 namespace {
 
-thread_local AFX_MODULE_STATE *currentState = nullptr;
+AFX_MODULE_STATE *currentState = nullptr;
 
+// A module's handle is the address that it was loaded at, which every Windows tells of anything within it.
 HINSTANCE LibraryModule() {
   static const char withinLibrary = 0;
-  HMODULE module = nullptr;
-  ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       &withinLibrary, &module);
-  return module;
+  MEMORY_BASIC_INFORMATION region{};
+  ::VirtualQuery(&withinLibrary, &region, sizeof region);
+  return static_cast<HINSTANCE>(region.AllocationBase);
 }
 
 } // namespace

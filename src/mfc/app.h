@@ -1,5 +1,6 @@
 // The library's application object, and the state of the module that the framework works for: outside of the library's
-// exports and windows that is the host, whose resources aren't the library's.
+// exports and windows that is the host, whose resources aren't the library's. The framework works for one thread at a
+// time, the one that has a wizard open.
 #pragma once
 
 #include "mfc/wnd.h"
@@ -10,7 +11,7 @@ struct AFX_MODULE_STATE {
   CWinApp *m_pCurrentWinApp = nullptr;
 };
 
-// The library's own state, and the one that is current on this thread.
+// The library's own state, and the current one.
 AFX_MODULE_STATE *AfxGetStaticModuleState();
 AFX_MODULE_STATE *AfxGetModuleState();
 

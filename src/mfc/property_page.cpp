@@ -14,7 +14,7 @@ CPropertyPage::CPropertyPage(UINT idTemplate, UINT idCaption) {
 INT_PTR CALLBACK CPropertyPage::DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message != WM_INITDIALOG || FromHandlePermanent(dialog))
     return FALSE;
-  auto *page = reinterpret_cast<CPropertyPage *>(reinterpret_cast<const PROPSHEETPAGEA *>(lParam)->lParam);
+  auto *page = reinterpret_cast<CPropertyPage *>(reinterpret_cast<const PROPSHEETPAGEA_V2 *>(lParam)->lParam);
   return page->Open(dialog, wParam, lParam);
 }
 

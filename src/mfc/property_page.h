@@ -1,13 +1,18 @@
 // A page of a wizard. Its dialog is made when the page is first shown.
+//
+// The page's record has the form that came with Internet Explorer 5: a common controls library of that time makes no
+// page from the larger one of Windows XP, which is what the headers of today mean by its plain name.
 #pragma once
 
 #include "mfc/dialog.h"
+
+static_assert(sizeof(void *) != 4 || (sizeof(PROPSHEETPAGEA_V2) == 48 && sizeof(PROPSHEETHEADERA) == 52));
 
 class CPropertyPage : public CDialog {
   DECLARE_DYNAMIC(CPropertyPage)
 
 public:
-  PROPSHEETPAGEA m_psp{};
+  PROPSHEETPAGEA_V2 m_psp{};
 
   // The dialog's template, and the text that stands as the page's title in place of its dialog's caption, 0 for none;
   // both are resources of the library.

@@ -9,8 +9,8 @@ IMPLEMENT_DYNAMIC(CPropertySheet, CDialogWnd)
 
 namespace {
 
-// The sheet whose window is about to be made on this thread: its first message comes without a word of whose it is.
-thread_local CPropertySheet *opening = nullptr;
+// The sheet whose window is about to be made: its first message comes without a word of whose it is.
+CPropertySheet *opening = nullptr;
 
 } // namespace
 
@@ -20,7 +20,7 @@ CPropertySheet::CPropertySheet() {
 }
 
 INT_PTR CPropertySheet::DoModal() {
-  std::vector<PROPSHEETPAGEA> pages;
+  std::vector<PROPSHEETPAGEA_V2> pages;
   for (CPropertyPage *page : m_pages) {
     page->m_psp.hInstance = AfxGetResourceHandle();
     pages.push_back(page->m_psp);
@@ -32,7 +32,7 @@ INT_PTR CPropertySheet::DoModal() {
   header.hwndParent = GetSafeOwner_(&topLevel);
   header.hInstance = AfxGetResourceHandle();
   header.nPages = static_cast<UINT>(pages.size());
-  header.ppsp = pages.data();
+  header.ppsp = reinterpret_cast<const PROPSHEETPAGEA *>(pages.data()); // a record's size stands in it
   header.pfnCallback = SheetProc;
 
   opening = this;

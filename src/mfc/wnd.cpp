@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <mutex>
 #include <unordered_map>
 #include <utility>
 
@@ -22,17 +21,15 @@ struct Message {
   LPARAM lParam = 0;
 };
 
-// Which object stands for which window. A handle is the same to all threads, so one record serves them all; a record
-// for each, with a destructor, would keep the library from being unloaded as long as the thread runs.
+// Which object stands for which window.
 struct WindowObjects {
-  std::mutex guard;
   std::unordered_map<HWND, CWnd *> attached;
   std::unordered_map<HWND, std::unique_ptr<CWnd>> others;
 };
 
 WindowObjects objects;
 
-thread_local Message innermost; // that a procedure of this thread handles
+Message innermost; // of those that are being handled
 
 class HandledMessage {
 public:
@@ -82,7 +79,6 @@ CWnd *CWnd::FromHandle(HWND window) {
     return nullptr;
   if (CWnd *attached = FromHandlePermanent(window))
     return attached;
-  const std::lock_guard lock(objects.guard);
   std::unique_ptr<CWnd> &other = objects.others[window];
   if (!other) {
     other = std::make_unique<CWnd>();
@@ -92,19 +88,16 @@ CWnd *CWnd::FromHandle(HWND window) {
 }
 
 CWnd *CWnd::FromHandlePermanent(HWND window) {
-  const std::lock_guard lock(objects.guard);
   const auto found = objects.attached.find(window);
   return found == objects.attached.end() ? nullptr : found->second;
 }
 
 void CWnd::Attach(HWND window) {
-  const std::lock_guard lock(objects.guard);
   objects.attached[window] = this;
   m_hWnd = window;
 }
 
 HWND CWnd::Detach() {
-  const std::lock_guard lock(objects.guard);
   objects.attached.erase(m_hWnd);
   std::erase_if(objects.others, [](const auto &other) { return !::IsWindow(other.first); });
   return std::exchange(m_hWnd, nullptr);

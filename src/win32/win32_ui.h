@@ -66,6 +66,8 @@ inline char *MAKEINTRESOURCEA(unsigned id) { return reinterpret_cast<char *>(sta
 // ---- Windows ----
 // A window belongs to the thread that made it, and its procedure is called on that thread alone.
 
+DWORD GetCurrentThreadId();
+
 constexpr DWORD WS_POPUP = 0x80000000;
 constexpr DWORD WS_CHILD = 0x40000000;
 constexpr DWORD WS_VISIBLE = 0x10000000;
@@ -277,10 +279,11 @@ HGLOBAL LoadResource(HMODULE module, HRSRC resource);
 void *LockResource(HGLOBAL resource);
 inline char *const RT_DIALOG = MAKEINTRESOURCEA(5);
 
-constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT = 2;
-constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS = 4;
-// The module that an address lies in.
-BOOL GetModuleHandleExA(DWORD flags, const char *address, HMODULE *module);
+struct MEMORY_BASIC_INFORMATION {
+  void *AllocationBase; // the handle of the module
+};
+// What an address within a module belongs to. The size of the record, 0 for an address that lies in no module.
+size_t VirtualQuery(const void *address, MEMORY_BASIC_INFORMATION *information, size_t size);
 
 // ---- Controls ----
 
@@ -518,7 +521,8 @@ constexpr int PSBTN_FINISH = 2;
 constexpr int PSBTN_CANCEL = 5;
 constexpr int PSBTN_HELP = 6;
 
-struct PROPSHEETPAGEA {
+// The form of Internet Explorer 5. The plain name means a later one on Windows; the sheet takes either.
+struct PROPSHEETPAGEA_V2 {
   DWORD dwSize;
   DWORD dwFlags;
   HINSTANCE hInstance;
@@ -531,6 +535,7 @@ struct PROPSHEETPAGEA {
   DLGPROC pfnDlgProc;
   LPARAM lParam;
 };
+using PROPSHEETPAGEA = PROPSHEETPAGEA_V2;
 using PFNPROPSHEETCALLBACK = int (*)(HWND, UINT, LPARAM);
 struct PROPSHEETHEADERA {
   DWORD dwSize;

@@ -11,6 +11,7 @@
 #include "wizard/ps_wizard.h"
 #include "wizard/wizard_data.h"
 
+#include <atomic>
 #include <cstring>
 #include <tuple>
 
@@ -18,6 +19,27 @@ namespace {
 
 constexpr const char *WrongCall = "プログラムが不正に呼び出されました。";
 constexpr const char *NoClient = "設定可能なメーラーが一つも搭載されていません。\nメーラーの設定を終了します。";
+
+// A thread's right to the framework, which serves one thread at a time: who opens a wizard has it until that wizard is
+// closed, and may open others from within it.
+class FrameworkClaim {
+public:
+  FrameworkClaim() : isOutermost(holder.compare_exchange_strong(found, GetCurrentThreadId())) {}
+  FrameworkClaim(const FrameworkClaim &) = delete;
+  FrameworkClaim &operator=(const FrameworkClaim &) = delete;
+  ~FrameworkClaim() {
+    if (isOutermost)
+      holder = 0;
+  }
+
+  bool IsGranted() const { return isOutermost || found == GetCurrentThreadId(); }
+
+private:
+  static inline std::atomic<DWORD> holder = 0; // a thread's id, 0 for none
+
+  DWORD found = 0; // who had it before
+  bool isOutermost;
+};
 
 // The end of a wizard that never comes up.
 int32_t Refuse(const char *message) {
@@ -44,9 +66,13 @@ void FillIds(WizardData &data, const char *id, const char *idList) {
 }
 
 // The run of every wizard: its record and its pages in their order, what the host's arguments have to be, which clients
-// it is for, and what the record starts with. 0 if the sheet never came up.
+// it is for, and what the record starts with. 0 if the sheet never came up, as while another thread has
+// a wizard open.
 template <typename Data, typename... Pages, typename Fill>
 int32_t RunWizard(CPsWizard::Kind kind, bool calledRight, int32_t (ClientFinder::*hasClient)() const, Fill fill) {
+  const FrameworkClaim claim;
+  if (!claim.IsGranted())
+    return 0;
   return Guarded([&] {
     // Dialogs and pictures are looked up in this library, not in the host.
     const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
 #include <utility>
 
 namespace {
@@ -37,3 +38,5 @@ void WithUser(UserSteps steps, const std::function<void()> &run) {
   machine::SetFrontEnd(before);
   EXPECT_EQ(user.left.size(), 0U) << "steps that the user never took";
 }
+
+void OnAnotherThread(const std::function<void()> &work) { std::thread(work).join(); }

@@ -29,6 +29,11 @@ HWND MakeHelpWindow() {
   return CreateWindowExA(0, windowClass.lpszClassName, "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
 }
 
+DWORD WINAPI RunWork(void *work) {
+  (*static_cast<const std::function<void()> *>(work))();
+  return 0;
+}
+
 } // namespace
 
 void WithUser(UserSteps steps, const std::function<void()> &run) {
@@ -39,4 +44,11 @@ void WithUser(UserSteps steps, const std::function<void()> &run) {
   KillTimer(nullptr, timer);
   DestroyWindow(help);
   EXPECT_EQ(left.size(), 0U) << "steps that the user never took";
+}
+
+void OnAnotherThread(const std::function<void()> &work) {
+  const HANDLE thread = CreateThread(nullptr, 0, RunWork, const_cast<std::function<void()> *>(&work), 0, nullptr);
+  ASSERT_NE(thread, nullptr);
+  WaitForSingleObject(thread, INFINITE);
+  CloseHandle(thread);
 }

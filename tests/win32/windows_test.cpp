@@ -54,6 +54,8 @@ LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lPar
   return reacted ? *reacted : DefWindowProcA(window, message, wParam, lParam);
 }
 
+LRESULT CALLBACK ProcedureThatAnswersFive(HWND, UINT, WPARAM, LPARAM) { return 5; }
+
 HWND Create(const char *className, DWORD style, HWND parent, int id, const char *text = "") {
   return CreateWindowExA(0, className, text, style, 5, 6, 100, 100, parent,
                          reinterpret_cast<HMENU>(static_cast<intptr_t>(id)), nullptr, nullptr);
@@ -181,9 +183,8 @@ TEST_F(WindowsTest, KeepTextsAndNumbers) {
   SetLastError(0);
   EXPECT_EQ(SetWindowLongPtrA(top, 0, 1), 0); // the class has asked for no bytes
   EXPECT_EQ(static_cast<LONG>(GetLastError()), ERROR_INVALID_INDEX);
-  const auto before = reinterpret_cast<WNDPROC>(SetWindowLongPtrA(
-      top, GWLP_WNDPROC,
-      reinterpret_cast<LONG_PTR>(static_cast<WNDPROC>([](HWND, UINT, WPARAM, LPARAM) -> LRESULT { return 5; }))));
+  const auto before = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrA(top, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ProcedureThatAnswersFive)));
   EXPECT_EQ(SendMessageA(top, WM_USER, 0, 0), 5);
   EXPECT_EQ(CallWindowProcA(before, top, WM_GETTEXTLENGTH, 0, 0), 4);
   SetWindowLongPtrA(top, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before));

@@ -100,6 +100,17 @@ TEST_F(WizardTest, StartsOnTheHostsId) {
   }
 }
 
+TEST_F(WizardTest, ComesUpOnOneThreadAtATime) {
+  InstallOutlookExpress("5,50,4522,1200");
+  WithUser({[](HWND) {
+              OnAnotherThread([] { EXPECT_EQ(MailerWizard2(), 0); });
+              EXPECT_EQ(MailerWizard2(), 1); // within another on its thread
+              OnAnotherThread([] { EXPECT_EQ(MailerWizard2(), 0); });
+            },
+            [](HWND inner) { Press(inner, PSBTN_CANCEL); }, [](HWND outer) { Press(outer, PSBTN_CANCEL); }},
+           [] { EXPECT_EQ(MailerWizard2(), 1); });
+}
+
 // The help key's command is tested twice, once by the sheet and once more where it comes back to the page.
 TEST_F(WizardTest, ShowsTheHelpOnceForTheHelpKey) {
   InstallOutlookExpress("5,50,4522,1200");

@@ -30,16 +30,11 @@ BOOL FreeLibrary(HMODULE module) {
   return module != nullptr && dlclose(module) == 0 ? TRUE : Fail(ERROR_INVALID_HANDLE, FALSE);
 }
 
-BOOL GetModuleHandleExA(DWORD flags, const char *address, HMODULE *module) {
-  Dl_info info;
+size_t VirtualQuery(const void *address, MEMORY_BASIC_INFORMATION *information, size_t) {
+  Dl_info found;
   link_map *library = nullptr; // which is what a loaded library's handle points to
-  if ((flags & GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS) == 0 ||
-      dladdr1(address, &info, reinterpret_cast<void **>(&library), RTLD_DL_LINKMAP) == 0) {
-    *module = nullptr;
-    return Fail(ERROR_MOD_NOT_FOUND, FALSE);
-  }
-  if ((flags & GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT) == 0)
-    dlopen(library->l_name, RTLD_NOW | RTLD_NOLOAD);
-  *module = library;
-  return TRUE;
+  if (dladdr1(address, &found, reinterpret_cast<void **>(&library), RTLD_DL_LINKMAP) == 0)
+    return Fail(ERROR_INVALID_PARAMETER, size_t{0});
+  information->AllocationBase = library;
+  return sizeof *information;
 }

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <mutex>
 #include <optional>
+#include <unistd.h>
 
 using machine::Desk;
 using machine::DeskOfThread;
@@ -199,6 +200,8 @@ WORD RegisterClassA(const WNDCLASSA *windowClass) {
   Classes().push_back({name, windowClass->lpfnWndProc, static_cast<size_t>(extra)});
   return static_cast<WORD>(FirstAtom + Classes().size() - 1);
 }
+
+DWORD GetCurrentThreadId() { return static_cast<DWORD>(gettid()); }
 
 HWND CreateWindowExA(DWORD exStyle, const char *className, const char *text, DWORD style, int x, int y, int width,
                      int height, HWND parent, HMENU menu, HINSTANCE instance, void *parameter) {
