@@ -2,7 +2,7 @@
 
 native_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libnewt-dev gcc-mingw-w64-x86-64)
 test_packages=(googletest tmux)
-windows_packages=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix wine wine64 locales)
+windows_packages=(g++-mingw-w64-x86-64-win32 g++-mingw-w64-i686-win32)
 fuzz_packages=(clang libclang-rt-dev)
 
 # as_root COMMAND...: runs it with the rights to change the system.
@@ -10,11 +10,13 @@ as_root() {
   if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
 }
 
+is_installed() { dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null | grep -qx installed; }
+
 # need PACKAGES...: installs what is missing.
 need() {
   local missing=() package
   for package in "$@"; do
-    dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+    is_installed "$package" || missing+=("$package")
   done
   [ ${#missing[@]} -eq 0 ] && return
   echo "== installing ${missing[*]}" >&2
@@ -39,9 +41,31 @@ build() {
   rm -f "$log"
 }
 
-# wine_environment FOLDER: a Wine that speaks Japanese, with a prefix and a locale of its own in that folder.
+# need_wine: a Wine for programs of 32 and 64 bits, on PATH. Where the system has none of its own there is one in a root
+# below build, which is made once and kept. False if there can't be one.
+need_wine() {
+  local top log
+  if is_installed wine && is_installed wine64 && is_installed wine32:i386 && is_installed locales; then
+    return
+  fi
+  top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+  if [ ! -x "$top/build/wine-root/usr/bin/wine" ]; then
+    echo "== making build/wine-root: a small Debian with a 32-bit Wine, 1.6 GB; this system stays as it is" >&2
+    log=$(mktemp)
+    if ! { need debootstrap && as_root "$top/cmake/wine-root/make" "$top/build/wine-root"; } >"$log" 2>&1; then
+      tail -n 5 "$log" >&2
+      rm -f "$log"
+      return 1
+    fi
+    rm -f "$log"
+  fi
+  export PATH=$top/cmake/wine-root:$PATH
+}
+
+# wine_environment FOLDER [win32|win64]: a Wine that speaks Japanese, with a prefix of that architecture (win64 if none is
+# named) and a locale of its own in that folder.
 wine_environment() {
-  export WINEPREFIX=$1/prefix WINEDEBUG=-all DISPLAY='' LOCPATH=$1/locales
+  export WINEPREFIX=$1/prefix WINEARCH=${2:-win64} WINEDEBUG=-all DISPLAY='' LOCPATH=$1/locales
   mkdir -p "$LOCPATH"
   [ -d "$LOCPATH/ja_JP.UTF-8" ] || localedef -i ja_JP -f UTF-8 "$LOCPATH/ja_JP.UTF-8"
   export LC_ALL=ja_JP.UTF-8
