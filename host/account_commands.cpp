@@ -1,6 +1,7 @@
 #include "account_commands.h"
 
 #include "acctkit/acctkit.h"
+#include "communicator_texts.h"
 #include "text.h"
 #include "usage.h"
 
@@ -55,6 +56,7 @@ const Family KermMail = {"--kerm",
 struct Text {
   const char *option; // empty for the one that nobody gives
   const char *help;
+  bool isPreference = false; // whether Communicator gets it in its preference file
 };
 struct Kind {
   bool news;
@@ -62,10 +64,10 @@ struct Kind {
   const char *known; // what an account is found by
   std::array<Text, TextCount> texts;
 };
-constexpr Text UserText = {"--user", "the user, as a rule the subscriber's ID"};
-constexpr Text NameText = {"--name", "the name shown as sender"};
+constexpr Text UserText = {"--user", "the user, as a rule the subscriber's ID", true};
+constexpr Text NameText = {"--name", "the name shown as sender", true};
 constexpr Text ReservedText = {"", ""};
-constexpr Text AddressText = {"--address", "the mail address"};
+constexpr Text AddressText = {"--address", "the mail address", true};
 constexpr Text ConnectionText = {"--connection", "the dial-up connection"};
 constexpr Kind Mail = {false,
                        "mail",
@@ -74,8 +76,8 @@ constexpr Kind Mail = {false,
                         NameText,
                         {"--title", "the account's title, in Communicator the profile's name"},
                         ReservedText,
-                        {"--smtp", "the SMTP host"},
-                        {"--pop", "the POP host"},
+                        {"--smtp", "the SMTP host", true},
+                        {"--pop", "the POP host", true},
                         AddressText,
                         ConnectionText}};
 constexpr Kind News = {true,
@@ -85,7 +87,7 @@ constexpr Kind News = {true,
                         NameText,
                         {"--title", "the first part of the account's title, in Communicator the profile's name"},
                         ReservedText,
-                        {"--host", "the news host"},
+                        {"--host", "the news host", true},
                         {"--server-name", "the server's name, the second part of the account's title"},
                         AddressText,
                         ConnectionText}};
@@ -141,7 +143,17 @@ Outcome Search(const Kind &kind, const Options &options) {
   return {0, "key: " + ToUtf8(key) + '\n' + ToUtf8(message) + '\n'};
 }
 
+void CheckPreferences(const Kind &kind, const Options &options) {
+  std::vector<NamedText> texts;
+  for (const Position position : AllPositions)
+    if (kind.texts[position].isPreference)
+      texts.push_back({kind.texts[position].option, options.texts[position]});
+  CheckCommunicatorTexts(texts);
+}
+
 Outcome Setup(const Kind &kind, const Options &options) {
+  if (options.client == Communicator)
+    CheckPreferences(kind, options);
   const Family &family = ChosenFamily(kind, options);
   const bool done = family.setup(options.client, ExportArray(family, options).data(), options.key.c_str()) != 0;
   return done ? Outcome(0, "done\n") : Outcome(1, "not written\n");

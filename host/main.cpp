@@ -2,6 +2,7 @@
 #include "account_commands.h"
 #include "accounts.h"
 #include "acctkit/acctkit.h"
+#include "communicator_texts.h"
 #include "options.h"
 #include "platform.h"
 #include "sample_machine.h"
@@ -86,6 +87,21 @@ void AddViewCommands(CLI::App &app, Chosen &chosen) {
   });
 }
 
+// What of a sign-up goes into Communicator's preference file. The servers of the normal service are the build's.
+std::vector<NamedText> CommunicatorTexts(const SignupRecord &record) {
+  const NamedText senderName = {"senderName", record.senderName};
+  const NamedText mailAddress = {"mailAddress", record.mailAddress};
+  const NamedText startPage = {"startPage", record.startPage};
+  if (record.serviceKind == 0)
+    return {{"serviceId", record.serviceId}, senderName, mailAddress, startPage};
+  return {senderName,
+          {"mailUser", record.mailUser},
+          mailAddress,
+          {"popServer", record.popServer},
+          {"smtpServer", record.smtpServer},
+          startPage};
+}
+
 void AddSignupCommands(CLI::App &app, Chosen &chosen) {
   CLI::App *const signup = app.add_subcommand("signup", "Configures the machine after a sign-up");
   const auto file = std::make_shared<std::string>();
@@ -93,7 +109,9 @@ void AddSignupCommands(CLI::App &app, Chosen &chosen) {
   signup->callback([&chosen, file] {
     const SignupRecord record = ReadSignupFile(*file);
     chosen.writes = true;
-    chosen.action = [record] {
+    chosen.action = [record, file] {
+      if (IsInstallMailer(1) == 1)
+        CheckCommunicatorTexts(CommunicatorTexts(record), *file + ": ");
       const bool taken = SetupAfterSignup(&record) == 1;
       return taken ? Outcome(0, "done, the mailer plug-in took the account too\n")
                    : Outcome(1, "done for the clients that are installed, no mailer plug-in took the account\n");
@@ -119,6 +137,8 @@ void AddBrowserCommands(CLI::App &app, Chosen &chosen) {
   command->callback([&chosen, page] {
     chosen.writes = true;
     chosen.action = [page] {
+      if (page->client == 1)
+        CheckCommunicatorTexts({{"URL", page->url}});
       return Tell(SetBrowserStartPage(page->client, page->profile.c_str(), page->url.c_str()) == 1);
     };
   });
@@ -166,6 +186,7 @@ int RunHost(const std::vector<std::string> &arguments) {
   try {
     // The parser takes the arguments last one first.
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    return Run(chosen);
   } catch (const CLI::CallForHelp &) {
     std::cout << app.help();
     return 0;
@@ -182,5 +203,4 @@ int RunHost(const std::vector<std::string> &arguments) {
     std::cerr << "acctkit: " << error.what() << '\n';
     return 2;
   }
-  return Run(chosen);
 }

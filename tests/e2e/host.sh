@@ -27,6 +27,37 @@ for record in / /dev/null <(echo mailAddress=a@b.example); do
 done
 acctkit accounts | diff "$work/before" - || fail "a refused sign-up wrote something"
 
+# What would break Communicator's preference file is refused by the name of its field, with nothing written; what would
+# only be read back as another text is told.
+sign_up_as() {
+  sed "s|^senderName=.*|senderName=${1//\\/\\\\}|" "$samples/signup.txt" >"$work/signup"
+  acctkit signup "$work/signup"
+}
+news_set() { acctkit news set --client communicator --user u --name n --title t --address a@b "$@"; }
+mail_set_as() { acctkit mail set --client communicator --kerm --user u --smtp s --pop p --address a@b --name "$1"; }
+judged() { # LINES STATUS NAME COMMAND...
+  local lines=$1 expected=$2 name=$3 status=0
+  "${@:4}" >/dev/null 2>"$work/said" || status=$?
+  [[ $status -eq $expected && $(grep -cF -e "$name " "$work/said") -eq $lines ]] ||
+    fail "${*:4}: $status, $(<"$work/said")"
+}
+new_machine
+acctkit accounts >"$work/before"
+for text in 'a"b' 'a\"b' $'a\tb' $'a\x7fb' 'C:\' 'a\\\' '山田 花能'; do
+  judged 1 2 --name mail_set_as "$text"
+  judged 1 2 "$work/signup: senderName" sign_up_as "$text"
+done
+judged 1 2 --host news_set --server-name s --host 'h."'
+judged 1 2 URL acctkit start-page --client communicator 'http://a.example/"'
+acctkit accounts | diff "$work/before" - || fail "a refused text wrote something"
+for text in 'a\\' '表示'; do
+  judged 1 0 'warning: --name' mail_set_as "$text"
+done
+judged 0 0 warning mail_set_as '山田 花子'
+judged 0 0 : news_set --server-name 's"' --host h.example
+new_machine --with oe5,mailer
+judged 0 0 : sign_up_as 'a"能'
+
 # What the disk didn't take isn't called done.
 if said=$(trap '' XFSZ; ulimit -f 0; acctkit signup "$samples/signup.txt" 2>&1); then fail "a full disk: $said"; fi
 [[ $said == *'File too large' && $said != *done* ]] || fail "a full disk: $said"
