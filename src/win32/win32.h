@@ -1,7 +1,7 @@
 // The platform as AcctKit sees it: the Win32 API. On Windows this is <windows.h> and friends. Elsewhere it declares
-// just the calls that AcctKit, its host program and its tests make, each with what they rely on; src/win32/linux
-// answers them on a machine folder. Whoever brings AcctKit to another platform reads this one file. If a call isn't
-// here, none of them makes it.
+// just the calls that AcctKit, its host program and its tests make, each with what it does; src/win32/linux answers
+// them on a machine folder. "Here" marks what Windows doesn't promise, on which the product must not rely. Whoever
+// brings AcctKit to another platform reads this one file. If a call isn't here, none of them makes it.
 #pragma once
 
 #ifdef _WIN32
@@ -135,8 +135,8 @@ LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD reserved, char *clas
 // terminator, which `size` counts, where one is stored; an unterminated text gets one where the buffer has room.
 // ERROR_MORE_DATA and the size needed for a buffer that is too small, ERROR_FILE_NOT_FOUND for a missing value.
 LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *reserved, DWORD *type, BYTE *data, DWORD *size);
-// Writes a value. Text whose terminator stands just behind the `size` bytes given is stored with it. When the call
-// returns with ERROR_SUCCESS the value is on disk.
+// Writes a value. Text whose terminator stands just behind the `size` bytes given is stored with it. Here the value is
+// in the hive's file when the call returns with ERROR_SUCCESS; Windows writes it out later.
 LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD reserved, DWORD type, const BYTE *data, DWORD size);
 LSTATUS RegDeleteValueA(HKEY key, const char *name);
 // Name of the subkey at an index, in a stable order. `size` is in characters, counts the terminator going in and not
@@ -178,15 +178,16 @@ struct WIN32_FIND_DATAA {
 };
 
 // Share mode 0 keeps every other open of the file out (ERROR_SHARING_VIOLATION) until CloseHandle. CREATE_ALWAYS and
-// OPEN_ALWAYS leave ERROR_ALREADY_EXISTS in GetLastError, with success, where the file was there. What is written to a
-// file opened with CREATE_ALWAYS takes the old file's place at CloseHandle, whole or not at all.
+// OPEN_ALWAYS leave ERROR_ALREADY_EXISTS in GetLastError, with success, where the file was there. Here, what is written
+// to a file opened with CREATE_ALWAYS takes the old file's place at CloseHandle, whole or not at all; Windows cuts the
+// old file at once, and a write that fails leaves what it had written.
 HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *security, DWORD disposition, DWORD attributes,
                    HANDLE templateFile);
 BOOL ReadFile(HANDLE file, void *buffer, DWORD size, DWORD *read, void *overlapped);
 // The low half of the size in bytes; INVALID_FILE_SIZE for no open file. `high` may be null.
 DWORD GetFileSize(HANDLE file, DWORD *high);
 BOOL WriteFile(HANDLE file, const void *data, DWORD size, DWORD *written, void *overlapped);
-// FALSE if what was written to a CREATE_ALWAYS file couldn't be put in place; the old file then stands as it was.
+// Here, FALSE if what was written to a CREATE_ALWAYS file couldn't be put in place; the old file then stands as it was.
 BOOL CloseHandle(HANDLE handle);
 // Tells whether a path names an existing file or folder; wildcards in the last part match as on Windows.
 HANDLE FindFirstFileA(const char *path, WIN32_FIND_DATAA *data);

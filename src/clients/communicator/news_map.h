@@ -21,7 +21,8 @@ public:
   bool Takes(const std::string &host) const;
 
   // Makes the news directory and enters the server with an empty newsrc file, cutting one of that name. Does nothing
-  // for a host that stands anywhere in the map, or for a map that can't be opened or written: what was read stays.
+  // for a host that stands anywhere in the map, or for a map that can't be opened. A write that fails makes no newsrc
+  // file; on Windows, which cuts a file before it is written, such a write leaves a map that is cut as well.
   void Enter(const std::string &host) const;
 
 private:
