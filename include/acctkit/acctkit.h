@@ -10,6 +10,14 @@
  * exports then touch none of the other arguments. All pointers have to be valid unless told otherwise.
  *
  * An array of strings may hold an integer at a position told below: the integer cast to the pointer type.
+ *
+ * The host keeps out of every text that goes into Communicator's preference file: a double quote, a control character,
+ * and the byte 0x5C, a backslash's, as the text's last one. The texts stand there between quotes and unescaped, and
+ * Communicator reads them byte by byte as JavaScript: a quote ends the text, and 0x5C, which is also the second byte of
+ * characters such as 0x955C in code page 932, changes what the byte behind it means, at the end the closing quote. It
+ * then drops that line and all behind it, the user's own too, while the call answers 1. The byte 0x5C further in only
+ * garbles the text; at the end two in a row do no harm. These texts are the user, the sender's name, the mail address
+ * and the hosts of an account (not its title, nor the display name of a news server), and the start page's URL.
  */
 #ifndef ACCTKIT_ACCTKIT_H
 #define ACCTKIT_ACCTKIT_H
@@ -159,8 +167,9 @@ ACCTKIT_API int32_t ACCTKIT_CALL SetupKERMMailAccount(int32_t client, const char
 /*
  * Configures all there is in one call: a mail account and the start page in Outlook Express and its browser, the same
  * in Communicator if that is installed, and the data handed to the mailer plug-in. An account of the same title is
- * overwritten without a question. A `serviceKind` other than 0 and 1 serves the plug-in alone. The result is what the
- * plug-in's SetMailEnvironment answers, and 0 if there is no plug-in, whatever was written before.
+ * overwritten without a question. A new Communicator profile gets its start page only at a second call. A `serviceKind`
+ * other than 0 and 1 serves the plug-in alone. The result is what the plug-in's SetMailEnvironment answers, and 0 if
+ * there is no plug-in, whatever was written before.
  */
 ACCTKIT_API int32_t ACCTKIT_CALL SetupAfterSignup(const SignupRecord *record);
 
@@ -185,8 +194,9 @@ ACCTKIT_API int32_t ACCTKIT_CALL OutlookDisable(void);
 
 /*
  * Each walks the user through one modal property sheet, which asks for the settings, judges them and writes the account
- * when the user finishes it; a cancelled wizard has written nothing. The texts are in Japanese. Call them on the thread
- * of the host's user interface; they return when the sheet has closed.
+ * when the user finishes it. A cancelled wizard has written nothing, but for the empty prefs.js that Communicator's
+ * search may leave (see IsExistMailAccount) when the user chose to finish and then cancelled. The texts are in
+ * Japanese. Call them on the thread of the host's user interface; they return when the sheet has closed.
  *
  * The result is 1 if the sheet was shown, however it ended. It is 0, with nothing written, if it never came up: for a
  * null argument and where no client is installed, each with a message, and on a platform without a user (natively,
