@@ -370,8 +370,10 @@ int32_t ProfileRegistry::SetValue(int32_t keyIndex, const std::string &name, con
 
 void ProfileRegistry::ChangeValue(int32_t index, const std::string &value) {
   ProfileRegistryNode &node = nodes[static_cast<size_t>(index)];
-  if (node.valueOffset == 0 || StoredSize(value) > node.valuelen)
+  if (node.valueOffset == 0 || StoredSize(value) > node.valuelen) {
     node.valueOffset = GrowImage(StoredSize(value));
+    node.down = 0; // the old room, which a client would write up to in the new place
+  }
   WriteString(node.valueOffset, value);
   node.value = value;
   node.valuelen = static_cast<uint32_t>(StoredSize(value));

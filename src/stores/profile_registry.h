@@ -23,7 +23,7 @@ struct ProfileRegistryNode {
   uint16_t namelen = 0;    // with its terminator
   uint16_t type = 0;
   uint32_t left = 0;        // the next record of the same chain
-  uint32_t down = 0;        // of a key: its first subkey
+  uint32_t down = 0;        // of a key: its first subkey; of a value: the room it has, if the client noted it
   uint32_t valueOffset = 0; // of a key: its first value record; of a string value: the text
   uint32_t valuelen = 0;    // of a string value: length of the text with its terminator
   uint32_t parent = 0;      // location of the key above
@@ -68,8 +68,8 @@ public:
   // long, or a file that would grow past its largest size.
   int32_t AddKey(int32_t parentIndex, const std::string &name);
 
-  // Index of a key's string value, which is changed, or made if there is none. A text that fits goes over the old one.
-  // -1 as for AddKey, also for a text that is too long.
+  // Index of a key's string value, which is changed, or made if there is none. A text that fits goes over the old one,
+  // a longer one behind the end with no room noted for it. -1 as for AddKey, also for a text that is too long.
   int32_t SetValue(int32_t keyIndex, const std::string &name, const std::string &value);
 
   // Replaces the file. 0 if it can't be written.

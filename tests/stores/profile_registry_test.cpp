@@ -130,12 +130,20 @@ TEST_F(ProfileRegistryTest, ChangesAValueInItsRoomOrMovesIt) {
   OpenSample("profiles-small.dat");
   const uint32_t end = registry.ImageLength();
   const int32_t profiles = registry.FindPath("Common\\Profiles", "");
-  const int32_t current = registry.SetValue(profiles, "CurrentProfile", "short");
+  const int32_t current = registry.FindPath("Common\\Profiles", "CurrentProfile");
+  ASSERT_EQ(registry.Node(current).down, 12U); // the client's own code writes in place up to here
+  EXPECT_EQ(registry.SetValue(profiles, "CurrentProfile", "short"), current);
   EXPECT_EQ(registry.ImageLength(), end);
   EXPECT_EQ(registry.Node(current).valuelen, 6U);
+  EXPECT_EQ(registry.Node(current).down, 12U);
+  std::string expected = Saved();
   EXPECT_EQ(registry.SetValue(profiles, "CurrentProfile", "longer"), current);
-  EXPECT_EQ(registry.ImageLength(), end + 7);
-  Saved();
+  // The value has no other room where it is now, and nothing else of its record changes.
+  const uint32_t record = registry.Node(current).location;
+  Put32(expected, record + Builder::Down, 0);
+  Put32(expected, record + Builder::Value, end);
+  Put32(expected, record + Builder::ValueLength, 7);
+  EXPECT_EQ(Saved(), expected + std::string("longer\0", 7));
   ASSERT_EQ(registry.Open(path), 1);
   registry.Parse();
   EXPECT_EQ(Value("Common\\Profiles", "CurrentProfile"), "longer");
