@@ -79,7 +79,8 @@ typedef struct MailEnvironment {
 /*
  * The entry points of a mailer plug-in, a library that the registry names: `InstPath` (folder, without a final
  * backslash) and `ProgramName` (file name) of HKEY_LOCAL_MACHINE "SOFTWARE\Harveld\@zuvioSetup". A plug-in exports all
- * three by these names. Only an answer of exactly 1 counts as success.
+ * three by these names. Only an answer of exactly 1 counts as success. They catch their own exceptions: one that is
+ * thrown counts as the answer 0, but ends the process of the 32-bit DLL, where it can't be caught.
  */
 typedef int32_t(ACCTKIT_CALL *GetMailerInfoEntry)(MailerInfo *info, int32_t size);
 typedef int32_t(ACCTKIT_CALL *SetMailEnvironmentEntry)(const MailEnvironment *environment, int32_t size);

@@ -1,6 +1,7 @@
 #include "clients/external_mailer.h"
 
 #include "clients/files.h"
+#include "clients/guard.h"
 #include "clients/registry.h"
 #include "clients/service_names.h"
 #include "clients/text.h"
@@ -73,15 +74,15 @@ int32_t ExternalMailer::FreeMailerLibrary() {
 }
 
 int32_t ExternalMailer::SetMailEnvironment(const MailEnvironment &environment) const {
-  return setMailEnvironment(&environment, sizeof environment);
+  return Guarded([&] { return setMailEnvironment(&environment, sizeof environment); });
 }
 
-int32_t ExternalMailer::SetCompleteFlag() const { return setCompleteFlag(); }
+int32_t ExternalMailer::SetCompleteFlag() const { return Guarded(setCompleteFlag); }
 
 bool ExternalMailer::ReadMailerInfo(MailerInfo &info) {
   if (!LoadMailerLibrary())
     return false;
-  const int32_t answer = getMailerInfo(&info, sizeof info);
+  const int32_t answer = Guarded([&] { return getMailerInfo(&info, sizeof info); });
   FreeMailerLibrary();
   // Whatever the plug-in left there, the texts end within their fields.
   info.name[sizeof info.name - 1] = '\0';

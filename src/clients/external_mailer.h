@@ -38,7 +38,7 @@ public:
   // 1 if a plug-in was freed.
   int32_t FreeMailerLibrary();
 
-  // The entry points of a loaded plug-in, with its own answers.
+  // The entry points of a loaded plug-in, with its own answers; 0 if it throws.
   int32_t SetMailEnvironment(const MailEnvironment &environment) const;
   int32_t SetCompleteFlag() const;
 

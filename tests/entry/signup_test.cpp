@@ -1,6 +1,7 @@
 // One call after a sign-up: which clients get what, in which cases, and what the plug-in is handed.
 #include "acctkit/acctkit.h"
 
+#include "clients/guard.h"
 #include "support/client_machine.h"
 
 #include <cstring>
@@ -98,6 +99,11 @@ TEST_F(SignupTest, HandsOnThePluginsAnswers) {
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, BrowserKey, "Start Page"), record.startPage);
   InstallPlugin("plugin_complete");
   EXPECT_EQ(SetupCompleted(), 7);
+  if (PluginsCanThrow) {
+    InstallPlugin("plugin_throwing");
+    EXPECT_EQ(SetupCompleted(), 0);
+  }
+  EXPECT_EQ(Guarded([]() -> int32_t { throw 1; }), 0);
   InstallPlugin("plugin_incomplete");
   EXPECT_EQ(SetupCompleted(), 0);
   EXPECT_EQ(SetupAfterSignup(&record), 0);
