@@ -134,8 +134,9 @@ ACCTKIT_API int32_t ACCTKIT_CALL IsExistNewsAccount(int32_t client, const char *
  * client itself below "Software\Microsoft\Outlook Express" and the user's key of "Identities". Communicator: keys of
  * the profile below both roots, its directories, its prefs.js, and for news the profile's map of news servers. Before
  * anything is written, 0 refuses a text that is too long for its place in the client's format, a key that belongs to an
- * account of the other kind (Outlook Express), an install directory that can't be read, a news host without a dot, and
- * files that have no room for the account (Communicator).
+ * account of the other kind (Outlook Express), an install directory that can't be read, a title for a new profile that
+ * is empty or can't be a folder's name, a news host without a dot, and files that have no room for the account
+ * (Communicator).
  */
 ACCTKIT_API int32_t ACCTKIT_CALL SetupMailAccount(int32_t client, const char *const *spec, const char *key);
 ACCTKIT_API int32_t ACCTKIT_CALL SetupNewsAccount(int32_t client, const char *const *spec, const char *key);
@@ -184,7 +185,7 @@ ACCTKIT_API int32_t ACCTKIT_CALL SetupCompleted(void);
  * Makes `url` the browser's start page. Client 0: the value `Start Page` of HKEY_CURRENT_USER
  * "Software\Microsoft\Internet Explorer\Main", whose key has to be there; `profile` isn't read and may be null.
  * Client 1: prefs.js of the Communicator profile; 1 also if that file couldn't be written or the URL has more than 212
- * bytes, which leaves it as it is, 0 only if Communicator's install directory can't be read.
+ * bytes, which leaves it as it is, 0 only if Communicator's install directory can't be read or is empty.
  */
 ACCTKIT_API int32_t ACCTKIT_CALL SetBrowserStartPage(int32_t client, const char *profile, const char *url);
 

@@ -17,7 +17,8 @@ namespace {
 
 int32_t SetCommunicatorStartPage(const char *profile, const char *url) {
   std::string directory;
-  if (!ReadStringValue(HKEY_CURRENT_USER, communicator::MainKey, communicator::InstallDirectoryValue, directory))
+  if (!ReadStringValue(HKEY_CURRENT_USER, communicator::MainKey, communicator::InstallDirectoryValue, directory) ||
+      directory.empty())
     return 0;
   CreateDirectoryA(communicator::ProfilesFolder(directory).c_str(), nullptr);
   CommunicatorMail().SetStartPage(communicator::ProfileDirectory(directory, profile), url);

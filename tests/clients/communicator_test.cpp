@@ -2,6 +2,7 @@
 #include "clients/communicator/communicator_mail.h"
 #include "clients/communicator/communicator_news.h"
 
+#include "clients/files.h"
 #include "stores/files.h"
 #include "support/client_machine.h"
 
@@ -260,6 +261,38 @@ TEST_F(CommunicatorNewsTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
   PutFile(folder + "fat", "x forum-nntp.example.org");
   EXPECT_EQ(WriteAccount(news, spec), 1);
   EXPECT_EQ(GetFile(folder + "fat"), "x forum-nntp.example.org");
+}
+
+TEST_F(CommunicatorNewsTest, EndsTheLastLineOfAMapBeforeItAddsOne) {
+  const std::string heading = "netscape-newsrc-map-file\n";
+  const std::string other = Record("other.example", "other");
+  const std::string server = Record("forum-nntp.example", "forum-nntp");
+  for (const auto &[before, after] : {std::pair{heading + other, heading + other}, std::pair{other, other + heading}}) {
+    PutFile(folder + "fat", before.substr(0, before.size() - 1));
+    EXPECT_EQ(WriteAccount(news, SampleNewsSpec(0)), 1);
+    EXPECT_EQ(GetFile(folder + "fat"), after + server);
+  }
+}
+
+// A new profile's title is a folder's name and a key's. Characters count: many end in the byte of a backslash.
+TEST_F(CommunicatorNewsTest, RefusesATitleThatNamesNoProfile) {
+  MailAccountSpec mailSpec = SampleMailSpec();
+  NewsAccountSpec newsSpec = SampleNewsSpec(0);
+  for (const char *title : {"", ".", "..", "a.", "a ", "a\\b", "a/b", "a:b", "a*b", "a?b", "a\"b", "a<b", "a>b", "a|b",
+                            "a\nb", "能\\", "a\x95", "a\x95/"}) {
+    mailSpec.accountName = newsSpec.accountName = title;
+    EXPECT_EQ(WriteAccount(adapter, mailSpec) + WriteAccount(news, newsSpec), 0) << title;
+  }
+  EXPECT_FALSE(KeyThere(HKEY_LOCAL_MACHINE, "SOFTWARE\\Netscape\\Netscape Navigator\\Users"));
+  EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, "Software\\Netscape\\Netscape Navigator\\biff"));
+  EXPECT_EQ(PathExists((CommunicatorFolder() + "\\Users").c_str()), 0);
+  // A key names a profile that is there.
+  EXPECT_EQ(WriteAccount(adapter, mailSpec, "old.") + WriteAccount(news, newsSpec, "old."), 2);
+  for (const char *title : {"表", "ソフト", "能", "太郎　", " .a.b"}) {
+    mailSpec.accountName = newsSpec.accountName = title;
+    EXPECT_EQ(WriteAccount(adapter, mailSpec) + WriteAccount(news, newsSpec), 2) << title;
+    EXPECT_NE(GetFile(ProfilePrefs(title)), std::nullopt) << title;
+  }
 }
 
 TEST_F(CommunicatorNewsTest, AsksAboutTheProfileInOneLine) {

@@ -120,6 +120,9 @@ TEST_F(ExportsTest, SetTheStartPage) {
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, mainKey, "Start Page"), page);
 
   EXPECT_EQ(SetBrowserStartPage(1, "p", page), 0);
+  PutString(HKEY_CURRENT_USER, "Software\\Netscape\\Netscape Navigator\\Main", "Install Directory", "");
+  EXPECT_EQ(SetBrowserStartPage(1, "", page), 0);
+  EXPECT_EQ(GetFile("\\Users\\prefs.js"), std::nullopt);
   InstallCommunicator();
   const std::string line = "user_pref(\"browser.startup.homepage\", \"http://zuvio.example/\");\n";
   EXPECT_EQ(SetBrowserStartPage(1, "p", page), 1);

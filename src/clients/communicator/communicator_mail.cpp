@@ -66,8 +66,8 @@ int32_t CommunicatorMail::SetupAccount(const MailAccountSpec &spec, std::string 
   const std::string &profile = key.empty() ? spec.accountName : key;
   const std::string directory = communicator::ProfileDirectory(installDirectory, profile);
   const auto prefs = AccountPrefs(spec);
-  if (!communicator::ProfileFits(profile, directory) || !communicator::LinesFit(prefs) ||
-      !communicator::PrefsTake(directory, ReplaceAll(prefs)))
+  if ((key.empty() && !communicator::CanNameProfile(profile)) || !communicator::ProfileFits(profile, directory) ||
+      !communicator::LinesFit(prefs) || !communicator::PrefsTake(directory, ReplaceAll(prefs)))
     return 0;
 
   if (key.empty()) {

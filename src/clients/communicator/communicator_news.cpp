@@ -88,8 +88,8 @@ int32_t CommunicatorNews::SetupAccount(const NewsAccountSpec &spec, std::string 
     return 0;
   const std::string &profile = key.empty() ? spec.accountName : key;
   const std::string directory = communicator::ProfileDirectory(installDirectory, profile);
-  if (!communicator::ProfileFits(profile, directory) || !LinesFit(spec) ||
-      (spec.IsServerOn() && !communicator::NewsMap(directory).Takes(spec.Host())) ||
+  if ((key.empty() && !communicator::CanNameProfile(profile)) || !communicator::ProfileFits(profile, directory) ||
+      !LinesFit(spec) || (spec.IsServerOn() && !communicator::NewsMap(directory).Takes(spec.Host())) ||
       !communicator::PrefsTake(directory, [&](PrefsText &prefs) { EditNewsPrefs(prefs, spec); }))
     return 0;
 

@@ -38,7 +38,8 @@ std::string NewsMap::Record(const std::string &host) const {
 }
 
 std::string NewsMap::WithServer(const std::string &map, const std::string &host) const {
-  return map + (Holds(map, HeadingWord) ? "" : Heading) + Record(host);
+  const bool lineIsOpen = !map.empty() && map.back() != '\n';
+  return map + (lineIsOpen ? "\n" : "") + (Holds(map, HeadingWord) ? "" : Heading) + Record(host);
 }
 
 bool NewsMap::Takes(const std::string &host) const {

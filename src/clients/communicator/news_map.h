@@ -28,6 +28,7 @@ public:
 private:
   std::string NewsrcPath(const std::string &host) const;
   std::string Record(const std::string &host) const;
+  // The map with the server's record in a line of its own, also behind a last line that has no end.
   std::string WithServer(const std::string &map, const std::string &host) const;
 
   std::string directory;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <string_view>
 
 namespace communicator {
 
@@ -43,6 +44,11 @@ std::string ListedDirectory(const std::string &profile) {
   return place == std::string::npos ? std::string() : state.substr(0, place);
 }
 
+// What no folder's name holds, besides control characters.
+constexpr std::string_view NotInNames = "\\/:*?\"<>|";
+// Of the second bytes of double-byte characters, in every code page that has such.
+constexpr BYTE LowestTrailByte = 0x40;
+
 bool CanOpenPrefs(const std::string &directory) {
   return static_cast<bool>(OpenFileAlone(PrefsPath(directory).c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
 }
@@ -74,6 +80,21 @@ bool FindProfile(const std::string &profile) {
       return true;
   }
   return false;
+}
+
+bool CanNameProfile(const std::string &name) {
+  // Windows drops blanks and full stops at the end of a folder's name.
+  if (name.empty() || name.back() == ' ' || name.back() == '.')
+    return false;
+  for (size_t place = 0; place < name.size(); ++place) {
+    const auto byte = static_cast<BYTE>(name[place]);
+    if (IsDBCSLeadByte(byte)) {
+      if (++place == name.size() || static_cast<BYTE>(name[place]) < LowestTrailByte)
+        return false;
+    } else if (byte < ' ' || NotInNames.find(name[place]) != std::string_view::npos)
+      return false;
+  }
+  return true;
 }
 
 void Revive(const std::string &profile) {

@@ -32,6 +32,10 @@ std::string UserPath(const std::string &profile);
 // has none.
 bool FindProfile(const std::string &profile);
 
+// Whether a new profile can have that name, which becomes a folder's and a registry key's. Characters count: the second
+// byte of a double-byte one may be a backslash's, and an incomplete one at the end would take the backslash behind it.
+bool CanNameProfile(const std::string &name);
+
 // A profile of that name is no longer obsolete, should an older one have been.
 void Revive(const std::string &profile);
 // Lists the profile, with the server where Communicator will look for new mail.
