@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -42,11 +43,10 @@ void Erase(PrefsText &prefs, const LineSpan &line) {
 }
 
 // Copies bytes with a terminator into a buffer that holds nothing yet; 0 if they don't fit.
-int32_t CopyOut(const char *begin, const char *end, char *out, int32_t size) {
-  if (end - begin >= size)
+int32_t CopyOut(std::string_view bytes, char *out, int32_t size) {
+  if (static_cast<ptrdiff_t>(bytes.size()) >= size)
     return 0;
-  std::copy(begin, end, out);
-  out[end - begin] = '\0';
+  out[bytes.copy(out, bytes.size())] = '\0';
   return 1;
 }
 
@@ -102,7 +102,7 @@ int32_t RemovePrefLine(const char *needle, PrefsText &prefs) {
 
 int32_t TakePrefLine(const char *needle, PrefsText &prefs, char *keep, int32_t keepSize) {
   LineSpan line;
-  if (!FindLine(needle, prefs, line) || CopyOut(line.needle, line.end, keep, keepSize) == 0)
+  if (!FindLine(needle, prefs, line) || CopyOut({line.needle, line.end}, keep, keepSize) == 0)
     return 0;
   Erase(prefs, line);
   return 1;
@@ -119,37 +119,41 @@ int32_t InsertPrefLine(const char *needle, PrefsText &prefs, const char *line) {
   return 1;
 }
 
-std::optional<std::string_view> FindPrefValue(const char *needle, const PrefsText &prefs) {
-  const char *quote = std::strstr(prefs.text, needle);
+std::optional<std::string> FindPrefValue(const std::string &needle, const PrefsText &prefs) {
+  const char *quote = std::strstr(prefs.text, needle.c_str());
   for (int skipped = 0; quote != nullptr && skipped < 2; ++skipped) {
     quote = std::strchr(quote, '"');
     if (quote != nullptr)
       ++quote;
   }
   const char *const close = quote != nullptr ? std::strchr(quote, '"') : nullptr;
-  return close != nullptr ? std::optional(std::string_view(quote, close)) : std::nullopt;
+  return close != nullptr ? std::optional(std::string(quote, close)) : std::nullopt;
+}
+
+std::vector<std::string> ListItems(const std::string &list) {
+  std::vector<std::string> items(1);
+  for (const char byte : list)
+    if (byte == ',')
+      items.emplace_back();
+    else
+      items.back() += byte;
+  return items;
 }
 
 int32_t ReadPrefValue(const char *needle, const PrefsText &prefs, char *out, int32_t size) {
   Clear(out, size);
   const auto value = FindPrefValue(needle, prefs);
-  return value ? CopyOut(value->data(), value->data() + value->size(), out, size) : 0;
+  return value ? CopyOut(*value, out, size) : 0;
 }
 
-int32_t CountListItems(const char *list) {
-  return static_cast<int32_t>(std::count(list, list + std::strlen(list), ',')) + 1;
-}
+int32_t CountListItems(const char *list) { return static_cast<int32_t>(ListItems(list).size()); }
 
 int32_t GetListItem(const char *list, int32_t index, char *out, int32_t size) {
-  const char *item = list;
-  for (int32_t skipped = 0; skipped < index; ++skipped) {
-    item = std::strchr(item, ',');
-    if (item == nullptr)
-      return 0;
-    ++item;
-  }
+  const std::vector<std::string> items = ListItems(list);
+  if (static_cast<size_t>(index) >= items.size())
+    return 0;
   Clear(out, size);
-  return CopyOut(item, item + std::strcspn(item, ","), out, size);
+  return CopyOut(items[static_cast<size_t>(index)], out, size);
 }
 
 int32_t ToUtf8Value(const char *value, char (&out)[PrefValueSize]) {

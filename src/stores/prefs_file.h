@@ -11,10 +11,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string_view>
+#include <string>
+#include <vector>
 
 constexpr size_t PrefsCapacity = 102400;
-// Room for one value or list item, terminator included; every caller's buffers have it.
+// Room for one value or list item in a client's own buffers, terminator included.
 constexpr int32_t PrefValueSize = 260;
 
 // The working copy of one prefs.js, alive within one adapter operation: zero-terminated, zero behind the terminator.
@@ -56,16 +57,20 @@ void AppendPrefLine(PrefsText &prefs, const char *line);
 // Without room the text is left as by AppendPrefLine.
 int32_t InsertPrefLine(const char *needle, PrefsText &prefs, const char *line);
 
-// The quoted value behind the first occurrence of the needle, counting quotes and nothing else: the next one closes the
-// key, the one after opens the value. Nothing if there is none. Valid as long as the text isn't changed.
-std::optional<std::string_view> FindPrefValue(const char *needle, const PrefsText &prefs);
+// The quoted value behind the first occurrence of the needle, of any length, counting quotes and nothing else: the next
+// one closes the key, the one after opens the value. Nothing if there is none.
+std::optional<std::string> FindPrefValue(const std::string &needle, const PrefsText &prefs);
 
-// Copies that value to `out`, which is zeroed first. 1 if a value was copied; 0 if there is none or it doesn't fit into
+// The items of a list joined by commas, at least one.
+std::vector<std::string> ListItems(const std::string &list);
+
+// The same into buffers, where a value that doesn't fit can't be told from one that isn't there.
+//
+// Copies the value to `out`, which is zeroed first. 1 if a value was copied; 0 if there is none or it doesn't fit into
 // `size` bytes with its terminator.
 int32_t ReadPrefValue(const char *needle, const PrefsText &prefs, char *out, int32_t size);
-
-// Items of a list joined by commas: their number (at least 1), and the item at an index from 0. GetListItem answers 0
-// for an index behind the last item, with `out` as it was, and for an item that doesn't fit, with `out` empty.
+// The number of items, and the item at an index from 0. GetListItem answers 0 for an index behind the last item, with
+// `out` as it was, and for an item that doesn't fit, with `out` empty.
 int32_t CountListItems(const char *list);
 int32_t GetListItem(const char *list, int32_t index, char *out, int32_t size);
 

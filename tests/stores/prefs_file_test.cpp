@@ -131,6 +131,7 @@ TEST_F(PrefsFileTest, ReadsTheQuotedValueBehindAKey) {
     EXPECT_EQ(ReadPrefValue(key, *prefs, value, sizeof value), 0) << key;
     EXPECT_STREQ(value, "");
   }
+  EXPECT_EQ(FindPrefValue("long", *prefs), std::string(260, 'v'));
 }
 
 TEST(PrefLists, CountAndGiveItems) {

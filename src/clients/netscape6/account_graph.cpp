@@ -8,6 +8,7 @@
 #include <memory>
 #include <set>
 #include <string_view>
+#include <vector>
 
 namespace netscape6 {
 
@@ -45,13 +46,14 @@ std::string FreeName(const PrefsText &prefs, const char *prefix, bool inLists) {
 // The keys of an account of the list, if it is the one.
 std::optional<GraphKeys> Match(const PrefsText &prefs, const std::string &key, const GraphAccount &account) {
   // The likeliest mismatch first: each search goes through the text.
-  const auto server = ReadPref(prefs, Format("mail.account.%s.server", key));
+  const auto server = FindPrefValue(Format("mail.account.%s.server", key), prefs);
   if (!server ||
-      ReadPref(prefs, Format("mail.server.%s.%s", *server, std::string(account.matchedBy))) != account.matchedText ||
-      ReadPref(prefs, Format("mail.server.%s.type", *server)) != account.type)
+      FindPrefValue(Format("mail.server.%s.%s", *server, std::string(account.matchedBy)), prefs) !=
+          account.matchedText ||
+      FindPrefValue(Format("mail.server.%s.type", *server), prefs) != account.type)
     return std::nullopt;
-  const auto identity = ReadPref(prefs, Format("mail.account.%s.identities", key));
-  return identity ? std::optional(GraphKeys{key, *server, *identity}) : std::nullopt;
+  const auto identities = FindPrefValue(Format("mail.account.%s.identities", key), prefs);
+  return identities ? std::optional(GraphKeys{key, *server, *identities}) : std::nullopt;
 }
 
 PrefLine TypeLine(const GraphKeys &keys, const GraphAccount &account) {
@@ -86,21 +88,6 @@ std::optional<GraphKeys> EnterNext(PrefsText &prefs, const std::string &list, co
 
 } // namespace
 
-std::optional<std::string> ReadPref(const PrefsText &prefs, const std::string &key) {
-  const auto value = FindPrefValue(key.c_str(), prefs);
-  return value ? std::optional<std::string>(*value) : std::nullopt;
-}
-
-std::vector<std::string> ListItems(const std::string &list) {
-  std::vector<std::string> items(1);
-  for (const char byte : list)
-    if (byte == ',')
-      items.emplace_back();
-    else
-      items.back() += byte;
-  return items;
-}
-
 std::string NextName(const PrefsText &prefs, const std::string &list, const char *keys, const char *prefix) {
   const std::vector<std::string> items = ListItems(list);
   const std::set<std::string> listed(items.begin(), items.end());
@@ -118,7 +105,7 @@ PrefLine ExtendedList(const char *key, const std::string &list, const std::strin
 std::optional<GraphKeys> FindOrEnter(PrefsText &prefs, const GraphAccount &account) {
   if (!HasPrefText(AccountList, prefs))
     return EnterFirst(prefs, account);
-  const std::string list = ReadPref(prefs, AccountList).value_or("");
+  const std::string list = FindPrefValue(AccountList, prefs).value_or("");
   for (const std::string &key : ListItems(list))
     if (auto keys = Match(prefs, key, account))
       return keys;

@@ -9,7 +9,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace netscape6 {
 
@@ -36,11 +35,6 @@ struct GraphKeys {
 
 constexpr const char *AccountList = "mail.accountmanager.accounts";
 
-// The value behind a preference's key, of any length; nothing if there is none.
-std::optional<std::string> ReadPref(const PrefsText &prefs, const std::string &key);
-
-// The items of a comma list.
-std::vector<std::string> ListItems(const std::string &list);
 // The name that the next item of a numbered list takes, as in "smtp2": the number behind the count of its items, or the
 // first one from there on that isn't in use, should the list have gaps. The preferences of such an item begin with
 // `keys`, as in "mail.smtpserver.".

@@ -37,12 +37,12 @@ std::string EnterFirstSmtp(PrefsText &prefs) {
 
 // The SMTP server with that host, else one of the list without any host, else a new one at its end.
 std::string FindSmtpKey(PrefsText &prefs, const std::string &host) {
-  const std::string list = netscape6::ReadPref(prefs, SmtpList).value_or("");
+  const std::string list = FindPrefValue(SmtpList, prefs).value_or("");
   std::string candidate;
   std::string spare;
-  for (const std::string &item : netscape6::ListItems(list)) {
+  for (const std::string &item : ListItems(list)) {
     candidate = item;
-    const auto stored = netscape6::ReadPref(prefs, SmtpHostKey(item));
+    const auto stored = FindPrefValue(SmtpHostKey(item), prefs);
     if (!stored)
       continue; // one without a hostname line, which is taken if it is the last
     if (*stored == host)
