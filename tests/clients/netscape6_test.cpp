@@ -202,6 +202,20 @@ TEST_F(Netscape6Test, TakesNumbersThatAreFree) {
   }
 }
 
+TEST_F(Netscape6Test, SetsUpTheFirstOfSeveralIdentities) {
+  const std::string other = Text("mail.identity.id1.useremail", "other@zuvio.example");
+  const std::string account = Text("mail.accountmanager.accounts", "account1") +
+                              Text("mail.account.account1.identities", "id3,id1") +
+                              Text("mail.account.account1.server", "server3");
+  PutFile(prefs, account + Text("mail.server.server3.type", "pop3") + Text("mail.server.server3.userName", "ABC01234") +
+                     Text("mail.identity.id3.useremail", "old@zuvio.example") + other);
+  EXPECT_EQ(WriteAccount(mail, SampleMailSpec(), directory), 1);
+  EXPECT_EQ(GetFile(prefs), account + other + Text("mail.smtpservers", ",smtp2") +
+                                Text("mail.accountmanager.defaultaccount", "account1") +
+                                AccountLines({"3", "pop.example", "pop3", Profile}) +
+                                SmtpLines("smtp2", "smtp.example"));
+}
+
 TEST_F(Netscape6Test, RefusesWithNothingChanged) {
   const std::string registry = GetFile(MozillaFolder() + "\\registry.dat").value();
   const auto refused = [&](const MailAccountSpec &spec) {

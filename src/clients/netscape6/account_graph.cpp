@@ -53,7 +53,7 @@ std::optional<GraphKeys> Match(const PrefsText &prefs, const std::string &key, c
       FindPrefValue(Format("mail.server.%s.type", *server), prefs) != account.type)
     return std::nullopt;
   const auto identities = FindPrefValue(Format("mail.account.%s.identities", key), prefs);
-  return identities ? std::optional(GraphKeys{key, *server, *identities}) : std::nullopt;
+  return identities ? std::optional(GraphKeys{key, *server, ListItems(*identities).front()}) : std::nullopt;
 }
 
 PrefLine TypeLine(const GraphKeys &keys, const GraphAccount &account) {

@@ -30,7 +30,7 @@ struct GraphAccount {
 struct GraphKeys {
   std::string account;
   std::string server;
-  std::string identity; // may be a list; an account of several identities has its preferences under all of it
+  std::string identity; // of an account of several, the first
 };
 
 constexpr const char *AccountList = "mail.accountmanager.accounts";
