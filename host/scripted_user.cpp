@@ -101,7 +101,12 @@ void AnswerNamed(HWND top, const Step &step) {
   Answer(top, *button);
 }
 
-void PressKey(HWND, const Step &step) { platform::PressKey(step.text == "shift" ? VK_SHIFT : VK_BACK); }
+void PressKey(HWND top, const Step &step) {
+  if (step.text == "shift" || step.text == "backspace")
+    platform::PressKey(step.text == "shift" ? VK_SHIFT : VK_BACK);
+  else
+    PostKey(top, step.text == "enter" ? VK_RETURN : VK_ESCAPE);
+}
 
 void DoubleClick(HWND top, const Step &) {
   SendMessageA(CurrentPage(SheetOf(top)), WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(1, 1));

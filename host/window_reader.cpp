@@ -53,3 +53,8 @@ bool IsCheckBox(HWND control) {
 bool IsChecked(HWND button) { return SendMessageA(button, BM_GETCHECK, 0, 0) == static_cast<LRESULT>(BST_CHECKED); }
 
 bool IsReadOnly(HWND edit) { return (StyleOf(edit) & ES_READONLY) != 0; }
+
+void PostKey(HWND top, int key) {
+  const HWND focus = GetFocus();
+  PostMessageA(focus != nullptr ? focus : top, WM_KEYDOWN, static_cast<WPARAM>(key), 0);
+}

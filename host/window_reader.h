@@ -1,4 +1,4 @@
-// Reads windows and their controls, by the platform's calls alone.
+// Reads windows and their controls, and sends keys to them, by the platform's calls alone.
 #pragma once
 
 #include "win32/win32_ui.h"
@@ -25,3 +25,6 @@ std::vector<std::string> ReadItems(HWND comboBox);
 bool IsCheckBox(HWND control);
 bool IsChecked(HWND button);
 bool IsReadOnly(HWND edit);
+
+// Posts a key to what has the focus, or to the window if nothing has: its modal loop finds out whose key it is.
+void PostKey(HWND top, int key);

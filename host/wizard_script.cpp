@@ -39,7 +39,7 @@ const Command Commands[] = {
     {"cancel", {}},
     {"help", {}},
     {"answer", {Argument::Word}, {"ok", "cancel", "yes", "no"}},
-    {"key", {Argument::Word}, {"shift", "backspace"}},
+    {"key", {Argument::Word}, {"shift", "backspace", "enter", "escape"}},
     {"dblclick", {}},
     {"show", {}},
     {"pause", {Argument::Rest}},

@@ -158,15 +158,14 @@ void PressEnter(const Scene &scene) {
   if (scene.open != nullptr)
     CloseList(scene);
   else
-    Click(DefaultButton(scene.top));
+    PostKey(scene.top, VK_RETURN);
 }
 
 void PressEscape(const Scene &scene) {
   if (scene.open != nullptr)
     CloseList(scene);
   else
-    SendMessageA(scene.top, WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED),
-                 reinterpret_cast<LPARAM>(EnabledButton(scene.top, IDCANCEL)));
+    PostKey(scene.top, VK_ESCAPE);
 }
 
 void PressTab(const Scene &scene, bool back) {

@@ -67,6 +67,11 @@ private:
      return 0;                                                                                                         \
    }},
 
+#define ON_WM_GETDLGCODE()                                                                                             \
+  {WM_GETDLGCODE, 0, 0, [](CCmdTarget &target, WPARAM, LPARAM) -> LRESULT {                                            \
+     return static_cast<LRESULT>(static_cast<ThisClass &>(target).OnGetDlgCode());                                     \
+   }},
+
 #define ON_WM_HELPINFO()                                                                                               \
   {WM_HELP, 0, 0, [](CCmdTarget &target, WPARAM, LPARAM lParam) -> LRESULT {                                           \
      return static_cast<ThisClass &>(target).OnHelpInfo(reinterpret_cast<HELPINFO *>(lParam));                         \

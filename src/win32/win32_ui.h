@@ -135,9 +135,11 @@ constexpr UINT WM_USER = 0x0400;
 
 constexpr UINT_PTR MK_LBUTTON = 0x0001;
 constexpr int VK_BACK = 0x08;
+constexpr int VK_RETURN = 0x0D;
 constexpr int VK_SHIFT = 0x10;
 constexpr int VK_CONTROL = 0x11;
 constexpr int VK_MENU = 0x12;
+constexpr int VK_ESCAPE = 0x1B;
 constexpr int VK_END = 0x23;
 constexpr int VK_HOME = 0x24;
 constexpr int VK_UP = 0x26;
@@ -209,7 +211,8 @@ LONG_PTR SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
 int GetClassNameA(HWND window, char *buffer, int size);
 
 LRESULT SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-// Queues the message for the thread's modal loop, which hands messages out in their order.
+// Queues the message for the thread's modal loop, which hands messages out in their order. Esc and Enter, as
+// WM_KEYDOWN, do what they do to a dialog, unless the window answers WM_GETDLGCODE that it wants them itself.
 BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
 // The parent of a child, the owner of a window that is none; null for neither.
@@ -256,6 +259,8 @@ constexpr int IDHELP = 9;
 constexpr UINT DM_GETDEFID = WM_USER;
 constexpr UINT DM_SETDEFID = WM_USER + 1;
 constexpr WORD DC_HASDEFID = 0x534B;
+// What a control answers to WM_GETDLGCODE if it is to have a key that otherwise does something to its dialog.
+constexpr UINT DLGC_WANTALLKEYS = 0x0004;
 
 struct DLGTEMPLATE;
 

@@ -145,18 +145,6 @@ void ChooseItem(const ComboBox &box, int item) {
   box.Notify(CBN_SELCHANGE);
 }
 
-LRESULT AnswerKey(const ComboBox &box, WPARAM key, LPARAM) {
-  const int last = static_cast<int>(box.state->items.size()) - 1;
-  const struct {
-    int key;
-    int item;
-  } steps[] = {{VK_UP, box.state->selection - 1}, {VK_DOWN, box.state->selection + 1}, {VK_HOME, 0}, {VK_END, last}};
-  for (const auto &step : steps)
-    if (static_cast<WPARAM>(step.key) == key)
-      ChooseItem(box, step.item);
-  return 0;
-}
-
 LRESULT AnswerCharacter(const ComboBox &box, WPARAM character, LPARAM) {
   ChooseItem(box, FindItem(box, box.state->selection, {static_cast<char>(character)}));
   return 0;
@@ -177,6 +165,25 @@ void ShowList(const ComboBox &box, bool show) {
     box.Notify(CBN_CLOSEUP);
   }
   machine::Invalidate(box.window);
+}
+
+// Whether a key closes the list that is open.
+bool ClosesList(const ComboBox &box, WPARAM key) {
+  return box.state->dropped && (key == VK_RETURN || key == VK_ESCAPE);
+}
+
+LRESULT AnswerKey(const ComboBox &box, WPARAM key, LPARAM) {
+  if (ClosesList(box, key))
+    ShowList(box, false);
+  const int last = static_cast<int>(box.state->items.size()) - 1;
+  const struct {
+    int key;
+    int item;
+  } steps[] = {{VK_UP, box.state->selection - 1}, {VK_DOWN, box.state->selection + 1}, {VK_HOME, 0}, {VK_END, last}};
+  for (const auto &step : steps)
+    if (static_cast<WPARAM>(step.key) == key)
+      ChooseItem(box, step.item);
+  return 0;
 }
 
 // ---- The entries ----
@@ -299,8 +306,8 @@ LRESULT AnswerDestroy(const ComboBox &box, WPARAM, LPARAM) {
   return 0;
 }
 
-LRESULT AnswerDialogCode(const ComboBox &, WPARAM, LPARAM) {
-  return machine::DLGC_WANTARROWS | machine::DLGC_WANTCHARS;
+LRESULT AnswerDialogCode(const ComboBox &box, WPARAM key, LPARAM) {
+  return machine::DLGC_WANTARROWS | machine::DLGC_WANTCHARS | (ClosesList(box, key) ? DLGC_WANTALLKEYS : 0);
 }
 
 LRESULT AnswerSetFont(const ComboBox &box, WPARAM font, LPARAM redraw) {

@@ -123,6 +123,19 @@ LRESULT DialogDefault(const WindowRecord &dialog, UINT message, WPARAM wParam, L
   }
 }
 
+// ---- Keys ----
+
+// The button that a key presses: Cancel, or the focused one and without one the default one.
+int ButtonOf(WPARAM key, HWND dialog) {
+  constexpr LRESULT PushButton = machine::DLGC_DEFPUSHBUTTON | machine::DLGC_UNDEFPUSHBUTTON;
+  if (key == VK_ESCAPE)
+    return IDCANCEL;
+  if ((SendMessageA(GetFocus(), WM_GETDLGCODE, 0, 0) & PushButton) != 0)
+    return GetDlgCtrlID(GetFocus());
+  const auto answer = static_cast<uintptr_t>(SendMessageA(dialog, DM_GETDEFID, 0, 0));
+  return HIWORD(answer) == DC_HASDEFID ? LOWORD(answer) : IDOK;
+}
+
 // The messages whose answer is the dialog procedure's own, not what it put into DWLP_MSGRESULT.
 bool AnswersItself(UINT message) { return message == WM_INITDIALOG || message == WM_COMPAREITEM; }
 
@@ -202,6 +215,21 @@ HWND machine::CreateDialogFrom(const DialogTemplate &dialog, HINSTANCE instance,
   if (IsWindow(handle) != FALSE && (window.style & WS_VISIBLE) != 0)
     ShowWindow(handle, SW_SHOW);
   return IsWindow(handle) != FALSE ? handle : nullptr;
+}
+
+bool machine::PressDialogKey(HWND dialog, const MSG &message) {
+  const bool isKey = message.message == WM_KEYDOWN && (message.wParam == VK_RETURN || message.wParam == VK_ESCAPE);
+  if (!isKey || (message.hwnd != dialog && IsChild(dialog, message.hwnd) == FALSE))
+    return false;
+  const auto asked = reinterpret_cast<LPARAM>(&message);
+  if ((SendMessageA(message.hwnd, WM_GETDLGCODE, message.wParam, asked) & DLGC_WANTALLKEYS) != 0)
+    return false;
+  const int id = ButtonOf(message.wParam, dialog);
+  const HWND button = GetDlgItem(dialog, id);
+  if (button == nullptr || IsWindowEnabled(button) != FALSE)
+    SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(static_cast<unsigned>(id), BN_CLICKED),
+                 reinterpret_cast<LPARAM>(button));
+  return true;
 }
 
 HWND CreateDialogIndirectParamA(HINSTANCE instance, const DLGTEMPLATE *dialog, HWND parent, DLGPROC procedure,

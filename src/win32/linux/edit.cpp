@@ -112,7 +112,8 @@ LRESULT machine::EditProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM 
     return DefWindowProcA(handle, message, wParam, lParam);
   switch (message) {
   case WM_GETDLGCODE:
-    return DLGC_HASSETSEL | DLGC_WANTCHARS | DLGC_WANTARROWS | (edit.IsMultiline() ? DLGC_WANTALLKEYS : 0);
+    return DLGC_HASSETSEL | DLGC_WANTCHARS | DLGC_WANTARROWS | (edit.IsMultiline() ? DLGC_WANTALLKEYS : 0) |
+           (window->Has(ES_COMBO) ? SendMessageA(window->parent, message, wParam, lParam) : 0);
   case WM_SETFOCUS:
   case WM_KILLFOCUS:
     NotifyParent(*window, message == WM_SETFOCUS ? EN_SETFOCUS : EN_KILLFOCUS);

@@ -1,4 +1,5 @@
 // How messages reach the windows, what becomes of those that nobody wants, and the modal loop.
+#include "win32/linux/dialogs.h"
 #include "win32/linux/error.h"
 #include "win32/linux/machine.h"
 #include "win32/linux/windows.h"
@@ -18,13 +19,14 @@ constexpr size_t LongestQueue = 10000;
 
 std::atomic<FrontEnd *> frontEnd;
 
-bool HandOutMessage() {
+bool HandOutMessage(HWND top) {
   auto &posted = DeskOfThread().posted;
   if (posted.empty())
     return false;
   const MSG message = posted.front();
   posted.pop_front();
-  SendMessageA(message.hwnd, message.message, message.wParam, message.lParam);
+  if (!machine::PressDialogKey(top, message))
+    SendMessageA(message.hwnd, message.message, message.wParam, message.lParam);
   return true;
 }
 
@@ -62,7 +64,7 @@ FrontEnd *CurrentFrontEnd() { return frontEnd; }
 bool RunModalLoop(HWND top, const std::function<bool()> &done) {
   const auto over = [&] { return done() || IsWindow(top) == FALSE; };
   while (!over()) {
-    if (HandOutMessage() || PaintBelow(WindowOf(GetDesktopWindow())))
+    if (HandOutMessage(top) || PaintBelow(WindowOf(GetDesktopWindow())))
       continue;
     FrontEnd *const user = CurrentFrontEnd();
     const LockPause pause; // nobody waits for this user but us

@@ -98,14 +98,13 @@ BEGIN_MESSAGE_MAP(CSetKERMEnd, CPropertyPage)
 ON_WM_PAINT()
 END_MESSAGE_MAP()
 
-CSetKERMEnd::CSetKERMEnd() : CPropertyPage(IDD_SET_KERM_END, 0) { summaryFont.Attach(MakeSummaryFont()); }
+CSetKERMEnd::CSetKERMEnd() : CPropertyPage(IDD_SET_KERM_END, 0) {}
 
 BOOL CSetKERMEnd::OnSetActive() {
   PostButtons(*this, PSWIZB_BACK | PSWIZB_FINISH);
   const std::string clientName = data->mailClient != nullptr ? NameOf(*data->mailClient) : CString();
-  ShowSummary(
-      *this, summaryFont,
-      MailSummary{data->userId, clientName, data->mailAddress, data->senderName, data->popServer, data->smtpServer});
+  summary.Show(*this, MailSummary{data->userId, clientName, data->mailAddress, data->senderName, data->popServer,
+                                  data->smtpServer});
   return CPropertyPage::OnSetActive();
 }
 

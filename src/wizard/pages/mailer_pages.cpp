@@ -143,13 +143,12 @@ BEGIN_MESSAGE_MAP(CSetMailerEnd, CPropertyPage)
 ON_WM_PAINT()
 END_MESSAGE_MAP()
 
-CSetMailerEnd::CSetMailerEnd() : CPropertyPage(IDD_SET_MAILER_END, 0) { summaryFont.Attach(MakeSummaryFont()); }
+CSetMailerEnd::CSetMailerEnd() : CPropertyPage(IDD_SET_MAILER_END, 0) {}
 
 BOOL CSetMailerEnd::OnSetActive() {
   PostButtons(*this, PSWIZB_BACK | PSWIZB_FINISH);
-  ShowSummary(*this, summaryFont,
-              MailSummary{data->CurrentId(), data->clientName, data->mailAddress, data->senderName, data->popServer,
-                          data->smtpServer});
+  summary.Show(*this, MailSummary{data->CurrentId(), data->clientName, data->mailAddress, data->senderName,
+                                  data->popServer, data->smtpServer});
   return CPropertyPage::OnSetActive();
 }
 

@@ -94,6 +94,6 @@ protected:
   DECLARE_MESSAGE_MAP()
 
 private:
-  CFont summaryFont;
+  page_parts::SummaryText summary;
   page_parts::ClientIcon icon;
 };

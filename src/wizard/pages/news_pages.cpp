@@ -278,11 +278,11 @@ BEGIN_MESSAGE_MAP(CSetNewsEnd, CPropertyPage)
 ON_WM_PAINT()
 END_MESSAGE_MAP()
 
-CSetNewsEnd::CSetNewsEnd() : CPropertyPage(IDD_SET_NEWS_END, 0) { summaryFont.Attach(MakeSummaryFont()); }
+CSetNewsEnd::CSetNewsEnd() : CPropertyPage(IDD_SET_NEWS_END, 0) {}
 
 BOOL CSetNewsEnd::OnSetActive() {
   PostButtons(*this, PSWIZB_BACK | PSWIZB_FINISH);
-  ShowSummary(*this, summaryFont, NewsSummary(*data));
+  summary.Show(*this, NewsSummary(*data));
   return CPropertyPage::OnSetActive();
 }
 

@@ -83,11 +83,17 @@ void ClientIcon::Put(const CWnd &page, HICON icon) {
 
 // ---- The summary ----
 
-HFONT MakeSummaryFont() {
+IMPLEMENT_DYNAMIC(SummaryText, CWnd)
+
+BEGIN_MESSAGE_MAP(SummaryText, CWnd)
+ON_WM_GETDLGCODE()
+END_MESSAGE_MAP()
+
+SummaryText::SummaryText() {
   constexpr int Height = 12;
   constexpr int Weight = 400;
   constexpr DWORD ShiftJis = 128;
-  return CreateFontA(Height, 0, 0, 0, Weight, 0, 0, 0, ShiftJis, 0, 0, 0, 0, "ＭＳ ゴシック");
+  font.Attach(CreateFontA(Height, 0, 0, 0, Weight, 0, 0, 0, ShiftJis, 0, 0, 0, 0, "ＭＳ ゴシック"));
 }
 
 std::string AddressAndSenderLines(const std::string &mailAddress, const std::string &senderName) {
@@ -96,24 +102,26 @@ std::string AddressAndSenderLines(const std::string &mailAddress, const std::str
                 mailAddress, senderName);
 }
 
-void ShowSummary(const CWnd &page, const CFont &font, const MailSummary &summary) {
-  ShowSummary(page, font,
-              Format("\r\n"
-                     " メールアカウント： %s \r\n"
-                     "\r\n"
-                     " 　　 　メーラー ： %s \r\n",
-                     summary.account, summary.clientName) +
-                  AddressAndSenderLines(summary.mailAddress, summary.senderName) +
-                  Format("   POPサーバー名 ： %s \r\n"
-                         "  SMTPサーバー名 ： %s \r\n"
-                         "\r\n",
-                         summary.popServer, summary.smtpServer));
+void SummaryText::Show(const CWnd &page, const MailSummary &summary) {
+  Show(page, Format("\r\n"
+                    " メールアカウント： %s \r\n"
+                    "\r\n"
+                    " 　　 　メーラー ： %s \r\n",
+                    summary.account, summary.clientName) +
+                 AddressAndSenderLines(summary.mailAddress, summary.senderName) +
+                 Format("   POPサーバー名 ： %s \r\n"
+                        "  SMTPサーバー名 ： %s \r\n"
+                        "\r\n",
+                        summary.popServer, summary.smtpServer));
 }
 
-void ShowSummary(const CWnd &page, const CFont &font, const std::string &text) {
-  page.SendDlgItemMessage(IDC_FIELD_1, WM_SETFONT, reinterpret_cast<WPARAM>(font.m_hObject), TRUE);
-  page.SetDlgItemText(IDC_FIELD_1, text);
+void SummaryText::Show(const CWnd &page, const std::string &text) {
+  SubclassWindow(::GetDlgItem(page.m_hWnd, IDC_FIELD_1)); // the first time
+  SendMessage(WM_SETFONT, reinterpret_cast<WPARAM>(font.m_hObject), TRUE);
+  SetWindowText(text);
 }
+
+UINT SummaryText::OnGetDlgCode() { return static_cast<UINT>(Default()) & ~UINT{DLGC_WANTALLKEYS}; }
 
 // ---- The write ----
 

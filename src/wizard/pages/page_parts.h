@@ -146,10 +146,6 @@ private:
 
 // ---- The summary ----
 
-// The font of the summaries, in which every half-width character is as wide as half a full-width one.
-HFONT MakeSummaryFont();
-
-// Puts a mail account's summary into the page's text.
 struct MailSummary {
   std::string account;
   std::string clientName;
@@ -158,8 +154,26 @@ struct MailSummary {
   std::string popServer;
   std::string smtpServer;
 };
-void ShowSummary(const CWnd &page, const CFont &font, const MailSummary &summary);
-void ShowSummary(const CWnd &page, const CFont &font, const std::string &text);
+
+// A page's text of several lines, in a font in which every half-width character is as wide as half a full-width one.
+class SummaryText : public CWnd {
+  DECLARE_DYNAMIC(SummaryText)
+
+public:
+  SummaryText();
+
+  void Show(const CWnd &page, const MailSummary &summary);
+  void Show(const CWnd &page, const std::string &text);
+
+protected:
+  // Esc and Enter are the wizard's: an edit control of several lines would take them, though nobody can type here.
+  UINT OnGetDlgCode();
+
+  DECLARE_MESSAGE_MAP()
+
+private:
+  CFont font;
+};
 
 // Two of the lines, which the news summary has too.
 std::string AddressAndSenderLines(const std::string &mailAddress, const std::string &senderName);
