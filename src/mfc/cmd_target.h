@@ -72,6 +72,12 @@ private:
      return static_cast<LRESULT>(static_cast<ThisClass &>(target).OnGetDlgCode());                                     \
    }},
 
+#define ON_WM_SHOWWINDOW()                                                                                             \
+  {WM_SHOWWINDOW, 0, 0, [](CCmdTarget &target, WPARAM wParam, LPARAM lParam) -> LRESULT {                              \
+     static_cast<ThisClass &>(target).OnShowWindow(static_cast<BOOL>(wParam), static_cast<UINT>(lParam));              \
+     return 0;                                                                                                         \
+   }},
+
 #define ON_WM_HELPINFO()                                                                                               \
   {WM_HELP, 0, 0, [](CCmdTarget &target, WPARAM, LPARAM lParam) -> LRESULT {                                           \
      return static_cast<ThisClass &>(target).OnHelpInfo(reinterpret_cast<HELPINFO *>(lParam));                         \

@@ -2,16 +2,26 @@
 
 #include "wizard/service_ini.h"
 
+#include <utility>
+
 IMPLEMENT_DYNAMIC(CPsWizard, CPropertySheet)
 
 BEGIN_MESSAGE_MAP(CPsWizard, CPropertySheet)
 ON_WM_HELPINFO()
+ON_WM_SHOWWINDOW()
 END_MESSAGE_MAP()
 
 BOOL CPsWizard::OnInitDialog() {
   const BOOL result = CPropertySheet::OnInitDialog();
   CenterWindow(CWnd::GetDesktopWindow());
   return result;
+}
+
+// Only now has the system given the sheet the size that its pages need.
+void CPsWizard::OnShowWindow(BOOL show, UINT) {
+  if (show && !std::exchange(shown, true))
+    CenterWindow(CWnd::GetDesktopWindow());
+  Default();
 }
 
 BOOL CPsWizard::OnHelpInfo(HELPINFO *info) {

@@ -20,8 +20,9 @@ public:
   BOOL OnCmdMsg(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo) override;
 
 protected:
-  // Puts the sheet in the middle of the screen.
+  // Puts the sheet in the middle of the screen, and does so again when it is first shown.
   BOOL OnInitDialog() override;
+  void OnShowWindow(BOOL show, UINT status);
   BOOL OnHelpInfo(HELPINFO *info);
 
   DECLARE_MESSAGE_MAP()
@@ -30,4 +31,5 @@ private:
   void ShowHelp();
 
   int32_t helpKeySeen = 0; // 1 from the help key until the next test
+  bool shown = false;
 };

@@ -6,6 +6,7 @@
 #include "resources/resource.h"
 #include "support/client_machine.h"
 #include "support/user.h"
+#include "wizard/ps_wizard.h"
 
 #include <gtest/gtest.h>
 
@@ -142,6 +143,39 @@ TEST_F(WizardTest, ShowsTheIconOfAnotherChoice) {
             },
             [](HWND box) { PostMessageA(box, WM_COMMAND, IDYES, 0); }},
            [] { EXPECT_EQ(ShortMailWizard(0, "ABC01234"), 1); });
+}
+
+// As the system makes sheets, whose size comes after the first message.
+class LateSizedSheet : public CPsWizard {
+  BOOL OnInitDialog() override {
+    const BOOL result = CPsWizard::OnInitDialog();
+    SetWindowPos(m_hWnd, nullptr, 0, 0, 300, 200, SWP_NOZORDER | SWP_NOACTIVATE);
+    return result;
+  }
+};
+
+TEST(SheetTest, IsCentredAtItsFinalSizeUntilItIsMoved) {
+  const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
+  CPropertyPage page(IDD_SET_MAILER_TOP2);
+  LateSizedSheet wizard;
+  wizard.m_psh.dwFlags |= PSH_WIZARD;
+  wizard.AddPage(&page);
+  WithUser({[](HWND sheet) {
+             RECT screen;
+             RECT own;
+             GetWindowRect(GetDesktopWindow(), &screen);
+             GetWindowRect(sheet, &own);
+             EXPECT_EQ(own.right - own.left, 300);
+             EXPECT_NEAR(own.left - screen.left, screen.right - own.right, 1);
+             EXPECT_NEAR(own.top - screen.top, screen.bottom - own.bottom, 1);
+             SetWindowPos(sheet, nullptr, 5, 6, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+             ShowWindow(sheet, SW_HIDE);
+             ShowWindow(sheet, SW_SHOW);
+             GetWindowRect(sheet, &own);
+             EXPECT_EQ(own.left, 5);
+             Press(sheet, PSBTN_CANCEL);
+           }},
+           [&] { EXPECT_EQ(wizard.DoModal(), 0); });
 }
 
 TEST_F(WizardTest, BoxesWithoutAnIconGetTheExclamationMark) {
