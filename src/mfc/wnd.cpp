@@ -122,8 +122,16 @@ HWND CWnd::UnsubclassWindow() {
   return Detach();
 }
 
+HWND CWnd::AttachedTopLevel() {
+  const auto isTopLevel = [](const auto &attached) { return (attached.second->GetStyle() & WS_CHILD) == 0; };
+  const auto found = std::ranges::find_if(objects.attached, isTopLevel);
+  return found == objects.attached.end() ? nullptr : found->first;
+}
+
 HWND CWnd::GetSafeOwner_(HWND *topLevelToEnable) {
   HWND owner = ::GetActiveWindow();
+  if (!owner) // another application is in front
+    owner = AttachedTopLevel();
   HWND topLevel = owner;
   while (HWND above = topLevel ? ::GetParent(topLevel) : nullptr)
     topLevel = above;

@@ -21,7 +21,8 @@ public:
   static CWnd *FromHandlePermanent(HWND window);
   static CWnd *GetDesktopWindow() { return FromHandle(::GetDesktopWindow()); }
 
-  // The window that a box over the thread's active window is to belong to: the one of its popups that was last active.
+  // The window that a box over the thread's active window, or without one over the open sheet, is to belong to: the one
+  // of its popups that was last active.
   // If there is an enabled window at the top of its owners other than it, that is disabled, and handed out for the
   // caller to enable again, null otherwise.
   static HWND GetSafeOwner_(HWND *topLevelToEnable);
@@ -79,6 +80,8 @@ protected:
 
   void Attach(HWND window);
   HWND Detach();
+  // Null if no object is attached to a window that has no parent, as the sheet has none.
+  static HWND AttachedTopLevel();
   BOOL ReflectToControl(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result);
 
   WNDPROC m_pfnSuper = nullptr;

@@ -203,6 +203,19 @@ TEST_F(SheetTest, IsCancelled) {
   EXPECT_EQ(result, 0);
 }
 
+TEST_F(SheetTest, OwnsABoxThatComesUpBehindAnotherApplication) {
+  Look([&] {
+    ShowWindow(sheet.m_hWnd, SW_HIDE); // no window of the thread is the active one then
+    EXPECT_EQ(GetActiveWindow(), nullptr);
+    HWND topLevel = nullptr;
+    EXPECT_EQ(CWnd::GetSafeOwner_(&topLevel), sheet.m_hWnd);
+    EXPECT_EQ(topLevel, nullptr);
+    ShowWindow(sheet.m_hWnd, SW_SHOW);
+  });
+  HWND topLevel = nullptr;
+  EXPECT_EQ(CWnd::GetSafeOwner_(&topLevel), GetActiveWindow()) << "once the sheet has gone";
+}
+
 TEST_F(SheetTest, GetsTheHelpCommandOfItsPages) {
   Look([&] {
     Press(sheet.m_hWnd, PSBTN_HELP);
