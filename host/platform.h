@@ -54,11 +54,12 @@ public:
 // Runs what opens windows, with the user before them.
 void WithUser(User &user, const std::function<void()> &run);
 
-// Why nobody can work windows in the terminal that this program has, a line; empty if somebody can.
-std::string TerminalProblem();
-// Runs what opens windows, with whoever sits at the terminal before them. False if that user left before the end. What
-// asks the program to end meanwhile ends it, when the terminal is again as it was.
-bool RunInTerminal(const std::function<void()> &run);
+// Why nobody can work windows on the screen that this program has, the terminal where the platform shows none of its
+// own, a line; empty if somebody can.
+std::string ScreenProblem();
+// Runs what opens windows, with whoever sits before the screen. False if that user left before the end. What asks the
+// program to end meanwhile ends it, when the terminal is again as it was.
+bool RunOnScreen(const std::function<void()> &run);
 
 // Runs work on a thread of its own, which nobody waits for. Throws std::system_error where the system makes none.
 void RunDetached(std::function<void()> work);

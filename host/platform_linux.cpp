@@ -67,9 +67,9 @@ void WithUser(User &user, const std::function<void()> &run) {
   run();
 }
 
-std::string TerminalProblem() { return terminal::Problem(); }
+std::string ScreenProblem() { return terminal::Problem(); }
 
-bool RunInTerminal(const std::function<void()> &run) { return terminal::Run(run); }
+bool RunOnScreen(const std::function<void()> &run) { return terminal::Run(run); }
 
 void RunDetached(std::function<void()> work) { std::thread(std::move(work)).detach(); }
 

@@ -54,9 +54,9 @@ int RunScript(const Wizard &wizard, const Handed &handed, const WizardScript &sc
   return user.IsContent(result) ? 0 : 1;
 }
 
-int RunInTerminal(const Wizard &wizard, const Handed &handed) {
+int RunOnScreen(const Wizard &wizard, const Handed &handed) {
   int32_t result = 0;
-  const bool stayed = platform::RunInTerminal([&] { result = wizard.run(handed); });
+  const bool stayed = platform::RunOnScreen([&] { result = wizard.run(handed); });
   return stayed && result == 1 ? 0 : 1;
 }
 
@@ -69,18 +69,17 @@ void AddWizard(CLI::App &group, const Wizard &wizard, Action &action, bool &wait
   if (wizard.takesIds)
     AddTextOption(*command, "--ids", handed->ids,
                   "all of the subscriber's IDs, with commas between them; the one to start with if left out");
-  command->add_option("--script", *file, "what the user does, a step a line, in place of the terminal")
-      ->type_name("FILE");
+  command->add_option("--script", *file, "what the user does, a step a line, in place of a user")->type_name("FILE");
   command->callback([&wizard, &action, &waits, handed, file] {
     handed->ids = handed->ids.empty() ? handed->id + '\0' : IdList(handed->ids);
     waits = true;
     if (!file->empty()) {
       const auto script = std::make_shared<WizardScript>(ReadWizardScript(*file));
       action = [&wizard, handed, script] { return RunScript(wizard, *handed, *script); };
-    } else if (const std::string problem = platform::TerminalProblem(); !problem.empty()) {
+    } else if (const std::string problem = platform::ScreenProblem(); !problem.empty()) {
       throw UsageError(problem);
     } else {
-      action = [&wizard, handed] { return RunInTerminal(wizard, *handed); };
+      action = [&wizard, handed] { return RunOnScreen(wizard, *handed); };
     }
   });
 }
