@@ -5,9 +5,13 @@ if(NOT WIN32)
   find_program(WINDRES x86_64-w64-mingw32-windres REQUIRED)
 endif()
 
+# The version, for those that include resources/version_info.h.
+set(version_info ${PROJECT_BINARY_DIR}/generated/resources/version_info.h)
+configure_file(${PROJECT_SOURCE_DIR}/src/resources/version_info.h.in ${version_info} @ONLY)
+
 # embed_resources(TARGET FILE.rc [FILES...]) puts the resources into TARGET, or into what is linked with it if it is an
 # interface library. Paths in FILE.rc start at src, and it tells its own encoding (#pragma code_page), since CMake hands no
-# such flag to windres. FILES are what it reads besides its own folder.
+# such flag to windres. FILES are what it reads besides its own folder and the version.
 function(embed_resources target source)
   cmake_path(ABSOLUTE_PATH source)
   cmake_path(GET source PARENT_PATH folder)
@@ -17,14 +21,14 @@ function(embed_resources target source)
   if(WIN32)
     add_library(${objects} OBJECT ${source})
     target_include_directories(${objects} PRIVATE ${folders})
-    set_source_files_properties(${source} PROPERTIES OBJECT_DEPENDS "${beside};${ARGN}")
+    set_source_files_properties(${source} PROPERTIES OBJECT_DEPENDS "${beside};${version_info};${ARGN}")
   else()
     set(compiled ${CMAKE_CURRENT_BINARY_DIR}/${target}.res)
     list(TRANSFORM folders PREPEND -I OUTPUT_VARIABLE includes)
     add_custom_command(
       OUTPUT ${compiled}
       COMMAND ${WINDRES} ${includes} -O res ${source} ${compiled}
-      DEPENDS ${source} ${beside} ${ARGN}
+      DEPENDS ${source} ${beside} ${version_info} ${ARGN}
       VERBATIM)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/resources.S.in ${objects}.S @ONLY)
     add_library(${objects} OBJECT ${CMAKE_CURRENT_BINARY_DIR}/${objects}.S)

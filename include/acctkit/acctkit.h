@@ -27,6 +27,9 @@
 
 #include <stdint.h>
 
+/* The version of this header, which the library's version resource has too. */
+#define ACCTKIT_VERSION "0.1.0"
+
 #if defined(_WIN32)
 #define ACCTKIT_API
 #define ACCTKIT_CALL __cdecl
