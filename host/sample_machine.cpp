@@ -4,6 +4,7 @@
 #include "clients/registry.h"
 #include "platform.h"
 #include "registry_view.h"
+#include "samples/programs.h"
 #include "stores/files.h"
 #include "stores/profile_registry.h"
 
@@ -81,21 +82,21 @@ const SampleValue Values[] = {
 struct SampleFile {
   const char *client; // empty: on every machine
   const char *path;
-  const char *text;
+  std::string_view bytes;
 };
 const SampleFile Files[] = {
-    {"oe", "C:\\Program Files\\Outlook Express\\msimn.exe", "sample program\r\n"},
-    {"communicator", COMMUNICATOR_FOLDER "\\Program\\NETSCAPE.EXE", "sample program\r\n"},
+    {"oe", "C:\\Program Files\\Outlook Express\\msimn.exe", sample_programs::outlook_express},
+    {"communicator", COMMUNICATOR_FOLDER "\\Program\\NETSCAPE.EXE", sample_programs::communicator},
     {"communicator", PROFILE_FOLDER "\\prefs.js",
      "// Netscape User Preferences\r\n// This is a generated file!  Do not edit.\r\n\r\n"
      "user_pref(\"browser.startup.homepage\", \"http://old.example/\");\r\n"
      "user_pref(\"mail.identity.useremail\", \"yamada@company.example\");\r\n"
      "user_pref(\"mail.identity.username\", \"山田 太郎\");\r\n"
      "user_pref(\"mail.pop_name\", \"yamada\");\r\n"},
-    {"netscape6", NETSCAPE6_PROGRAM, "sample program\r\n"},
+    {"netscape6", NETSCAPE6_PROGRAM, sample_programs::netscape6},
     {"netscape6", MOZILLA_PROFILE "\\prefs.js",
      "# Mozilla User Preferences\n\nuser_pref(\"browser.startup.homepage\", \"http://old.example/\");\n"},
-    {"mailer", MAILER_FOLDER "\\mailer.exe", "sample program\r\n"},
+    {"mailer", MAILER_FOLDER "\\mailer.exe", sample_programs::mailer},
     {"", "C:\\Program Files\\Zuvio\\service.ini",
      "[MAIL_SERVER]\r\nserver_max=2\r\n"
      "disp1=mail.zuvio.example\r\npop1=pop.zuvio.example\r\nsmtp1=smtp.zuvio.example\r\n"
@@ -212,7 +213,7 @@ std::string InstallSamples(const std::vector<std::string> &clients) {
   if (const std::string key = EarlierClient(); !key.empty())
     return platform::MachineName() + ": there is a client already, HKEY_LOCAL_MACHINE\\" + key;
   for (const SampleFile &file : Files)
-    if (IsWanted(file.client, clients) && !EnterFile(file.path, file.text))
+    if (IsWanted(file.client, clients) && !EnterFile(file.path, std::string(file.bytes)))
       return std::string(file.path) + ": the file can't be written";
   std::string problem = IsWanted("netscape6", clients) ? InstallProfileRegistry() : "";
   if (problem.empty() && IsWanted("mailer", clients))

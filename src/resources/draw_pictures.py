@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
-# Draws wizard.bmp, the picture at the left of the wizards' pages, and acctkit.ico: a letter on a newspaper. The picture
-# has as many pixels as its control in the font that usually stands in for the dialogs' own. Run by hand after a change.
+# Draws wizard.bmp, the picture at the left of the wizards' pages, acctkit.ico: a letter on a newspaper, and the icons of
+# the sample clients in host/samples: a letter on a shape of the client's own. The picture has as many pixels as its
+# control in the font that usually stands in for the dialogs' own. Run by hand after a change.
 import math
 import pathlib
 import struct
@@ -108,6 +109,29 @@ def picture():
     return head + bitmap_header(WIDTH, HEIGHT, 24, len(rows)) + rows
 
 
+# The shapes that tell the sample clients apart: how far from the middle a place is, and a colour.
+CLIENTS = {
+    "outlook_express": (lambda x, y: max(abs(x), abs(y)), (226, 152, 44)),
+    "communicator": (math.hypot, (62, 146, 92)),
+    "netscape6": (lambda x, y: abs(x) + abs(y), (134, 92, 172)),
+    "mailer": (lambda x, y: max(y, abs(x), abs(x) - y), (196, 70, 74)),
+}
+
+
+def client_colour(client):
+    distance, shape = CLIENTS[client]
+    letter = Placed(Letter(), (0.5, 0.53), 0.54, 0)
+
+    def colour(x, y):
+        place = letter.own_place(x, y)
+        if not letter.outside(*place):
+            return (*Letter().colour(*place), 1)
+        away = distance(x - 0.5, y - 0.5)
+        return (0, 0, 0, 0) if away > 0.48 else (*mix(shape, INK, 0.5 if away > 0.43 else 0), 1)
+
+    return colour
+
+
 # The colour and whether there is any, in a square whose side is one.
 def icon_colour(x, y):
     for placed in (Placed(Letter(), (0.5, 0.66), 0.96, 0), Placed(Newspaper(), (0.5, 0.48), 0.72, 0)):
@@ -119,10 +143,10 @@ def icon_colour(x, y):
     return (0, 0, 0, 0)
 
 
-def icon_image(side):
+def icon_image(side, colour):
     pixels, mask = b"", b""
     for y in reversed(range(side)):
-        row = [sampled(x, y, lambda x, y: icon_colour(x / side, y / side)) for x in range(side)]
+        row = [sampled(x, y, lambda x, y: colour(x / side, y / side)) for x in range(side)]
         pixels += b"".join(bytes((*(round(part / max(cover, 0.01)) for part in (blue, green, red)), round(cover * 255)))
                            for red, green, blue, cover in row)
         bits = sum((cover < 0.5) << (side - 1 - x) for x, (*_, cover) in enumerate(row))
@@ -130,8 +154,8 @@ def icon_image(side):
     return bitmap_header(side, side * 2, 32, len(pixels) + len(mask)) + pixels + mask
 
 
-def icon(sides):
-    images = [icon_image(side) for side in sides]
+def icon(sides, colour):
+    images = [icon_image(side, colour) for side in sides]
     head, place = struct.pack("<HHH", 0, 1, len(sides)), 6 + 16 * len(sides)
     for side, image in zip(sides, images):
         head += struct.pack("<BBBBHHII", side, side, 0, 0, 1, 32, len(image), place)
@@ -141,4 +165,7 @@ def icon(sides):
 
 folder = pathlib.Path(__file__).parent
 (folder / "wizard.bmp").write_bytes(picture())
-(folder / "acctkit.ico").write_bytes(icon((16, 32, 48)))
+(folder / "acctkit.ico").write_bytes(icon((16, 32, 48), icon_colour))
+for client in CLIENTS:
+    samples = folder.parent.parent / "host" / "samples"
+    (samples / f"{client}.ico").write_bytes(icon((16, 32), client_colour(client)))
