@@ -302,6 +302,8 @@ bool IsSoundValue(std::string_view value) {
 }
 
 constexpr std::string_view ReadOnlyLine = "#readonly";
+constexpr std::string_view LinkLine = "#link";
+constexpr std::string_view Arch64Line = "#arch=win64";
 
 } // namespace
 
@@ -322,8 +324,8 @@ const Hive::Key *Hive::Key::Subkey(size_t index) {
 
 // ---- Loading and writing ----
 
-std::string Hive::EmptyText(const char *root) {
-  return std::string(Signature) + "\n;; All keys relative to " + root + "\n\n";
+std::string Hive::EmptyText(std::string_view root) {
+  return std::string(Signature).append("\n;; All keys relative to ").append(root).append("\n\n");
 }
 
 std::string Hive::Load(std::string fileText) {
@@ -376,8 +378,12 @@ std::string_view Hive::ReadPlainLine(std::string_view line, Key *key) {
   const std::string_view text = Trimmed(line);
   if (!text.empty() && text[0] != ';' && text[0] != '#')
     return "neither a key nor a value";
-  if (key != nullptr && text == ReadOnlyLine)
-    key->readOnly = true;
+  if (key == nullptr) {
+    is64Bit = is64Bit || text == Arch64Line;
+  } else {
+    key->readOnly = key->readOnly || text == ReadOnlyLine;
+    key->isLink = key->isLink || text == LinkLine;
+  }
   return {};
 }
 

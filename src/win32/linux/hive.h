@@ -38,6 +38,7 @@ public:
     std::map<std::u16string, std::unique_ptr<Key>, std::less<>> subkeys; // by their names in upper case
     std::vector<uint32_t> sections; // one as a rule; Wine merges those that a file has twice
     bool readOnly = false;
+    bool isLink = false;            // to the key that its value SymbolicLinkValue names
     std::vector<const Key *> order; // the subkeys by index, once somebody asked for one
 
     // The subkey at an index, null behind the last one.
@@ -45,7 +46,7 @@ public:
   };
 
   // The text of a hive without keys, whose root the registry knows as `root` (as in "\\\\Machine").
-  static std::string EmptyText(const char *root);
+  static std::string EmptyText(std::string_view root);
 
   // Takes over a hive's text. An empty answer if it is sound, else a line that says where it is damaged; the hive can't
   // be used then.
@@ -53,6 +54,9 @@ public:
 
   // The text to be written: what was loaded, with all edits.
   std::string Text() const;
+
+  // Whether the hive says that it is of a 64-bit Windows.
+  bool Is64Bit() const { return is64Bit; }
 
   Key &Root() { return root; }
 
@@ -87,7 +91,7 @@ private:
   std::string LoadSections(std::string_view rest);
   Key *BeginSection(std::string_view heading, std::string_view &problem);
   Key *KeyOfHeading(std::string_view heading, std::string_view &problem);
-  static std::string_view ReadPlainLine(std::string_view line, Key *key);
+  std::string_view ReadPlainLine(std::string_view line, Key *key);
 
   Key &Subkey(Key &parent, std::u16string_view name);
   // The names of a key and those above it, from the root down.
@@ -101,6 +105,7 @@ private:
   std::string_view header; // all before the first key
   std::vector<Section> sections;
   Key root;
+  bool is64Bit = false;
   // The heading that was read last and the keys along its path, each with where the names below it begin: the next
   // heading mostly differs in the last name alone.
   std::string_view lastHeading;

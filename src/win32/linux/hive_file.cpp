@@ -12,7 +12,7 @@
 
 namespace machine {
 
-HiveFile::HiveFile(std::filesystem::path path, const char *rootName)
+HiveFile::HiveFile(std::filesystem::path path, std::string_view rootName)
     : file(std::move(path)), root(rootName), hive(std::make_unique<Hive>()) {}
 
 HiveFile::Identity HiveFile::IdentityOf(const struct stat &status) {
@@ -50,6 +50,8 @@ LSTATUS HiveFile::Load() {
   if (const LSTATUS result = ReadText(text); result != ERROR_SUCCESS)
     return result;
   const std::string damage = hive->Load(std::move(text));
+  if (hive->Is64Bit() && IsLocalMachine())
+    hive->Create(hive->Root(), u"Software\\Wow6432Node"); // as Wine does when it starts
   return damage.empty() ? ERROR_SUCCESS : Fail(ERROR_BADDB, "the registry is damaged, " + damage);
 }
 

@@ -15,8 +15,9 @@ namespace machine {
 
 class HiveFile {
 public:
-  // `root` is the hive's name in its own heading, should the file have to be made.
-  HiveFile(std::filesystem::path file, const char *root);
+  // `root` is the hive's name in its own heading, should the file have to be made: LocalMachineRoot, or the user's.
+  static constexpr std::string_view LocalMachineRoot = "\\\\Machine";
+  HiveFile(std::filesystem::path file, std::string_view root);
 
   // Makes sure that the content is that of the file; one look at the file's identity if it is. ERROR_BADDB for a
   // damaged file, ERROR_FILE_NOT_FOUND for a machine folder that isn't there; `Fault` then says why.
@@ -24,6 +25,8 @@ public:
   // The same in half the time, for a key that is open: looks at the file that was read, whatever its name is now, and
   // so misses one that was given another name and not replaced.
   LSTATUS RefreshOpened();
+
+  bool IsLocalMachine() const { return root == LocalMachineRoot; }
 
   Hive &Content() { return *hive; }
   // Changes with every load: keys of another generation are gone.
@@ -59,7 +62,7 @@ private:
   LSTATUS Fail(LSTATUS code, const std::string &what);
 
   std::filesystem::path file;
-  const char *root;
+  std::string_view root;
   std::unique_ptr<Hive> hive;
   Descriptor read; // the file that the content is from
   Identity identity;

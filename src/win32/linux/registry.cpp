@@ -6,6 +6,7 @@
 #include "win32/linux/hive_file.h"
 #include "win32/linux/machine.h"
 #include "win32/linux/text.h"
+#include "win32/linux/wow64.h"
 
 #include <cstring>
 #include <memory>
@@ -50,14 +51,14 @@ std::u16string ToWideOrEmpty(const char *name) { return name != nullptr ? text::
 
 bool IsRoot(HKEY handle) { return handle == HKEY_LOCAL_MACHINE || handle == HKEY_CURRENT_USER; }
 
-std::shared_ptr<OpenKey> MakeRoot(const std::filesystem::path &file, const char *name) {
+std::shared_ptr<OpenKey> MakeRoot(const std::filesystem::path &file, std::string_view name) {
   return std::make_shared<OpenKey>(OpenKey{std::make_shared<HiveFile>(file, name), {}, KEY_ALL_ACCESS});
 }
 
 const std::shared_ptr<OpenKey> &RootOf(HKEY handle) {
   if (current.localMachine == nullptr || !machine::IsFolder(current.folder)) {
     current.folder = machine::Folder();
-    current.localMachine = MakeRoot(current.folder / "system.reg", "\\\\Machine");
+    current.localMachine = MakeRoot(current.folder / "system.reg", HiveFile::LocalMachineRoot);
     current.currentUser = MakeRoot(current.folder / "user.reg", "\\\\User\\\\S-1-5-21-0-0-0-1000");
   }
   return handle == HKEY_LOCAL_MACHINE ? current.localMachine : current.currentUser;
@@ -106,8 +107,18 @@ template <typename Change> LSTATUS Edit(const OpenKey &place, Change change) {
   });
 }
 
-std::u16string Joined(const std::u16string &path, const std::u16string &below) {
-  return path.empty() || below.empty() ? path + below : path + u'\\' + below;
+// A key's own path, which isn't always the one that it was found by.
+std::u16string PathOf(const Hive::Key &key) {
+  std::u16string path;
+  for (const Hive::Key *at = &key; at->parent != nullptr; at = at->parent)
+    path.insert(0, at->name).insert(0, u"\\");
+  return path;
+}
+
+// The key at a path below another one, null if there is none.
+Hive::Key *Find(const OpenKey &place, const std::u16string &path) {
+  const machine::Reached reached = machine::Reach(*place.file, *place.key, path);
+  return reached.rest.empty() ? reached.key : nullptr;
 }
 
 // ---- Keys ----
@@ -128,23 +139,13 @@ LSTATUS HandOut(OpenKey opened, HKEY *result) {
   return ERROR_SUCCESS;
 }
 
-// The nearest key that is there, at a path or above it.
-const Hive::Key *NearestKey(Hive &hive, std::u16string path) {
-  const Hive::Key *found = hive.Find(hive.Root(), path);
-  while (found == nullptr) {
-    const size_t end = path.rfind(u'\\');
-    path.resize(end != std::u16string::npos ? end : 0);
-    found = hive.Find(hive.Root(), path);
-  }
-  return found;
-}
-
-// Makes a key with all that is missing above it.
-LSTATUS MakeKey(HiveFile &file, const std::u16string &path, Hive::Key *&made) {
-  return file.Edit([&](Hive &hive, bool &) -> LSTATUS {
-    if (IsReadOnly(NearestKey(hive, path)))
+// Makes the keys of a path that are missing below another one.
+LSTATUS MakeKey(const OpenKey &place, const std::u16string &path, Hive::Key *&made) {
+  return Edit(place, [&](Hive &hive, Hive::Key &from, bool &) -> LSTATUS {
+    const machine::Reached nearest = machine::Reach(*place.file, from, path);
+    if (IsReadOnly(nearest.key))
       return ERROR_ACCESS_DENIED;
-    made = hive.Create(hive.Root(), path);
+    made = hive.Create(*nearest.key, nearest.rest);
     return made != nullptr ? ERROR_SUCCESS : ERROR_INVALID_PARAMETER;
   });
 }
@@ -190,10 +191,10 @@ LSTATUS RegOpenKeyExA(HKEY key, const char *subkey, DWORD, REGSAM access, HKEY *
     return ERROR_INVALID_PARAMETER;
   *result = nullptr;
   return AtPath(key, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
-    Hive::Key *const found = place.file->Content().Find(*place.key, path);
+    Hive::Key *const found = Find(place, path);
     if (found == nullptr)
       return ERROR_FILE_NOT_FOUND;
-    return HandOut({place.file, Joined(place.path, path), access, found, place.generation}, result);
+    return HandOut({place.file, PathOf(*found), access, found, place.generation}, result);
   });
 }
 
@@ -210,14 +211,13 @@ LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD, char *, DWORD, REGS
     return opened;
 
   const machine::Lock lock;
-  const LSTATUS created = AtPath(key, subkey, [&](const OpenKey &place, const std::u16string &below) -> LSTATUS {
-    const std::u16string path = Joined(place.path, below);
+  const LSTATUS created = AtPath(key, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
     Hive::Key *made = nullptr;
-    if (const LSTATUS making = MakeKey(*place.file, path, made); making != ERROR_SUCCESS)
+    if (const LSTATUS making = MakeKey(place, path, made); making != ERROR_SUCCESS)
       return making;
     if (disposition != nullptr)
       *disposition = REG_CREATED_NEW_KEY;
-    return HandOut({place.file, path, access, made, place.file->Generation()}, result);
+    return HandOut({place.file, PathOf(*made), access, made, place.file->Generation()}, result);
   });
   return created != ERROR_FILE_NOT_FOUND ? created : ERROR_PATH_NOT_FOUND; // no machine to make it on
 }
@@ -297,20 +297,24 @@ namespace machine {
 
 void MarkKeyReadOnly(HKEY root, const char *subkey) {
   const Lock lock;
-  AtPath(root, subkey, [](const OpenKey &place, const std::u16string &path) {
-    return place.file->Edit([&](Hive &hive, bool &) -> LSTATUS {
-      if (Hive::Key *const key = hive.Create(hive.Root(), path))
-        hive.MarkReadOnly(*key);
+  HKEY made = nullptr;
+  if (RegCreateKeyExA(root, subkey, 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr) != ERROR_SUCCESS)
+    return;
+  At(made, 0, [](const OpenKey &place) {
+    return Edit(place, [](Hive &hive, Hive::Key &key, bool &) -> LSTATUS {
+      hive.Create(key, {}); // a key of the path alone gets its section now
+      hive.MarkReadOnly(key);
       return ERROR_SUCCESS;
     });
   });
+  RegCloseKey(made);
 }
 
 std::vector<Value> ListValues(HKEY root, const char *subkey) {
   std::vector<Value> values;
   AtPath(root, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
     Hive &hive = place.file->Content();
-    if (const Hive::Key *const key = hive.Find(*place.key, path))
+    if (const Hive::Key *const key = Find(place, path))
       for (const HiveValue &value : hive.Values(*key))
         values.push_back({text::FromWide(value.name), value.type, AnsiData(value)});
     return ERROR_SUCCESS;
