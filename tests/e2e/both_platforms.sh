@@ -1,12 +1,23 @@
 #!/bin/bash
-# both_platforms.sh NATIVE WINDOWS: one Wine prefix, entered through Wine itself; the host program and the sequence of the
-# native build work on it, those of the Windows build on a copy. What Wine then reads from both has to be the same, and
-# what was there before still there. The arguments are the build folders.
+# both_platforms.sh NATIVE WINDOWS 32|64: one Wine prefix, of a 32-bit or a 64-bit system, entered through Wine itself; the
+# host program and the sequence of the native build work on it, those of the Windows build on a copy. What Wine then reads
+# from both has to be the same, and what was there before still there. NATIVE and WINDOWS are the build folders.
+#
+# The native build sees the registry of a 64-bit system as the win32 build does. Compared with win64, it works on hives that
+# don't say what system they are of.
 set -euo pipefail
 native=$(realpath "$1/acctkit")
 native_sequence=$(realpath "$1/tests/sequence")
 windows=$(realpath "$2/acctkit.exe")
 windows_sequence=$(realpath "$2/tests/sequence.exe")
+native_keys=$(realpath "$1/tests/keys")
+windows_keys=$(realpath "$2/tests/keys.exe")
+case "$(basename "$2")-$3" in
+win32-32) export WINEARCH=win32 reg='reg.exe' programs='Program Files' views=('') arch='' ;;
+win32-64) export WINEARCH=win64 reg='C:\windows\syswow64\reg.exe' programs='Program Files (x86)' views=(/reg:32 /reg:64) ;;
+win64-64) export WINEARCH=win64 reg='reg.exe' programs='Program Files' views=(/reg:64 /reg:32) ;;
+*) echo "a 32-bit prefix runs no 64-bit build" >&2; exit 2 ;;
+esac
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/../../cmake/packages.sh"
 command -v wine >/dev/null || { echo "no wine here" >&2; exit 1; }

@@ -6,6 +6,7 @@
 #include "win32/linux/hive.h"
 #include "win32/linux/machine.h"
 
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 
@@ -150,6 +151,75 @@ TEST_F(HiveTest, SeesWhatOthersWrite) {
   EXPECT_STREQ(text, "from second section");
   PutHive(Heading);
   EXPECT_NE(RegQueryValueExA(opened, "Again", nullptr, nullptr, reinterpret_cast<BYTE *>(text), &size), ERROR_SUCCESS);
+}
+
+// What HKEY_LOCAL_MACHINE is in a 64-bit prefix of Wine, which makes the links.
+std::string Link(const std::string &key, const std::string &target) {
+  std::string text = '[' + key + "] 1\n#link\n\"SymbolicLinkValue\"=hex(6):";
+  for (const char letter : "\\Registry\\Machine\\" + target) {
+    char pair[8];
+    std::snprintf(pair, sizeof pair, "%02x,00,", static_cast<unsigned>(letter));
+    text += letter != '\0' ? pair : "";
+  }
+  text.back() = '\n';
+  return text;
+}
+const std::string Unlinked = Heading + R"(#arch=win64
+[Software\\Classes\\Wow6432Node\\CLSID] 1
+[Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\there.exe] 1
+"Number"=dword:00000007
+[Software\\Wow6432Node\\Netscape] 1
+)";
+const std::string Linked = Unlinked + Link(R"(Software\\Wow6432Node\\Classes)", R"(Software\Classes\Wow6432Node)") +
+                           Link(R"(Software\\Wow6432Node\\Microsoft\\Windows\\CurrentVersion\\App Paths)",
+                                R"(Software\Microsoft\Windows\CurrentVersion\App Paths)");
+
+// Where in its file the key is that a caller makes, or finds.
+TEST_F(HiveTest, A64BitSystemIsSeenAsBy32BitProcesses) {
+  const std::string otherArch = Heading + "#arch=win32\n[Software\\\\Wow6432Node] 1\n";
+  const std::string noNode = Heading + "#arch=win64\n[Software\\\\Netscape] 1\n\"Number\"=dword:00000007\n";
+#define APP_PATHS "Microsoft\\Windows\\CurrentVersion\\App Paths\\"
+  const struct {
+    const std::string &hive;
+    const char *opened;
+    const char *below;
+    const char16_t *place;
+  } cases[] = {
+      {Linked, "SOFTWARE\\netscape", "x", u"Software\\Wow6432Node\\Netscape\\x"},
+      {Linked, "Software", "New\\x", u"Software\\Wow6432Node\\New\\x"},
+      {Linked, "", "Software\\" APP_PATHS "x.exe", u"Software\\" APP_PATHS "x.exe"},
+      {Linked, "", "Software\\Microsoft\\Windows\\CurrentVersion\\App Pathsx",
+       u"Software\\Wow6432Node\\Microsoft\\Windows\\CurrentVersion\\App Pathsx"},
+      {Linked, "Software", APP_PATHS "x.exe", u"Software\\" APP_PATHS "x.exe"},
+      {Linked, "Software\\Wow6432Node", APP_PATHS "x.exe", u"Software\\" APP_PATHS "x.exe"},
+      {Linked, "", "Software\\wow6432node\\x\\y", u"Software\\Wow6432Node\\x\\y"},
+      {Linked, "", "Software\\Wow6432Nodes\\x", u"Software\\Wow6432Node\\Wow6432Nodes\\x"},
+      {Linked, "", "System\\x", u"System\\x"},
+      {Linked, "", "Software\\Classes\\x", u"Software\\Classes\\x"},
+      {Linked, "Software\\Classes", "clsid\\x", u"Software\\Classes\\Wow6432Node\\CLSID\\x"},
+      {Linked, "Software\\Wow6432Node\\Classes", "x", u"Software\\Classes\\x"},
+      {Unlinked, "Software", APP_PATHS "there.exe", u"Software\\" APP_PATHS "there.exe"},
+      {Unlinked, "Software", APP_PATHS "x.exe", u"Software\\Wow6432Node\\" APP_PATHS "x.exe"},
+      {noNode, "", "Software\\Netscape", u"Software\\Wow6432Node\\Netscape"},
+      {otherArch, "", "Software\\Netscape", u"Software\\Netscape"},
+      {Heading, "", "Software\\Netscape", u"Software\\Netscape"},
+  };
+  for (const auto &tried : cases) {
+    SCOPED_TRACE(std::string(tried.opened) + " and " + tried.below);
+    ResetMachine();
+    std::ofstream(Path("system.reg"), std::ios::binary) << tried.hive;
+    HKEY opened = nullptr;
+    ASSERT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, tried.opened, 0, KEY_READ, &opened), ERROR_SUCCESS);
+    PutDword(opened, tried.below, "Mark", 1);
+    EXPECT_EQ(GetDword(opened, tried.below, "Mark"), 1U);
+    RegCloseKey(opened);
+    std::ifstream file(Path("system.reg"), std::ios::binary);
+    machine::Hive hive;
+    ASSERT_EQ(hive.Load({std::istreambuf_iterator<char>(file), {}}), "");
+    const machine::Hive::Key *const key = hive.Find(hive.Root(), tried.place);
+    machine::HiveValue value;
+    EXPECT_TRUE(key != nullptr && hive.ReadValue(*key, u"Mark", value) == machine::Hive::Found::Yes);
+  }
 }
 
 } // namespace
