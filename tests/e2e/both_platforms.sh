@@ -1,23 +1,26 @@
 #!/bin/bash
-# both_platforms.sh NATIVE WINDOWS 32|64: one Wine prefix, of a 32-bit or a 64-bit system, entered through Wine itself; the
-# host program and the sequence of the native build work on it, those of the Windows build on a copy. What Wine then reads
-# from both has to be the same, and what was there before still there. NATIVE and WINDOWS are the build folders.
+# both_platforms.sh NATIVE WINDOWS win32|win64: one Wine prefix, of a 32-bit or a 64-bit system, entered through Wine itself;
+# the host program and the sequence of the native build work on it, those of the Windows build on a copy. What Wine then
+# reads from both has to be the same, and what was there before still there. NATIVE and WINDOWS are the build folders.
 #
 # The native build sees the registry of a 64-bit system as the win32 build does. Compared with win64, it works on hives that
 # don't say what system they are of.
 set -euo pipefail
 native=$(realpath "$1/acctkit")
 native_sequence=$(realpath "$1/tests/sequence")
+build=$(basename "$2")
 windows=$(realpath "$2/acctkit.exe")
 windows_sequence=$(realpath "$2/tests/sequence.exe")
 native_keys=$(realpath "$1/tests/keys")
 windows_keys=$(realpath "$2/tests/keys.exe")
-case "$(basename "$2")-$3" in
-win32-32) export WINEARCH=win32 reg='reg.exe' programs='Program Files' views=('') arch='' ;;
-win32-64) export WINEARCH=win64 reg='C:\windows\syswow64\reg.exe' programs='Program Files (x86)' views=(/reg:32 /reg:64) ;;
-win64-64) export WINEARCH=win64 reg='reg.exe' programs='Program Files' views=(/reg:64 /reg:32) ;;
-*) echo "a 32-bit prefix runs no 64-bit build" >&2; exit 2 ;;
+# Who enters the clients, where their programs are, and as what kind of process Wine's own programs see the registry.
+case "$build-$3" in
+win32-win32) reg=reg.exe programs='Program Files' view=/reg:32 ;;
+win32-win64) reg='C:\windows\syswow64\reg.exe' programs='Program Files (x86)' view=/reg:32 ;;
+win64-win64) reg=reg.exe programs='Program Files' view=/reg:64 ;;
+*) echo "usage: both_platforms.sh NATIVE WINDOWS win32|win64" >&2; exit 2 ;;
 esac
+export WINEARCH=$3
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/../../cmake/packages.sh"
 command -v wine >/dev/null || { echo "no wine here" >&2; exit 1; }
@@ -33,15 +36,23 @@ trap finish EXIT
 fail() { echo "FAILED: $*" >&2; exit 1; }
 use() { export WINEPREFIX=$work/$1/prefix; }
 settle() { wineserver -w; }
+# natively COMMAND...: a command of the native build, on hives as the Windows build sees them.
+natively() {
+  local status=0
+  [ "$build" = win32 ] || sed -i 's/^#arch=/;&/' "$WINEPREFIX"/{system,user}.reg
+  ACCTKIT_MACHINE=$WINEPREFIX "$@" || status=$?
+  sed -i 's/^;#arch=/#arch=/' "$WINEPREFIX"/{system,user}.reg
+  return $status
+}
 
 # The keys and files of the clients, by Wine's own programs.
 wine_environment "$work/a"
 fresh_wine_prefix
-add() { wine reg add "$1" /f ${2:+"${@:2}"} >/dev/null; }
+add() { wine "$reg" add "$1" /f ${2:+"${@:2}"} "$view" >/dev/null; }
 oe='HKLM\Software\Microsoft\Outlook Express'
 paths='HKLM\Software\Microsoft\Windows\CurrentVersion\App Paths'
 navigator='Software\Netscape\Netscape Navigator'
-folder='C:\Program Files\Netscape\Communicator'
+folder="C:\\$programs\\Netscape\\Communicator"
 add "$oe" /v MediaVer /d 5,50,4522,1200
 add "$paths\\msimn.exe" /ve /d '%ProgramFiles%\Outlook Express\msimn.exe'
 add "$paths\\NETSCAPE.EXE" /ve /d "$folder\\Program\\NETSCAPE.EXE"
@@ -54,7 +65,7 @@ add 'HKCU\Software\Microsoft\Internet Account Manager\Accounts\00000008' /v 'Acc
 add 'HKCU\Software\Microsoft\Internet Account Manager\Accounts\00000008' /v 'Connectoid' /d '@zuvioダイヤラ'
 add 'HKCU\Software\Microsoft\Internet Account Manager\Accounts\00000008' /v 'Connection Type' /t REG_DWORD /d 2
 add 'HKLM\Software\Netscape\Netscape 6' /v CurrentVersion /d '6.2 (ja)'
-add "$paths\\Netscp6.exe" /ve /d 'C:\Program Files\Netscape\Netscp6.exe'
+add "$paths\\Netscp6.exe" /ve /d "C:\\$programs\\Netscape\\Netscp6.exe"
 add 'HKCU\Software\Unrelated' /v Binary /t REG_BINARY /d 000102ff
 
 # A running server holds the registry in its memory: nobody else may write it.
@@ -62,9 +73,9 @@ if "$native" --machine "$WINEPREFIX" outlook-disable 2>"$work/refused"; then fai
 grep -q 'a Wine server is running' "$work/refused" || fail "said nothing of the running server: $(cat "$work/refused")"
 settle
 drive=$WINEPREFIX/drive_c
-mkdir -p "$drive/Program Files/Outlook Express" "$drive/Program Files/Netscape/Communicator/Program"
-touch "$drive/Program Files/Outlook Express/msimn.exe" "$drive/Program Files/Netscape/Communicator/Program/NETSCAPE.EXE"
-touch "$drive/Program Files/Netscape/Netscp6.exe"
+mkdir -p "$drive/$programs/Outlook Express" "$drive/$programs/Netscape/Communicator/Program"
+touch "$drive/$programs/Outlook Express/msimn.exe" "$drive/$programs/Netscape/Communicator/Program/NETSCAPE.EXE"
+touch "$drive/$programs/Netscape/Netscp6.exe"
 mozilla=$drive/users/$(whoami)/AppData/Roaming/Mozilla
 mkdir -p "$mozilla/Users50"
 cp "$here/../samples/profiles-ja.dat" "$mozilla/registry.dat"
@@ -83,6 +94,7 @@ startPage=http://www.zuvio.example/
 serviceKind=0
 SIGNUP
 commands() {
+  run status
   run signup "$1"
   run signup "$1"
   run mail exists --client oe --zuvio --user ABC01234
@@ -101,9 +113,9 @@ commands() {
   run accounts --json
 }
 use a
-run() { "$native" --machine "$WINEPREFIX" "$@" || echo "status $?"; }
-run_sequence() { ACCTKIT_MACHINE=$WINEPREFIX "$native_sequence"; }
-commands "$work/signup.txt" >"$work/a/output" 2>&1
+run() { "$native" "$@" || echo "status $?"; }
+run_sequence() { "$native_sequence"; }
+natively commands "$work/signup.txt" >"$work/a/output" 2>&1
 # Every other line of the hives is still there, and in its place.
 allowed='"Account Name"=dword|Connection Type|Connectoid|Start Page|\(Apps\\\\Outlook|Default Mail'
 for hive in system user; do
@@ -117,19 +129,23 @@ commands "Z:${work//\//\\}\\signup.txt" >"$work/b/output" 2>&1
 settle
 diff "$work/a/output" "$work/b/output" || fail "the two host programs said different things"
 
-# Wine reads both prefixes.
-for name in a b; do
-  use "$name"
-  for key in 'HKCU\Software\Microsoft' 'HKCU\Software\Netscape' 'HKCU\Identities' 'HKCU\Software\Unrelated' \
-    'HKLM\Software\Netscape' 'HKLM\Software\Microsoft\Outlook Express' 'HKLM\Software\Microsoft\Windows\CurrentVersion\App Paths'; do
-    wine reg query "$key" /s | tr -d '\r'
-  done >"$work/$name/registry"
+# read_registry NAME VIEW KEYS...: what Wine reads below keys of a prefix.
+read_registry() {
+  local key
+  use "$1"
+  for key in "${@:3}"; do
+    wine reg query "$key" /s "$2" | tr -d '\r'
+  done
   settle
+}
+for name in a b; do
+  read_registry "$name" "$view" 'HKCU\Software\Microsoft' 'HKCU\Software\Netscape' 'HKCU\Identities' 'HKCU\Software\Unrelated' \
+    'HKLM\Software\Netscape' "$oe" "$paths" >"$work/$name/registry"
 done
 grep -q 'abc01234@mail.zuvio.example' "$work/a/registry" || fail "Wine doesn't see what was written"
 diff "$work/a/registry" "$work/b/registry" || fail "the registries differ"
 written_files() {
-  (cd "$work/$1/prefix/drive_c" && find 'Program Files/Netscape' users/*/AppData/Roaming/Mozilla -type f \
+  (cd "$work/$1/prefix/drive_c" && find "$programs/Netscape" users/*/AppData/Roaming/Mozilla -type f \
     -exec sha256sum {} + | sort -k 2) >"$work/$1/files"
 }
 written_files a
@@ -139,6 +155,21 @@ diff "$work/a/files" "$work/b/files" || fail "the files differ"
 
 # And the native program reads what the Windows one wrote.
 use b
-"$native" --machine "$WINEPREFIX" accounts --json >"$work/read"
+natively "$native" accounts --json >"$work/read"
 sed -n '/^\[$/,$p' "$work/b/output" | diff - "$work/read" || fail "the native program reads something else"
+
+# All ways to a key, last since they leave keys everywhere. A 64-bit process has none of its own.
+if [ "$build" = win32 ]; then
+  use a
+  natively "$native_keys" >"$work/a/output"
+  use b
+  wine "$windows_keys" | tr -d '\r' >"$work/b/output"
+  settle
+  diff "$work/a/output" "$work/b/output" || fail "the two platforms come to different keys"
+  for name in a b; do
+    read_registry "$name" /reg:64 'HKLM\Software' 'HKCU\Software' >"$work/$name/keys"
+  done
+  grep -q Mark "$work/a/keys" || fail "Wine doesn't see the keys that were made"
+  diff "$work/a/keys" "$work/b/keys" || fail "the keys that were made differ"
+fi
 echo "both platforms wrote the same: $(wc -l <"$work/a/registry") lines of registry, $(wc -l <"$work/a/files") files"
