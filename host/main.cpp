@@ -163,6 +163,8 @@ int Run(const Chosen &chosen) {
     if (const std::string problem = platform::Problem(chosen.writes || chosen.waits); !problem.empty())
       return Fail(problem);
   const Outcome outcome = Act(chosen);
+  if (const std::string notice = platform::TakeNotice(); !notice.empty())
+    std::cerr << "acctkit: " << notice << '\n';
   if (const std::string fault = platform::TakeFault(); !fault.empty())
     return Fail(fault);
   std::cout << outcome.text;

@@ -34,6 +34,8 @@ private:
 // Why the machine can't be used, and what went wrong beneath the calls since; a line each, empty if nothing did.
 std::string Problem(bool forWriting);
 std::string TakeFault();
+// What a user should know that is no fault, since the last time; a line, empty if there is nothing.
+std::string TakeNotice();
 
 // The sample mailer plug-in as it was built or installed with this program.
 std::filesystem::path SamplePlugin();

@@ -37,6 +37,8 @@ std::string Problem(bool forWriting) { return machine::Problem(forWriting); }
 
 std::string TakeFault() { return machine::TakeFault(); }
 
+std::string TakeNotice() { return machine::TakeNotice(); }
+
 fs::path SamplePlugin() {
   const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
   const fs::path built = here / "sample_mailer.dll";

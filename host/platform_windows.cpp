@@ -26,6 +26,8 @@ std::string Problem(bool) { return {}; }
 
 std::string TakeFault() { return {}; }
 
+std::string TakeNotice() { return {}; }
+
 std::filesystem::path SamplePlugin() {
   wchar_t path[MAX_PATH];
   GetModuleFileNameW(nullptr, path, MAX_PATH);

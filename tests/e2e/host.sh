@@ -58,6 +58,16 @@ judged 0 0 : news_set --server-name 's"' --host h.example
 new_machine --with oe5,mailer
 judged 0 0 : sign_up_as 'a"能'
 
+# A plug-in that only Windows can load isn't passed over in silence.
+new_machine
+plugin="$work/machine/drive_c/Program Files/Harveld/SampleMailer/sample_mailer.dll"
+printf 'MZ' >"$plugin"
+for command in status 'signup signup.txt' completed; do
+  (cd "$samples" && acctkit $command >/dev/null 2>"$work/err") || true
+  [ "$(cat "$work/err")" = "acctkit: $plugin: a Windows library, which can't be loaded here" ] ||
+    fail "$command with a Windows plug-in: $(cat "$work/err")"
+done
+
 # What the disk didn't take isn't called done.
 if said=$(trap '' XFSZ; ulimit -f 0; acctkit signup "$samples/signup.txt" 2>&1); then fail "a full disk: $said"; fi
 [[ $said == *'File too large' && $said != *done* ]] || fail "a full disk: $said"

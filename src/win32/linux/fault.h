@@ -8,6 +8,8 @@ namespace machine {
 
 // Keeps one line (UTF-8, no line feed) for machine::TakeFault, unless one is kept already: the first is the cause.
 void RecordFault(const std::string &line);
+// The same for machine::TakeNotice.
+void RecordNotice(const std::string &line);
 
 // Whether machine::Folder is that one.
 bool IsFolder(const std::filesystem::path &folder);

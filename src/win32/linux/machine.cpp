@@ -22,6 +22,7 @@ namespace {
 
 std::mutex faultGuard;
 std::string firstFault;
+std::string firstNotice;
 
 // The lock of this process, which its nested Lock objects share.
 std::recursive_mutex lockGuard;
@@ -65,6 +66,17 @@ void RecordFault(const std::string &line) {
 std::string TakeFault() {
   const std::lock_guard guard(faultGuard);
   return std::exchange(firstFault, {});
+}
+
+void RecordNotice(const std::string &line) {
+  const std::lock_guard guard(faultGuard);
+  if (firstNotice.empty())
+    firstNotice = line;
+}
+
+std::string TakeNotice() {
+  const std::lock_guard guard(faultGuard);
+  return std::exchange(firstNotice, {});
 }
 
 std::string FolderProblem(const std::filesystem::path &folder) {

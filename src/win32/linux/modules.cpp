@@ -2,13 +2,24 @@
 #include "win32/win32_ui.h"
 
 #include "win32/linux/error.h"
+#include "win32/linux/fault.h"
 #include "win32/linux/paths.h"
 
 #include <dlfcn.h>
+#include <fstream>
 #include <link.h>
 #include <string>
 
 using machine::Fail;
+
+namespace {
+
+bool IsWindowsProgram(const std::filesystem::path &path) {
+  char magic[2] = "";
+  return std::ifstream(path, std::ios::binary).read(magic, sizeof magic) && magic[0] == 'M' && magic[1] == 'Z';
+}
+
+} // namespace
 
 HMODULE LoadLibraryA(const char *path) {
   // A name without a dot means the file with ".dll" behind it.
@@ -18,6 +29,8 @@ HMODULE LoadLibraryA(const char *path) {
   if (!found.exists)
     return Fail(ERROR_MOD_NOT_FOUND, nullptr);
   void *const library = dlopen(found.path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (library == nullptr && IsWindowsProgram(found.path))
+    machine::RecordNotice(found.path.string() + ": a Windows library, which can't be loaded here");
   return library != nullptr ? library : Fail(ERROR_BAD_EXE_FORMAT, nullptr);
 }
 
