@@ -31,7 +31,10 @@ struct SampleValue {
 #define ACCOUNT_MANAGER "Software\\Microsoft\\Internet Account Manager"
 #define ACCOUNT ACCOUNT_MANAGER "\\Accounts\\00000001"
 #define NAVIGATOR "Software\\Netscape\\Netscape Navigator"
-#define APP_PATHS "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\"
+#define CURRENT_VERSION "SOFTWARE\\Microsoft\\Windows\\CurrentVersion"
+#define APP_PATHS CURRENT_VERSION "\\App Paths\\"
+#define PROGRAM_FILES "%ProgramFiles%"
+#define DEFAULT_PROGRAM_FILES "C:\\Program Files"
 #define COMMUNICATOR_FOLDER "C:\\Program Files\\Netscape\\Communicator"
 #define PROFILE_FOLDER COMMUNICATOR_FOLDER "\\Users\\home"
 #define APP_DATA "C:\\WINDOWS\\Application Data"
@@ -46,9 +49,8 @@ const SampleValue Values[] = {
     {"oe4", HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Outlook Express", "MediaVer", "4,72,3110,0", 0},
     {"oe5", HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Outlook Express", "MediaVer", "5,50,4522,1200", 0},
     {"oe5", HKEY_CURRENT_USER, "Identities", "Default User ID", IDENTITY, 0},
-    {"oe", HKEY_LOCAL_MACHINE, APP_PATHS "msimn.exe", nullptr, "%ProgramFiles%\\Outlook Express\\msimn.exe", 0},
-    {"oe", HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Windows\\CurrentVersion", "ProgramFilesDir", "C:\\Program Files",
-     0},
+    {"oe", HKEY_LOCAL_MACHINE, APP_PATHS "msimn.exe", nullptr, PROGRAM_FILES "\\Outlook Express\\msimn.exe", 0},
+    {"oe", HKEY_LOCAL_MACHINE, CURRENT_VERSION, "ProgramFilesDir", DEFAULT_PROGRAM_FILES, 0},
     {"oe", HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Explorer\\Main", "Start Page", "http://old.example/", 0},
     {"oe", HKEY_CURRENT_USER, ACCOUNT_MANAGER, "Account Name", nullptr, 2},
     {"oe", HKEY_CURRENT_USER, ACCOUNT_MANAGER, "Default Mail Account", "00000001", 0},
@@ -85,7 +87,7 @@ struct SampleFile {
   std::string_view bytes;
 };
 const SampleFile Files[] = {
-    {"oe", "C:\\Program Files\\Outlook Express\\msimn.exe", sample_programs::outlook_express},
+    {"oe", PROGRAM_FILES "\\Outlook Express\\msimn.exe", sample_programs::outlook_express},
     {"communicator", COMMUNICATOR_FOLDER "\\Program\\NETSCAPE.EXE", sample_programs::communicator},
     {"communicator", PROFILE_FOLDER "\\prefs.js",
      "// Netscape User Preferences\r\n// This is a generated file!  Do not edit.\r\n\r\n"
@@ -119,13 +121,26 @@ bool EnterValue(const SampleValue &value) {
   return entered != 0;
 }
 
-// Where the machine has what the samples have in their application data folder.
+// A folder that each machine has in a place of its own, which a value tells.
+struct MachineFolder {
+  std::string_view sample; // as it is in the samples' paths
+  HKEY root;
+  const char *key;
+  const char *name;
+  const char *fallback;
+};
+const MachineFolder MachineFolders[] = {
+    {APP_DATA, HKEY_CURRENT_USER, SHELL_FOLDERS "Shell Folders", "AppData", APP_DATA},
+    {PROGRAM_FILES, HKEY_LOCAL_MACHINE, CURRENT_VERSION, "ProgramFilesDir", DEFAULT_PROGRAM_FILES},
+};
+
+// Where the machine has what the samples have at a path.
 std::string Placed(const std::string &path) {
-  static constexpr std::string_view Sample = APP_DATA;
-  if (!path.starts_with(Sample))
-    return path;
-  const auto folder = ShownValue(HKEY_CURRENT_USER, SHELL_FOLDERS "Shell Folders", "AppData");
-  return folder.value_or(APP_DATA) + path.substr(Sample.size());
+  for (const MachineFolder &folder : MachineFolders)
+    if (path.starts_with(folder.sample))
+      return ShownValue(folder.root, folder.key, folder.name).value_or(folder.fallback) +
+             path.substr(folder.sample.size());
+  return path;
 }
 
 // Makes the folders on the way. A backslash may be the second byte of a character.
