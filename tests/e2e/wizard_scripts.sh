@@ -1,7 +1,8 @@
 #!/bin/bash
-# wizard_scripts.sh NATIVE [WINDOWS]: runs the wizards by the scripts beside this, each on a fresh machine that the
-# script's first lines describe; the arguments are the build folders. With a Windows build the script runs under Wine
-# too, from the same registry: what is shown, and all that the clients then have, has to be the same.
+# wizard_scripts.sh NATIVE [WINDOWS win32|win64]: runs the wizards by the scripts beside this, each on a fresh machine that the
+# script's first lines describe; NATIVE and WINDOWS are the build folders. With a Windows build the script runs under Wine
+# too, on a 32-bit or a 64-bit system, from the same registry: what is shown, and all that the clients then have, has to be
+# the same.
 #
 # In a script, `# machine: LIST` names the clients; it runs on each of several such lists, which stand between bars.
 # `# setup: COMMAND` is done in the machine's folder, `# before: ARGS` and `# run: ARGS` go to the host program.
@@ -23,6 +24,7 @@ trap finish EXIT
 mkdir -p "$work/pristine/drive_c/windows"
 if [ -n "$windows" ]; then
   wine_environment "$work"
+  export WINEARCH=$3
   fresh_wine_prefix
   wineserver -w
   cp "$WINEPREFIX"/{system,user}.reg "$work/pristine"
@@ -31,6 +33,8 @@ fi
 reset_native() {
   rm -rf "$work/machine"
   cp -r "$work/pristine" "$work/machine"
+  # The native build sees the registry of a 64-bit system as the win32 build does, unless it doesn't say what it is.
+  [ "$(basename "$windows")" != win64 ] || sed -i '/^#arch=/d' "$work/machine"/*.reg
 }
 native_host() { "$native/acctkit" --machine "$work/machine" "$@"; }
 
@@ -40,7 +44,7 @@ reset_windows() {
   wineserver -w
   cp "$work/pristine"/*.reg "$WINEPREFIX"
   local drive=$WINEPREFIX/drive_c
-  rm -rf "$drive/Program Files"/{Zuvio,Harveld,Netscape,"Outlook Express"} "$drive"/users/*/AppData/Roaming/Mozilla
+  rm -rf "$drive/Program Files"*/{Zuvio,Harveld,Netscape,"Outlook Express"} "$drive"/users/*/AppData/Roaming/Mozilla
   mkdir -p "$drive/Program Files/Zuvio"
   cp "$windows"/{acctkit.exe,AcctKit.dll,sample_mailer.dll} "$drive/Program Files/Zuvio"
 }
