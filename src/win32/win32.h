@@ -95,7 +95,8 @@ void SetLastError(DWORD code);
 
 // ---- Registry ----
 // Keys below the two roots. Names of keys and values match without regard to case and keep the case first written.
-// Strings are code page 932 on this side. A call answers its result code and doesn't touch GetLastError.
+// Strings are code page 932 on this side. A call answers its result code and doesn't touch GetLastError. A 64-bit
+// system answers as it does a 32-bit process, which is what ships.
 
 inline const HKEY HKEY_CURRENT_USER = reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(0x80000001U));
 inline const HKEY HKEY_LOCAL_MACHINE = reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(0x80000002U));
