@@ -113,6 +113,7 @@ TEST_F(CommunicatorTest, FindsAListedProfileWhosePrefsCanBeOpened) {
   std::string key = "old";
   std::string message = "old";
   EXPECT_EQ(adapter.IsExistAccount(spec, key, message), 0);
+  MakeKey(HKEY_CURRENT_USER, BiffKey + "another"); // listed ahead
   const std::string state = CommunicatorFolder() + "\\Users\\" + OtherProfile;
   PutString(HKEY_CURRENT_USER, BiffKey + OtherProfile, "defaultServer", "pop");
   PutString(HKEY_CURRENT_USER, BiffKey + OtherProfile + "\\servers\\pop", "popstatePath", state + "\\popstate.dat");

@@ -10,6 +10,14 @@
 
 namespace {
 
+// ASCII in two bytes each, as a version resource has its names.
+std::string Wide(const std::string &text) {
+  std::string wide;
+  for (const char byte : text)
+    wide.append({byte, '\0'});
+  return wide;
+}
+
 class ExternalMailerTest : public ClientTest {
 protected:
   ExternalMailer adapter;
@@ -70,6 +78,20 @@ TEST_F(ExternalMailerTest, TellsThePluginsTexts) {
   EXPECT_EQ(text, "7.1.ベータ");
   EXPECT_EQ(adapter.GetClientPath(text), 1);
   EXPECT_EQ(text, "C:\\acctkit-test\\表\\mailer.exe");
+
+  // In the language that the resource lists; in a usual one without a list.
+  std::string program = GetFile(text).value();
+  const size_t block = program.find(Wide("041104b0"));
+  const size_t list = program.find(Wide("Translation"));
+  program.replace(list + 26, 4, "\x07\x04\xe4\x04");
+  for (const char *language : {"040704e4", "041104b0", "040904b0", "041103a4", "040904e4"}) {
+    program.replace(block, 16, Wide(language));
+    PutFile(text, program);
+    std::string version;
+    EXPECT_EQ(adapter.GetClientVersion(version), 1);
+    EXPECT_EQ(version, "7.1.ベータ") << language;
+    program[list] = 'X';
+  }
 
   PutFile(text, "no program"); // a file without a version
   EXPECT_EQ(adapter.IsInstall(), 1);

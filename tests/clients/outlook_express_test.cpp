@@ -168,6 +168,9 @@ TEST_F(OutlookExpressTest, BecomesTheDefaultClientWithWhatItsKeysHold) {
   EXPECT_EQ(GetString(HKEY_LOCAL_MACHINE, "SOFTWARE\\Classes\\mailto\\shell\\open\\command", nullptr),
             "\"C:\\msimn.exe\" /mailurl:%1");
   EXPECT_FALSE(KeyThere(HKEY_LOCAL_MACHINE, "SOFTWARE\\Classes\\mailto\\DefaultIcon"));
+  PutString(HKEY_LOCAL_MACHINE, client + "\\Protocols\\mailto\\DefaultIcon", nullptr, "C:\\acctkit-test");
+  EXPECT_EQ(adapter.SetDefaultClient(), 1);
+  EXPECT_EQ(GetString(HKEY_LOCAL_MACHINE, "SOFTWARE\\Classes\\mailto\\DefaultIcon", nullptr), "C:\\acctkit-test");
 }
 
 TEST_F(OutlookExpressTest, WritesNewsAccountsBesideMailAccounts) {

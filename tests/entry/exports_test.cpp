@@ -4,6 +4,8 @@
 #include "clients/service_constants.h"
 #include "support/client_machine.h"
 
+#include <cstring>
+
 namespace {
 
 const std::string BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users\\";
@@ -70,6 +72,21 @@ TEST_F(ExportsTest, WriteAnAccountFindItAndOverwriteIt) {
   EXPECT_STREQ(message, "同名のアカウントが存在します。\nアカウント名：titleを上書きしますか？");
   EXPECT_EQ(SetupMailAccount(0, spec, key), 1);
   EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, Account("00000002")));
+
+  // A name of 128 characters may have 256 bytes, for which a host's buffer has no room.
+  std::string profile = "a";
+  while (profile.size() < ACCTKIT_KEY_SIZE - 1)
+    profile += "表";
+  for (const int32_t found : {1, 0}) {
+    PutString(HKEY_CURRENT_USER, BiffKey + profile, "defaultServer", "pop");
+    PutString(HKEY_CURRENT_USER, BiffKey + profile + "\\servers\\pop", "popstatePath",
+              std::string(ScratchFolder) + "\\mail\\popstate.dat");
+    const char *const communicator[] = {"", "", profile.c_str(), "", "", "", "", "", Word(0)};
+    std::strcpy(key, "old");
+    EXPECT_EQ(IsExistMailAccount(1, communicator, key, message), found);
+    EXPECT_EQ(key, found == 1 ? profile : "old");
+    profile += "b";
+  }
 }
 
 TEST_F(ExportsTest, CompleteTheShorthandWithTheServicesOwnValues) {
@@ -105,6 +122,10 @@ TEST_F(ExportsTest, CompleteTheShorthandWithTheServicesOwnValues) {
     EXPECT_EQ(IsExistZuvioNewsAccount(0, news, key, message), 1);
     EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "NNTP Server"), server.host);
     EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "Account Name"), server.title);
+    EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "NNTP User Name"), "ABC01234");
+    InstallCommunicator();
+    EXPECT_EQ(SetupZuvioNewsAccount(1, news, ""), 1);
+    EXPECT_NE(GetFile(ProfilePrefs("@zuvio(ABC01234)")).value_or("").find(server.host), std::string::npos);
   }
   const char *const thirdServer[] = {"ABC01234", "", "", Word(3)};
   EXPECT_EQ(SetupZuvioNewsAccount(0, thirdServer, "") + IsExistZuvioNewsAccount(0, thirdServer, key, message), 0);

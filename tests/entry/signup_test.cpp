@@ -97,6 +97,9 @@ TEST_F(SignupTest, HandsOnThePluginsAnswers) {
   EXPECT_EQ(SetupAfterSignup(&record), 0);
   EXPECT_EQ(SetupCompleted(), 0);
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, BrowserKey, "Start Page"), record.startPage);
+  InstallCommunicator(); // the only client
+  EXPECT_EQ(SetupAfterSignup(&record), 0);
+  EXPECT_NE(GetFile(ProfilePrefs(Profile)), std::nullopt);
   InstallPlugin("plugin_complete");
   EXPECT_EQ(SetupCompleted(), 7);
   if (PluginsCanThrow) {

@@ -1,6 +1,8 @@
 // What the layer's windows do beyond Windows' own: drawing is recorded, what waits to be deleted is counted, and
 // without a user no box comes up. And how boxes are closed, for which Wine has an answer that Windows hasn't.
-#include "support/test_machine.h"
+#include "acctkit/acctkit.h"
+
+#include "support/client_machine.h"
 #include "support/user.h"
 #include "win32/linux/drawing.h"
 #include "win32/linux/icons.h"
@@ -71,7 +73,11 @@ TEST_F(FileIconTest, IsKnownByItsFileUntilItIsDestroyed) {
   EXPECT_EQ(machine::LiveIcons(), live);
 }
 
-TEST(NoUserTest, NothingComesUp) {
+using NoUserTest = ClientTest;
+
+TEST_F(NoUserTest, NothingComesUp) {
+  InstallOutlookExpress("5,50,1");
+  EXPECT_EQ(KERMWizard(), 0);
   EXPECT_EQ(MessageBoxA(nullptr, "text", "title", MB_OK), 0);
   EXPECT_FALSE(WinHelpA(nullptr, "C:\\help.hlp", HELP_CONTEXT, 5));
   PROPSHEETHEADERA header = {};

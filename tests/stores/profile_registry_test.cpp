@@ -135,6 +135,8 @@ TEST_F(ProfileRegistryTest, ChangesAValueInItsRoomOrMovesIt) {
   EXPECT_EQ(registry.SetValue(profiles, "CurrentProfile", "short"), current);
   EXPECT_EQ(registry.ImageLength(), end);
   EXPECT_EQ(registry.Node(current).valuelen, 6U);
+  EXPECT_EQ(registry.SetValue(profiles, "CurrentProfile", "equal"), current);
+  EXPECT_EQ(registry.ImageLength(), end);
   EXPECT_EQ(registry.Node(current).down, 12U);
   std::string expected = Saved();
   EXPECT_EQ(registry.SetValue(profiles, "CurrentProfile", "longer"), current);
@@ -238,6 +240,9 @@ TEST_F(ProfileRegistryTest, FollowsATreeOfAnyDepth) {
   for (int level = 0; level < Levels; ++level)
     deepest += "k\\";
   EXPECT_EQ(registry.FindPath(deepest, ""), Levels);
+  EXPECT_EQ(registry.SetValue(0, "value", ""), Levels + 1); // its key still leads to those below it
+  registry.Parse();
+  EXPECT_EQ(registry.NodeCount(), Levels + 2);
 }
 
 } // namespace

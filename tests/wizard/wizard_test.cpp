@@ -2,10 +2,12 @@
 // pages themselves are walked by scripts, on the built program.
 #include "acctkit/acctkit.h"
 
+#include "clients/outlook_express/outlook_express_mail.h"
 #include "mfc/afxwin.h"
 #include "resources/resource.h"
 #include "support/client_machine.h"
 #include "support/user.h"
+#include "wizard/pages/page_parts.h"
 #include "wizard/ps_wizard.h"
 
 #include <gtest/gtest.h>
@@ -176,6 +178,49 @@ TEST(SheetTest, IsCentredAtItsFinalSizeUntilItIsMoved) {
              Press(sheet, PSBTN_CANCEL);
            }},
            [&] { EXPECT_EQ(wizard.DoModal(), 0); });
+}
+
+// A client that knows the user by an account of its own, which isn't the one to overwrite.
+class KnowingClient : public OutlookExpressMail {
+  int32_t IsExistSecondUser(const MailAccountSpec &, std::string &key, std::string &message) override {
+    key = "other";
+    message = "the second question";
+    return 1;
+  }
+};
+
+TEST_F(WizardTest, AsksBeforeItWritesAnAccount) {
+  using namespace page_parts;
+  KnowingClient client;
+  MailAccountSpec spec = SampleMailSpec();
+  WriteAccount(client, spec);
+  const struct {
+    MailClient *client;
+    const UserQuestions &user;
+    const char *title;
+    std::vector<std::string> boxes; // as they begin
+  } flows[] = {
+      {&client, AnyUser, "@zuvio(ABC01234)", {"同名のアカウント", "設定が完了"}},
+      {&client, SecondUser, "@zuvio(ABC01234)", {"同名のアカウント", "設定が完了"}},
+      {&client, OriginalDomainUser, "@zuvio(ABC01234)", {"同名のアカウント", "the second", "設定が完了"}},
+      {&client, OriginalDomainUser, "new 1", {"the second", "設定が完了"}},
+      {&client, AnyUser, "new 2", {"メールアカウント「ABC01234」", "設定が完了"}},
+      {nullptr, AnyUser, "new 3", {"設定に失敗"}}, // it has gone
+  };
+  for (const auto &flow : flows) {
+    spec.accountName = flow.title;
+    UserSteps steps;
+    for (const std::string &begin : flow.boxes)
+      steps.emplace_back([&](HWND box) {
+        EXPECT_EQ(TextOf(box, BoxText).substr(0, begin.size()), begin);
+        PostMessageA(box, WM_COMMAND, IDOK, 0);
+      });
+    WithUser(steps, [&] {
+      const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
+      EXPECT_TRUE(WriteMailAccount(flow.client, spec, flow.user));
+    });
+  }
+  EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, std::string(AccountsKey) + "\\other"));
 }
 
 TEST_F(WizardTest, BoxesWithoutAnIconGetTheExclamationMark) {
