@@ -5,8 +5,6 @@
 #include "support/client_machine.h"
 
 #include <cstring>
-#include <fstream>
-#include <iterator>
 
 namespace {
 
@@ -22,11 +20,6 @@ class ExternalMailerTest : public ClientTest {
 protected:
   ExternalMailer adapter;
 
-  // What the complete plug-in was handed, empty if it wasn't called.
-  static std::string Kept(const std::string &path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
   static std::string Bytes(const MailEnvironment &environment) {
     return {reinterpret_cast<const char *>(&environment), sizeof environment};
   }

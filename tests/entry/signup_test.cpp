@@ -5,8 +5,6 @@
 #include "support/client_machine.h"
 
 #include <cstring>
-#include <fstream>
-#include <iterator>
 
 namespace {
 
@@ -30,11 +28,6 @@ protected:
     std::strcpy(record.popServer, "pop.own");
     std::strcpy(record.smtpServer, "smtp.own");
     std::strcpy(record.startPage, "http://zuvio.example/");
-  }
-
-  static std::string Kept(const std::string &path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
   }
 };
 

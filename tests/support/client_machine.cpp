@@ -1,6 +1,8 @@
 #include "support/client_machine.h"
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <unistd.h>
 
 namespace {
@@ -83,6 +85,11 @@ std::string ClientTest::InstallPlugin(const std::string &plugin) {
   SetEnvironment("ACCTKIT_PLUGIN_KEEP", kept);
   SetEnvironment("ACCTKIT_PLUGIN_FLAG", "7");
   return kept;
+}
+
+std::string ClientTest::Kept(const std::string &path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 MailAccountSpec SampleMailSpec() {

@@ -29,6 +29,8 @@ protected:
   // Registers one of the plug-ins that the build made, with a mailer's file on the machine, and answers where the
   // complete one keeps what it is handed.
   static std::string InstallPlugin(const std::string &plugin);
+  // What the complete plug-in was handed, empty if it wasn't called.
+  static std::string Kept(const std::string &path);
   // Whether what a plug-in throws comes to its caller. In the 32-bit DLL it doesn't: each library finds its own frames
   // alone, and the plug-in ends the process.
   static constexpr bool PluginsCanThrow = sizeof(void *) == 8;

@@ -34,20 +34,6 @@ TEST(DrawingTest, MeasuresTheSelectedFont) {
   EXPECT_FALSE(GetTextMetricsA(nullptr, &metrics));
 }
 
-TEST(DrawingTest, AnswersWhatWasSetBefore) {
-  const HDC context = GetDC(nullptr);
-  const HBRUSH brush = CreateSolidBrush(0x332211);
-  const HGDIOBJ first = SelectObject(context, brush);
-  EXPECT_EQ(SelectObject(context, first), brush);
-  EXPECT_TRUE(DeleteObject(brush));
-  for (const COLORREF before : {0x000000U, 0x654321U})
-    EXPECT_EQ(SetTextColor(context, 0x654321), before);
-  for (const int before : {OPAQUE, TRANSPARENT})
-    EXPECT_EQ(SetBkMode(context, TRANSPARENT), before);
-  EXPECT_EQ(SetBkMode(context, 7), 0);
-  ReleaseDC(nullptr, context);
-}
-
 using IconTest = MachineTest;
 
 TEST_F(IconTest, EveryProgramHasItsImage) {
