@@ -247,7 +247,11 @@ TEST_F(CommunicatorNewsTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
   spec.newsHosts[0] = std::string(100, 'h') + "." + std::string(60, 'h');
   refused(spec);
   spec = SampleNewsSpec(0);
-  for (const std::string &map : {std::string(10240 - 100, '\n'), std::string(10241, '\n'), std::string("a\0b\n", 4)}) {
+  spec.accountName.assign(212, 'p'); // the path of its prefs.js has no room
+  refused(spec);
+  spec = SampleNewsSpec(0);
+  const size_t room = 10240 - 25 - Record("forum-nntp.example", "forum-nntp").size(); // below the heading
+  for (const std::string &map : {std::string(room + 1, '\n'), std::string(10241, '\n'), std::string("a\0b\n", 4)}) {
     PutFile(folder + "fat", map);
     refused(spec);
     EXPECT_EQ(GetFile(folder + "fat"), map);
@@ -262,6 +266,8 @@ TEST_F(CommunicatorNewsTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
   PutFile(folder + "fat", "x forum-nntp.example.org");
   EXPECT_EQ(WriteAccount(news, spec), 1);
   EXPECT_EQ(GetFile(folder + "fat"), "x forum-nntp.example.org");
+  PutFile(folder + "fat", std::string(room, '\n'));
+  EXPECT_EQ(WriteAccount(news, spec), 1);
 }
 
 TEST_F(CommunicatorNewsTest, EndsTheLastLineOfAMapBeforeItAddsOne) {

@@ -123,6 +123,7 @@ TEST_F(ExportsTest, CompleteTheShorthandWithTheServicesOwnValues) {
     EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "NNTP Server"), server.host);
     EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "Account Name"), server.title);
     EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "NNTP User Name"), "ABC01234");
+    EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "NNTP Display Name"), "山田");
     InstallCommunicator();
     EXPECT_EQ(SetupZuvioNewsAccount(1, news, ""), 1);
     EXPECT_NE(GetFile(ProfilePrefs("@zuvio(ABC01234)")).value_or("").find(server.host), std::string::npos);

@@ -242,6 +242,16 @@ TEST_F(WizardTest, BoxesWithoutAnIconGetTheExclamationMark) {
                EXPECT_EQ(AfxMessageBox("text", box.type), box.answer);
              });
   }
+
+  // One over a window of the host's leaves what that belongs to as it was.
+  const auto make = [](HWND owner) {
+    return CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, owner, nullptr, nullptr, nullptr);
+  };
+  const HWND main = make(nullptr);
+  SetFocus(make(main));
+  ExpectRefused(WrongCall, [] { return ShortMailWizard(0, nullptr); });
+  EXPECT_TRUE(IsWindowEnabled(main));
+  DestroyWindow(main);
 }
 
 } // namespace
