@@ -5,16 +5,12 @@
 #include "support/client_machine.h"
 
 #include <cstring>
+#include <string_view>
 
 namespace {
 
-// ASCII in two bytes each, as a version resource has its names.
-std::string Wide(const std::string &text) {
-  std::string wide;
-  for (const char byte : text)
-    wide.append({byte, '\0'});
-  return wide;
-}
+// The bytes of a name in a version resource.
+std::string Wide(std::u16string_view name) { return {reinterpret_cast<const char *>(name.data()), 2 * name.size()}; }
 
 class ExternalMailerTest : public ClientTest {
 protected:
@@ -74,15 +70,15 @@ TEST_F(ExternalMailerTest, TellsThePluginsTexts) {
 
   // In the language that the resource lists; in a usual one without a list.
   std::string program = GetFile(text).value();
-  const size_t block = program.find(Wide("041104b0"));
-  const size_t list = program.find(Wide("Translation"));
+  const size_t block = program.find(Wide(u"041104b0"));
+  const size_t list = program.find(Wide(u"Translation"));
   program.replace(list + 26, 4, "\x07\x04\xe4\x04");
-  for (const char *language : {"040704e4", "041104b0", "040904b0", "041103a4", "040904e4"}) {
+  for (const char16_t *language : {u"040704e4", u"041104b0", u"040904b0", u"041103a4", u"040904e4"}) {
     program.replace(block, 16, Wide(language));
     PutFile(text, program);
     std::string version;
     EXPECT_EQ(adapter.GetClientVersion(version), 1);
-    EXPECT_EQ(version, "7.1.ベータ") << language;
+    EXPECT_EQ(version, "7.1.ベータ") << Wide(language);
     program[list] = 'X';
   }
 

@@ -78,7 +78,6 @@ TEST_F(LayerWindowsTest, UserComesAfterMessagesAndPainting) {
 }
 
 TEST_F(LayerWindowsTest, LoopEndsWithoutUser) {
-  EXPECT_FALSE(machine::RunModalLoop(top, [] { return false; }));
   EXPECT_FALSE(Run([](HWND) { return false; }));
   EXPECT_TRUE(IsWindow(top));
 }

