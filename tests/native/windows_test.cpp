@@ -93,14 +93,6 @@ TEST_F(LayerWindowsTest, EachThreadHasItsOwn) {
   EXPECT_EQ(GetFocus(), child);
 }
 
-TEST_F(LayerWindowsTest, KeysHaveBeenPressedSinceTheyWereAskedFor) {
-  GetAsyncKeyState(VK_SHIFT);
-  machine::PressKey(VK_SHIFT);
-  EXPECT_EQ(GetAsyncKeyState(VK_BACK), 0);
-  EXPECT_EQ(GetAsyncKeyState(VK_SHIFT), 1);
-  EXPECT_EQ(GetAsyncKeyState(VK_SHIFT), 0);
-}
-
 TEST(TemplateTest, CutOnesAreNone) {
   for (const bool extended : {false, true}) {
     const Template whole(extended, WS_POPUP, {{1, 0, ButtonAtom, u"one"}, {2, 0, StaticAtom, u"two"}});

@@ -1,4 +1,4 @@
-// Device contexts and what is selected into them, and the system's icons and images.
+// The system's icons and images.
 #include "win32/win32_ui.h"
 
 #include "support/test_machine.h"
@@ -6,25 +6,6 @@
 #include <string>
 
 namespace {
-
-// A font that is asked for by the height of its characters is at least that high.
-TEST(DrawingTest, MeasuresTheSelectedFont) {
-  const HDC context = GetDC(nullptr);
-  for (const int height : {-9, -12, -24}) {
-    SCOPED_TRACE(height);
-    const HFONT font = CreateFontA(height, 0, 0, 0, 400, FALSE, FALSE, FALSE, 0, 0, 0, 0, 0, "");
-    const HGDIOBJ before = SelectObject(context, font);
-    ASSERT_NE(before, nullptr);
-    TEXTMETRICA metrics = {};
-    EXPECT_TRUE(GetTextMetricsA(context, &metrics));
-    EXPECT_GE(metrics.tmHeight, -height);
-    EXPECT_LT(metrics.tmHeight, -height * 2);
-    EXPECT_EQ(metrics.tmAscent + metrics.tmDescent, metrics.tmHeight);
-    EXPECT_EQ(SelectObject(context, before), font);
-    EXPECT_TRUE(DeleteObject(font));
-  }
-  EXPECT_EQ(ReleaseDC(nullptr, context), 1);
-}
 
 using IconTest = MachineTest;
 

@@ -26,6 +26,8 @@ std::string TextOf(HWND dialog, int id) {
 
 HWND PageOf(HWND sheet) { return reinterpret_cast<HWND>(SendMessageA(sheet, PSM_GETCURRENTPAGEHWND, 0, 0)); }
 
+bool IsListOpen(HWND sheet) { return SendDlgItemMessageA(PageOf(sheet), IDC_CHOICE, CB_GETDROPPEDSTATE, 0, 0) != 0; }
+
 void Press(HWND sheet, int button) { PostMessageA(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); }
 
 HICON IconOf(HWND box) {
@@ -135,10 +137,30 @@ TEST_F(WizardTest, ShowsTheIconOfAnotherChoice) {
               SendMessageA(list, CB_SETCURSEL, 1, 0);
               SendMessageA(page, WM_COMMAND, MAKEWPARAM(IDC_CHOICE, CBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
               EXPECT_NE(icon(), before);
+              Press(sheet, PSBTN_NEXT);
+            },
+            [](HWND sheet) {
+              EXPECT_TRUE(IsListOpen(sheet));
               Press(sheet, PSBTN_CANCEL);
             },
             [](HWND box) { PostMessageA(box, WM_COMMAND, IDYES, 0); }},
            [] { EXPECT_EQ(ShortMailWizard(0, "ABC01234"), 1); });
+}
+
+TEST_F(WizardTest, OpensTheListOfDomainsTheFirstTime) {
+  InstallOutlookExpress("5,50,4522,1200");
+  const auto next = [](HWND sheet) { Press(sheet, PSBTN_NEXT); };
+  WithUser({next, next,
+            [](HWND sheet) {
+              EXPECT_TRUE(IsListOpen(sheet));
+              Press(sheet, PSBTN_BACK);
+            },
+            next,
+            [](HWND sheet) {
+              EXPECT_FALSE(IsListOpen(sheet));
+              Press(sheet, PSBTN_CANCEL);
+            }},
+           [] { EXPECT_EQ(MailerWizard(0, "ABC01234", "ABC01234\0"), 1); });
 }
 
 // As the system makes sheets, whose size comes after the first message.
