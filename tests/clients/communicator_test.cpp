@@ -245,6 +245,7 @@ TEST_F(CommunicatorNewsTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
   spec.newsHosts[0] = std::string(100, 'h') + "." + std::string(60, 'h');
   refused(spec);
   spec = SampleNewsSpec(0);
+  spec.newsServerOn[0] = 0;
   spec.accountName.assign(212, 'p'); // the path of its prefs.js has no room
   refused(spec);
   spec = SampleNewsSpec(0);

@@ -87,6 +87,10 @@ TEST_F(ProfileRegistryTest, ReadsWhatAClientWrote) {
   EXPECT_EQ(Value("Common\\Profiles", "CurrentProfile"), "山田太郎");
   for (const char *name : {"表示用", "ソフト開発", "能力", "ﾃｽﾄ ｱｶｳﾝﾄ"})
     EXPECT_NE(Value(std::string("Common\\Profiles\\") + name, "directory").find(name), std::string::npos) << name;
+  for (const char *name : {"\x95", "\x95\x5c"}) { // half a character, and one with a backslash in it
+    const int32_t key = registry.AddKey(0, name);
+    EXPECT_EQ(registry.FindPath(name, ""), key);
+  }
 }
 
 TEST_F(ProfileRegistryTest, EntersAProfileBehindTheEnd) {
