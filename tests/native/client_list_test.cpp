@@ -20,7 +20,7 @@ std::string Words(const machine::Drawn &drawn) {
     return drawn.colour == GetSysColor(COLOR_HIGHLIGHT) ? "highlight" : "window";
   case Kind::Text:
     return drawn.text + (drawn.colour == GetSysColor(COLOR_HIGHLIGHTTEXT) ? " highlighted" : "") +
-           (drawn.backMode == TRANSPARENT ? "" : " on a box");
+           (drawn.backMode == TRANSPARENT && drawn.style == (DT_VCENTER | DT_SINGLELINE) ? "" : " wrongly");
   case Kind::FocusFrame:
     return "frame";
   case Kind::Image:
