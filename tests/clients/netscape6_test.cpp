@@ -240,6 +240,9 @@ TEST_F(Netscape6Test, RefusesWithNothingChanged) {
   spec = SampleMailSpec();
   spec.accountName.assign(196, 'p'); // the path of its prefs.js has no room
   refused(spec);
+  NewsAccountSpec newsSpec = SampleNewsSpec(0);
+  newsSpec.newsServerNames[0].assign(260, 'x');
+  EXPECT_EQ(WriteAccount(news, newsSpec), 0);
 
   // A prefs.js without room stays as it is; so does everything without a sound profile registry.
   const std::string full = std::string(102400 - 500, '/') + "\n";

@@ -32,7 +32,6 @@ TEST_F(RegistryUtilitiesTest, OnlyRegistryKeyMakesKeys) {
 
 TEST_F(RegistryUtilitiesTest, ReadsClearWhatTheyCannotRead) {
   PutString(HKEY_CURRENT_USER, key, "text", std::string(600, 'x'));
-  PutString(HKEY_CURRENT_USER, key, "longest", std::string(511, 'x'));
   PutValue(HKEY_CURRENT_USER, key, "open", REG_SZ, "no end");
   std::string text = "old";
   DWORD number = 5;
@@ -44,7 +43,6 @@ TEST_F(RegistryUtilitiesTest, ReadsClearWhatTheyCannotRead) {
   EXPECT_EQ(text, std::string(600, 'x'));
   EXPECT_EQ(ReadText(HKEY_CURRENT_USER, key, "text", text), 0);
   EXPECT_EQ(text, "");
-  EXPECT_EQ(ReadText(HKEY_CURRENT_USER, key, "longest", text), 1);
   EXPECT_EQ(ReadText(HKEY_CURRENT_USER, key, "open", text), 1);
   EXPECT_EQ(text, "no end");
 }
