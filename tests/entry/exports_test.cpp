@@ -13,7 +13,7 @@ const char *Word(intptr_t number) { return reinterpret_cast<const char *>(number
 
 class ExportsTest : public ClientTest {
 protected:
-  char key[ACCTKIT_KEY_SIZE] = "";
+  char key[ACCTKIT_KEY_SIZE] = "\0what a host left there";
   char message[ACCTKIT_MESSAGE_SIZE] = "old";
 
   static std::string Account(const char *name) { return std::string(AccountsKey) + "\\" + name; }

@@ -103,6 +103,7 @@ TEST_F(PrefsFileTest, LeavesAFileAloneThatItCannotHoldWhole) {
     Load(bytes);
     RemovePrefLine("b", *prefs);
     RemovePrefLine("a", *prefs);
+    RemovePrefLine("x", *prefs);
     EXPECT_EQ(Saved(), bytes);
   }
 }

@@ -26,9 +26,7 @@ TEST_F(FilesTest, Dispositions) {
   } cases[] = {
       {OPEN_EXISTING, ERROR_FILE_NOT_FOUND, NoError, ERROR_ACCESS_DENIED, "old"},
       {OPEN_ALWAYS, NoError, ERROR_ALREADY_EXISTS, ERROR_ACCESS_DENIED, "old"},
-      {CREATE_NEW, NoError, ERROR_FILE_EXISTS, ERROR_FILE_EXISTS, "old"},
       {CREATE_ALWAYS, NoError, ERROR_ALREADY_EXISTS, ERROR_ACCESS_DENIED, ""},
-      {TRUNCATE_EXISTING, ERROR_FILE_NOT_FOUND, NoError, ERROR_ACCESS_DENIED, ""},
   };
   PutFile(Scratch + "\\file", "");
   for (const auto &test : cases) {

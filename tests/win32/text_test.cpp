@@ -164,8 +164,6 @@ TEST(TextTest, LettersAndDigits) {
     kana += static_cast<char>(character);
   EXPECT_EQ(letters, "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz" + kana);
   EXPECT_EQ(digits, "0123456789");
-  EXPECT_TRUE(_ismbcalpha(0x8260) && _ismbcalpha(0x829A) && _ismbcdigit(0x824F) && _ismbcdigit(0x8258));
-  EXPECT_FALSE(_ismbcalpha(0x824F) || _ismbcalpha(0x8140) || _ismbcdigit(0x8260) || _ismbcdigit(0x8259));
 }
 
 } // namespace
