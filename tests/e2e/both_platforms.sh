@@ -86,9 +86,10 @@ cp -an "$work/a/prefix" "$work/b"
 cp "$WINEPREFIX"/{system,user}.reg "$work"
 
 # The same commands on both; results and outputs are compared too.
-cat >"$work/signup.txt" <<'SIGNUP'
+cd "$work" # messages name the file as it was given
+cat >signup.txt <<'SIGNUP'
 serviceId=ABC01234
-senderName=表示 ソフト能
+senderName=表示 能力ソフト
 mailAddress=taro@mail.zuvio.example
 startPage=http://www.zuvio.example/
 serviceKind=0
@@ -115,7 +116,7 @@ commands() {
 use a
 run() { "$native" "$@" || echo "status $?"; }
 run_sequence() { "$native_sequence"; }
-natively commands "$work/signup.txt" >"$work/a/output" 2>&1
+natively commands signup.txt >"$work/a/output" 2>&1
 # Every other line of the hives is still there, and in its place.
 allowed='"Account Name"=dword|Connection Type|Connectoid|Start Page|\(Apps\\\\Outlook|Default Mail'
 for hive in system user; do
@@ -123,9 +124,9 @@ for hive in system user; do
   [ -z "$lost" ] || fail "lines of $hive.reg are gone: $lost"
 done
 use b
-run() { wine "$windows" "$@" | tr -d '\r' || echo "status ${PIPESTATUS[0]}"; }
+run() { wine "$windows" "$@" 2>&1 | tr -d '\r' || echo "status ${PIPESTATUS[0]}"; }
 run_sequence() { wine "$windows_sequence" | tr -d '\r'; }
-commands "Z:${work//\//\\}\\signup.txt" >"$work/b/output" 2>&1
+commands signup.txt >"$work/b/output" 2>&1
 settle
 diff "$work/a/output" "$work/b/output" || fail "the two host programs said different things"
 
