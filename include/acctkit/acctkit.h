@@ -19,8 +19,8 @@
  * garbles the text; at the end two in a row do no harm. These texts are the user, the sender's name, the mail address
  * and the hosts of an account (not its title, nor the display name of a news server), and the start page's URL.
  *
- * The DLL runs on Windows 98 and NT 4 with Internet Explorer 5, and on all that came later. Names, ordinals and records stay
- * as they are for as long as the first number of the version does.
+ * The DLL runs on Windows 98 and NT 4 with Internet Explorer 5, and on all that came later. Names, ordinals and records
+ * stay as they are for as long as the first number of the version does.
  */
 #ifndef ACCTKIT_ACCTKIT_H
 #define ACCTKIT_ACCTKIT_H
