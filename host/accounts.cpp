@@ -5,6 +5,7 @@
 #include "clients/netscape6/netscape6_mail.h"
 #include "clients/netscape6/netscape6_news.h"
 #include "clients/registry.h"
+#include "platform.h"
 #include "registry_view.h"
 #include "stores/profile_registry.h"
 #include "text.h"
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -35,8 +37,8 @@ struct Entry {
 
 struct Client {
   std::string name;
-  std::string version; // empty if it isn't installed
-  bool takesMail = false;
+  std::string version;           // empty if it isn't installed
+  std::optional<bool> takesMail; // nothing for a plug-in that is there and can't be loaded here
   bool takesNews = false;
   std::vector<Entry> (*entries)() = nullptr;
 };
@@ -236,17 +238,26 @@ Client Reached(const char *name, MailClient &&mail, bool takesNews, std::vector<
   return {name, ToUtf8(version), mail.IsInstall() != 0, takesNews, entries};
 }
 
+Client ReachedMailer() {
+  Client mailer = Reached("External mailer", ExternalMailer(), false, MailerEntries);
+  if (platform::HasNotice())
+    mailer.takesMail.reset();
+  return mailer;
+}
+
 std::vector<Client> ReadClients() {
   return {Exported("Outlook Express", 0, OutlookExpressEntries),
           Exported("Netscape Communicator", 1, CommunicatorEntries),
-          Reached("Netscape 6", Netscape6Mail(), Netscape6News().IsInstall() != 0, Netscape6Entries),
-          Reached("External mailer", ExternalMailer(), false, MailerEntries)};
+          Reached("Netscape 6", Netscape6Mail(), Netscape6News().IsInstall() != 0, Netscape6Entries), ReachedMailer()};
 }
+
+// "?" for what can't be found out here.
+const char *Answer(std::optional<bool> answer) { return !answer ? "?" : *answer ? "yes" : "no"; }
 
 void PrintText(const std::vector<Client> &clients) {
   for (const Client &client : clients) {
     std::cout << client.name << (client.version.empty() ? "" : " " + client.version)
-              << (client.takesMail ? "" : ", not installed") << '\n';
+              << (client.takesMail.value_or(true) ? "" : ", not installed") << '\n';
     for (const Entry &entry : client.entries()) {
       std::cout << "  " << entry.kind << (entry.name.empty() ? "" : " " + entry.name)
                 << (entry.isDefault ? " (default)" : "") << "  [" << entry.where << "]\n";
@@ -281,8 +292,9 @@ void PrintJson(const std::vector<Client> &clients) {
                          {"values", values},
                          {"lines", lines}});
     }
+    const Json installed = client.takesMail ? Json(*client.takesMail) : Json();
     document.push_back(
-        {{"client", client.name}, {"version", client.version}, {"installed", client.takesMail}, {"entries", entries}});
+        {{"client", client.name}, {"version", client.version}, {"installed", installed}, {"entries", entries}});
   }
   std::cout << document.dump(2) << '\n';
 }
@@ -306,5 +318,5 @@ void PrintStatus() {
   };
   row("client", "version", "mail", "news");
   for (const Client &client : ReadClients())
-    row(client.name, client.version, client.takesMail ? "yes" : "no", client.takesNews ? "yes" : "no");
+    row(client.name, client.version, Answer(client.takesMail), Answer(client.takesNews));
 }

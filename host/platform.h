@@ -34,8 +34,10 @@ private:
 // Why the machine can't be used, and what went wrong beneath the calls since; a line each, empty if nothing did.
 std::string Problem(bool forWriting);
 std::string TakeFault();
-// What a user should know that is no fault, since the last time; a line, empty if there is nothing.
+// What a user should know that is no fault, since the last time, a plug-in that only Windows can load; a line, empty if
+// there is nothing.
 std::string TakeNotice();
+bool HasNotice();
 
 // The sample mailer plug-in as it was built or installed with this program.
 std::filesystem::path SamplePlugin();
@@ -56,8 +58,8 @@ public:
 // Runs what opens windows, with the user before them.
 void WithUser(User &user, const std::function<void()> &run);
 
-// Why nobody can work windows on the screen that this program has, the terminal where the platform shows none of its
-// own, a line; empty if somebody can.
+// Empty if somebody can work windows on the program's screen, else a line that says why not. Where the platform shows
+// no windows, the screen is the terminal.
 std::string ScreenProblem();
 // Runs what opens windows, with whoever sits before the screen. False if that user left before the end. What asks the
 // program to end meanwhile ends it, when the terminal is again as it was.

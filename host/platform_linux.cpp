@@ -39,6 +39,8 @@ std::string TakeFault() { return machine::TakeFault(); }
 
 std::string TakeNotice() { return machine::TakeNotice(); }
 
+bool HasNotice() { return machine::HasNotice(); }
+
 fs::path SamplePlugin() {
   const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
   const fs::path built = here / "sample_mailer.dll";

@@ -28,6 +28,8 @@ std::string TakeFault() { return {}; }
 
 std::string TakeNotice() { return {}; }
 
+bool HasNotice() { return false; }
+
 std::filesystem::path SamplePlugin() {
   wchar_t path[MAX_PATH];
   GetModuleFileNameW(nullptr, path, MAX_PATH);

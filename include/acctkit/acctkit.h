@@ -19,8 +19,9 @@
  * garbles the text; at the end two in a row do no harm. These texts are the user, the sender's name, the mail address
  * and the hosts of an account (not its title, nor the display name of a news server), and the start page's URL.
  *
- * The DLL runs on Windows 98 and NT 4 with Internet Explorer 5, and on all that came later. Names, ordinals and records
- * stay as they are for as long as the first number of the version does.
+ * The DLL and the sample plug-in run on Windows 98 and NT 4 with Internet Explorer 5, on a Pentium II or later, and on
+ * all later Windows; the host program acctkit.exe needs Windows 2000. Names, ordinals and records stay as they are for
+ * as long as the first number of the version does.
  */
 #ifndef ACCTKIT_ACCTKIT_H
 #define ACCTKIT_ACCTKIT_H
@@ -207,8 +208,8 @@ ACCTKIT_API int32_t ACCTKIT_CALL OutlookDisable(void);
  * Japanese. Call them on the thread of the host's user interface; they return when the sheet has closed.
  *
  * The result is 1 if the sheet was shown, however it ended. It is 0, with nothing written, if it never came up: for a
- * null argument and where no client is installed, each with a message, and on a platform without a user (natively,
- * without a front end before the windows) at once.
+ * null argument and where no client is installed, each with a message, and at once while another thread has a wizard
+ * open or on a platform without a user (natively, without a front end before the windows).
  *
  * `unused` isn't read. `id` is the subscriber's ID to start with. `idList` holds all of the subscriber's IDs, one
  * behind the other, each ended by a zero byte and the list by one more; an `id` that isn't in it starts with the first,

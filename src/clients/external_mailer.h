@@ -38,7 +38,8 @@ public:
   // 1 if a plug-in was freed.
   int32_t FreeMailerLibrary();
 
-  // The entry points of a loaded plug-in, with its own answers; 0 if it throws.
+  // The entry points of a loaded plug-in, with its own answers; 0 if it throws, where that
+  // can be caught (not in the 32-bit DLL, whose run-time library isn't the plug-in's).
   int32_t SetMailEnvironment(const MailEnvironment &environment) const;
   int32_t SetCompleteFlag() const;
 

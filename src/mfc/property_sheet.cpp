@@ -32,7 +32,7 @@ INT_PTR CPropertySheet::DoModal() {
   header.hwndParent = GetSafeOwner_(&topLevel);
   header.hInstance = AfxGetResourceHandle();
   header.nPages = static_cast<UINT>(pages.size());
-  header.ppsp = reinterpret_cast<const PROPSHEETPAGEA *>(pages.data()); // a record's size stands in it
+  header.ppsp = reinterpret_cast<const PROPSHEETPAGEA *>(pages.data()); // dwSize tells which form they have
   header.pfnCallback = SheetProc;
 
   opening = this;

@@ -21,10 +21,9 @@ public:
   static CWnd *FromHandlePermanent(HWND window);
   static CWnd *GetDesktopWindow() { return FromHandle(::GetDesktopWindow()); }
 
-  // The window that a box over the thread's active window, or without one over the open sheet, is to belong to: the one
-  // of its popups that was last active.
-  // If there is an enabled window at the top of its owners other than it, that is disabled, and handed out for the
-  // caller to enable again, null otherwise.
+  // The window that a message box is to belong to: the last active popup of the thread's active window, or of the open
+  // sheet if no window is active. If there is another, enabled window at the top of its owners, that is disabled, and
+  // handed out for the caller to enable again, null otherwise.
   static HWND GetSafeOwner_(HWND *topLevelToEnable);
 
   // Attaches the object, tells it by PreSubclassWindow and puts it ahead of the window's procedure, until the window

@@ -6,7 +6,7 @@
 #pragma once
 
 #include <cstdint>
-#include <random>
+#include <ctime>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -102,8 +102,9 @@ private:
 
     std::vector<Slot> slots; // a power of two
     size_t used = 0;
-    // Not the same in every run: names that all have one hash would make a file that takes for ever.
-    uint32_t base = std::random_device()();
+    // Not the same in every run: names that all have one hash would make a file that takes for ever. By the clock,
+    // since Windows 98 has no random numbers of its own.
+    uint32_t base = static_cast<uint32_t>(std::time(nullptr));
   };
   // The records that stand last in a key's two chains, as indexes; -1 for an empty chain.
   struct ChainEnds {

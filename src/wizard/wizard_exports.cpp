@@ -66,8 +66,7 @@ void FillIds(WizardData &data, const char *id, const char *idList) {
 }
 
 // The run of every wizard: its record and its pages in their order, what the host's arguments have to be, which clients
-// it is for, and what the record starts with. 0 if the sheet never came up, as while another thread has
-// a wizard open.
+// it is for, and what the record starts with. 0 if the sheet never came up, as while another thread has a wizard open.
 template <typename Data, typename... Pages, typename Fill>
 int32_t RunWizard(CPsWizard::Kind kind, bool calledRight, int32_t (ClientFinder::*hasClient)() const, Fill fill) {
   const FrameworkClaim claim;

@@ -95,6 +95,16 @@ startPage=http://www.zuvio.example/
 serviceKind=0
 SIGNUP
 commands() {
+  run
+  run frob
+  run signup missing.txt
+  run mail set --client oe
+  run mail exists --client 7 --user tanaka
+  run news set --client oe --user tanaka --name 田中 --title 能 --host n.example --address 'a@b' --key
+  run wizard mailer --id ABC01234 --script missing.txt
+  run mail set --client communicator --user 'a"b' --name n --title t --smtp s --pop p --address a@b.example
+  run mail set --client communicator --user u --name 能 --title t --smtp s --pop p --address a@b.example
+  run start-page --client communicator --profile default 'http://start.example/\'
   run status
   run signup "$1"
   run signup "$1"

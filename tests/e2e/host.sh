@@ -67,6 +67,7 @@ for command in status 'signup signup.txt' completed; do
   [ "$(cat "$work/err")" = "acctkit: $plugin: a Windows library, which can't be loaded here" ] ||
     fail "$command with a Windows plug-in: $(cat "$work/err")"
 done
+acctkit status 2>/dev/null | grep -E '^External mailer +\? +no$' >/dev/null || fail "status knows of a plug-in that it can't ask"
 
 # What the disk didn't take isn't called done.
 if said=$(trap '' XFSZ; ulimit -f 0; acctkit signup "$samples/signup.txt" 2>&1); then fail "a full disk: $said"; fi

@@ -109,14 +109,20 @@ done
 
 # wrong STATUS LINE STEPS: what the host says of a script that is wrong, or that a wizard doesn't go by.
 wrong() {
-  local status=0
-  printf '%b' "$3" >"$work/wrong.txt"
-  native_host wizard short --script "$work/wrong.txt" >/dev/null 2>"$work/err" || status=$?
-  [ "$status" -eq "$1" ] && [ "$(wc -l <"$work/err")" -eq 1 ] && grep -qF "wrong.txt:$2: " "$work/err" ||
-    fail "the script $3 gives status $status and $(cat "$work/err")"
+  local platform status path=$work/wrong.txt
+  printf '%b' "$3" >"$path"
+  for platform in native ${windows:+windows}; do
+    status=0
+    "${platform}_host" wizard short --script "$path" >/dev/null 2>"$work/complaint" || status=$?
+    [ "$status" -eq "$1" ] && [ "$(wc -l <"$work/complaint")" -eq 1 ] && grep -qF "wrong.txt:$2: " "$work/complaint" ||
+      fail "the script $3 gives status $status and $(cat "$work/complaint"), $platform"
+    path="Z:${path//\//\\}"
+  done
 }
-reset_native
-native_host machine new --with oe5 >/dev/null
+for platform in native ${windows:+windows}; do
+  "reset_$platform"
+  "${platform}_host" machine new --with oe5 >/dev/null
+done
 for steps in 'frob' 'set x y' 'set 65536 y' 'select 1007 -1' 'set 1009 "a' 'set 1009 a\\q' 'answer maybe' 'next 3' 'expect' \
   'set 1009 \xff' 'set 1009 \xe2\x82\xac' 'a\0'; do
   wrong 2 2 "# only a comment\r\n$steps\n"

@@ -1,5 +1,6 @@
 // The library as a host loads it, and what is left when it has been unloaded again.
 #include "support/client_machine.h"
+#include "support/stubs_windows.h"
 #include "support/user.h"
 
 namespace {
@@ -30,6 +31,7 @@ void RunWizard(HMODULE library) {
 void LoadAndUnload() {
   const HMODULE library = LoadLibraryA(ACCTKIT_LIBRARY);
   ASSERT_NE(library, nullptr);
+  StubImports(library);
   RunWizard(library);
   EXPECT_TRUE(FreeLibrary(library));
   EXPECT_EQ(GetModuleHandleA("AcctKit.dll"), nullptr);

@@ -1,6 +1,4 @@
-// Windows 98 has some calls as stubs alone, which fail. ACCTKIT_STUBS names those, with blanks between them; they fail
-// here too, from before the first static object of the program is made.
-#include <windows.h>
+#include "support/stubs_windows.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -36,20 +34,20 @@ void *StubOf(const std::string &name) {
   Refuse(name, "has no stub here");
 }
 
-template <typename Part> Part *InProgram(DWORD offset) {
-  return reinterpret_cast<Part *>(reinterpret_cast<BYTE *>(GetModuleHandleA(nullptr)) + offset);
+template <typename Part> Part *Within(HMODULE module, ULONG_PTR offset) {
+  return reinterpret_cast<Part *>(reinterpret_cast<BYTE *>(module) + offset);
 }
 
-// The place from which the program calls an import; null if it has no such import.
-void **FindImport(const std::string &name) {
-  const auto *const headers = InProgram<IMAGE_NT_HEADERS>(static_cast<DWORD>(InProgram<IMAGE_DOS_HEADER>(0)->e_lfanew));
+// The place from which a module calls an import; null if it has no such import.
+void **FindImport(HMODULE module, const std::string &name) {
+  const auto *const headers =
+      Within<IMAGE_NT_HEADERS>(module, static_cast<ULONG_PTR>(Within<IMAGE_DOS_HEADER>(module, 0)->e_lfanew));
   const DWORD table = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-  for (auto *dll = InProgram<IMAGE_IMPORT_DESCRIPTOR>(table); dll->Name != 0; ++dll) {
-    const auto *const names = InProgram<ULONG_PTR>(dll->OriginalFirstThunk);
+  for (auto *dll = Within<IMAGE_IMPORT_DESCRIPTOR>(module, table); dll->Name != 0; ++dll) {
+    const auto *const names = Within<ULONG_PTR>(module, dll->OriginalFirstThunk);
     for (size_t index = 0; names[index] != 0; ++index)
-      if (!IMAGE_SNAP_BY_ORDINAL(names[index]) &&
-          name == InProgram<IMAGE_IMPORT_BY_NAME>(static_cast<DWORD>(names[index]))->Name)
-        return InProgram<void *>(dll->FirstThunk) + index;
+      if (!IMAGE_SNAP_BY_ORDINAL(names[index]) && name == Within<IMAGE_IMPORT_BY_NAME>(module, names[index])->Name)
+        return Within<void *>(module, dll->FirstThunk) + index;
   }
   return nullptr;
 }
@@ -61,19 +59,21 @@ void Replace(void **import, void *stub) {
   VirtualProtect(import, sizeof *import, protection, &protection);
 }
 
-struct StubbedImports {
-  StubbedImports() {
-    const char *const names = std::getenv("ACCTKIT_STUBS");
-    for (const char *left = names != nullptr ? names : ""; *left != '\0';) {
-      const std::string name(left, std::strcspn(left, " "));
-      left += name.size() + std::strspn(left + name.size(), " ");
-      void **const import = FindImport(name);
-      if (import == nullptr)
-        Refuse(name, "is no import of this program");
-      Replace(import, StubOf(name));
-    }
-  }
+struct StubbedProgram {
+  StubbedProgram() { StubImports(GetModuleHandleA(nullptr)); }
 };
-__attribute__((init_priority(101))) StubbedImports stubbed;
+__attribute__((init_priority(101))) StubbedProgram program;
 
 } // namespace
+
+void StubImports(HMODULE module) {
+  const char *const names = std::getenv("ACCTKIT_STUBS");
+  for (const char *left = names != nullptr ? names : ""; *left != '\0';) {
+    const std::string name(left, std::strcspn(left, " "));
+    left += name.size() + std::strspn(left + name.size(), " ");
+    void **const import = FindImport(module, name);
+    if (import == nullptr)
+      Refuse(name, "is no import of this module");
+    Replace(import, StubOf(name));
+  }
+}

@@ -42,8 +42,8 @@ std::optional<DialogTemplate> ReadTemplate(const DLGTEMPLATE *bytes);
 HWND CreateDialogFrom(const DialogTemplate &dialog, HINSTANCE instance, HWND parent, DLGPROC procedure,
                       LPARAM parameter);
 
-// Does what a key does to a dialog if the window that it is for, in that dialog, doesn't want it. False if that is
-// nothing, and the message is still to be sent.
+// Does what IsDialogMessage does for Esc and Enter: the key works the dialog, unless the window that it is for wants
+// it. False if the message is still to be sent.
 bool PressDialogKey(HWND dialog, const MSG &message);
 
 } // namespace machine

@@ -453,10 +453,7 @@ Hive::Key *Hive::KeyOfHeading(std::string_view heading, std::string_view &proble
 }
 
 Hive::Key *Hive::Find(Key &from, std::u16string_view names) {
-  // Kept for its memory: every open of a key comes here.
-  thread_local std::u16string upper;
-  upper.resize(names.size());
-  std::ranges::transform(names, upper.begin(), text::Upper);
+  const std::u16string upper = text::ToUpper(names);
   std::u16string_view path = upper;
   Key *key = &from;
   for (auto name = text::TakeName(path); key != nullptr && !name.empty(); name = text::TakeName(path)) {

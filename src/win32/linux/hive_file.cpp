@@ -49,10 +49,11 @@ LSTATUS HiveFile::Load() {
   std::string text;
   if (const LSTATUS result = ReadText(text); result != ERROR_SUCCESS)
     return result;
-  const std::string damage = hive->Load(std::move(text));
+  if (const std::string damage = hive->Load(std::move(text)); !damage.empty())
+    return Fail(ERROR_BADDB, "the registry is damaged, " + damage);
   if (hive->Is64Bit() && IsLocalMachine())
     hive->Create(hive->Root(), u"Software\\Wow6432Node"); // as Wine does when it starts
-  return damage.empty() ? ERROR_SUCCESS : Fail(ERROR_BADDB, "the registry is damaged, " + damage);
+  return ERROR_SUCCESS;
 }
 
 LSTATUS HiveFile::ReadText(std::string &text) {

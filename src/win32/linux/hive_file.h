@@ -15,8 +15,8 @@ namespace machine {
 
 class HiveFile {
 public:
-  // `root` is the hive's name in its own heading, should the file have to be made: LocalMachineRoot, or the user's.
   static constexpr std::string_view LocalMachineRoot = "\\\\Machine";
+  // `root` is the hive's name in its own heading, should the file have to be made: LocalMachineRoot, or the user's.
   HiveFile(std::filesystem::path file, std::string_view root);
 
   // Makes sure that the content is that of the file; one look at the file's identity if it is. ERROR_BADDB for a

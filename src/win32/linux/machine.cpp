@@ -79,6 +79,11 @@ std::string TakeNotice() {
   return std::exchange(firstNotice, {});
 }
 
+bool HasNotice() {
+  const std::lock_guard guard(faultGuard);
+  return !firstNotice.empty();
+}
+
 std::string FolderProblem(const std::filesystem::path &folder) {
   struct stat status;
   if (stat(folder.c_str(), &status) != 0)

@@ -29,6 +29,7 @@ std::string TakeFault();
 // A library that a Win32 call was to load since the last TakeNotice and that only Windows can load: one line as above.
 // It is no fault, the call answers as for any file that is no library; but what is in it is missing for a reason.
 std::string TakeNotice();
+bool HasNotice();
 
 // Holds the whole machine against every other process for as long as it lives, over any number of calls. The layer
 // takes it by itself for each single write; a process that reads, decides and writes takes it around all three.

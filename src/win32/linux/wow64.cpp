@@ -149,8 +149,8 @@ private:
     return found != nullptr;
   }
 
-  // The key that a link leads to, null if it isn't there. Software\Wow6432Node\Classes leads to the
-  // one within `Classes`.
+  // The key that a link leads to, null if it isn't there. Software\Wow6432Node\Classes leads to the one within
+  // `Classes`.
   Hive::Key *Target(const Hive::Key &link) {
     HiveValue value;
     if (hive.ReadValue(link, u"SymbolicLinkValue", value) != Hive::Found::Yes)

@@ -116,7 +116,7 @@ void SummaryText::Show(const CWnd &page, const MailSummary &summary) {
 }
 
 void SummaryText::Show(const CWnd &page, const std::string &text) {
-  SubclassWindow(::GetDlgItem(page.m_hWnd, IDC_FIELD_1)); // the first time
+  SubclassWindow(::GetDlgItem(page.m_hWnd, IDC_FIELD_1)); // does nothing once it is attached
   SendMessage(WM_SETFONT, reinterpret_cast<WPARAM>(font.m_hObject), TRUE);
   SetWindowText(text);
 }
