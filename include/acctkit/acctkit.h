@@ -14,10 +14,11 @@
  * The host keeps out of every text that goes into Communicator's preference file: a double quote, a control character,
  * and the byte 0x5C, a backslash's, as the text's last one. The texts stand there between quotes and unescaped, and
  * Communicator reads them byte by byte as JavaScript: a quote ends the text, and 0x5C, which is also the second byte of
- * characters such as 0x955C in code page 932, changes what the byte behind it means, at the end the closing quote. It
- * then drops that line and all behind it, the user's own too, while the call answers 1. The byte 0x5C further in only
- * garbles the text; at the end two in a row do no harm. These texts are the user, the sender's name, the mail address
- * and the hosts of an account (not its title, nor the display name of a news server), and the start page's URL.
+ * characters such as 0x955C in code page 932, changes what the byte behind it means, at the end the closing quote.
+ * Communicator then drops that line and all behind it, the user's own too, while the call answers 1. The byte 0x5C
+ * further in only garbles the text; at the end two in a row do no harm. These texts are the user, the sender's name,
+ * the mail address and the hosts of an account (not its title, nor the display name of a news server), and the start
+ * page's URL.
  *
  * The DLL and the sample plug-in run on Windows 98 and NT 4 with Internet Explorer 5, on a Pentium II or later, and on
  * all later Windows; the host program acctkit.exe needs Windows 2000. Names, ordinals and records stay as they are for
@@ -84,7 +85,7 @@ typedef struct MailEnvironment {
  * The entry points of a mailer plug-in, a library that the registry names: `InstPath` (folder, without a final
  * backslash) and `ProgramName` (file name) of HKEY_LOCAL_MACHINE "SOFTWARE\Harveld\@zuvioSetup". A plug-in exports all
  * three by these names. Only an answer of exactly 1 counts as success. They catch their own exceptions: one that is
- * thrown counts as the answer 0, but ends the process of the 32-bit DLL, where it can't be caught.
+ * thrown counts as the answer 0, but the 32-bit DLL can't catch it, and there it ends the process.
  */
 typedef int32_t(ACCTKIT_CALL *GetMailerInfoEntry)(MailerInfo *info, int32_t size);
 typedef int32_t(ACCTKIT_CALL *SetMailEnvironmentEntry)(const MailEnvironment *environment, int32_t size);
@@ -138,9 +139,9 @@ ACCTKIT_API int32_t ACCTKIT_CALL IsExistNewsAccount(int32_t client, const char *
  * client itself below "Software\Microsoft\Outlook Express" and the user's key of "Identities". Communicator: keys of
  * the profile below both roots, its directories, its prefs.js, and for news the profile's map of news servers. Before
  * anything is written, 0 refuses a text that is too long for its place in the client's format, a key that belongs to an
- * account of the other kind (Outlook Express), an install directory that can't be read, a title for a new profile that
- * is empty or can't be a folder's name, a news host without a dot, and files that have no room for the account
- * (Communicator).
+ * account of the other kind (Outlook Express), an install directory that is empty or can't be read, a title for a new
+ * profile that is empty or can't be a folder's name, a news host without a dot, and files that have no room for the
+ * account (Communicator).
  */
 ACCTKIT_API int32_t ACCTKIT_CALL SetupMailAccount(int32_t client, const char *const *spec, const char *key);
 ACCTKIT_API int32_t ACCTKIT_CALL SetupNewsAccount(int32_t client, const char *const *spec, const char *key);
@@ -176,7 +177,8 @@ ACCTKIT_API int32_t ACCTKIT_CALL SetupKERMMailAccount(int32_t client, const char
 /*
  * Configures all there is in one call: a mail account and the start page in Outlook Express and its browser, the same
  * in Communicator if that is installed, and the data handed to the mailer plug-in. An account of the same title is
- * overwritten without a question. A new Communicator profile gets its start page only at a second call. A `serviceKind`
+ * overwritten without a question, and a client that refuses the account is passed over without a word. A new
+ * Communicator profile gets its start page only at a second call. A `serviceKind`
  * other than 0 and 1 serves the plug-in alone. The result is what the plug-in's SetMailEnvironment answers, and 0 if
  * there is no plug-in, whatever was written before.
  */

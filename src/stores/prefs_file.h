@@ -64,7 +64,8 @@ std::optional<std::string> FindPrefValue(const std::string &needle, const PrefsT
 // The items of a list joined by commas, at least one.
 std::vector<std::string> ListItems(const std::string &list);
 
-// The same into buffers, where a value that doesn't fit can't be told from one that isn't there.
+// The same into buffers, for whoever knows the largest value. Adapters use the ones above: here a value that doesn't
+// fit can't be told from one that isn't there.
 //
 // Copies the value to `out`, which is zeroed first. 1 if a value was copied; 0 if there is none or it doesn't fit into
 // `size` bytes with its terminator.

@@ -30,7 +30,7 @@ struct GraphAccount {
 struct GraphKeys {
   std::string account;
   std::string server;
-  std::string identity; // of an account of several, the first
+  std::string identity; // the first, if the account has several
 };
 
 constexpr const char *AccountList = "mail.accountmanager.accounts";
