@@ -94,16 +94,14 @@ TEST_F(LayerWindowsTest, EachThreadHasItsOwn) {
 }
 
 TEST(TemplateTest, CutOnesAreNone) {
-  for (const bool extended : {false, true}) {
-    const Template whole(extended, WS_POPUP, {{1, 0, ButtonAtom, u"one"}, {2, 0, StaticAtom, u"two"}});
-    const std::string_view bytes(reinterpret_cast<const char *>(whole.Bytes()), whole.Size());
-    const auto read = machine::ReadTemplate(bytes);
-    ASSERT_TRUE(read);
-    EXPECT_EQ(read->face, "Face");
-    EXPECT_EQ(read->controls.at(1).text, "two");
-    for (size_t size = 0; size < bytes.size(); ++size)
-      EXPECT_FALSE(machine::ReadTemplate(std::string(bytes.substr(0, size)))) << size;
-  }
+  const Template whole(WS_POPUP, {{1, 0, ButtonAtom, u"one"}, {2, 0, StaticAtom, u"two"}});
+  const std::string_view bytes(reinterpret_cast<const char *>(whole.Bytes()), whole.Size());
+  const auto read = machine::ReadTemplate(bytes);
+  ASSERT_TRUE(read);
+  EXPECT_EQ(read->face, "Face");
+  EXPECT_EQ(read->controls.at(1).text, "two");
+  for (size_t size = 0; size < bytes.size(); ++size)
+    EXPECT_FALSE(machine::ReadTemplate(std::string(bytes.substr(0, size)))) << size;
 }
 
 TEST(ResourcesTest, AreReadUpToWhereTheyAreCut) {

@@ -17,29 +17,21 @@ constexpr WORD EditAtom = 0x81;
 constexpr WORD StaticAtom = 0x82;
 constexpr WORD ComboBoxAtom = 0x85;
 
-// A compiled template in the old form or the new one.
+// A compiled template in the extended form.
 class Template {
 public:
-  Template(bool extended, DWORD style, const std::vector<Control> &controls, const char16_t *caption = u"Caption")
-      : extended(extended) {
-    if (extended)
-      Add({1, 0xFFFF, 0, 0});
+  Template(DWORD style, const std::vector<Control> &controls, const char16_t *caption = u"Caption") {
+    Add({1, 0xFFFF, 0, 0});
     AddStyle(style | DS_SETFONT);
     Add({static_cast<WORD>(controls.size()), 0, 0, 100, 80, 0, 0});
     AddText(caption);
-    Add({9});
-    if (extended)
-      Add({400, 0x8000});
+    Add({9, 400, 0x8000});
     AddText(u"Face");
     for (const Control &control : controls) {
       words.resize((words.size() + 1) / 2 * 2);
-      if (extended)
-        Add({0, 0});
+      Add({0, 0});
       AddStyle(control.style | WS_CHILD | WS_VISIBLE);
-      Add({4, 8, 40, 12, static_cast<WORD>(control.id)});
-      if (extended)
-        Add({0});
-      Add({0xFFFF, control.atom});
+      Add({4, 8, 40, 12, static_cast<WORD>(control.id), 0, 0xFFFF, control.atom});
       AddText(control.text);
       Add({0});
     }
@@ -49,7 +41,6 @@ public:
   size_t Size() const { return words.size() * sizeof(WORD); }
 
 private:
-  bool extended;
   std::vector<WORD> words;
 
   void Add(std::initializer_list<WORD> more) { words.insert(words.end(), more); }
@@ -58,9 +49,5 @@ private:
       words.push_back(*text);
     while (*text++ != 0);
   }
-  void AddStyle(DWORD style) {
-    const WORD low = LOWORD(style);
-    const WORD high = HIWORD(style);
-    extended ? Add({0, 0, low, high}) : Add({low, high, 0, 0});
-  }
+  void AddStyle(DWORD style) { Add({0, 0, LOWORD(style), HIWORD(style)}); }
 };

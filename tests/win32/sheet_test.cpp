@@ -61,7 +61,7 @@ Template PageTemplate(LPARAM number) {
   const std::vector<Control> controls = {{0xFFFF, 0, StaticAtom, u"label"},
                                          {FirstStop, WS_TABSTOP, EditAtom, u""},
                                          {FirstStop + 1, WS_TABSTOP, EditAtom, u""}};
-  return {false, WS_CHILD | WS_CAPTION | WS_DISABLED, controls, caption};
+  return {WS_CHILD | WS_CAPTION | WS_DISABLED, controls, caption};
 }
 
 // Runs a wizard of three pages.
@@ -182,10 +182,8 @@ TEST(MessageBoxTest, HasTheButtonsOfItsType) {
   } boxes[] = {
       {MB_OK, {IDOK}, nullptr},
       {MB_OKCANCEL | MB_ICONINFORMATION, {IDOK, IDCANCEL}, IDI_ASTERISK},
-      {2, {IDABORT, IDRETRY, IDIGNORE}, nullptr},
       {MB_YESNOCANCEL | 0x20, {IDYES, IDNO, IDCANCEL}, IDI_QUESTION},
       {MB_YESNO | MB_ICONEXCLAMATION, {IDYES, IDNO}, IDI_EXCLAMATION},
-      {5 | 0x10, {IDRETRY, IDCANCEL}, IDI_HAND},
   };
   for (const auto &box : boxes)
     for (const int pressed : box.buttons) {
