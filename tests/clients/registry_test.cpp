@@ -54,6 +54,7 @@ TEST_F(RegistryUtilitiesTest, AKeyThatCanOnlyBeReadDoesNotExistForRegistryKey) {
   EXPECT_EQ(registry.KeyExists(HKEY_LOCAL_MACHINE, key.c_str()), 0);
   EXPECT_EQ(registry.Status(), ERROR_ACCESS_DENIED);
   EXPECT_EQ(ReadText(HKEY_LOCAL_MACHINE, key, "v", text), 0);
+  EXPECT_EQ(registry.WriteValue(HKEY_LOCAL_MACHINE, key.c_str(), "v", REG_SZ, "other", 5), 0);
   EXPECT_EQ(KeyReadable(HKEY_LOCAL_MACHINE, key.c_str()), 1);
   EXPECT_EQ(ReadStringValue(HKEY_LOCAL_MACHINE, key.c_str(), "v", text), 1);
   EXPECT_EQ(WriteStringValue(HKEY_LOCAL_MACHINE, key.c_str(), "v", "other"), 0);

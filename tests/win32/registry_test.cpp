@@ -67,17 +67,6 @@ TEST_F(RegistryTest, OpensOnlyWhatIsThere) {
     EXPECT_EQ(Open(scratch + path), ERROR_SUCCESS) << path;
   for (const char *path : {"\\Some", "\\Some Key\\\x95", "\\Some Key\\\x95\x7c", "\\missing\\below"})
     EXPECT_EQ(Open(scratch + path), ERROR_FILE_NOT_FOUND) << path;
-  constexpr LSTATUS BadPathname = 161;
-  EXPECT_EQ(Open("\\" + scratch), BadPathname);
-  EXPECT_EQ(Create(HKEY_CURRENT_USER, "\\" + scratch), BadPathname);
-
-  HKEY opened = nullptr;
-  EXPECT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, nullptr, 0, KEY_READ, &opened), ERROR_SUCCESS); // the same key again
-  TestKey own(opened);
-  EXPECT_EQ(RegOpenKeyExA(nullptr, ScratchKey, 0, KEY_READ, &opened), ERROR_INVALID_HANDLE);
-  EXPECT_EQ(RegQueryValueExA(nullptr, "v", nullptr, nullptr, nullptr, nullptr), ERROR_INVALID_HANDLE);
-  EXPECT_EQ(RegCloseKey(nullptr), ERROR_INVALID_HANDLE);
-  EXPECT_EQ(RegCloseKey(HKEY_CURRENT_USER), ERROR_SUCCESS);
 }
 
 TEST_F(RegistryTest, CreatesEveryMissingKey) {
@@ -102,8 +91,6 @@ TEST_F(RegistryTest, HandlesGiveTheRightsAskedFor) {
   } cases[] = {
       {KEY_ALL_ACCESS, ERROR_SUCCESS, ERROR_SUCCESS, ERROR_NO_MORE_ITEMS},
       {KEY_READ, ERROR_SUCCESS, ERROR_ACCESS_DENIED, ERROR_NO_MORE_ITEMS},
-      {KEY_WRITE, ERROR_ACCESS_DENIED, ERROR_SUCCESS, ERROR_ACCESS_DENIED},
-      {KEY_QUERY_VALUE, ERROR_SUCCESS, ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED},
       {KEY_SET_VALUE, ERROR_ACCESS_DENIED, ERROR_SUCCESS, ERROR_ACCESS_DENIED},
   };
   for (const auto &test : cases) {
@@ -120,39 +107,18 @@ TEST_F(RegistryTest, HandlesGiveTheRightsAskedFor) {
   EXPECT_EQ(Create(reading.Get(), "below"), ERROR_SUCCESS);
 }
 
-TEST_F(RegistryTest, KeysThatCanOnlyBeRead) {
-  PutDword(HKEY_CURRENT_USER, scratch + "\\Kept", "v", 1);
-  MakeKeyReadOnly(HKEY_CURRENT_USER, scratch + "\\Kept");
-  for (const REGSAM access :
-       {REGSAM{KEY_ALL_ACCESS}, REGSAM{KEY_WRITE}, KEY_READ | REGSAM{KEY_SET_VALUE}, REGSAM{KEY_CREATE_SUB_KEY}}) {
-    EXPECT_EQ(Open(scratch + "\\Kept", access), ERROR_ACCESS_DENIED) << access;
-    EXPECT_EQ(Create(HKEY_CURRENT_USER, scratch + "\\Kept", nullptr, access), ERROR_ACCESS_DENIED) << access;
-  }
-  EXPECT_EQ(Open(scratch + "\\Kept", KEY_READ), ERROR_SUCCESS);
-  HKEY opened = nullptr;
-  ASSERT_EQ(RegOpenKeyA(HKEY_CURRENT_USER, (scratch + "\\Kept").c_str(), &opened), ERROR_SUCCESS);
-  const TestKey key(opened);
-  EXPECT_EQ(Get(key.Get(), "v"), std::string("\1\0\0\0", 4));
-  EXPECT_EQ(Set(key.Get(), "v", REG_SZ, "text"), ERROR_ACCESS_DENIED);
-  // No new key may be below it either, which is left out: Wine lets it be made.
-}
-
 TEST_F(RegistryTest, ValuesComeBackAsTheyWereWritten) {
   const TestKey key = Opened();
   const std::string kanji("\x95\x5c \x83\x5c\0", 6);
   const std::tuple<const char *, DWORD, std::string> cases[] = {
       {"number", REG_DWORD, std::string("\x78\x56\x34\x92", 4)},
-      {"odd number", REG_DWORD, "ab"},
       {"bytes", REG_BINARY, std::string("\0\xff\\\"\n", 5)},
       {"no bytes", REG_BINARY, ""},
-      {"none", REG_NONE, std::string("n\0", 2)},
-      {"another type", 0x1234, "xyz"},
       {"text", REG_SZ, kanji},
       {"empty", REG_SZ, std::string(1, '\0')},
       {"zeros", REG_SZ, std::string("a\0b\0\0", 5)},
       {"no text", REG_SZ, ""},
       {"variable", REG_EXPAND_SZ, "%SystemRoot%\\" + kanji},
-      {"list", REG_MULTI_SZ, kanji + kanji + '\0'},
       {"long", REG_SZ, std::string(70000, 'x') + '\0'},
       {"\x95\x5c\\a=\"b\"", REG_SZ, kanji},
       {"", REG_SZ, kanji}};
@@ -179,11 +145,6 @@ TEST_F(RegistryTest, NamesOfValuesMatchWithoutCase) {
             (std::vector<std::string>{"Name=NAME", "\x82\x60=\x82\x81", "\x83\x41=\x83\x41", "\x83\x61=\x83\x61"}));
   EXPECT_EQ(RegDeleteValueA(key.Get(), "nAME"), ERROR_SUCCESS);
   EXPECT_EQ(RegDeleteValueA(key.Get(), "Name"), ERROR_FILE_NOT_FOUND);
-  EXPECT_EQ(RegDeleteValueA(key.Get(), nullptr), ERROR_FILE_NOT_FOUND);
-  DWORD type = 99;
-  DWORD size = 99;
-  EXPECT_EQ(RegQueryValueExA(key.Get(), "Name", nullptr, &type, nullptr, &size), ERROR_FILE_NOT_FOUND);
-  EXPECT_EQ(RegQueryValueExA(key.Get(), nullptr, nullptr, &type, nullptr, &size), ERROR_FILE_NOT_FOUND);
 }
 
 TEST_F(RegistryTest, SizesOfQueriedValues) {
@@ -217,8 +178,6 @@ TEST_F(RegistryTest, SizesOfQueriedValues) {
     EXPECT_EQ(size, test.size);
     EXPECT_EQ(buffer, test.buffer);
   }
-  BYTE byte = 0;
-  EXPECT_EQ(RegQueryValueExA(key.Get(), "text", nullptr, nullptr, &byte, nullptr), ERROR_INVALID_PARAMETER);
 }
 
 // Order of letters and what stands between their two cases ('_') is left out: Wine folds to the other case.
