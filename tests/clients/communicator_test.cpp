@@ -25,16 +25,18 @@ protected:
     InstallCommunicator();
   }
 
-  static std::string AccountLines() {
+  static std::string SenderLines() {
     return "user_pref(\"mail.identity.useremail\", \"taro@zuvio.example\");\n"
-           "user_pref(\"mail.identity.username\", \"山田 太郎\");\n"
-           "user_pref(\"mail.pop_name\", \"ABC01234\");\n"
-           "user_pref(\"network.hosts.pop_server\", \"pop.example\");\n"
-           "user_pref(\"network.hosts.smtp_server\", \"smtp.example\");\n"
-           "user_pref(\"mail.leave_on_server\", true);\n"
-           "user_pref(\"mail.html_compose\", false);\n"
-           "user_pref(\"mail.remember_password\", true);\n"
-           "user_pref(\"browser.startup.homepage_override\", false);\n";
+           "user_pref(\"mail.identity.username\", \"山田 太郎\");\n";
+  }
+  static std::string AccountLines() {
+    return SenderLines() + "user_pref(\"mail.pop_name\", \"ABC01234\");\n"
+                           "user_pref(\"network.hosts.pop_server\", \"pop.example\");\n"
+                           "user_pref(\"network.hosts.smtp_server\", \"smtp.example\");\n"
+                           "user_pref(\"mail.leave_on_server\", true);\n"
+                           "user_pref(\"mail.html_compose\", false);\n"
+                           "user_pref(\"mail.remember_password\", true);\n"
+                           "user_pref(\"browser.startup.homepage_override\", false);\n";
   }
 };
 
@@ -170,10 +172,6 @@ protected:
   }
   std::string Record(const std::string &host, const std::string &label) const {
     return "newsrc-" + host + "\t" + folder + label + ".rc\tFALSE\n";
-  }
-  static std::string SenderLines() {
-    return "user_pref(\"mail.identity.useremail\", \"taro@zuvio.example\");\n"
-           "user_pref(\"mail.identity.username\", \"山田 太郎\");\n";
   }
   static std::string NewsLines() {
     return "user_pref(\"mail.html_compose\", false);\n"

@@ -42,15 +42,13 @@ TEST_F(ServiceIniTest, ListsDomainsUpToTheHighestNumberOrTheFirstGap) {
 }
 
 TEST(ServiceIds, HaveTwoForms) {
-  const std::pair<std::string, std::string> cases[] = {
-      {"abc01234", "ABC01234"},
-      {"ABCD1234", "abcd1234"},
-      {"ZVK-abc01234", "ABC01234"},
-      {"zvk-abcD1234", "abcd1234"},
-      {"abc012345", ""},
-      {"ab101234", ""},
-      {"abc0123x", ""},
-  };
+  const std::pair<std::string, std::string> cases[] = {{"abc01234", "ABC01234"},
+                                                       {"ABCD1234", "abcd1234"},
+                                                       {"ZVK-abc01234", "ABC01234"},
+                                                       {"zvk-abcD1234", "abcd1234"},
+                                                       {"abc012345", ""},
+                                                       {"ab101234", ""},
+                                                       {"abc0123x", ""}};
   for (const auto &[typed, id] : cases) {
     std::string text = typed;
     EXPECT_EQ(NormalizeServiceId(text), id.empty() ? 0 : 1) << typed;
