@@ -52,7 +52,4 @@ void CopyOntoMachine(const std::string &buildFile, const std::string &path);
 
 // ---- Environment ----
 
-// Whether a difference of Wine's from every Windows is to be expected.
-bool RunsUnderWine();
-
 void SetEnvironment(const char *name, const std::string &value);

@@ -45,6 +45,4 @@ std::vector<std::string> DumpKey(HKEY root, const std::string &key) {
 
 void MakeKeyReadOnly(HKEY root, const std::string &key) { machine::MarkKeyReadOnly(root, key.c_str()); }
 
-bool RunsUnderWine() { return false; }
-
 void SetEnvironment(const char *name, const std::string &value) { setenv(name, value.c_str(), 1); }

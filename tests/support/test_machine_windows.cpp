@@ -105,8 +105,6 @@ void MakeKeyReadOnly(HKEY root, const std::string &key) {
   SetAccess(root, key, KEY_READ | WRITE_DAC | DELETE);
 }
 
-bool RunsUnderWine() { return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr; }
-
 void SetEnvironment(const char *name, const std::string &value) {
   SetEnvironmentVariableA(name, value.c_str());
   _putenv_s(name, value.c_str());
