@@ -119,8 +119,8 @@ TEST_F(FilesTest, Finds) {
       {"Folder", {"\\folder"}},
       {"Text File.TXT",
        {"\\FOLDER\\text file.txt", "/folder/TEXT FILE.txt", "\\Folder\\..\\folder\\.\\text file.txt",
-        "\\Folder\\text file.txt. "}},
-      {"\x95\x5c.dat", {"\\Folder\\\x95\x5c.dat"}},
+        "\\Folder\\text file.txt. ", "\\Folder\\*.txt", "\\Folder\\text?file.*"}},
+      {"\x95\x5c.dat", {"\\Folder\\\x95\x5c.dat", "\\Folder\\?.dat"}},
       {"\x82\x60", {"\\Folder\\\x82\x81"}},
   };
   for (const auto &[name, paths] : found)
@@ -134,8 +134,8 @@ TEST_F(FilesTest, Finds) {
       EXPECT_TRUE(FindClose(search));
     }
   const std::pair<LONG, std::vector<const char *>> missing[] = {
-      {ERROR_FILE_NOT_FOUND, {"\\Folder\\none", "\\Folder\\", "\\Folder\\\x95\x7c.dat"}},
-      {ERROR_PATH_NOT_FOUND, {"\\none\\file"}},
+      {ERROR_FILE_NOT_FOUND, {"\\Folder\\*.none", "\\Folder\\none", "\\Folder\\", "\\Folder\\\x95\x7c.dat"}},
+      {ERROR_PATH_NOT_FOUND, {"\\none\\file", "\\none\\*"}},
   };
   for (const auto &[error, paths] : missing)
     for (const char *path : paths) {

@@ -117,6 +117,23 @@ TEST_F(WindowsTest, AreMadeAndGoInOrder) {
   EXPECT_FALSE(IsWindow(popup));
 }
 
+TEST_F(WindowsTest, CanGoFromWithinTheirDestruction) {
+  for (const UINT moment : {WM_DESTROY, WM_NCDESTROY}) {
+    const HWND outer = Child("Recorder", 0, 1);
+    const HWND inner = Create("Recorder", WS_CHILD, outer, 2);
+    reaction = [=](HWND window, UINT message) -> std::optional<LRESULT> {
+      if (window == inner && message == moment) {
+        DestroyWindow(outer);
+        Create("Recorder", WS_CHILD, outer, 3);
+      }
+      return std::nullopt;
+    };
+    DestroyWindow(inner);
+    EXPECT_FALSE(IsWindow(inner));
+    EXPECT_FALSE(IsWindow(outer));
+  }
+}
+
 TEST_F(WindowsTest, NothingIsDoneToOnesThatAreGone) {
   const HWND child = Child("Recorder", 0, 1);
   reaction = [](HWND window, UINT message) -> std::optional<LRESULT> {
