@@ -20,9 +20,30 @@ namespace machine {
 
 namespace {
 
-std::mutex faultGuard;
-std::string firstFault;
-std::string firstNotice;
+// The first of several lines, which is the cause of the others, until it is taken.
+class FirstLine {
+public:
+  void Record(const std::string &another) {
+    const std::lock_guard lock(guard);
+    if (line.empty())
+      line = another;
+  }
+  std::string Take() {
+    const std::lock_guard lock(guard);
+    return std::exchange(line, {});
+  }
+  bool IsRecorded() {
+    const std::lock_guard lock(guard);
+    return !line.empty();
+  }
+
+private:
+  std::mutex guard;
+  std::string line;
+};
+
+FirstLine faults;
+FirstLine notices;
 
 // The lock of this process, which its nested Lock objects share.
 std::recursive_mutex lockGuard;
@@ -57,32 +78,15 @@ bool IsFolder(const std::filesystem::path &folder) {
   return named != nullptr && *named != '\0' ? folder.native() == named : folder == Folder();
 }
 
-void RecordFault(const std::string &line) {
-  const std::lock_guard guard(faultGuard);
-  if (firstFault.empty())
-    firstFault = line;
-}
+void RecordFault(const std::string &line) { faults.Record(line); }
 
-std::string TakeFault() {
-  const std::lock_guard guard(faultGuard);
-  return std::exchange(firstFault, {});
-}
+std::string TakeFault() { return faults.Take(); }
 
-void RecordNotice(const std::string &line) {
-  const std::lock_guard guard(faultGuard);
-  if (firstNotice.empty())
-    firstNotice = line;
-}
+void RecordNotice(const std::string &line) { notices.Record(line); }
 
-std::string TakeNotice() {
-  const std::lock_guard guard(faultGuard);
-  return std::exchange(firstNotice, {});
-}
+std::string TakeNotice() { return notices.Take(); }
 
-bool HasNotice() {
-  const std::lock_guard guard(faultGuard);
-  return !firstNotice.empty();
-}
+bool HasNotice() { return notices.IsRecorded(); }
 
 std::string FolderProblem(const std::filesystem::path &folder) {
   struct stat status;
