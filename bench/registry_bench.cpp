@@ -1,7 +1,7 @@
 // A registry value opened, read and closed with the hives loaded, and the search for a mail account over more and more
 // accounts.
 #include "acctkit/acctkit.h"
-#include "clients/registry.h"
+#include "clients/registry_key.h"
 
 #include "support/scratch_machine.h"
 

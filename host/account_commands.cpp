@@ -2,8 +2,8 @@
 
 #include "acctkit/acctkit.h"
 #include "communicator_texts.h"
-#include "text.h"
 #include "usage.h"
+#include "utf8.h"
 
 #include <algorithm>
 #include <array>

@@ -4,11 +4,11 @@
 #include "clients/external_mailer.h"
 #include "clients/netscape6/netscape6_mail.h"
 #include "clients/netscape6/netscape6_news.h"
-#include "clients/registry.h"
+#include "clients/registry_key.h"
 #include "platform.h"
 #include "registry_view.h"
 #include "stores/profile_registry.h"
-#include "text.h"
+#include "utf8.h"
 
 #include <algorithm>
 #include <iostream>

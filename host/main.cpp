@@ -7,8 +7,8 @@
 #include "platform.h"
 #include "sample_machine.h"
 #include "signup_file.h"
-#include "text.h"
 #include "usage.h"
+#include "utf8.h"
 #include "wizard_command.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "options.h"
 
-#include "text.h"
 #include "usage.h"
+#include "utf8.h"
 
 CLI::Option *AddClientOption(CLI::App &command, int &client) {
   return command

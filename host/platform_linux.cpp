@@ -1,8 +1,8 @@
 #include "platform.h"
 
-#include "terminal/user.h"
-#include "win32/linux/front_end.h"
-#include "win32/linux/machine.h"
+#include "terminal/terminal_user.h"
+#include "win32/linux/public/front_end.h"
+#include "win32/linux/public/machine.h"
 
 #include <cstdlib>
 #include <thread>

@@ -1,6 +1,6 @@
 #include "platform.h"
 
-#include "text.h"
+#include "utf8.h"
 
 #include <cstring>
 #include <string_view>

@@ -1,11 +1,11 @@
 #include "sample_machine.h"
 
-#include "clients/files.h"
-#include "clients/registry.h"
+#include "clients/file_queries.h"
+#include "clients/registry_key.h"
 #include "platform.h"
 #include "registry_view.h"
 #include "samples/programs.h"
-#include "stores/files.h"
+#include "stores/file_handle.h"
 #include "stores/profile_registry.h"
 
 #include <algorithm>

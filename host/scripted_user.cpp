@@ -1,7 +1,7 @@
 #include "scripted_user.h"
 
-#include "clients/files.h"
-#include "text.h"
+#include "clients/file_queries.h"
+#include "utf8.h"
 #include "window_view.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "signup_file.h"
 
-#include "text.h"
 #include "usage.h"
+#include "utf8.h"
 
 #include <algorithm>
 #include <map>

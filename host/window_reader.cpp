@@ -1,6 +1,6 @@
 #include "window_reader.h"
 
-#include "text.h"
+#include "utf8.h"
 
 #include <algorithm>
 #include <cctype>

@@ -2,8 +2,8 @@
 
 #include "acctkit/acctkit.h"
 #include "scripted_user.h"
-#include "text.h"
 #include "usage.h"
+#include "utf8.h"
 
 #include <memory>
 #include <sstream>

@@ -1,7 +1,7 @@
 #include "wizard_script.h"
 
-#include "text.h"
 #include "usage.h"
+#include "utf8.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,6 +1,6 @@
 #include "terminal/columns.h"
 
-#include "text.h"
+#include "utf8.h"
 
 #include <algorithm>
 #include <cwchar>

@@ -1,6 +1,6 @@
 #include "terminal/keyboard.h"
 
-#include "text.h"
+#include "utf8.h"
 #include "window_reader.h"
 
 #include <algorithm>

@@ -1,10 +1,10 @@
 #include "clients/external_mailer.h"
 
-#include "clients/files.h"
-#include "clients/guard.h"
-#include "clients/registry.h"
+#include "clients/file_queries.h"
+#include "clients/format.h"
+#include "clients/guarded.h"
+#include "clients/registry_key.h"
 #include "clients/service_names.h"
-#include "clients/text.h"
 
 #include <cstddef>
 #include <cstring>

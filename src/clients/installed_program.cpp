@@ -1,6 +1,6 @@
 #include "clients/installed_program.h"
 
-#include "clients/registry.h"
+#include "clients/registry_key.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "clients/pref_lines.h"
 
-#include "clients/text.h"
+#include "clients/format.h"
 
 std::string QuotedPref(const std::string &text) { return '"' + text + '"'; }
 

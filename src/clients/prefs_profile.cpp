@@ -1,6 +1,6 @@
 #include "clients/prefs_profile.h"
 
-#include "clients/text.h"
+#include "clients/format.h"
 #include "win32/win32.h"
 
 std::string PrefsPath(const std::string &directory) { return directory + "\\prefs.js"; }

@@ -4,7 +4,7 @@
 
 #include "clients/communicator/communicator_mail.h"
 #include "clients/communicator/communicator_news.h"
-#include "clients/guard.h"
+#include "clients/guarded.h"
 #include "clients/outlook_express/outlook_express_mail.h"
 #include "clients/outlook_express/outlook_express_news.h"
 

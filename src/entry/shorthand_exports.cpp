@@ -2,7 +2,7 @@
 // the plain export.
 #include "acctkit/acctkit.h"
 
-#include "clients/guard.h"
+#include "clients/guarded.h"
 #include "clients/service_constants.h"
 #include "clients/service_names.h"
 

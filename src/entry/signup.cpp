@@ -2,7 +2,7 @@
 #include "acctkit/acctkit.h"
 
 #include "clients/external_mailer.h"
-#include "clients/guard.h"
+#include "clients/guarded.h"
 
 #include <cstddef>
 #include <cstring>

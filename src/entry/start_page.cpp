@@ -3,12 +3,12 @@
 #include "acctkit/acctkit.h"
 
 #include "clients/communicator/communicator_mail.h"
-#include "clients/communicator/profile_store.h"
-#include "clients/guard.h"
+#include "clients/communicator/communicator_profiles.h"
+#include "clients/format.h"
+#include "clients/guarded.h"
 #include "clients/outlook_express/account_store.h"
-#include "clients/registry.h"
+#include "clients/registry_key.h"
 #include "clients/service_names.h"
-#include "clients/text.h"
 
 #include <string>
 #include <vector>

@@ -1,6 +1,6 @@
 #include "stores/prefs_file.h"
 
-#include "stores/files.h"
+#include "stores/file_handle.h"
 
 #include <algorithm>
 #include <cstring>

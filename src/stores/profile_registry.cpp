@@ -1,6 +1,6 @@
 #include "stores/profile_registry.h"
 
-#include "stores/files.h"
+#include "stores/file_handle.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,8 +1,8 @@
 // The user-interface half of the platform: windows, dialogs, controls, property sheets, drawing. As in win32.h, Windows
 // has its own headers for it; elsewhere this declares just what AcctKit, its host program and its tests use, and
 // src/win32/linux answers it. There a window is a record with a text, a state and a window procedure, and whoever
-// stands in front of it (a script, a terminal) is told of in src/win32/linux/front_end.h; drawing is recorded, not
-// shown.
+// stands in front of it (a script, a terminal) is told of in src/win32/linux/public/front_end.h; drawing is recorded,
+// not shown.
 #pragma once
 
 #include "win32/win32.h"

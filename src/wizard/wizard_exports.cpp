@@ -1,7 +1,7 @@
 // The wizards that the library exports: each runs one modal sheet from start to end.
 #include "acctkit/acctkit.h"
 
-#include "clients/guard.h"
+#include "clients/guarded.h"
 #include "wizard/client_finder.h"
 #include "wizard/pages/kerm_pages.h"
 #include "wizard/pages/mailer_pages.h"

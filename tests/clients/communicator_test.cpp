@@ -2,8 +2,8 @@
 #include "clients/communicator/communicator_mail.h"
 #include "clients/communicator/communicator_news.h"
 
-#include "clients/files.h"
-#include "stores/files.h"
+#include "clients/file_queries.h"
+#include "stores/file_handle.h"
 #include "support/client_machine.h"
 
 namespace {

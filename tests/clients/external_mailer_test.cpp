@@ -1,7 +1,7 @@
 // The external mailer through real plug-in libraries: a complete one, one without an entry point, one that refuses.
 #include "clients/external_mailer.h"
 
-#include "clients/files.h"
+#include "clients/file_queries.h"
 #include "support/client_machine.h"
 
 #include <cstring>

@@ -1,7 +1,7 @@
 // One call after a sign-up: which clients get what, in which cases, and what the plug-in is handed.
 #include "acctkit/acctkit.h"
 
-#include "clients/guard.h"
+#include "clients/guarded.h"
 #include "support/client_machine.h"
 
 #include <cstring>

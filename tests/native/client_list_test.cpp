@@ -4,8 +4,8 @@
 #include "resources/resource.h"
 #include "support/client_machine.h"
 #include "support/user.h"
-#include "win32/linux/drawing.h"
-#include "win32/linux/icons.h"
+#include "win32/linux/windows/drawing.h"
+#include "win32/linux/windows/icons.h"
 
 #include <gtest/gtest.h>
 

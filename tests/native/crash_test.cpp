@@ -2,7 +2,7 @@
 #include "support/test_machine.h"
 
 #include "stores/prefs_file.h"
-#include "win32/linux/machine.h"
+#include "win32/linux/public/machine.h"
 
 #include <csignal>
 #include <cstdio>

@@ -3,8 +3,8 @@
 #include "support/client_machine.h"
 #include "support/handles.h"
 
-#include "win32/linux/hive.h"
-#include "win32/linux/machine.h"
+#include "win32/linux/machine/hive.h"
+#include "win32/linux/public/machine.h"
 
 #include <cstdio>
 #include <fstream>

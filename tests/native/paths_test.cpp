@@ -2,7 +2,7 @@
 #include "support/handles.h"
 #include "support/test_machine.h"
 
-#include "win32/linux/machine.h"
+#include "win32/linux/public/machine.h"
 #include "wizard/service_ini.h"
 
 #include <filesystem>

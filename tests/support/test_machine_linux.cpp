@@ -2,7 +2,7 @@
 #include "support/test_machine.h"
 
 #include "support/dump.h"
-#include "win32/linux/machine.h"
+#include "win32/linux/public/machine.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // The Linux half: the front end of the layer.
 #include "support/user.h"
 
-#include "win32/linux/front_end.h"
+#include "win32/linux/public/front_end.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "clients/communicator/communicator_mail.h"
 
-#include "clients/communicator/profile_store.h"
+#include "clients/communicator/communicator_profiles.h"
 #include "clients/prefs_profile.h"
-#include "clients/registry.h"
+#include "clients/registry_key.h"
 
 #include <array>
 #include <string_view>

@@ -1,9 +1,9 @@
 #include "clients/communicator/communicator_news.h"
 
+#include "clients/communicator/communicator_profiles.h"
 #include "clients/communicator/news_map.h"
-#include "clients/communicator/profile_store.h"
+#include "clients/format.h"
 #include "clients/prefs_profile.h"
-#include "clients/text.h"
 
 #include <array>
 #include <cstring>

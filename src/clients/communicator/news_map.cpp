@@ -1,8 +1,8 @@
 #include "clients/communicator/news_map.h"
 
-#include "clients/communicator/profile_store.h"
-#include "clients/files.h"
-#include "stores/files.h"
+#include "clients/communicator/communicator_profiles.h"
+#include "clients/file_queries.h"
+#include "stores/file_handle.h"
 
 namespace communicator {
 

@@ -1,9 +1,9 @@
 #include "clients/netscape6/netscape6_mail.h"
 
+#include "clients/format.h"
 #include "clients/netscape6/account_graph.h"
-#include "clients/netscape6/profile_store.h"
+#include "clients/netscape6/netscape6_profiles.h"
 #include "clients/service_constants.h"
-#include "clients/text.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "clients/netscape6/netscape6_news.h"
 
 #include "clients/netscape6/account_graph.h"
-#include "clients/netscape6/profile_store.h"
+#include "clients/netscape6/netscape6_profiles.h"
 
 namespace {
 

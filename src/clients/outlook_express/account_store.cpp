@@ -1,6 +1,6 @@
 #include "clients/outlook_express/account_store.h"
 
-#include "clients/registry.h"
+#include "clients/registry_key.h"
 
 #include <algorithm>
 #include <cstdio>

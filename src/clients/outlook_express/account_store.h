@@ -3,7 +3,7 @@
 #pragma once
 
 #include "clients/installed_program.h"
-#include "clients/registry.h"
+#include "clients/registry_key.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,8 +1,8 @@
 #include "clients/outlook_express/outlook_express_mail.h"
 
+#include "clients/format.h"
 #include "clients/outlook_express/account_store.h"
-#include "clients/registry.h"
-#include "clients/text.h"
+#include "clients/registry_key.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "wizard/pages/news_pages.h"
 
+#include "clients/format.h"
 #include "clients/service_constants.h"
-#include "clients/text.h"
 #include "wizard/pages/id_pages.h"
 #include "wizard/service_ini.h"
 

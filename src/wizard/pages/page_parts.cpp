@@ -1,6 +1,6 @@
 #include "wizard/pages/page_parts.h"
 
-#include "clients/text.h"
+#include "clients/format.h"
 #include "wizard/service_ini.h"
 
 namespace page_parts {

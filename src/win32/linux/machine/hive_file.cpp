@@ -1,0 +1,131 @@
+#include "win32/linux/machine/hive_file.h"
+
+#include "win32/linux/machine/descriptor.h"
+#include "win32/linux/machine/faults.h"
+#include "win32/linux/machine/replacement.h"
+#include "win32/linux/public/machine.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace machine {
+
+HiveFile::HiveFile(std::filesystem::path path, std::string_view rootName)
+    : file(std::move(path)), root(rootName), hive(std::make_unique<Hive>()) {}
+
+HiveFile::Identity HiveFile::IdentityOf(const struct stat &status) {
+  return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
+LSTATUS HiveFile::Fail(LSTATUS code, const std::string &what) {
+  fault = file.string() + ": " + what;
+  RecordFault(fault);
+  return code;
+}
+
+LSTATUS HiveFile::Refresh() {
+  struct stat status;
+  const Identity now = stat(file.c_str(), &status) == 0 ? IdentityOf(status) : Identity();
+  if (now == identity && generation != 0 && now != Identity())
+    return state;
+  return state = Load();
+}
+
+LSTATUS HiveFile::RefreshOpened() {
+  struct stat status;
+  if (read && fstat(read.Get(), &status) == 0 && status.st_nlink > 0 && IdentityOf(status) == identity)
+    return state;
+  return Refresh();
+}
+
+LSTATUS HiveFile::Load() {
+  ++generation;
+  hive = std::make_unique<Hive>();
+  identity = Identity();
+  fault.clear();
+  read = Descriptor();
+  std::string text;
+  if (const LSTATUS result = ReadText(text); result != ERROR_SUCCESS)
+    return result;
+  if (const std::string damage = hive->Load(std::move(text)); !damage.empty())
+    return Fail(ERROR_BADDB, "the registry is damaged, " + damage);
+  if (hive->Is64Bit() && IsLocalMachine())
+    hive->Create(hive->Root(), u"Software\\Wow6432Node"); // as Wine does when it starts
+  return ERROR_SUCCESS;
+}
+
+LSTATUS HiveFile::ReadText(std::string &text) {
+  Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!opened && errno == ENOENT)
+    return MakeText(text);
+  if (!opened)
+    return Fail(ErrorOf(errno), std::strerror(errno));
+  struct stat status;
+  if (fstat(opened.Get(), &status) != 0 || !S_ISREG(status.st_mode))
+    return Fail(ERROR_BADDB, "no file");
+  text.resize(static_cast<size_t>(status.st_size) + 1);
+  if (!ReadAll(opened.Get(), text))
+    return Fail(ERROR_READ_FAULT, std::strerror(errno));
+  identity = IdentityOf(status);
+  read = std::move(opened);
+  return ERROR_SUCCESS;
+}
+
+LSTATUS HiveFile::MakeText(std::string &text) {
+  fault = FolderProblem(file.parent_path());
+  if (!fault.empty()) {
+    RecordFault(fault);
+    return ERROR_FILE_NOT_FOUND;
+  }
+  text = Hive::EmptyText(root);
+  return ERROR_SUCCESS;
+}
+
+std::string HiveFile::WriteProblem() const {
+  struct stat status;
+  // The file is replaced and not written to, so its own permissions have to be asked for; they bind the superuser too.
+  if (stat(file.c_str(), &status) == 0 && (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
+    return file.string() + ": the registry may not be written";
+  return ServerProblem(file.parent_path());
+}
+
+LSTATUS HiveFile::Edit(const EditFunction &edit) {
+  const Lock lock;
+  if (const std::string problem = WriteProblem(); !problem.empty()) {
+    RecordFault(problem);
+    return ERROR_ACCESS_DENIED;
+  }
+  if (const LSTATUS result = Refresh(); result != ERROR_SUCCESS)
+    return result;
+  bool changed = true;
+  LSTATUS result = edit(*hive, changed);
+  if (result == ERROR_SUCCESS && changed) {
+    result = Replace();
+    if (result != ERROR_SUCCESS) {
+      const std::string reason = fault;
+      state = Load();
+      fault = reason;
+    }
+  }
+  return result;
+}
+
+LSTATUS HiveFile::Replace() {
+  std::error_code ignored;
+  // A hive may stand elsewhere, behind a link that stays.
+  Replacement replacement(std::filesystem::is_symlink(file, ignored) ? std::filesystem::canonical(file, ignored)
+                                                                     : file);
+  struct stat status;
+  if (!replacement.File() || !WriteAll(replacement.File().Get(), hive->Text()) || !replacement.Commit() ||
+      fstat(replacement.File().Get(), &status) != 0) {
+    const int reason = errno;
+    return Fail(ErrorOf(reason), std::string("the registry can't be written: ") + std::strerror(reason));
+  }
+  identity = IdentityOf(status);
+  read = replacement.TakeFile();
+  return ERROR_SUCCESS;
+}
+
+} // namespace machine

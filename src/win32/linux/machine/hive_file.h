@@ -1,0 +1,74 @@
+// A hive on disk: loaded when it is asked for, loaded again when somebody else changed it, replaced whole by every
+// edit.
+#pragma once
+
+#include "win32/linux/machine/descriptor.h"
+#include "win32/linux/machine/hive.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <sys/stat.h>
+
+namespace machine {
+
+class HiveFile {
+public:
+  static constexpr std::string_view LocalMachineRoot = "\\\\Machine";
+  // `root` is the hive's name in its own heading, should the file have to be made: LocalMachineRoot, or the user's.
+  HiveFile(std::filesystem::path file, std::string_view root);
+
+  // Makes sure that the content is that of the file; one look at the file's identity if it is. ERROR_BADDB for a
+  // damaged file, ERROR_FILE_NOT_FOUND for a machine folder that isn't there; `Fault` then says why.
+  LSTATUS Refresh();
+  // The same in half the time, for a key that is open: looks at the file that was read, whatever its name is now, and
+  // so misses one that was given another name and not replaced.
+  LSTATUS RefreshOpened();
+
+  bool IsLocalMachine() const { return root == LocalMachineRoot; }
+
+  Hive &Content() { return *hive; }
+  // Changes with every load: keys of another generation are gone.
+  uint64_t Generation() const { return generation; }
+
+  // Applies an edit to the content, as the file holds it at that moment, and replaces the file, with the machine locked
+  // all the while. An edit that answers another code than ERROR_SUCCESS, or false by `changed`, is not written. Where
+  // the file can't be replaced, the content is again what the file holds.
+  using EditFunction = std::function<LSTATUS(Hive &hive, bool &changed)>;
+  LSTATUS Edit(const EditFunction &edit);
+
+  // Why the hive can't be written by anybody, empty if it can.
+  std::string WriteProblem() const;
+  // Why the last Refresh failed.
+  const std::string &Fault() const { return fault; }
+
+private:
+  // What tells one version of the file from another.
+  struct Identity {
+    dev_t device = 0;
+    ino_t inode = 0;
+    off_t size = -1;
+    int64_t seconds = 0;
+    int64_t nanoseconds = 0;
+    bool operator==(const Identity &) const = default;
+  };
+  static Identity IdentityOf(const struct stat &status);
+
+  LSTATUS Load();
+  LSTATUS ReadText(std::string &text);
+  LSTATUS MakeText(std::string &text); // for a machine that doesn't have this hive yet
+  LSTATUS Replace();
+  LSTATUS Fail(LSTATUS code, const std::string &what);
+
+  std::filesystem::path file;
+  std::string_view root;
+  std::unique_ptr<Hive> hive;
+  Descriptor read; // the file that the content is from
+  Identity identity;
+  uint64_t generation = 0;
+  LSTATUS state = ERROR_SUCCESS; // what the last load came to
+  std::string fault;
+};
+
+} // namespace machine

@@ -1,0 +1,200 @@
+#include "win32/linux/public/machine.h"
+
+#include "win32/linux/machine/descriptor.h"
+#include "win32/linux/machine/faults.h"
+#include "win32/linux/machine/hive_file.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <mutex>
+#include <pwd.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace machine {
+
+namespace {
+
+// The first of several lines, which is the cause of the others, until it is taken.
+class FirstLine {
+public:
+  void Record(const std::string &another) {
+    const std::lock_guard lock(guard);
+    if (line.empty())
+      line = another;
+  }
+  std::string Take() {
+    const std::lock_guard lock(guard);
+    return std::exchange(line, {});
+  }
+  bool IsRecorded() {
+    const std::lock_guard lock(guard);
+    return !line.empty();
+  }
+
+private:
+  std::mutex guard;
+  std::string line;
+};
+
+FirstLine faults;
+FirstLine notices;
+
+// The lock of this process, which its nested Lock objects share.
+std::recursive_mutex lockGuard;
+int lockDepth = 0;
+Descriptor lockedFolder;
+
+std::filesystem::path Environment(const char *name) {
+  const char *const value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+std::filesystem::path Home() {
+  if (auto named = Environment("HOME"); named.is_absolute())
+    return named;
+  const passwd *const user = getpwuid(geteuid());
+  return user != nullptr ? user->pw_dir : "/";
+}
+
+} // namespace
+
+std::filesystem::path Folder() {
+  if (auto named = Environment("ACCTKIT_MACHINE"); !named.empty())
+    return named;
+  if (const auto data = Environment("XDG_DATA_HOME"); data.is_absolute())
+    return data / "acctkit/machine";
+  return Home() / ".local/share/acctkit/machine";
+}
+
+// Every registry call asks this, and a path is slow to make.
+bool IsFolder(const std::filesystem::path &folder) {
+  const char *const named = std::getenv("ACCTKIT_MACHINE");
+  return named != nullptr && *named != '\0' ? folder.native() == named : folder == Folder();
+}
+
+void RecordFault(const std::string &line) { faults.Record(line); }
+
+std::string TakeFault() { return faults.Take(); }
+
+void RecordNotice(const std::string &line) { notices.Record(line); }
+
+std::string TakeNotice() { return notices.Take(); }
+
+bool HasNotice() { return notices.IsRecorded(); }
+
+std::string FolderProblem(const std::filesystem::path &folder) {
+  struct stat status;
+  if (stat(folder.c_str(), &status) != 0)
+    return folder.string() + ": " + std::strerror(errno);
+  if (!S_ISDIR(status.st_mode))
+    return folder.string() + ": this is no folder";
+  for (const char *part : {"drive_c", "system.reg", "user.reg"})
+    if (stat((folder / part).c_str(), &status) == 0)
+      return {};
+    else if (errno != ENOENT)
+      return folder.string() + ": " + std::strerror(errno);
+  return folder.string() + ": this is no machine folder, it has neither drive_c nor a registry";
+}
+
+namespace {
+
+// Where a Wine server of the prefix may have its own folder: Wine has a fixed place for a user, Debian's Wine makes one
+// up and leaves its name in the prefix.
+std::vector<std::filesystem::path> ServerPlaces(const std::filesystem::path &prefix, const struct stat &status) {
+  std::vector<std::filesystem::path> places = {"/tmp/.wine-" + std::to_string(status.st_uid)};
+  std::string name;
+  if (std::ifstream(prefix / "wineserver") >> name) {
+    places.push_back(std::filesystem::path("/tmp") / name);
+    if (const auto temporary = Environment("TMPDIR"); !temporary.empty())
+      places.push_back(temporary / name);
+  }
+  return places;
+}
+
+// A server holds a file locked as long as it runs.
+bool IsLocked(const std::filesystem::path &path) {
+  const Descriptor file(open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
+  struct flock lock = {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  return file && fcntl(file.Get(), F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+}
+
+} // namespace
+
+std::string ServerProblem(const std::filesystem::path &folder) {
+  struct stat status;
+  if (stat(folder.c_str(), &status) != 0)
+    return {};
+  // The server's folder is named after the prefix's device and inode.
+  char name[64];
+  std::snprintf(name, sizeof name, "server-%llx-%llx", static_cast<unsigned long long>(status.st_dev),
+                static_cast<unsigned long long>(status.st_ino));
+  for (const std::filesystem::path &place : ServerPlaces(folder, status))
+    if (IsLocked(place / name / "lock"))
+      return folder.string() + ": a Wine server is running on this folder, stop it first (wineserver -k)";
+  return {};
+}
+
+std::string Problem(bool forWriting) {
+  const std::filesystem::path folder = Folder();
+  if (std::string problem = FolderProblem(folder); !problem.empty())
+    return problem;
+  for (const char *name : {"system.reg", "user.reg"}) {
+    HiveFile hive(folder / name, "");
+    if (hive.Refresh() != ERROR_SUCCESS) {
+      TakeFault(); // told here and now
+      return hive.Fault();
+    }
+    if (std::string problem = forWriting ? hive.WriteProblem() : std::string(); !problem.empty())
+      return problem;
+  }
+  return {};
+}
+
+namespace {
+
+void LockFolder() {
+  lockedFolder = Descriptor(open(Folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  while (lockedFolder && flock(lockedFolder.Get(), LOCK_EX) != 0 && errno == EINTR)
+    ;
+}
+
+} // namespace
+
+Lock::Lock() {
+  lockGuard.lock();
+  if (lockDepth++ == 0)
+    LockFolder();
+}
+
+Lock::~Lock() {
+  if (--lockDepth == 0)
+    lockedFolder = Descriptor();
+  lockGuard.unlock();
+}
+
+LockPause::LockPause() {
+  lockGuard.lock(); // so that the depth is this thread's
+  held = std::exchange(lockDepth, 0);
+  lockedFolder = Descriptor();
+  for (int unlocked = 0; unlocked <= held; ++unlocked)
+    lockGuard.unlock();
+}
+
+LockPause::~LockPause() {
+  for (int locked = 0; locked < held; ++locked)
+    lockGuard.lock();
+  if (held > 0) {
+    lockDepth = held;
+    LockFolder();
+  }
+}
+
+} // namespace machine

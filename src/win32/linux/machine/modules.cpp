@@ -1,0 +1,53 @@
+// Loadable libraries of the machine: shared objects, whatever their names end in.
+#include "win32/win32_ui.h"
+
+#include "win32/linux/last_error.h"
+#include "win32/linux/machine/faults.h"
+#include "win32/linux/machine/paths.h"
+
+#include <dlfcn.h>
+#include <fstream>
+#include <link.h>
+#include <string>
+
+using machine::Fail;
+
+namespace {
+
+bool IsWindowsProgram(const std::filesystem::path &path) {
+  char magic[2] = "";
+  return std::ifstream(path, std::ios::binary).read(magic, sizeof magic) && magic[0] == 'M' && magic[1] == 'Z';
+}
+
+} // namespace
+
+HMODULE LoadLibraryA(const char *path) {
+  // A name without a dot means the file with ".dll" behind it.
+  const std::u16string wide = machine::WidePath(path);
+  const bool dotted = wide.find(u'.', wide.rfind(u'\\') + 1) != std::u16string::npos;
+  const machine::DiskPath found = machine::FindOnDisk(dotted ? path : (std::string(path) + ".dll").c_str());
+  if (!found.exists)
+    return Fail(ERROR_MOD_NOT_FOUND, nullptr);
+  void *const library = dlopen(found.path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (library == nullptr && IsWindowsProgram(found.path))
+    machine::RecordNotice(found.path.string() + ": a Windows library, which can't be loaded here");
+  return library != nullptr ? library : Fail(ERROR_BAD_EXE_FORMAT, nullptr);
+}
+
+FARPROC GetProcAddress(HMODULE module, const char *name) {
+  void *const entry = module != nullptr ? dlsym(module, name) : nullptr;
+  return entry != nullptr ? reinterpret_cast<FARPROC>(entry) : Fail(ERROR_PROC_NOT_FOUND, nullptr);
+}
+
+BOOL FreeLibrary(HMODULE module) {
+  return module != nullptr && dlclose(module) == 0 ? TRUE : Fail(ERROR_INVALID_HANDLE, FALSE);
+}
+
+size_t VirtualQuery(const void *address, MEMORY_BASIC_INFORMATION *information, size_t) {
+  Dl_info found;
+  link_map *library = nullptr; // which is what a loaded library's handle points to
+  if (dladdr1(address, &found, reinterpret_cast<void **>(&library), RTLD_DL_LINKMAP) == 0)
+    return Fail(ERROR_INVALID_PARAMETER, size_t{0});
+  information->AllocationBase = library;
+  return sizeof *information;
+}

@@ -1,0 +1,212 @@
+#include "win32/linux/machine/paths.h"
+
+#include "win32/linux/machine/hive.h"
+#include "win32/linux/public/machine.h"
+#include "win32/linux/text/code_page.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <dirent.h>
+#include <memory>
+#include <vector>
+
+namespace machine {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr LONG BadNetPath = 53;
+constexpr LONG FileNameTooLong = 206;
+
+struct CloseFolder {
+  void operator()(DIR *folder) const { closedir(folder); }
+};
+
+// Calls `take` with the name of each entry of a folder until it answers true.
+template <typename Take> void ForEachEntry(const fs::path &folder, Take take) {
+  const std::unique_ptr<DIR, CloseFolder> opened(opendir(folder.c_str()));
+  while (const dirent *const entry = opened ? readdir(opened.get()) : nullptr)
+    if (take(static_cast<const char *>(entry->d_name)))
+      return;
+}
+
+DiskPath Look(const fs::path &path) {
+  DiskPath found = {.path = path};
+  found.exists = lstat(path.c_str(), &found.status) == 0;
+  return found;
+}
+
+// The entry of a folder with that name, in whatever case it is; none at the name itself if there is no such entry.
+DiskPath LookFor(const fs::path &folder, std::u16string_view name) {
+  DiskPath found = Look(folder / text::WideToUtf8(name));
+  if (found.exists)
+    return found;
+  ForEachEntry(folder, [&](const std::string &entry) {
+    std::u16string wide;
+    if (!text::Utf8ToWide(entry, wide) || !SameName(wide, name))
+      return false;
+    found = Look(folder / entry);
+    return true;
+  });
+  return found;
+}
+
+bool IsWithin(const fs::path &path, const fs::path &folder) {
+  const auto [end, ignored] = std::mismatch(folder.begin(), folder.end(), path.begin(), path.end());
+  return end == folder.end();
+}
+
+// A link may lead to wherever it likes within the machine, or within the drive that a dosdevices entry names. Empty for
+// one that leads out, or nowhere.
+fs::path LinkTarget(const fs::path &link, const fs::path &drive) {
+  std::error_code error;
+  fs::path target = fs::canonical(link, error);
+  if (error || !(IsWithin(target, fs::canonical(Folder(), error)) || IsWithin(target, fs::canonical(drive, error))))
+    return {};
+  return target;
+}
+
+// The folder of a drive, or a link to it; empty if the machine has no such drive.
+fs::path DriveFolder(char16_t letter) {
+  const char lower = static_cast<char>(letter | 0x20);
+  const fs::path folder = Folder();
+  const fs::path devices = folder / "dosdevices";
+  std::error_code error;
+  if (fs::exists(devices, error))
+    return fs::canonical(devices / std::string{lower, ':'}, error);
+  return lower == 'c' ? folder / "drive_c" : fs::path();
+}
+
+bool IsForbidden(char16_t unit) {
+  return unit < 0x20 || std::u16string_view(u"<>:\"|?*").find(unit) != std::u16string_view::npos;
+}
+
+// Splits what stands behind the drive into names, with "." and ".." worked out; false for a name that can't be.
+bool SplitNames(std::u16string_view path, std::vector<std::u16string> &names) {
+  for (auto name = text::TakeName(path); !name.empty(); name = text::TakeName(path)) {
+    if (name == u"..") {
+      if (!names.empty())
+        names.pop_back();
+      continue;
+    }
+    name = name.substr(0, name.find_last_not_of(u". ") + 1); // dots and blanks at its end are no part of a name
+    if (std::ranges::any_of(name, IsForbidden))
+      return false;
+    if (!name.empty())
+      names.emplace_back(name);
+  }
+  return true;
+}
+
+bool HasDrive(std::u16string_view path) { return path.size() >= 2 && path[1] == u':'; }
+
+bool IsLetter(char16_t unit) { return (unit | 0x20) >= u'a' && (unit | 0x20) <= u'z'; }
+
+// A path with its drive: one without begins in the program's folder or, with a backslash, on the program's drive.
+std::u16string Absolute(const std::u16string &path) {
+  if (HasDrive(path))
+    return path;
+  const std::u16string program = text::ToWide(ProgramPath());
+  return program.substr(0, path.starts_with(u'\\') ? 2 : program.rfind(u'\\') + 1) + path;
+}
+
+LONG CheckForm(std::u16string_view path) {
+  if (path.empty())
+    return ERROR_PATH_NOT_FOUND;
+  if (path.size() >= MAX_PATH)
+    return FileNameTooLong;
+  return path.starts_with(u"\\\\") ? BadNetPath : ERROR_SUCCESS;
+}
+
+// Goes down from a drive's folder by one name after the other.
+DiskPath Descend(const fs::path &drive, const std::vector<std::u16string> &names) {
+  std::error_code error;
+  DiskPath found = Look(drive);
+  if (found.IsLink())
+    found = Look(fs::canonical(drive, error));
+  for (const std::u16string &name : names) {
+    if (!found.IsFolder())
+      return {.error = ERROR_PATH_NOT_FOUND};
+    found = LookFor(found.path, name);
+    if (found.IsLink()) {
+      const fs::path target = LinkTarget(found.path, drive);
+      if (target.empty())
+        return {.error = ERROR_ACCESS_DENIED};
+      found = Look(target);
+    }
+  }
+  return found;
+}
+
+} // namespace
+
+std::string ProgramPath() {
+  const char *const named = std::getenv("ACCTKIT_PROGRAM");
+  if (named != nullptr && *named != '\0')
+    return text::FromUtf8(named).value_or(named);
+  return "C:\\Program Files\\Zuvio\\acctkit.exe";
+}
+
+std::u16string WidePath(const char *path) {
+  std::u16string wide = text::ToWide(path);
+  std::ranges::replace(wide, u'/', u'\\');
+  return wide;
+}
+
+DiskPath FindOnDisk(const char *path) {
+  const std::u16string given = WidePath(path);
+  if (const LONG error = CheckForm(given); error != ERROR_SUCCESS)
+    return {.error = error};
+  const std::u16string absolute = Absolute(given);
+  if (!HasDrive(absolute) || !IsLetter(absolute[0]))
+    return {.error = ERROR_PATH_NOT_FOUND};
+  std::vector<std::u16string> names;
+  if (!SplitNames(std::u16string_view(absolute).substr(2), names))
+    return {.error = ERROR_INVALID_NAME};
+  const fs::path drive = DriveFolder(absolute[0]);
+  return drive.empty() ? DiskPath{.error = ERROR_PATH_NOT_FOUND} : Descend(drive, names);
+}
+
+namespace {
+
+// Whether a name matches a pattern with * and ?.
+bool Matches(std::u16string_view name, std::u16string_view pattern) {
+  size_t at = 0;
+  size_t in = 0;
+  size_t star = std::u16string_view::npos;
+  size_t retry = 0;
+  while (at < name.size()) {
+    if (in < pattern.size() && pattern[in] == u'*') {
+      star = in++;
+      retry = at;
+    } else if (in < pattern.size() && (pattern[in] == u'?' || text::Upper(pattern[in]) == text::Upper(name[at]))) {
+      ++at;
+      ++in;
+    } else if (star != std::u16string_view::npos) {
+      in = star + 1;
+      at = ++retry;
+    } else {
+      return false;
+    }
+  }
+  return pattern.find_first_not_of(u'*', in) == std::u16string_view::npos;
+}
+
+} // namespace
+
+std::string FirstMatch(const fs::path &folder, std::u16string_view pattern) {
+  // "*.*" is how the system has always said all names.
+  const std::u16string_view effective = pattern == u"*.*" ? u"*" : pattern;
+  std::string first;
+  ForEachEntry(folder, [&](const std::string &entry) {
+    std::u16string wide;
+    if (text::Utf8ToWide(entry, wide) && Matches(wide, effective) && (first.empty() || entry < first))
+      first = entry;
+    return false;
+  });
+  return first;
+}
+
+} // namespace machine

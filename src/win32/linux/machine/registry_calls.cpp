@@ -1,0 +1,325 @@
+// The registry calls, on the two hives of the machine folder.
+#include "win32/win32.h"
+
+#include "win32/linux/machine/faults.h"
+#include "win32/linux/machine/handle_table.h"
+#include "win32/linux/machine/hive_file.h"
+#include "win32/linux/machine/wow64.h"
+#include "win32/linux/public/machine.h"
+#include "win32/linux/text/code_page.h"
+
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+namespace {
+
+using machine::Hive;
+using machine::HiveFile;
+using machine::HiveValue;
+
+constexpr LSTATUS BadPathname = 161;
+constexpr LSTATUS KeyDeleted = 1018;
+constexpr REGSAM RightsToWrite = KEY_SET_VALUE | KEY_CREATE_SUB_KEY | 0x000D0000; // and to delete, or change who may
+constexpr REGSAM MaximumAllowed = 0x02000000;
+
+// A key that a handle stands for. It is found again by its path when its hive was loaded anew.
+struct OpenKey {
+  std::shared_ptr<HiveFile> file;
+  std::u16string path;
+  REGSAM access = 0;
+  Hive::Key *key = nullptr;
+  uint64_t generation = 0;
+};
+
+// The hives of the machine folder that was asked for last, by their roots.
+struct Machine {
+  std::filesystem::path folder;
+  std::shared_ptr<OpenKey> localMachine;
+  std::shared_ptr<OpenKey> currentUser;
+};
+
+// Whoever holds the machine's own lock over several calls takes this one within it, and so does every call that edits.
+std::mutex guard;
+Machine current;
+machine::HandleTable<HKEY, OpenKey> openKeys{0x90000000}; // behind the roots
+
+std::u16string ToWideOrEmpty(const char *name) { return name != nullptr ? text::ToWide(name) : std::u16string(); }
+
+// ---- Where a call works ----
+
+bool IsRoot(HKEY handle) { return handle == HKEY_LOCAL_MACHINE || handle == HKEY_CURRENT_USER; }
+
+std::shared_ptr<OpenKey> MakeRoot(const std::filesystem::path &file, std::string_view name) {
+  return std::make_shared<OpenKey>(OpenKey{std::make_shared<HiveFile>(file, name), {}, KEY_ALL_ACCESS});
+}
+
+const std::shared_ptr<OpenKey> &RootOf(HKEY handle) {
+  if (current.localMachine == nullptr || !machine::IsFolder(current.folder)) {
+    current.folder = machine::Folder();
+    current.localMachine = MakeRoot(current.folder / "system.reg", HiveFile::LocalMachineRoot);
+    current.currentUser = MakeRoot(current.folder / "user.reg", "\\\\User\\\\S-1-5-21-0-0-0-1000");
+  }
+  return handle == HKEY_LOCAL_MACHINE ? current.localMachine : current.currentUser;
+}
+
+// Finds a key again, should its hive have been loaded anew.
+LSTATUS Resolve(OpenKey &open) {
+  if (open.generation != open.file->Generation()) {
+    open.key = open.file->Content().Find(open.file->Content().Root(), open.path);
+    open.generation = open.file->Generation();
+  }
+  return open.key != nullptr ? ERROR_SUCCESS : KeyDeleted;
+}
+
+// Does a call's work at the key of its handle, which must have been opened with the rights that are needed.
+template <typename Work> LSTATUS At(HKEY handle, REGSAM needed, Work work) {
+  const std::lock_guard lock(guard);
+  const std::shared_ptr<OpenKey> place = IsRoot(handle) ? RootOf(handle) : openKeys.Find(handle);
+  if (place == nullptr)
+    return ERROR_INVALID_HANDLE;
+  LSTATUS result = IsRoot(handle) ? place->file->Refresh() : place->file->RefreshOpened();
+  if (result == ERROR_SUCCESS)
+    result = Resolve(*place);
+  if (result != ERROR_SUCCESS)
+    return result;
+  return (place->access & needed) == needed ? work(*place) : ERROR_ACCESS_DENIED;
+}
+
+// The same with the path that a caller names below the key.
+template <typename Work> LSTATUS AtPath(HKEY handle, const char *subkey, Work work) {
+  return At(handle, 0, [&](const OpenKey &place) -> LSTATUS {
+    std::u16string path = ToWideOrEmpty(subkey);
+    if (path.starts_with(u'\\'))
+      return BadPathname;
+    while (path.ends_with(u'\\'))
+      path.pop_back();
+    return work(place, path);
+  });
+}
+
+// Changes the key that a call works at, in its hive as the file holds it now.
+template <typename Change> LSTATUS Edit(const OpenKey &place, Change change) {
+  return place.file->Edit([&](Hive &hive, bool &changed) -> LSTATUS {
+    Hive::Key *const key = hive.Find(hive.Root(), place.path);
+    return key != nullptr ? change(hive, *key, changed) : KeyDeleted;
+  });
+}
+
+// A key's own path, which isn't always the one that it was found by.
+std::u16string PathOf(const Hive::Key &key) {
+  std::u16string path;
+  for (const Hive::Key *at = &key; at->parent != nullptr; at = at->parent)
+    path.insert(0, at->name).insert(0, u"\\");
+  return path;
+}
+
+// The key at a path below another one, null if there is none.
+Hive::Key *Find(const OpenKey &place, const std::u16string &path) {
+  const machine::Reached reached = machine::Reach(*place.file, *place.key, path);
+  return reached.rest.empty() ? reached.key : nullptr;
+}
+
+// ---- Keys ----
+
+bool IsReadOnly(const Hive::Key *key) {
+  while (key != nullptr && !key->readOnly)
+    key = key->parent;
+  return key != nullptr;
+}
+
+// Hands out a handle to a key with the access that is asked for.
+LSTATUS HandOut(OpenKey opened, HKEY *result) {
+  if ((opened.access & RightsToWrite) != 0 && IsReadOnly(opened.key))
+    return ERROR_ACCESS_DENIED;
+  if ((opened.access & MaximumAllowed) != 0)
+    opened.access = IsReadOnly(opened.key) ? KEY_READ : KEY_ALL_ACCESS;
+  *result = openKeys.Add(std::make_shared<OpenKey>(std::move(opened)));
+  return ERROR_SUCCESS;
+}
+
+// Makes the keys of a path that are missing below another one.
+LSTATUS MakeKey(const OpenKey &place, const std::u16string &path, Hive::Key *&made) {
+  return Edit(place, [&](Hive &hive, Hive::Key &from, bool &) -> LSTATUS {
+    const machine::Reached nearest = machine::Reach(*place.file, from, path);
+    if (IsReadOnly(nearest.key))
+      return ERROR_ACCESS_DENIED;
+    made = hive.Create(*nearest.key, nearest.rest);
+    return made != nullptr ? ERROR_SUCCESS : ERROR_INVALID_PARAMETER;
+  });
+}
+
+// ---- Values ----
+
+// A value's data as the calls see it: texts in code page 932.
+std::string AnsiData(HiveValue value) {
+  return machine::IsText(value.type) ? text::FromWide(text::WideOf(value.data)) : std::move(value.data);
+}
+
+// The data that a caller gives, as the registry holds it.
+std::string StoredData(DWORD type, const BYTE *data, DWORD size) {
+  if (data == nullptr)
+    return {};
+  std::string given(reinterpret_cast<const char *>(data), size);
+  if (!machine::IsText(type))
+    return given;
+  // A caller who forgot to count the terminator gets it all the same.
+  if (size > 0 && data[size - 1] != 0 && data[size] == 0)
+    given += '\0';
+  return std::string(text::BytesOf(text::ToWide(given)));
+}
+
+// Hands data to a caller's buffer; without one, only its size.
+LSTATUS Give(const std::string &ansi, bool isText, BYTE *buffer, DWORD &size) {
+  const DWORD room = std::exchange(size, static_cast<DWORD>(ansi.size()));
+  if (buffer == nullptr)
+    return ERROR_SUCCESS;
+  if (ansi.size() > room)
+    return ERROR_MORE_DATA;
+  std::memcpy(buffer, ansi.data(), ansi.size());
+  // A text that was stored without a terminator gets one where there is room; the size doesn't count it.
+  if (isText && ansi.size() < room && !ansi.ends_with('\0'))
+    buffer[ansi.size()] = 0;
+  return ERROR_SUCCESS;
+}
+
+} // namespace
+
+LSTATUS RegOpenKeyExA(HKEY key, const char *subkey, DWORD, REGSAM access, HKEY *result) {
+  if (result == nullptr)
+    return ERROR_INVALID_PARAMETER;
+  *result = nullptr;
+  return AtPath(key, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
+    Hive::Key *const found = Find(place, path);
+    if (found == nullptr)
+      return ERROR_FILE_NOT_FOUND;
+    return HandOut({place.file, PathOf(*found), access, found, place.generation}, result);
+  });
+}
+
+LSTATUS RegOpenKeyA(HKEY key, const char *subkey, HKEY *result) {
+  return RegOpenKeyExA(key, subkey, 0, MaximumAllowed, result);
+}
+
+LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD, char *, DWORD, REGSAM access, void *, HKEY *result,
+                        DWORD *disposition) {
+  const LSTATUS opened = RegOpenKeyExA(key, subkey, 0, access, result);
+  if (disposition != nullptr)
+    *disposition = REG_OPENED_EXISTING_KEY;
+  if (opened != ERROR_FILE_NOT_FOUND)
+    return opened;
+
+  const machine::Lock lock;
+  const LSTATUS created = AtPath(key, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
+    Hive::Key *made = nullptr;
+    if (const LSTATUS making = MakeKey(place, path, made); making != ERROR_SUCCESS)
+      return making;
+    if (disposition != nullptr)
+      *disposition = REG_CREATED_NEW_KEY;
+    return HandOut({place.file, PathOf(*made), access, made, place.file->Generation()}, result);
+  });
+  return created != ERROR_FILE_NOT_FOUND ? created : ERROR_PATH_NOT_FOUND; // no machine to make it on
+}
+
+LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE *data, DWORD *size) {
+  if (data != nullptr && size == nullptr)
+    return ERROR_INVALID_PARAMETER;
+  return At(key, KEY_QUERY_VALUE, [&](const OpenKey &place) -> LSTATUS {
+    HiveValue value;
+    const Hive::Found found = place.file->Content().ReadValue(*place.key, ToWideOrEmpty(name), value);
+    if (found != Hive::Found::Yes)
+      return found == Hive::Found::No ? ERROR_FILE_NOT_FOUND : ERROR_BADDB;
+    if (type != nullptr)
+      *type = value.type;
+    if (size == nullptr)
+      return ERROR_SUCCESS;
+    const bool isText = machine::IsText(value.type);
+    return Give(AnsiData(std::move(value)), isText, data, *size);
+  });
+}
+
+LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE *data, DWORD size) {
+  const machine::Lock lock;
+  return At(key, KEY_SET_VALUE, [&](const OpenKey &place) {
+    const HiveValue value = {ToWideOrEmpty(name), type, StoredData(type, data, size)};
+    return Edit(place, [&](Hive &hive, Hive::Key &target, bool &changed) -> LSTATUS {
+      hive.Create(target, {}); // a key of the path alone gets its section now
+      HiveValue old;
+      changed = hive.ReadValue(target, value.name, old) != Hive::Found::Yes || old.type != value.type ||
+                old.data != value.data;
+      if (changed)
+        hive.WriteValue(target, value);
+      return ERROR_SUCCESS;
+    });
+  });
+}
+
+LSTATUS RegDeleteValueA(HKEY key, const char *name) {
+  const machine::Lock lock;
+  return At(key, KEY_SET_VALUE, [&](const OpenKey &place) {
+    return Edit(place, [&](Hive &hive, Hive::Key &target, bool &) -> LSTATUS {
+      return hive.RemoveValue(target, ToWideOrEmpty(name)) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
+    });
+  });
+}
+
+LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *size, DWORD *, char *className, DWORD *classSize,
+                      FILETIME *lastWrite) {
+  if (name == nullptr || size == nullptr)
+    return ERROR_INVALID_PARAMETER;
+  return At(key, KEY_ENUMERATE_SUB_KEYS, [&](const OpenKey &place) -> LSTATUS {
+    const Hive::Key *const subkey = place.key->Subkey(index);
+    if (subkey == nullptr)
+      return ERROR_NO_MORE_ITEMS;
+    const std::string found = text::FromWide(subkey->name);
+    if (found.size() >= *size)
+      return ERROR_MORE_DATA;
+    std::memcpy(name, found.c_str(), found.size() + 1);
+    *size = static_cast<DWORD>(found.size());
+    if (className != nullptr && classSize != nullptr && *classSize > 0) {
+      className[0] = '\0';
+      *classSize = 0;
+    }
+    if (lastWrite != nullptr)
+      *lastWrite = {};
+    return ERROR_SUCCESS;
+  });
+}
+
+LSTATUS RegEnumKeyA(HKEY key, DWORD index, char *name, DWORD size) {
+  return RegEnumKeyExA(key, index, name, &size, nullptr, nullptr, nullptr, nullptr);
+}
+
+LSTATUS RegCloseKey(HKEY key) { return IsRoot(key) || openKeys.Remove(key) ? ERROR_SUCCESS : ERROR_INVALID_HANDLE; }
+
+namespace machine {
+
+void MarkKeyReadOnly(HKEY root, const char *subkey) {
+  const Lock lock;
+  HKEY made = nullptr;
+  if (RegCreateKeyExA(root, subkey, 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr) != ERROR_SUCCESS)
+    return;
+  At(made, 0, [](const OpenKey &place) {
+    return Edit(place, [](Hive &hive, Hive::Key &key, bool &) -> LSTATUS {
+      hive.Create(key, {}); // a key of the path alone gets its section now
+      hive.MarkReadOnly(key);
+      return ERROR_SUCCESS;
+    });
+  });
+  RegCloseKey(made);
+}
+
+std::vector<Value> ListValues(HKEY root, const char *subkey) {
+  std::vector<Value> values;
+  AtPath(root, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
+    Hive &hive = place.file->Content();
+    if (const Hive::Key *const key = Find(place, path))
+      for (const HiveValue &value : hive.Values(*key))
+        values.push_back({text::FromWide(value.name), value.type, AnsiData(value)});
+    return ERROR_SUCCESS;
+  });
+  return values;
+}
+
+} // namespace machine

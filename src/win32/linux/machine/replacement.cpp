@@ -1,0 +1,61 @@
+#include "win32/linux/machine/replacement.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace machine {
+
+namespace {
+
+constexpr mode_t Permissions = 0777;
+
+} // namespace
+
+Replacement::Replacement(std::filesystem::path path)
+    : target(std::move(path)),
+      beside(target.parent_path() / std::string(".").append(target.filename()).append(".new")) {
+  struct stat old;
+  struct stat made;
+  const bool replaces = stat(target.c_str(), &old) == 0;
+  const mode_t mode = replaces ? old.st_mode & Permissions : 0644;
+  do {
+    file = Descriptor(open(beside.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, mode));
+    if (!file)
+      return;
+    if (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) { // somebody else's replacement of the same file is under way
+      file = Descriptor();
+      errno = EWOULDBLOCK;
+      return;
+    }
+  } while (!IsStill(file, beside, made));
+  pending = true;
+  if (ftruncate(file.Get(), 0) != 0 ||
+      (replaces && (fchmod(file.Get(), mode) != 0 ||
+                    (old.st_uid != geteuid() && fchown(file.Get(), old.st_uid, old.st_gid) != 0)))) {
+    const int reason = errno;
+    file = Descriptor();
+    errno = reason;
+  }
+}
+
+Replacement::~Replacement() {
+  if (pending)
+    unlink(beside.c_str());
+}
+
+Descriptor Replacement::TakeFile() {
+  flock(file.Get(), LOCK_UN);
+  return std::move(file);
+}
+
+bool Replacement::Commit() {
+  if (rename(beside.c_str(), target.c_str()) != 0)
+    return false;
+  pending = false;
+  return true;
+}
+
+} // namespace machine

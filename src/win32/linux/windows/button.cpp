@@ -1,0 +1,56 @@
+// Push buttons and check boxes.
+#include "win32/linux/windows/window_classes.h"
+
+namespace {
+
+using machine::Window;
+
+struct ButtonState : machine::WindowState {
+  bool checked = false;
+};
+
+DWORD TypeOf(const Window &button) { return button.style & BS_TYPEMASK; }
+
+bool IsPushButton(const Window &button) {
+  return TypeOf(button) == BS_PUSHBUTTON || TypeOf(button) == BS_DEFPUSHBUTTON;
+}
+
+LRESULT DialogCode(const Window &button) {
+  if (!IsPushButton(button))
+    return machine::DLGC_BUTTON;
+  const bool isDefault = TypeOf(button) == BS_DEFPUSHBUTTON;
+  return machine::DLGC_BUTTON | (isDefault ? machine::DLGC_DEFPUSHBUTTON : machine::DLGC_UNDEFPUSHBUTTON);
+}
+
+void Check(const std::shared_ptr<Window> &button, ButtonState &state, bool checked) {
+  if (IsPushButton(*button))
+    return;
+  state.checked = checked;
+  machine::Invalidate(button);
+}
+
+} // namespace
+
+LRESULT machine::ButtonProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
+  const std::shared_ptr<Window> button = WindowOf(handle);
+  const auto state = ControlState<ButtonState>(button, message);
+  if (!state)
+    return DefWindowProcA(handle, message, wParam, lParam);
+  switch (message) {
+  case WM_GETDLGCODE:
+    return DialogCode(*button);
+  case BM_GETCHECK:
+    return state->checked;
+  case BM_SETCHECK:
+    Check(button, *state, wParam != BST_UNCHECKED);
+    return 0;
+  case BM_CLICK:
+    SetFocus(handle);
+    if (TypeOf(*button) == BS_AUTOCHECKBOX)
+      Check(button, *state, !state->checked);
+    NotifyParent(*button, BN_CLICKED);
+    return 0;
+  default:
+    return ControlDefault(handle, message, wParam, lParam);
+  }
+}

@@ -1,0 +1,145 @@
+// Edit controls. What is typed is cut at the limit, what a program puts in isn't.
+#include "win32/linux/text/code_page.h"
+#include "win32/linux/windows/window_classes.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <string_view>
+#include <tuple>
+#include <utility>
+
+namespace {
+
+using machine::Window;
+
+constexpr size_t DefaultLimit = 30000;
+constexpr size_t NoLimit = 0x7FFFFFFE;
+
+struct EditState : machine::WindowState {
+  size_t limit = DefaultLimit; // in bytes
+  size_t begin = 0;            // of the selection, in bytes
+  size_t end = 0;
+  char lead = '\0'; // the first byte of a character whose second one is still to come
+};
+
+struct Edit {
+  std::shared_ptr<Window> window;
+  std::shared_ptr<EditState> state;
+
+  bool IsMultiline() const { return window->Has(ES_MULTILINE); }
+};
+
+void Select(const Edit &edit, LPARAM begin, LPARAM end) {
+  const auto size = static_cast<LPARAM>(edit.window->text.size());
+  const auto within = [&](LPARAM place) { return static_cast<size_t>(place < 0 ? size : std::min(place, size)); };
+  std::tie(edit.state->begin, edit.state->end) =
+      begin < 0 ? std::pair(edit.state->end, edit.state->end) : std::minmax({within(begin), within(end)});
+}
+
+LRESULT GetSelection(const EditState &state, DWORD *begin, DWORD *end) {
+  if (begin != nullptr)
+    *begin = static_cast<DWORD>(state.begin);
+  if (end != nullptr)
+    *end = static_cast<DWORD>(state.end);
+  return MAKELPARAM(static_cast<unsigned>(state.begin), static_cast<unsigned>(state.end));
+}
+
+// Puts a text in place of the selection, as much of it as the limit allows.
+void ReplaceSelection(const Edit &edit, std::string_view with) {
+  const auto &[window, state] = edit;
+  state->end = std::min(state->end, window->text.size());
+  state->begin = std::min(state->begin, state->end);
+  const size_t selected = state->end - state->begin;
+  const size_t kept = window->text.size() - selected;
+  if (!edit.IsMultiline())
+    with = with.substr(0, with.find_first_of("\r\n"));
+  const std::string_view fitting = text::WholeCharacters(with, state->limit > kept ? state->limit - kept : 0);
+  window->text.replace(state->begin, selected, fitting);
+  state->begin = state->end = state->begin + fitting.size();
+  if (fitting.size() < with.size())
+    machine::NotifyParent(*window, EN_MAXTEXT);
+  if (selected == 0 && fitting.empty())
+    return;
+  machine::Invalidate(window);
+  machine::NotifyParent(*window, EN_UPDATE);
+  machine::NotifyParent(*window, EN_CHANGE);
+}
+
+// Takes away the selection or, without one, the character before it.
+void EraseBack(const Edit &edit) {
+  const auto &[window, state] = edit;
+  if (state->begin == state->end && state->begin > 0) {
+    const std::string_view before = std::string_view(window->text).substr(0, state->end);
+    state->begin =
+        before.ends_with("\r\n") ? before.size() - 2 : text::WholeCharacters(before, before.size() - 1).size();
+  }
+  ReplaceSelection(edit, "");
+}
+
+void Type(const Edit &edit, char character) {
+  const auto &[window, state] = edit;
+  if (window->Has(ES_READONLY))
+    return;
+  if (state->lead != '\0')
+    return ReplaceSelection(edit, std::string{std::exchange(state->lead, '\0'), character});
+  if (text::IsLeadByte(static_cast<unsigned char>(character)))
+    state->lead = character;
+  else if (character == VK_BACK)
+    EraseBack(edit);
+  else if (character == '\r' && edit.IsMultiline())
+    ReplaceSelection(edit, "\r\n");
+  else if (static_cast<unsigned char>(character) >= ' ' && character != '\x7F')
+    ReplaceSelection(edit, {&character, 1});
+}
+
+// A program's text. The parent of a multi-line control isn't told, nor is a combo box of its own doing.
+LRESULT SetText(const Edit &edit, const char *text) {
+  machine::ControlDefault(edit.window->handle, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+  edit.state->begin = edit.state->end = 0;
+  if (edit.IsMultiline() || edit.window->Has(machine::ES_COMBO))
+    return TRUE;
+  machine::NotifyParent(*edit.window, EN_UPDATE);
+  machine::NotifyParent(*edit.window, EN_CHANGE);
+  return TRUE;
+}
+
+} // namespace
+
+LRESULT machine::EditProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
+  const std::shared_ptr<Window> window = WindowOf(handle);
+  const Edit edit = {window, ControlState<EditState>(window, message)};
+  if (!edit.state)
+    return DefWindowProcA(handle, message, wParam, lParam);
+  switch (message) {
+  case WM_GETDLGCODE:
+    return DLGC_HASSETSEL | DLGC_WANTCHARS | DLGC_WANTARROWS | (edit.IsMultiline() ? DLGC_WANTALLKEYS : 0) |
+           (window->Has(ES_COMBO) ? SendMessageA(window->parent, message, wParam, lParam) : 0);
+  case WM_SETFOCUS:
+  case WM_KILLFOCUS:
+    NotifyParent(*window, message == WM_SETFOCUS ? EN_SETFOCUS : EN_KILLFOCUS);
+    return 0;
+  case WM_SETTEXT:
+    return SetText(edit, reinterpret_cast<const char *>(lParam));
+  case WM_CHAR:
+    Type(edit, static_cast<char>(wParam));
+    return 0;
+  case WM_KEYDOWN: // the list of a combo box follows the keys of its edit control
+    return window->Has(ES_COMBO) ? SendMessageA(window->parent, message, wParam, lParam) : 0;
+  case EM_SETSEL:
+    Select(edit, static_cast<int>(wParam), static_cast<int>(lParam));
+    return TRUE;
+  case EM_GETSEL:
+    return GetSelection(*edit.state, reinterpret_cast<DWORD *>(wParam), reinterpret_cast<DWORD *>(lParam));
+  case EM_REPLACESEL:
+    if (lParam != 0)
+      ReplaceSelection(edit, reinterpret_cast<const char *>(lParam));
+    return 0;
+  case EM_LIMITTEXT:
+    edit.state->limit = wParam == 0 ? NoLimit : wParam;
+    return 0;
+  case EM_GETLIMITTEXT:
+    return static_cast<LRESULT>(edit.state->limit);
+  default:
+    return ControlDefault(handle, message, wParam, lParam);
+  }
+}

@@ -1,0 +1,177 @@
+// Which window is shown, enabled and active, has the focus or is to be painted.
+#include "win32/linux/windows/window_tree.h"
+
+#include <algorithm>
+
+using machine::Desk;
+using machine::DeskOfThread;
+using machine::Window;
+using machine::WindowOf;
+using machine::WindowRecord;
+
+namespace {
+
+template <typename Test> bool AllUpwards(WindowRecord window, Test test) {
+  for (; window; window = WindowOf(window->parent))
+    if (!test(*window))
+      return false;
+  return true;
+}
+
+bool IsEnabledWithParents(const WindowRecord &window) {
+  return AllUpwards(window, [](const Window &each) { return !each.Has(WS_DISABLED); });
+}
+
+bool CanBeActive(const WindowRecord &window) { return window && window->Has(WS_VISIBLE) && !window->Has(WS_DISABLED); }
+
+bool CanTakeFocus(const WindowRecord &window) {
+  return window && IsWindowVisible(window->handle) != FALSE && IsEnabledWithParents(window);
+}
+
+void Raise(const WindowRecord &top) {
+  std::vector<HWND> &order = WindowOf(GetDesktopWindow())->children;
+  const auto place = std::ranges::find(order, top->handle);
+  std::rotate(order.begin(), place, place + 1);
+}
+
+bool IsOwnedBy(HWND owner, WindowRecord window) {
+  for (; window; window = WindowOf(window->owner))
+    if (window->handle == owner)
+      return true;
+  return false;
+}
+
+// A window that is hidden can't stay active or keep the focus: they go to another.
+void Retire(const WindowRecord &window) {
+  Desk &desk = DeskOfThread();
+  if (window->parent != nullptr) {
+    if (desk.focus == window->handle || IsChild(window->handle, desk.focus) != FALSE)
+      SetFocus(window->parent);
+    return;
+  }
+  if (desk.active != window->handle)
+    return;
+  // The owner comes first, then the topmost of the others.
+  std::vector<HWND> candidates = WindowOf(GetDesktopWindow())->children;
+  candidates.insert(candidates.begin(), window->owner);
+  const auto next = std::ranges::find_if(candidates, [](HWND each) { return CanBeActive(WindowOf(each)); });
+  if (next != candidates.end())
+    return machine::Activate(*next);
+  SetFocus(nullptr);
+  desk.active = nullptr;
+}
+
+} // namespace
+
+namespace machine {
+
+void Activate(HWND handle) {
+  const WindowRecord window = WindowOf(handle);
+  if (!window)
+    return;
+  const WindowRecord top = TopOf(window);
+  if (!IsEnabledWithParents(top))
+    return;
+  const bool keeps = top->lastFocus != nullptr && CanTakeFocus(WindowOf(top->lastFocus));
+  SetFocus(keeps ? top->lastFocus : top->handle);
+}
+
+void Invalidate(const WindowRecord &window) {
+  window->invalid = true;
+  for (const HWND child : window->children)
+    Invalidate(WindowOf(child));
+}
+
+} // namespace machine
+
+HWND GetActiveWindow() { return DeskOfThread().active; }
+
+HWND GetLastActivePopup(HWND owner) {
+  if (IsWindow(owner) == FALSE)
+    return owner;
+  const std::vector<HWND> &order = WindowOf(GetDesktopWindow())->children; // the last active one is in front
+  const auto found = std::ranges::find_if(order, [&](HWND each) {
+    return each == owner || (IsWindowVisible(each) != FALSE && IsOwnedBy(owner, WindowOf(each)));
+  });
+  return found != order.end() ? *found : owner;
+}
+
+HWND SetFocus(HWND handle) {
+  Desk &desk = DeskOfThread();
+  const WindowRecord window = WindowOf(handle);
+  if (handle != nullptr && (!window || !IsEnabledWithParents(window) || handle == GetDesktopWindow()))
+    return nullptr;
+  const HWND old = desk.focus;
+  if (window) {
+    const WindowRecord top = machine::TopOf(window);
+    top->lastFocus = handle;
+    desk.active = top->handle;
+    Raise(top);
+  }
+  if (old == handle)
+    return old;
+  desk.focus = handle;
+  if (old != nullptr)
+    SendMessageA(old, WM_KILLFOCUS, reinterpret_cast<WPARAM>(handle), 0);
+  if (handle != nullptr && desk.focus == handle)
+    SendMessageA(handle, WM_SETFOCUS, reinterpret_cast<WPARAM>(old), 0);
+  return old;
+}
+
+HWND GetFocus() { return DeskOfThread().focus; }
+
+BOOL EnableWindow(HWND handle, BOOL enable) {
+  const WindowRecord window = WindowOf(handle);
+  if (!window)
+    return FALSE;
+  const bool disabled = window->Has(WS_DISABLED);
+  if (disabled != (enable != FALSE))
+    return disabled;
+  if (disabled)
+    window->style &= ~WS_DISABLED;
+  else
+    window->style |= WS_DISABLED;
+  if (!disabled && GetFocus() == handle)
+    SetFocus(nullptr);
+  machine::Invalidate(window);
+  SendMessageA(handle, WM_ENABLE, disabled, 0);
+  return disabled;
+}
+
+BOOL IsWindowEnabled(HWND handle) {
+  const WindowRecord window = WindowOf(handle);
+  return window && !window->Has(WS_DISABLED);
+}
+
+BOOL ShowWindow(HWND handle, int command) {
+  const WindowRecord window = WindowOf(handle);
+  if (!window)
+    return FALSE;
+  const bool visible = window->Has(WS_VISIBLE);
+  const bool show = command != SW_HIDE;
+  if (visible != show) {
+    SendMessageA(handle, WM_SHOWWINDOW, show, 0);
+    if (show) {
+      window->style |= WS_VISIBLE;
+      machine::Invalidate(window);
+    } else {
+      window->style &= ~WS_VISIBLE;
+      Retire(window);
+    }
+  }
+  if (show && window->parent == nullptr)
+    machine::Activate(handle);
+  return visible;
+}
+
+BOOL IsWindowVisible(HWND handle) {
+  const WindowRecord window = WindowOf(handle);
+  return window && AllUpwards(window, [](const Window &each) { return each.Has(WS_VISIBLE); });
+}
+
+BOOL InvalidateRect(HWND handle, const RECT *, BOOL) {
+  const WindowRecord window = WindowOf(handle);
+  if (window)
+    machine::Invalidate(window);
+  return window != nullptr;
+}

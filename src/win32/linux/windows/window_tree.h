@@ -1,0 +1,85 @@
+// The windows behind the calls: records that are looked up by their handles, so that a handle of a window that is gone
+// finds nothing. They belong to the thread that made them; to every other thread they aren't there.
+#pragma once
+
+#include "win32/win32_ui.h"
+
+#include "win32/linux/public/front_end.h"
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace machine {
+
+// What a window procedure of the layer keeps with its window.
+struct WindowState {
+  virtual ~WindowState() = default;
+};
+
+struct Window {
+  HWND handle = nullptr;
+  std::string className;
+  WNDPROC procedure = nullptr;
+  DWORD style = 0;
+  DWORD exStyle = 0;
+  HWND parent = nullptr;      // of a child
+  HWND owner = nullptr;       // of a window that is none
+  std::vector<HWND> children; // the topmost first
+  LONG_PTR id = 0;
+  LONG_PTR userData = 0;
+  std::vector<std::byte> extra; // as many bytes as the class asks for
+  std::string text;
+  HFONT font = nullptr;
+  RECT place = {};          // in the parent's client area, which is the whole of it
+  HWND lastFocus = nullptr; // where the focus goes when this top-level window is activated
+  bool invalid = false;     // BeginPaint makes it valid
+  bool going = false;       // DestroyWindow is at it
+  std::shared_ptr<WindowState> state;
+
+  bool Has(DWORD bits) const { return (style & bits) == bits; }
+};
+
+using WindowRecord = std::shared_ptr<Window>;
+
+// What a thread has of windows. The desktop's children are the windows that are no child.
+struct Desk {
+  std::unordered_map<HWND, std::shared_ptr<Window>> windows;
+  HWND focus = nullptr;
+  HWND active = nullptr;
+  std::deque<MSG> posted;
+};
+Desk &DeskOfThread();
+
+// Null for a handle that is no window of this thread, which GetLastError then says too.
+std::shared_ptr<Window> WindowOf(HWND handle);
+
+// The state that the procedure of a layer's class keeps, null for a window that has another or none.
+template <typename State> std::shared_ptr<State> StateOf(HWND handle) {
+  const std::shared_ptr<Window> window = WindowOf(handle);
+  return window ? std::dynamic_pointer_cast<State>(window->state) : nullptr;
+}
+
+// The window itself or the topmost of its parents.
+std::shared_ptr<Window> TopOf(std::shared_ptr<Window> window);
+
+// Makes the top-level window of this one the active one and gives it the focus that it had last.
+void Activate(HWND window);
+
+// The window and all that is in it are to be painted.
+void Invalidate(const std::shared_ptr<Window> &window);
+
+// Runs until `done` says so or the top window is gone: hands out the posted messages, has the visible windows painted
+// that are invalid, and when there is nothing left to do waits for the user. False if there is no user (any more).
+bool RunModalLoop(HWND top, const std::function<bool()> &done);
+
+FrontEnd *CurrentFrontEnd();
+
+// Copies a text as the calls answer one, cut to whole characters and terminated, and answers its length.
+int CopyText(const std::string &text, char *buffer, size_t size);
+
+} // namespace machine
