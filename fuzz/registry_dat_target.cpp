@@ -42,7 +42,7 @@ void Mend(std::string &file) {
   }
 }
 
-// FindChild without its index of names.
+// What FindChild answers, by the fields of the nodes alone.
 int32_t Scan(const ProfileRegistry &registry, int32_t parent, const std::string &name, bool wantKey) {
   for (int32_t index = 1; index < registry.NodeCount(); ++index) {
     const ProfileRegistryNode &node = registry.Node(index);
