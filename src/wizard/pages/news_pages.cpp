@@ -2,7 +2,7 @@
 
 #include "clients/format.h"
 #include "clients/service_constants.h"
-#include "wizard/pages/id_pages.h"
+#include "wizard/id_pages.h"
 #include "wizard/service_ini.h"
 
 #include <algorithm>

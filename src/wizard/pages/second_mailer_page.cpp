@@ -1,6 +1,6 @@
 #include "wizard/pages/second_mailer_page.h"
 
-#include "wizard/pages/id_pages.h"
+#include "wizard/id_pages.h"
 #include "wizard/service_ini.h"
 
 using namespace page_parts;

@@ -1,4 +1,4 @@
-#include "wizard/pages/id_pages.h"
+#include "wizard/id_pages.h"
 
 #include "clients/service_names.h"
 #include "wizard/pages/page_parts.h"
