@@ -76,10 +76,10 @@ template <typename Client> int32_t ReadVersionNumbers(Client &adapter, char sepa
   std::string version;
   const int32_t result = adapter.GetClientVersion(version);
   const std::string_view text = version;
-  const size_t place = text.find(separator);
-  const bool divided = place != std::string_view::npos;
-  *major = divided ? LeadingNumber(text.substr(0, place)) : 0;
-  *minor = divided ? LeadingNumber(text.substr(place + 1)) : 0;
+  const size_t position = text.find(separator);
+  const bool divided = position != std::string_view::npos;
+  *major = divided ? LeadingNumber(text.substr(0, position)) : 0;
+  *minor = divided ? LeadingNumber(text.substr(position + 1)) : 0;
   return result;
 }
 

@@ -43,7 +43,7 @@ public:
   ProfileRegistry &operator=(const ProfileRegistry &) = delete;
 
   // Reads the file. 0 if it can't be read, has more than 64 MB, or isn't sound: every record and string has to lie
-  // within the file and to overlap with no other, every record has to know its own place and the key it hangs below,
+  // within the file and to overlap with no other, every record has to hold its own offset and that of the key above it,
   // and the root has to be a key. So a file that was accepted can be edited without damage to what else it holds.
   int32_t Open(const std::string &path);
 

@@ -1,4 +1,4 @@
-// The page of the second-mailer wizard that stands in the place of CSetMailerID.
+// The ID page of the second-mailer wizard, which it has instead of CSetMailerID.
 #pragma once
 
 #include "mfc/afxwin.h"
