@@ -1,7 +1,7 @@
 #include "clients/communicator/communicator_mail.h"
 
 #include "clients/communicator/communicator_profiles.h"
-#include "clients/prefs_profile.h"
+#include "clients/profile_prefs.h"
 #include "clients/registry_key.h"
 
 #include <array>

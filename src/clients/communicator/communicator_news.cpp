@@ -3,7 +3,7 @@
 #include "clients/communicator/communicator_profiles.h"
 #include "clients/communicator/news_map.h"
 #include "clients/format.h"
-#include "clients/prefs_profile.h"
+#include "clients/profile_prefs.h"
 
 #include <array>
 #include <cstring>

@@ -1,7 +1,7 @@
 #include "clients/netscape6/account_graph.h"
 
 #include "clients/format.h"
-#include "clients/prefs_profile.h"
+#include "clients/profile_prefs.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "clients/prefs_profile.h"
+#include "clients/profile_prefs.h"
 
 #include "clients/format.h"
 #include "win32/win32.h"
