@@ -6,7 +6,7 @@
 #include "clients/communicator/communicator_profiles.h"
 #include "clients/format.h"
 #include "clients/guarded.h"
-#include "clients/outlook_express/account_store.h"
+#include "clients/outlook_express/outlook_express_accounts.h"
 #include "clients/registry_key.h"
 #include "clients/service_names.h"
 

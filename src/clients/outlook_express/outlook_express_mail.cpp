@@ -1,7 +1,7 @@
 #include "clients/outlook_express/outlook_express_mail.h"
 
 #include "clients/format.h"
-#include "clients/outlook_express/account_store.h"
+#include "clients/outlook_express/outlook_express_accounts.h"
 #include "clients/registry_key.h"
 
 namespace {

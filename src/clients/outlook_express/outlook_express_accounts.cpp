@@ -1,4 +1,4 @@
-#include "clients/outlook_express/account_store.h"
+#include "clients/outlook_express/outlook_express_accounts.h"
 
 #include "clients/registry_key.h"
 
