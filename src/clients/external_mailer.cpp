@@ -1,5 +1,6 @@
 #include "clients/external_mailer.h"
 
+#include "clients/external_mailer_layout.h"
 #include "clients/file_queries.h"
 #include "clients/format.h"
 #include "clients/guarded.h"
@@ -18,8 +19,6 @@ static_assert(offsetof(MailEnvironment, mailAddress) == 1037 && offsetof(MailEnv
 static_assert(offsetof(MailEnvironment, smtpServer) == 1551);
 
 namespace {
-
-constexpr const char *PluginKey = "SOFTWARE\\Harveld\\@zuvioSetup";
 
 // Copies a text into a zeroed field; false if it doesn't fit with its terminator.
 template <size_t Size> bool Fill(char (&field)[Size], const std::string &text) {
@@ -50,8 +49,8 @@ int32_t ExternalMailer::LoadMailerLibrary() {
     return 0;
   std::string folder;
   std::string file;
-  if (!ReadStringValue(HKEY_LOCAL_MACHINE, PluginKey, "InstPath", folder) ||
-      !ReadStringValue(HKEY_LOCAL_MACHINE, PluginKey, "ProgramName", file))
+  if (!ReadStringValue(HKEY_LOCAL_MACHINE, external_mailer::PluginKey, external_mailer::FolderValue, folder) ||
+      !ReadStringValue(HKEY_LOCAL_MACHINE, external_mailer::PluginKey, external_mailer::FileValue, file))
     return 0;
   module = LoadLibraryA(Format("%s\\%s", folder, file).c_str());
   if (module == nullptr)
@@ -92,7 +91,7 @@ bool ExternalMailer::ReadMailerInfo(MailerInfo &info) {
 
 int32_t ExternalMailer::IsInstall() {
   MailerInfo info;
-  return ReadMailerInfo(info) ? PathExists(info.path) : 0;
+  return ReadMailerInfo(info) && PathExists(info.path);
 }
 
 int32_t ExternalMailer::SetupAccount(const MailAccountSpec &spec, std::string &) {
@@ -101,7 +100,7 @@ int32_t ExternalMailer::SetupAccount(const MailAccountSpec &spec, std::string &)
     return 0;
   const int32_t answer = SetMailEnvironment(environment);
   FreeMailerLibrary();
-  return answer == 1 ? 1 : 0;
+  return answer == 1;
 }
 
 int32_t ExternalMailer::SetDefaultClient() { return 1; }

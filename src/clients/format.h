@@ -4,19 +4,17 @@
 #include "win32/win32.h"
 
 #include <string>
+#include <string_view>
 
 // The format with every %s replaced by the next of the texts, in order; nothing is cut.
-template <typename... Texts> std::string Format(const std::string &format, const Texts &...texts) {
-  const std::string *const list[] = {&texts...};
+template <typename... Texts> std::string Format(std::string_view format, const Texts &...texts) {
   std::string result;
-  size_t begin = 0;
-  for (const std::string *text : list) {
-    const size_t place = format.find("%s", begin);
-    result.append(format, begin, place - begin);
-    result += *text;
-    begin = place + 2;
+  for (const std::string_view text : {std::string_view(texts)...}) {
+    const size_t end = format.find("%s");
+    result.append(format.substr(0, end)).append(text);
+    format.remove_prefix(end + 2);
   }
-  return result.append(format, begin);
+  return result.append(format);
 }
 
 inline bool SameIgnoringCase(const std::string &left, const std::string &right) {

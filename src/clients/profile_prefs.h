@@ -1,10 +1,42 @@
-// A user's profile in the way of both Netscape clients: a directory with a prefs.js and a directory for mail in it.
+// A user's profile as both Netscape clients have it: a directory with a prefs.js and a folder for mail in it.
 #pragma once
 
+#include "clients/pref_lines.h"
+#include "win32/win32.h"
+
+#include <memory>
 #include <string>
 
 std::string PrefsPath(const std::string &directory);
-// Makes the directory for mail.
-void MakeMailDirectory(const std::string &directory);
+// Makes the folder for mail.
+void MakeMailFolder(const std::string &directory);
 // Whether a profile of that name may be overwritten.
 std::string SameProfileQuestion(const std::string &profile);
+
+// The prefs.js of a profile while it is edited. Nothing is written before Save, so an operation that finds no room for
+// its edits can still leave everything as it was:
+//
+//   ProfilePrefs prefs(directory);
+//   ReplacePref(prefs.Text(), {"mail.pop_name", QuotedPref(user)});
+//   if (!prefs.HasRoom())
+//     return 0;
+//   prefs.Save();
+class ProfilePrefs {
+public:
+  // Reads the file. A missing one counts as empty.
+  explicit ProfilePrefs(const std::string &directory);
+
+  PrefsText &Text() { return *prefs; }
+
+  // Whether the edits found room, in a file that holds nothing but text. A file that can't be read has room as well: it
+  // stays as it is, and the account goes without it.
+  bool HasRoom() const;
+
+  // Replaces the file, or makes it, unless it couldn't be read or has no room. No failure is reported.
+  void Save(DWORD access = GENERIC_READ | GENERIC_WRITE) const;
+
+private:
+  std::string path;
+  std::unique_ptr<PrefsText> prefs;
+  bool missing;
+};

@@ -289,7 +289,7 @@ TEST_F(CommunicatorNewsTest, RefusesATitleThatNamesNoProfile) {
   }
   EXPECT_FALSE(KeyThere(HKEY_LOCAL_MACHINE, "SOFTWARE\\Netscape\\Netscape Navigator\\Users"));
   EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, "Software\\Netscape\\Netscape Navigator\\biff"));
-  EXPECT_EQ(PathExists((CommunicatorFolder() + "\\Users").c_str()), 0);
+  EXPECT_FALSE(PathExists((CommunicatorFolder() + "\\Users").c_str()));
   // A key names a profile that is there.
   EXPECT_EQ(WriteAccount(adapter, mailSpec, "old.") + WriteAccount(news, newsSpec, "old."), 2);
   for (const char *title : {"表", "ソフト", "能", "太郎　", " .a.b"}) {

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "clients/news_client.h"
-#include "stores/prefs_file.h"
+#include "clients/profile_prefs.h"
 
 class CommunicatorNews : public NewsClient {
 public:
@@ -28,10 +28,11 @@ public:
   int32_t GetClientType() override;
 
 private:
-  // Puts the server on the profile's map and edits its prefs.js.
-  void WriteNewsPrefs(const std::string &directory, const NewsAccountSpec &spec);
-  // The edits of prefs.js, in their order. An empty host, of a server that isn't on, is looked for in no line.
+  // The edits of prefs.js, in memory and in their order.
   void EditNewsPrefs(PrefsText &prefs, const NewsAccountSpec &spec);
+  // Puts the server on the profile's map, and the edited prefs.js in place.
+  static void WriteNewsPrefs(const std::string &directory, const ProfilePrefs &prefs, const NewsAccountSpec &spec);
+  // Moves the line of the preference to the end, or appends one with the value if it is missing or empty.
   void KeepOrFill(PrefsText &prefs, const char *key, const std::string &value);
 
   char keptLine[PrefValueSize]; // scratch space of KeepOrFill

@@ -1,5 +1,6 @@
 #include "clients/outlook_express/outlook_express_accounts.h"
 
+#include "clients/outlook_express/outlook_express_layout.h"
 #include "clients/registry_key.h"
 
 #include <algorithm>
@@ -7,25 +8,21 @@
 
 namespace outlook_express {
 
-const InstalledProgram Program = {"OutlookExpress (Microsoft)",
-                                  "SOFTWARE\\Microsoft\\Outlook Express",
-                                  "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\msimn.exe",
-                                  nullptr,
-                                  "SOFTWARE\\Microsoft\\Outlook Express",
-                                  "MediaVer",
-                                  "4.00.0"};
-
 namespace {
 
-constexpr const char *ManagerKey = "Software\\Microsoft\\Internet Account Manager";
-
-// The number that the next new account takes: the first four bytes of the root key's `Account Name`.
+// The number that the next new account takes: the first four bytes of the value.
 DWORD NextAccountNumber() {
   RegistryKey key;
   DWORD number[RegistryTextSize / sizeof(DWORD)] = {};
   DWORD type = REG_NONE;
   DWORD size = sizeof number;
-  return key.ReadValue(HKEY_CURRENT_USER, ManagerKey, "Account Name", type, number, size) ? number[0] : 1;
+  return key.ReadValue(HKEY_CURRENT_USER, ManagerKey, AccountNameValue, type, number, size) ? number[0] : 1;
+}
+
+bool HasValidDefaultMailAccount() {
+  std::string name;
+  return ReadStringValue(HKEY_CURRENT_USER, ManagerKey, DefaultMailAccountValue, name) &&
+         KeyReadable(HKEY_CURRENT_USER, AccountKey(name).c_str());
 }
 
 } // namespace
@@ -38,50 +35,38 @@ bool IsVersion4() {
 
 DWORD ConnectionType() { return IsVersion4() ? ConnectionOfVersion4 : ConnectionOfVersion5; }
 
-std::string AccountPath(const std::string &name) { return std::string(AccountsKey) + '\\' + name; }
-
 std::string EnterAccount(const std::string &title) {
   const DWORD number = NextAccountNumber();
   char name[16];
   std::snprintf(name, sizeof name, "%08x", static_cast<unsigned>(number));
-  WriteValues(HKEY_CURRENT_USER, ManagerKey, {{"Account Name", number + 1}});
-  WriteValues(HKEY_CURRENT_USER, AccountPath(name), {{"Account Name", title}});
+  WriteValuesFullAccess(HKEY_CURRENT_USER, ManagerKey, {{AccountNameValue, number + 1}});
+  WriteValuesFullAccess(HKEY_CURRENT_USER, AccountKey(name), {{AccountNameValue, title}});
   return name;
 }
 
-bool FindAccount(const std::function<bool(const std::string &path)> &matches, std::string &name) {
-  const ScopedKey accounts(HKEY_CURRENT_USER, AccountsKey);
-  std::string candidate;
-  for (DWORD index = 0; accounts && EnumSubkey(accounts.Get(), index, candidate); ++index)
-    if (matches(AccountPath(candidate))) {
-      name = candidate;
-      return true;
-    }
-  return false;
+std::optional<std::string> FindAccount(const std::function<bool(const std::string &accountKey)> &matches) {
+  for (const std::string &name : SubkeyNames(HKEY_CURRENT_USER, AccountsKey))
+    if (matches(AccountKey(name)))
+      return name;
+  return std::nullopt;
 }
 
-bool HasText(const std::string &path, const char *valueName) {
-  std::string text;
-  return ReadText(HKEY_CURRENT_USER, path, valueName, text) != 0;
+bool HasText(const std::string &accountKey, const char *valueName) {
+  return ReadTextFullAccess(HKEY_CURRENT_USER, accountKey, valueName).has_value();
 }
 
-bool HoldsText(const std::string &path, const char *valueName, const std::string &text) {
-  std::string stored;
-  return ReadText(HKEY_CURRENT_USER, path, valueName, stored) && stored == text;
+bool HoldsText(const std::string &accountKey, const char *valueName, const std::string &text) {
+  return ReadTextFullAccess(HKEY_CURRENT_USER, accountKey, valueName) == text;
 }
 
 void EnsureDefaultMailAccount(const std::string &name) {
-  std::string current;
-  if (!ReadStringValue(HKEY_CURRENT_USER, ManagerKey, "Default Mail Account", current) ||
-      !KeyReadable(HKEY_CURRENT_USER, AccountPath(current).c_str()))
-    WriteStringValue(HKEY_CURRENT_USER, ManagerKey, "Default Mail Account", name.c_str());
+  if (!HasValidDefaultMailAccount())
+    WriteStringValue(HKEY_CURRENT_USER, ManagerKey, DefaultMailAccountValue, name.c_str());
 }
 
-std::string IdentitySettingsPath() {
-  std::string identity;
-  if (!ReadText(HKEY_CURRENT_USER, "Identities", "Default User ID", identity) || identity.empty())
-    return {};
-  return "Identities\\" + identity + "\\Software\\Microsoft\\Outlook Express\\5.0";
+std::string DefaultIdentitySettings() {
+  const auto identity = ReadTextFullAccess(HKEY_CURRENT_USER, IdentitiesKey, DefaultIdentityValue);
+  return identity && !identity->empty() ? IdentitySettingsKey(*identity) : "";
 }
 
 bool TextsFit(std::initializer_list<std::string_view> texts) {
