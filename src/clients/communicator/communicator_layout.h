@@ -30,6 +30,7 @@ inline constexpr const char *ObsoleteValue = "Obsoleted";
 
 // ---- Below HKEY_CURRENT_USER ----
 
+inline constexpr const char *SettingsKey = "Software" NAVIGATOR;
 inline constexpr const char *MainKey = "Software" NAVIGATOR "\\Main";
 inline constexpr const char *InstallDirectoryValue = "Install Directory";
 
