@@ -31,7 +31,7 @@ void PrintValues(const std::vector<Value> &values) {
 void PrintText(const std::vector<Client> &clients) {
   for (const Client &client : clients) {
     std::cout << client.name << (client.version.empty() ? "" : " " + client.version)
-              << (client.takesMail || IsUnknown(client) ? "" : ", not installed") << '\n';
+              << (client.hasMail || IsUnknown(client) ? "" : ", not installed") << '\n';
     for (const Entry &entry : inspect::Entries(client.type)) {
       std::cout << "  " << entry.kind << (entry.name.empty() ? "" : " " + entry.name)
                 << (entry.isDefault ? " (default)" : "") << "  [" << entry.where << "]\n";
@@ -61,7 +61,7 @@ void PrintJson(const std::vector<Client> &clients) {
     Json entries = Json::array();
     for (const Entry &entry : inspect::Entries(client.type))
       entries.push_back(EntryJson(entry));
-    const Json installed = IsUnknown(client) ? Json() : Json(client.takesMail);
+    const Json installed = IsUnknown(client) ? Json() : Json(client.hasMail);
     document.push_back(
         {{"client", client.name}, {"version", client.version}, {"installed", installed}, {"entries", entries}});
   }
@@ -89,5 +89,5 @@ void PrintAccounts(bool asJson) {
 void PrintStatus() {
   PrintRow("client", "version", "mail", "news");
   for (const Client &client : inspect::Clients())
-    PrintRow(client.name, client.version, IsUnknown(client) ? "?" : Answer(client.takesMail), Answer(client.takesNews));
+    PrintRow(client.name, client.version, IsUnknown(client) ? "?" : Answer(client.hasMail), Answer(client.hasNews));
 }

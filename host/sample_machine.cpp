@@ -29,12 +29,12 @@ const std::vector<std::string> SampleClients = {"oe4", "oe5", "communicator", "n
 
 namespace {
 
-// Folders of the samples. The first two stand for what the machine has in their place.
+// Folders of the samples. For the first two the machine may have others, which are then taken.
 const std::string ProgramFiles = "%ProgramFiles%";
 const std::string AppData = "C:\\WINDOWS\\Application Data";
 const std::string DefaultProgramFiles = "C:\\Program Files";
 const std::string CommunicatorFolder = DefaultProgramFiles + "\\Netscape\\Communicator";
-const std::string MailerFolder = DefaultProgramFiles + "\\Harveld\\SampleMailer";
+const std::string MailerFolder = external_mailer::SampleFolder;
 
 const std::string Account = oe::AccountKey("00000001");
 const std::string OutlookExpressProgram = ProgramFiles + "\\Outlook Express\\" + oe::Program.file;
@@ -121,7 +121,7 @@ const SampleFile Files[] = {
                "\r\n")},
     {"netscape6", Netscape6Program, std::string(sample_programs::netscape6)},
     {"netscape6", PrefsPath(MozillaProfile), "# Mozilla User Preferences\n\n" + Prefs({OldStartPage}, "\n")},
-    {"mailer", MailerFolder + "\\mailer.exe", std::string(sample_programs::mailer)},
+    {"mailer", MailerFolder + '\\' + external_mailer::SampleProgram, std::string(sample_programs::mailer)},
     {"", "C:\\Program Files\\Zuvio\\service.ini",
      "[MAIL_SERVER]\r\nserver_max=2\r\n"
      "disp1=mail.zuvio.example\r\npop1=pop.zuvio.example\r\nsmtp1=smtp.zuvio.example\r\n"
@@ -145,7 +145,7 @@ bool EnterValue(const SampleValue &value) {
   return write(REG_DWORD, &std::get<DWORD>(value.data), sizeof(DWORD));
 }
 
-// A folder that each machine has in a place of its own, which a value tells.
+// A folder that isn't the same on every machine; a value tells it.
 struct MachineFolder {
   const std::string &sample; // as it is in the samples' paths
   HKEY root;
@@ -253,12 +253,12 @@ std::string InstallSamples(const std::vector<std::string> &clients) {
   for (const SampleFile &file : Files)
     if (IsWanted(file.client, clients) && !EnterFile(file.path, file.bytes))
       return file.path + ": the file can't be written";
-  std::string problem = IsWanted("netscape6", clients) ? InstallProfileRegistry() : "";
-  if (problem.empty() && IsWanted("mailer", clients))
-    problem = InstallPlugin();
-  // Last, since what the registry names counts as installed, and as no place for a sample machine.
+  std::string error = IsWanted("netscape6", clients) ? InstallProfileRegistry() : "";
+  if (error.empty() && IsWanted("mailer", clients))
+    error = InstallPlugin();
+  // Last: what the registry names counts as installed, and a machine with clients can't become a sample machine.
   for (const SampleValue &value : Values)
-    if (problem.empty() && IsWanted(value.client, clients) && !EnterValue(value))
-      problem = value.key + ": the registry can't be written";
-  return problem;
+    if (error.empty() && IsWanted(value.client, clients) && !EnterValue(value))
+      error = value.key + ": the registry can't be written";
+  return error;
 }

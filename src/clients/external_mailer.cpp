@@ -58,7 +58,7 @@ int32_t ExternalMailer::LoadMailerLibrary() {
   getMailerInfo = Resolve<GetMailerInfoEntry>(module, "GetMailerInfo");
   setMailEnvironment = Resolve<SetMailEnvironmentEntry>(module, "SetMailEnvironment");
   setCompleteFlag = Resolve<SetCompleteFlagEntry>(module, "SetCompleteFlag");
-  return getMailerInfo != nullptr && setMailEnvironment != nullptr && setCompleteFlag != nullptr ? 1 : 0;
+  return getMailerInfo != nullptr && setMailEnvironment != nullptr && setCompleteFlag != nullptr;
 }
 
 int32_t ExternalMailer::FreeMailerLibrary() {
@@ -78,20 +78,21 @@ int32_t ExternalMailer::SetMailEnvironment(const MailEnvironment &environment) c
 
 int32_t ExternalMailer::SetCompleteFlag() const { return Guarded(setCompleteFlag); }
 
-bool ExternalMailer::ReadMailerInfo(MailerInfo &info) {
+std::optional<MailerInfo> ExternalMailer::ReadMailerInfo() {
   if (!LoadMailerLibrary())
-    return false;
+    return std::nullopt;
+  MailerInfo info;
   const int32_t answer = Guarded([&] { return getMailerInfo(&info, sizeof info); });
   FreeMailerLibrary();
   // Whatever the plug-in left there, the texts end within their fields.
   info.name[sizeof info.name - 1] = '\0';
   info.path[sizeof info.path - 1] = '\0';
-  return answer == 1;
+  return answer == 1 ? std::optional(info) : std::nullopt;
 }
 
 int32_t ExternalMailer::IsInstall() {
-  MailerInfo info;
-  return ReadMailerInfo(info) && PathExists(info.path);
+  const auto info = ReadMailerInfo();
+  return info && PathExists(info->path);
 }
 
 int32_t ExternalMailer::SetupAccount(const MailAccountSpec &spec, std::string &) {
@@ -112,27 +113,24 @@ int32_t ExternalMailer::IsExistUser(const MailAccountSpec &, std::string &, std:
 int32_t ExternalMailer::IsExistSecondUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
 
 int32_t ExternalMailer::GetClientName(std::string &name) {
-  MailerInfo info;
-  if (!ReadMailerInfo(info))
-    return 0;
-  name = info.name;
-  return 1;
+  const auto info = ReadMailerInfo();
+  if (info)
+    name = info->name;
+  return info.has_value();
 }
 
 int32_t ExternalMailer::GetClientPath(std::string &path) {
-  MailerInfo info;
-  if (!ReadMailerInfo(info))
-    return 0;
-  path = info.path;
-  return 1;
+  const auto info = ReadMailerInfo();
+  if (info)
+    path = info->path;
+  return info.has_value();
 }
 
 int32_t ExternalMailer::GetClientVersion(std::string &version) {
-  MailerInfo info;
-  if (!ReadMailerInfo(info))
-    return 0;
-  GetProductVersion(info.path, version);
-  return 1;
+  const auto info = ReadMailerInfo();
+  if (info)
+    GetProductVersion(info->path, version);
+  return info.has_value();
 }
 
 int32_t ExternalMailer::GetClientType() { return ClientExternalMailer; }

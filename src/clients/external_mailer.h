@@ -1,9 +1,11 @@
 // The external mailer: a mail client that is reached only through its plug-in, a library that the registry names. The
-// plug-in is loaded for the length of one operation; what it tells is copied.
+// plug-in is loaded for one operation at a time; what it tells is copied.
 #pragma once
 
 #include "acctkit/acctkit.h"
 #include "clients/mail_client.h"
+
+#include <optional>
 
 class ExternalMailer : public MailClient {
 public:
@@ -38,14 +40,14 @@ public:
   // 1 if a plug-in was freed.
   int32_t FreeMailerLibrary();
 
-  // The entry points of a loaded plug-in, with its own answers; 0 if it throws, where that
-  // can be caught (not in the 32-bit DLL, whose run-time library isn't the plug-in's).
+  // Call a loaded plug-in and answer what it answers. 0 if it throws, where that can be caught (not in the 32-bit DLL,
+  // whose run-time library isn't the plug-in's).
   int32_t SetMailEnvironment(const MailEnvironment &environment) const;
   int32_t SetCompleteFlag() const;
 
 private:
-  // Loads the plug-in, has it fill the record, frees it; true if it did.
-  bool ReadMailerInfo(MailerInfo &info);
+  // What the plug-in tells, which is loaded for it and freed; nothing if it tells nothing.
+  std::optional<MailerInfo> ReadMailerInfo();
 
   HMODULE module = nullptr;
   GetMailerInfoEntry getMailerInfo = nullptr;

@@ -1,4 +1,4 @@
-// Where the registry names the external mailer's plug-in.
+// Where the registry names the external mailer's plug-in, and where the sample plug-in stands.
 #pragma once
 
 namespace external_mailer {
@@ -7,7 +7,9 @@ inline constexpr const char *PluginKey = "SOFTWARE\\Harveld\\@zuvioSetup"; // be
 inline constexpr const char *FolderValue = "InstPath";
 inline constexpr const char *FileValue = "ProgramName";
 
-// What the sample plug-in keeps in its folder.
-inline constexpr const char *SampleSettingsFile = "settings.txt";
+// The folder of the sample plug-in, its mailer's program there, and the file in which it keeps what it is handed.
+inline constexpr const char *SampleFolder = "C:\\Program Files\\Harveld\\SampleMailer";
+inline constexpr const char *SampleProgram = "mailer.exe";
+inline constexpr const char *SampleSettings = "settings.txt";
 
 } // namespace external_mailer

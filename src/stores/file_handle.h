@@ -35,6 +35,6 @@ bool CanReadFile(const char *path);
 // Reads a file up to its end. False if it can't be read, or has more bytes than the limit.
 bool ReadWholeFile(const FileHandle &file, size_t limit, std::string &bytes);
 
-// Puts a file with these bytes at the path, in the place of the one that may be there. False if it couldn't be opened,
-// written or put in place.
+// Makes the file at the path, or replaces it, with these bytes. False if it couldn't be opened, written or put in
+// place.
 bool WriteWholeFile(const char *path, DWORD access, std::string_view bytes);

@@ -10,8 +10,8 @@ public:
 
   // Makes the profile that the account's title names, or takes the one that `key` names, and replaces nine mail
   // preferences in its prefs.js. 0, with nothing written, if Communicator's install directory can't be read or is
-  // empty, a new profile's title is empty or can't be a folder's name, a text is too long for its place (profile name,
-  // preference line and path of prefs.js 255 bytes), or prefs.js has no room or a zero byte in it.
+  // empty, a new profile's title is empty or can't be a folder's name, the profile's name, a preference line or the
+  // path of prefs.js has more than 255 bytes, or prefs.js has no room or a zero byte in it.
   int32_t SetupAccount(const MailAccountSpec &spec, std::string &key) override;
 
   // Enters the client's mailto keys of HKEY_LOCAL_MACHINE where it has none, and makes it the default mail program.

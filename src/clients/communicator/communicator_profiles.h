@@ -9,15 +9,16 @@
 
 namespace communicator {
 
-// A profile that an account goes into: the one that `key` names, or else a new one.
+// A profile that an account goes into.
 struct Profile {
   std::string name;
   std::string folder; // of all profiles
   std::string directory;
   bool isNew;
 };
-// The profile for an account of that title. Nothing if Communicator's install directory can't be read or is empty,
-// a new profile can't have that name, or its name or the path of its prefs.js doesn't fit its buffer.
+// The profile that `key` names, or else a new one with the account's title as its name. Nothing if Communicator's
+// install directory can't be read or is empty, a new profile can't have that name, or its name or the path of its
+// prefs.js doesn't fit its buffer.
 std::optional<Profile> ChooseProfile(const std::string &key, const std::string &accountName);
 
 // The name of a profile that is listed and whose prefs.js can be opened. Leaves an empty prefs.js in a directory that

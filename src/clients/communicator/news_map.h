@@ -1,4 +1,4 @@
-// The map of a profile's news servers, the file `fat` in its news directory, and the newsrc file that each server has
+// The map of a profile's news servers, the file `fat` in its news folder, and the newsrc file that each server has
 // there. The map only grows: no record is removed or changed.
 #pragma once
 
@@ -19,9 +19,9 @@ public:
   // as having room: it stays as it is, and the account goes without it.
   bool CanEnter(const std::string &host) const;
 
-  // Makes the news folder and enters the server with an empty newsrc file, cutting one of that name. Does nothing
-  // for a host that stands anywhere in the map, or for a map that can't be opened. A write that fails makes no newsrc
-  // file; on Windows, which cuts a file before it is written, such a write leaves a map that is cut as well.
+  // Makes the news folder and enters the server with an empty newsrc file, emptying one of that name. Does nothing for
+  // a host that stands anywhere in the map, or if the map can't be opened. If the map can't be written, no newsrc file
+  // is made; on Windows, which empties a file before it writes it, the map may then be cut short.
   void Enter(const std::string &host) const;
 
 private:

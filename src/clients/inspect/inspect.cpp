@@ -196,7 +196,7 @@ std::vector<Entry> MailerEntries() {
   if (!folder)
     return {};
   std::vector<Entry> entries = {KeyEntry("plug-in", "", HKEY_LOCAL_MACHINE, PluginKey, {FolderValue, FileValue})};
-  AddFile(entries, "handed over", *folder + '\\' + SampleSettingsFile, {});
+  AddFile(entries, "handed over", *folder + '\\' + SampleSettings, {});
   return entries;
 }
 

@@ -18,8 +18,8 @@ struct Client {
   ClientType type;
   std::string name;
   std::string version; // empty if it isn't installed
-  bool takesMail;
-  bool takesNews;
+  bool hasMail;        // installed as a mail client
+  bool hasNews;
 };
 
 // Every client, in the order of their types. The external mailer's plug-in is loaded for it.

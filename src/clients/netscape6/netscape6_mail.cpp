@@ -92,7 +92,7 @@ int32_t Netscape6Mail::IsInstall() { return IsInstalled(Program); }
 
 int32_t Netscape6Mail::SetupAccount(const MailAccountSpec &spec, std::string &key) {
   const auto account = AccountOf(spec);
-  if (!account || !TextsFit(*account) || spec.smtpServer.size() >= PrefValueSize || !DirectoryFits(key))
+  if (!account || !TextsFit(*account) || spec.smtpServer.size() >= PrefValueSize)
     return 0;
   return EnsureProfile(spec.accountName, key) && WriteAccount(key, *account, spec.smtpServer);
 }

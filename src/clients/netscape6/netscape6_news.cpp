@@ -51,7 +51,7 @@ int32_t Netscape6News::IsInstall() { return IsInstalled(Program); }
 
 int32_t Netscape6News::SetupAccount(const NewsAccountSpec &spec, std::string &key) {
   const auto account = AccountOf(spec);
-  if (!account || !TextsFit(*account) || !DirectoryFits(key))
+  if (!account || !TextsFit(*account))
     return 0;
   return EnsureProfile(spec.accountName, key) && WriteAccount(key, *account);
 }

@@ -24,6 +24,8 @@ bool OpenRegistry(ProfileRegistry &registry) {
   return true;
 }
 
+bool PathFits(const std::string &directory) { return PrefsPath(directory).size() < PathSize; }
+
 // The first numbered directory below the folder whose prefs.js can't be read; empty if all are taken.
 std::string FreeDirectory(const std::string &folder) {
   for (int number = 0; number <= LastNumber; ++number) {
@@ -65,8 +67,6 @@ int32_t GetRegistryDatPath(std::string &path) {
   return 1;
 }
 
-bool DirectoryFits(const std::string &directory) { return PrefsPath(directory).size() < PathSize; }
-
 std::optional<std::string> FindProfile(const std::string &name) {
   ProfileRegistry registry;
   std::string directory;
@@ -78,7 +78,7 @@ std::optional<std::string> FindProfile(const std::string &name) {
 
 bool EnsureProfile(const std::string &name, std::string &key) {
   if (!key.empty())
-    return true;
+    return PathFits(key);
   ProfileRegistry registry;
   std::string appData;
   if (name.empty() || !OpenRegistry(registry) || !GetAppDataPath(appData))
@@ -86,7 +86,7 @@ bool EnsureProfile(const std::string &name, std::string &key) {
   const std::string folder = ProfileFolder(appData, name);
   const std::string directory = FreeDirectory(folder);
   // What can't be read may be there all the same, and is then somebody's.
-  if (directory.empty() || !DirectoryFits(directory) || PathExists(PrefsPath(directory).c_str()) ||
+  if (directory.empty() || !PathFits(directory) || PathExists(PrefsPath(directory).c_str()) ||
       !Register(registry, name, directory))
     return false;
 

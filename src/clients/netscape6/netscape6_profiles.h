@@ -15,15 +15,13 @@ int32_t GetRegistryDatPath(std::string &path);
 // The directory of a registered profile whose prefs.js can be read.
 std::optional<std::string> FindProfile(const std::string &name);
 
-// Makes a profile of that name unless `key` names one already; `key` is then its directory. The profile gets a first
-// prefs.js in the next free directory below its name's, is registered, and becomes the current one.
+// Makes a profile of that name, unless `key` is the directory of one already; `key` is then the new one's directory.
+// The profile gets a first prefs.js in the next free directory of its name, is registered, and becomes the current one.
 //
-// False, with nothing changed, if the registry can't be read or isn't sound, the name is empty, a path would be too
-// long, all 65,535 directories of the name are taken, or the free one has a prefs.js that can't be read, and so is
-// somebody's. False as well if prefs.js can't be made or the registry can't be written; the folders made so far stay.
+// False, with nothing changed, if the path of prefs.js has more than 255 bytes, the registry can't be read or isn't
+// sound, the name is empty, all 65,535 directories of the name are taken, or the free one has a prefs.js that can't be
+// read, and so is somebody's. False as well if prefs.js can't be made or the registry can't be written; the folders
+// made so far stay.
 bool EnsureProfile(const std::string &name, std::string &key);
-
-// Whether the path of the directory's prefs.js fits its buffer of 256 bytes.
-bool DirectoryFits(const std::string &directory);
 
 } // namespace netscape6
