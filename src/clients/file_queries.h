@@ -6,7 +6,8 @@
 
 // Whether the path names an existing file or folder; wildcards in its last name match.
 bool PathExists(const char *path);
-// Whether it is certain that it names none. A folder that may not be looked into leaves both false.
+// Whether it certainly names none. Both are false if that can't be found out, as in a folder that the user may not
+// read.
 bool PathIsMissing(const char *path);
 
 // Reads the text `ProductVersion` of the file's version resource, in its own language and code page, else in Japanese

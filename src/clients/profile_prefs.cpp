@@ -5,6 +5,11 @@
 
 std::string PrefsPath(const std::string &directory) { return directory + "\\prefs.js"; }
 
+bool PrefsPathFits(const std::string &directory) {
+  constexpr size_t PathSize = 256;
+  return PrefsPath(directory).size() < PathSize;
+}
+
 void MakeMailFolder(const std::string &directory) { CreateDirectoryA((directory + "\\mail").c_str(), nullptr); }
 
 std::string SameProfileQuestion(const std::string &profile) {

@@ -8,6 +8,8 @@
 #include <string>
 
 std::string PrefsPath(const std::string &directory);
+// Whether that path fits the clients' buffers of 256 bytes.
+bool PrefsPathFits(const std::string &directory);
 // Makes the folder for mail.
 void MakeMailFolder(const std::string &directory);
 // Whether a profile of that name may be overwritten.
@@ -28,11 +30,11 @@ public:
 
   PrefsText &Text() { return *prefs; }
 
-  // Whether the edits found room, in a file that holds nothing but text. A file that can't be read has room as well: it
-  // stays as it is, and the account goes without it.
+  // Whether the edits found room, and the file had no zero byte in it. A file that can't be read counts as having room:
+  // it stays as it is, and the account goes without it.
   bool HasRoom() const;
 
-  // Replaces the file, or makes it, unless it couldn't be read or has no room. No failure is reported.
+  // Replaces the file, or makes it; one that couldn't be read, or has no room, stays. No failure is reported.
   void Save(DWORD access = GENERIC_READ | GENERIC_WRITE) const;
 
 private:

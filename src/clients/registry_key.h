@@ -3,7 +3,7 @@
 // counts as missing. All others ask for the right that they need, and make no key.
 //
 // Nothing stays open behind any of them. Texts are in the system's code page. Sizes of texts that are written don't
-// count the terminator, sizes of texts that are read do. A null value name is the key's default value. Answers are 1
+// count the terminator, sizes of texts that are read do. A null value name is the key's default value. An int32_t is 1
 // for success and 0 for failure.
 #pragma once
 
@@ -96,8 +96,8 @@ int32_t DeleteNamedValue(HKEY root, const char *subkey, const char *valueName);
 // names of more than 255 bytes, which no client makes, are left out.
 int32_t CollectSubkeys(HKEY root, const std::string &path, std::vector<std::string> &list);
 
-// The names of the subkeys, in the registry's order. Those from the first of more than 511 bytes on are left out, and
-// all of them if the key can't be opened.
+// The names of the subkeys, in the registry's order, up to the first of more than 511 bytes. None if the key can't be
+// opened.
 std::vector<std::string> SubkeyNames(HKEY root, const std::string &subkey);
 
 // A value as it stands in the registry, of any type and length; nothing if it can't be read.

@@ -12,9 +12,9 @@ public:
   // Puts the record's server into the profile that the account's title names, or that `key` names: the profile's
   // registry values and directory, where the server is on the map of news servers and an empty newsrc file, and its
   // news preferences. A sender that prefs.js names already stays; a newsrc file of the server's name that isn't on the
-  // map is cut. 0, with nothing written, if Communicator's install directory can't be read or is empty, a new profile's
-  // title is empty or can't be a folder's name, the host of a server that is on has no dot, a name, line or path
-  // has more than 255 bytes, or prefs.js or the map has no room or a zero byte in it.
+  // map is emptied. 0, with nothing written, if Communicator's install directory can't be read or is empty, a new
+  // profile's title is empty or can't be a folder's name, the host of a server that is on has no dot, a name, line or
+  // path has more than 255 bytes, or prefs.js or the map has no room or a zero byte in it.
   int32_t SetupAccount(const NewsAccountSpec &spec, std::string &key) override;
 
   int32_t SetDefaultClient() override;

@@ -89,8 +89,6 @@ void EnterDirectory(const Profile &profile) {
   WriteValuesFullAccess(HKEY_LOCAL_MACHINE, UserKey(profile.name), {{DirectoryValue, profile.directory}});
 }
 
-bool PrefsPathFits(const std::string &directory) { return PrefsPath(directory).size() < LineSize; }
-
 bool LinesFit(std::span<const PrefLine> lines) {
   return std::ranges::all_of(lines, [](const PrefLine &line) { return LineText(line).size() < LineSize; });
 }

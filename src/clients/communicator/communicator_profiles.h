@@ -18,7 +18,7 @@ struct Profile {
 };
 // The profile that `key` names, or else a new one with the account's title as its name. Nothing if Communicator's
 // install directory can't be read or is empty, a new profile can't have that name, or its name or the path of its
-// prefs.js doesn't fit its buffer.
+// prefs.js has more than 255 bytes.
 std::optional<Profile> ChooseProfile(const std::string &key, const std::string &accountName);
 
 // The name of a profile that is listed and whose prefs.js can be opened. Leaves an empty prefs.js in a directory that
@@ -34,9 +34,8 @@ void EnterSender(const std::string &profile, const std::string &mailAddress, con
 // Makes the folder of all profiles and the profile's directory, and enters that as the profile's.
 void EnterDirectory(const Profile &profile);
 
-// The lines, paths and names of a profile pass through buffers of 256 bytes.
+// The buffers that a profile's lines, paths and name pass through.
 constexpr size_t LineSize = 256;
-bool PrefsPathFits(const std::string &directory);
 bool LinesFit(std::span<const PrefLine> lines);
 
 } // namespace communicator

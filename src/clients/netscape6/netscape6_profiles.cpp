@@ -14,7 +14,6 @@ namespace {
 
 // The profile's directories are numbered up to this one.
 constexpr int LastNumber = 65534;
-constexpr size_t PathSize = 256;
 
 bool OpenRegistry(ProfileRegistry &registry) {
   std::string path;
@@ -23,8 +22,6 @@ bool OpenRegistry(ProfileRegistry &registry) {
   registry.Parse();
   return true;
 }
-
-bool PathFits(const std::string &directory) { return PrefsPath(directory).size() < PathSize; }
 
 // The first numbered directory below the folder whose prefs.js can't be read; empty if all are taken.
 std::string FreeDirectory(const std::string &folder) {
@@ -78,7 +75,7 @@ std::optional<std::string> FindProfile(const std::string &name) {
 
 bool EnsureProfile(const std::string &name, std::string &key) {
   if (!key.empty())
-    return PathFits(key);
+    return PrefsPathFits(key);
   ProfileRegistry registry;
   std::string appData;
   if (name.empty() || !OpenRegistry(registry) || !GetAppDataPath(appData))
@@ -86,7 +83,7 @@ bool EnsureProfile(const std::string &name, std::string &key) {
   const std::string folder = ProfileFolder(appData, name);
   const std::string directory = FreeDirectory(folder);
   // What can't be read may be there all the same, and is then somebody's.
-  if (directory.empty() || !PathFits(directory) || PathExists(PrefsPath(directory).c_str()) ||
+  if (directory.empty() || !PrefsPathFits(directory) || PathExists(PrefsPath(directory).c_str()) ||
       !Register(registry, name, directory))
     return false;
 

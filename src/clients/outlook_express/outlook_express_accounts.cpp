@@ -19,6 +19,15 @@ DWORD NextAccountNumber() {
   return key.ReadValue(HKEY_CURRENT_USER, ManagerKey, AccountNameValue, type, number, size) ? number[0] : 1;
 }
 
+std::string EnterNewAccount(const std::string &title) {
+  const DWORD number = NextAccountNumber();
+  char name[16];
+  std::snprintf(name, sizeof name, "%08x", static_cast<unsigned>(number));
+  WriteValuesFullAccess(HKEY_CURRENT_USER, ManagerKey, {{AccountNameValue, number + 1}});
+  WriteValuesFullAccess(HKEY_CURRENT_USER, AccountKey(name), {{AccountNameValue, title}});
+  return name;
+}
+
 bool HasValidDefaultMailAccount() {
   std::string name;
   return ReadStringValue(HKEY_CURRENT_USER, ManagerKey, DefaultMailAccountValue, name) &&
@@ -35,13 +44,11 @@ bool IsVersion4() {
 
 DWORD ConnectionType() { return IsVersion4() ? ConnectionOfVersion4 : ConnectionOfVersion5; }
 
-std::string EnterAccount(const std::string &title) {
-  const DWORD number = NextAccountNumber();
-  char name[16];
-  std::snprintf(name, sizeof name, "%08x", static_cast<unsigned>(number));
-  WriteValuesFullAccess(HKEY_CURRENT_USER, ManagerKey, {{AccountNameValue, number + 1}});
-  WriteValuesFullAccess(HKEY_CURRENT_USER, AccountKey(name), {{AccountNameValue, title}});
-  return name;
+std::optional<std::string> EnterAccount(const std::string &key, const std::string &title,
+                                        const char *otherServerValue) {
+  if (key.empty())
+    return EnterNewAccount(title);
+  return ReadTextFullAccess(HKEY_CURRENT_USER, AccountKey(key), otherServerValue) ? std::nullopt : std::optional(key);
 }
 
 std::optional<std::string> FindAccount(const std::function<bool(const std::string &accountKey)> &matches) {
@@ -49,10 +56,6 @@ std::optional<std::string> FindAccount(const std::function<bool(const std::strin
     if (matches(AccountKey(name)))
       return name;
   return std::nullopt;
-}
-
-bool HasText(const std::string &accountKey, const char *valueName) {
-  return ReadTextFullAccess(HKEY_CURRENT_USER, accountKey, valueName).has_value();
 }
 
 bool HoldsText(const std::string &accountKey, const char *valueName, const std::string &text) {

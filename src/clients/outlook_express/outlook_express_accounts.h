@@ -17,14 +17,14 @@ bool IsVersion4();
 // The connection type of an account that is written: the client's own default for its version.
 DWORD ConnectionType();
 
-// Enters a new account with the next number and its title, and answers its name.
-std::string EnterAccount(const std::string &title);
+// The name of the account to write: `key`, or that of a new account, which is entered with the next number and its
+// title. Nothing if `key` is an account with a server of the other kind.
+std::optional<std::string> EnterAccount(const std::string &key, const std::string &title, const char *otherServerValue);
 
 // The name of the first account, in the order of the registry, whose key `matches` says yes to.
 std::optional<std::string> FindAccount(const std::function<bool(const std::string &accountKey)> &matches);
 
-// Whether the key of an account has a value that can be read as a text, and whether that is the text given.
-bool HasText(const std::string &accountKey, const char *valueName);
+// Whether a value of an account is that text.
 bool HoldsText(const std::string &accountKey, const char *valueName, const std::string &text);
 
 // Makes the account the default mail account unless that names an account already.

@@ -50,12 +50,11 @@ int32_t OutlookExpressMail::SetupAccount(const MailAccountSpec &spec, std::strin
   if (!TextsFit({spec.userId, spec.senderName, spec.accountName, spec.smtpServer, spec.popServer, spec.mailAddress,
                  AccountKey(key)}))
     return 0;
-  if (!key.empty() && HasText(AccountKey(key), NntpServerValue))
+  const auto name = EnterAccount(key, spec.accountName, NntpServerValue);
+  if (!name)
     return 0;
-
-  const std::string name = key.empty() ? EnterAccount(spec.accountName) : key;
-  EnsureDefaultMailAccount(name);
-  WriteValuesFullAccess(HKEY_CURRENT_USER, AccountKey(name),
+  EnsureDefaultMailAccount(*name);
+  WriteValuesFullAccess(HKEY_CURRENT_USER, AccountKey(*name),
                         {{Pop3ServerValue, spec.popServer},
                          {Pop3UserValue, spec.userId},
                          {SmtpServerValue, spec.smtpServer},

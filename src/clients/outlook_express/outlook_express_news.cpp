@@ -38,11 +38,10 @@ int32_t OutlookExpressNews::SetupAccount(const NewsAccountSpec &spec, std::strin
   const std::string title = Title(spec);
   if (!TextsFit({spec.userId, spec.senderName, title, spec.mailAddress, spec.Host(), AccountKey(key)}))
     return 0;
-  if (!key.empty() && HasText(AccountKey(key), Pop3ServerValue))
+  const auto name = EnterAccount(key, title, Pop3ServerValue);
+  if (!name)
     return 0;
-
-  const std::string name = key.empty() ? EnterAccount(title) : key;
-  WriteValuesFullAccess(HKEY_CURRENT_USER, AccountKey(name),
+  WriteValuesFullAccess(HKEY_CURRENT_USER, AccountKey(*name),
                         {{NntpUserValue, spec.userId},
                          {NntpAddressValue, spec.mailAddress},
                          {NntpSenderValue, spec.senderName},
