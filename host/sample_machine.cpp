@@ -93,7 +93,7 @@ const SampleValue Values[] = {
     {"mailer", HKEY_LOCAL_MACHINE, external_mailer::PluginKey, external_mailer::FileValue, PluginFile},
 };
 
-// The lines of preferences, as a client on Windows or one elsewhere ends them.
+// The lines of preferences, with the given line end.
 std::string Prefs(std::initializer_list<PrefLine> prefs, const char *lineEnd) {
   std::string lines;
   for (const PrefLine &pref : prefs) {

@@ -10,19 +10,17 @@
 
 namespace netscape6 {
 
-// An account as it goes into the graph. Texts stand as they will in the file. A mail account is the one that has a
-// server of type "pop3" with its user:
+// An account as it goes into the graph. Texts stand as they will in the file. A mail account is known by the user of
+// its server, a news account by the server's name:
 //
-//   GraphAccount account = {.type = "pop3", .matchedPref = ServerUserPref, .matchedText = "yamada", .typedAtOnce =
-//   true,
-//                           .userName = "yamada", .hostname = "pop.example", .name = "Mail", ...};
+//   const GraphAccount account = {.type = "pop3", .matchedPref = ServerUserPref, .matchedText = user, ...};
 //   if (const auto keys = FindOrEnter(prefs, account)) // {"account2", "server2", "id2"}
 //     ReplacePrefs(prefs, AccountLines(*keys, account));
 struct GraphAccount {
-  std::string type;        // of its server
+  std::string type;        // of its server: "pop3" or "nntp"
   const char *matchedPref; // the preference of its server that tells it from others of the type
   std::string matchedText; // and what that has to hold
-  bool typedAtOnce;        // whether a new server is given its type with the account, or only by the lines that follow
+  bool typedAtOnce;        // whether FindOrEnter gives a further server its type, or only AccountLines does
 
   std::string userName;
   std::string hostname;

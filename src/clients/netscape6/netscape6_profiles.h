@@ -20,7 +20,7 @@ std::optional<std::string> FindProfile(const std::string &name);
 //
 // False, with nothing changed, if the path of prefs.js has more than 255 bytes, the registry can't be read or isn't
 // sound, the name is empty, all 65,535 directories of the name are taken, or the free one has a prefs.js that can't be
-// read, and so is somebody's. False as well if prefs.js can't be made or the registry can't be written; the folders
+// read, and so may be somebody's. False as well if prefs.js can't be made or the registry can't be written; the folders
 // made so far stay.
 bool EnsureProfile(const std::string &name, std::string &key);
 
