@@ -121,7 +121,7 @@ const SampleFile Files[] = {
                "\r\n")},
     {"netscape6", Netscape6Program, std::string(sample_programs::netscape6)},
     {"netscape6", PrefsPath(MozillaProfile), "# Mozilla User Preferences\n\n" + Prefs({OldStartPage}, "\n")},
-    {"mailer", MailerFolder + '\\' + external_mailer::SampleProgram, std::string(sample_programs::mailer)},
+    {"mailer", Below(MailerFolder, external_mailer::SampleProgram), std::string(sample_programs::mailer)},
     {"", "C:\\Program Files\\Zuvio\\service.ini",
      "[MAIL_SERVER]\r\nserver_max=2\r\n"
      "disp1=mail.zuvio.example\r\npop1=pop.zuvio.example\r\nsmtp1=smtp.zuvio.example\r\n"
@@ -201,7 +201,7 @@ std::string InstallPlugin() {
   const std::string bytes{std::istreambuf_iterator<char>(file), {}};
   if (bytes.empty())
     return plugin.string() + ": the sample plug-in can't be read";
-  return EnterFile(MailerFolder + '\\' + PluginFile, bytes) ? "" : "the sample plug-in can't be written";
+  return EnterFile(Below(MailerFolder, PluginFile), bytes) ? "" : "the sample plug-in can't be written";
 }
 
 // A profile registry with one profile, in the order in which the client makes its entries. One that lists profiles

@@ -52,7 +52,7 @@ int32_t ExternalMailer::LoadMailerLibrary() {
   if (!ReadStringValue(HKEY_LOCAL_MACHINE, external_mailer::PluginKey, external_mailer::FolderValue, folder) ||
       !ReadStringValue(HKEY_LOCAL_MACHINE, external_mailer::PluginKey, external_mailer::FileValue, file))
     return 0;
-  module = LoadLibraryA(Format("%s\\%s", folder, file).c_str());
+  module = LoadLibraryA(Below(folder, file).c_str());
   if (module == nullptr)
     return 0;
   getMailerInfo = Resolve<GetMailerInfoEntry>(module, "GetMailerInfo");

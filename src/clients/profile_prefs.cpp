@@ -3,14 +3,14 @@
 #include "clients/file_queries.h"
 #include "clients/format.h"
 
-std::string PrefsPath(const std::string &directory) { return directory + "\\prefs.js"; }
+std::string PrefsPath(const std::string &directory) { return Below(directory, "prefs.js"); }
 
 bool PrefsPathFits(const std::string &directory) {
   constexpr size_t PathSize = 256;
   return PrefsPath(directory).size() < PathSize;
 }
 
-void MakeMailFolder(const std::string &directory) { CreateDirectoryA((directory + "\\mail").c_str(), nullptr); }
+void MakeMailFolder(const std::string &directory) { CreateDirectoryA(Below(directory, "mail").c_str(), nullptr); }
 
 std::string SameProfileQuestion(const std::string &profile) {
   return Format("同名のプロファイルが存在します。\nプロファイル名：%sを上書きしますか？", profile);

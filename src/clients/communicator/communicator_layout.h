@@ -2,6 +2,7 @@
 // What its profiles' directories have in common with Netscape 6's is in clients/profile_prefs.h.
 #pragma once
 
+#include "clients/format.h"
 #include "clients/installed_program.h"
 
 #include <string>
@@ -22,7 +23,7 @@ inline constexpr const char *MailProgramName = "Netscape Messenger";
 
 // All profiles, and one.
 inline constexpr const char *UsersKey = "SOFTWARE" NAVIGATOR "\\Users";
-inline std::string UserKey(const std::string &profile) { return std::string(UsersKey) + '\\' + profile; }
+inline std::string UserKey(const std::string &profile) { return Below(UsersKey, profile); }
 inline constexpr const char *AddressValue = "EmailAddr";
 inline constexpr const char *SenderValue = "UserName";
 inline constexpr const char *DirectoryValue = "DirRoot";
@@ -36,10 +37,10 @@ inline constexpr const char *InstallDirectoryValue = "Install Directory";
 
 // The profiles for which the client looks for new mail, one of them, its POP servers, and one of those.
 inline constexpr const char *BiffUsersKey = "Software" NAVIGATOR "\\biff\\users";
-inline std::string BiffUserKey(const std::string &profile) { return std::string(BiffUsersKey) + '\\' + profile; }
-inline std::string BiffServersKey(const std::string &profile) { return BiffUserKey(profile) + "\\servers"; }
+inline std::string BiffUserKey(const std::string &profile) { return Below(BiffUsersKey, profile); }
+inline std::string BiffServersKey(const std::string &profile) { return Below(BiffUserKey(profile), "servers"); }
 inline std::string BiffServerKey(const std::string &profile, const std::string &server) {
-  return BiffServersKey(profile) + '\\' + server;
+  return Below(BiffServersKey(profile), server);
 }
 inline constexpr const char *DefaultServerValue = "defaultServer";
 inline constexpr const char *MailboxStateValue = "popstatePath";
@@ -49,9 +50,9 @@ inline constexpr const char *MailboxStateValue = "popstatePath";
 // ---- Files ----
 
 // The folder of all profiles and the directory of one, below the install directory.
-inline std::string ProfilesFolder(const std::string &installDirectory) { return installDirectory + "\\Users"; }
+inline std::string ProfilesFolder(const std::string &installDirectory) { return Below(installDirectory, "Users"); }
 inline std::string ProfileDirectory(const std::string &installDirectory, const std::string &profile) {
-  return ProfilesFolder(installDirectory) + '\\' + profile;
+  return Below(ProfilesFolder(installDirectory), profile);
 }
 
 // The state of the POP mailbox, below a profile's directory.
@@ -59,8 +60,10 @@ inline constexpr const char *MailboxStateFile = "\\mail\\popstate.dat";
 
 // The folder for news, below a profile's directory, and in it the map of news servers. Each record of the map begins
 // with the prefix.
-inline std::string NewsFolder(const std::string &profileDirectory) { return profileDirectory + "\\news"; }
-inline std::string NewsMapPath(const std::string &profileDirectory) { return NewsFolder(profileDirectory) + "\\fat"; }
+inline std::string NewsFolder(const std::string &profileDirectory) { return Below(profileDirectory, "news"); }
+inline std::string NewsMapPath(const std::string &profileDirectory) {
+  return Below(NewsFolder(profileDirectory), "fat");
+}
 inline constexpr const char *NewsRecordPrefix = "newsrc-";
 
 // ---- Preferences ----

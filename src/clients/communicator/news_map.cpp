@@ -31,7 +31,7 @@ NewsMap::NewsMap(const std::string &profileDirectory)
     : folder(NewsFolder(profileDirectory)), path(NewsMapPath(profileDirectory)) {}
 
 std::string NewsMap::NewsrcPath(const std::string &host) const {
-  return folder + '\\' + host.substr(0, host.find('.')) + ".rc";
+  return Below(folder, host.substr(0, host.find('.')) + ".rc");
 }
 
 std::string NewsMap::Record(const std::string &host) const {

@@ -196,7 +196,7 @@ std::vector<Entry> MailerEntries() {
   if (!folder)
     return {};
   std::vector<Entry> entries = {KeyEntry("plug-in", "", HKEY_LOCAL_MACHINE, PluginKey, {FolderValue, FileValue})};
-  AddFile(entries, "handed over", *folder + '\\' + SampleSettings, {});
+  AddFile(entries, "handed over", Below(*folder, SampleSettings), {});
   return entries;
 }
 

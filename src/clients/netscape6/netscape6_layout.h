@@ -2,6 +2,7 @@
 // profiles' directories have in common with Communicator's is in clients/profile_prefs.h.
 #pragma once
 
+#include "clients/format.h"
 #include "clients/installed_program.h"
 
 #include <string>
@@ -14,10 +15,10 @@ inline constexpr InstalledProgram Program = {"Netscape6 (Netscape)", "Netscp6.ex
 
 // ---- Files below the user's application data ----
 
-inline std::string RegistryDatPath(const std::string &appData) { return appData + "\\Mozilla\\registry.dat"; }
+inline std::string RegistryDatPath(const std::string &appData) { return Below(appData, "Mozilla\\registry.dat"); }
 // The folder of all directories that a profile of that name has had. The last one that was made counts.
 inline std::string ProfileFolder(const std::string &appData, const std::string &profile) {
-  return appData + "\\Mozilla\\Users50\\" + profile;
+  return Format("%s\\Mozilla\\Users50\\%s", appData, profile);
 }
 
 // ---- The profile registry ----
@@ -30,7 +31,7 @@ inline constexpr const char *ProfilesKey = PROFILES; // below CommonKey
 inline constexpr const char *ProfilesPath = COMMON "\\" PROFILES;
 #undef COMMON
 #undef PROFILES
-inline std::string ProfilePath(const std::string &profile) { return std::string(ProfilesPath) + '\\' + profile; }
+inline std::string ProfilePath(const std::string &profile) { return Below(ProfilesPath, profile); }
 inline constexpr const char *CurrentProfileValue = "CurrentProfile";
 inline constexpr const char *DirectoryValue = "directory";
 inline constexpr const char *MigratedValue = "migrated";

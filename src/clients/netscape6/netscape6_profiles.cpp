@@ -26,7 +26,7 @@ bool OpenRegistry(ProfileRegistry &registry) {
 // The first numbered directory below the folder whose prefs.js can't be read; empty if all are taken.
 std::string FreeDirectory(const std::string &folder) {
   for (int number = 0; number <= LastNumber; ++number) {
-    std::string directory = folder + "\\zuvio" + std::to_string(number) + ".slt";
+    std::string directory = Below(folder, "zuvio" + std::to_string(number) + ".slt");
     if (!CanReadFile(PrefsPath(directory).c_str()))
       return directory;
   }

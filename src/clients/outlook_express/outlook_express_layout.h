@@ -1,6 +1,7 @@
 // Where Outlook Express and its browser keep what they know: every key and value that is read or written.
 #pragma once
 
+#include "clients/format.h"
 #include "clients/installed_program.h"
 
 #include <cstdint>
@@ -26,7 +27,7 @@ inline constexpr const char *AccountNameValue = "Account Name";
 inline constexpr const char *AccountsKey = INTERNET_ACCOUNT_MANAGER "\\Accounts";
 #undef INTERNET_ACCOUNT_MANAGER
 // The key of an account, which is named by its number in eight hexadecimal digits.
-inline std::string AccountKey(const std::string &name) { return std::string(AccountsKey) + '\\' + name; }
+inline std::string AccountKey(const std::string &name) { return Below(AccountsKey, name); }
 
 // A mail account has a POP3 or an SMTP server, a news account an NNTP server.
 inline constexpr const char *Pop3ServerValue = "POP3 Server";
@@ -59,12 +60,12 @@ inline constexpr const char *SettingsKey = "Software\\Microsoft\\Outlook Express
 inline constexpr const char *IdentitiesKey = "Identities";
 inline constexpr const char *DefaultIdentityValue = "Default User ID";
 inline std::string IdentitySettingsKey(const std::string &identity) {
-  return std::string(IdentitiesKey) + '\\' + identity + '\\' + SettingsKey + "\\5.0";
+  return Format("%s\\%s\\%s\\5.0", IdentitiesKey, identity, SettingsKey);
 }
 
 // Below the settings.
-inline std::string MailSettingsKey(const std::string &settings) { return settings + "\\Mail"; }
-inline std::string NewsSettingsKey(const std::string &settings) { return settings + "\\News"; }
+inline std::string MailSettingsKey(const std::string &settings) { return Below(settings, "Mail"); }
+inline std::string NewsSettingsKey(const std::string &settings) { return Below(settings, "News"); }
 
 inline constexpr const char *SendHtmlValue = "Message Send HTML";
 inline constexpr const char *KeepDaysValue = "Cache Delete Message Days";
