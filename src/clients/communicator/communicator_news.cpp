@@ -5,6 +5,7 @@
 #include "clients/communicator/news_map.h"
 #include "clients/format.h"
 #include "clients/found_account.h"
+#include "clients/profile_prefs.h"
 
 #include <array>
 #include <cstring>

@@ -3,7 +3,9 @@
 #pragma once
 
 #include "clients/news_client.h"
-#include "clients/profile_prefs.h"
+#include "stores/prefs_file.h"
+
+class ProfilePrefs;
 
 class CommunicatorNews : public NewsClient {
 public:
