@@ -104,14 +104,6 @@ int32_t ExternalMailer::SetupAccount(const MailAccountSpec &spec, std::string &)
   return answer == 1;
 }
 
-int32_t ExternalMailer::SetDefaultClient() { return 1; }
-
-int32_t ExternalMailer::IsExistAccount(const MailAccountSpec &, std::string &, std::string &) { return 0; }
-
-int32_t ExternalMailer::IsExistUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
-
-int32_t ExternalMailer::IsExistSecondUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
-
 int32_t ExternalMailer::GetClientName(std::string &name) {
   const auto info = ReadMailerInfo();
   if (info)
@@ -132,5 +124,3 @@ int32_t ExternalMailer::GetClientVersion(std::string &version) {
     GetProductVersion(info->path, version);
   return info.has_value();
 }
-
-int32_t ExternalMailer::GetClientType() { return ClientExternalMailer; }

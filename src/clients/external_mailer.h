@@ -21,18 +21,18 @@ public:
   // too long for its field.
   int32_t SetupAccount(const MailAccountSpec &spec, std::string &key) override;
 
-  // What this client doesn't do: 1, and 0 for the three searches; the plug-in isn't loaded.
-  int32_t SetDefaultClient() override;
-  int32_t IsExistAccount(const MailAccountSpec &spec, std::string &key, std::string &message) override;
-  int32_t IsExistUser(const MailAccountSpec &spec, std::string &key, std::string &message) override;
-  int32_t IsExistSecondUser(const MailAccountSpec &spec, std::string &key, std::string &message) override;
+  // What this client doesn't do; the plug-in isn't loaded.
+  int32_t SetDefaultClient() override { return 1; }
+  int32_t IsExistAccount(const MailAccountSpec &, std::string &, std::string &) override { return 0; }
+  int32_t IsExistUser(const MailAccountSpec &, std::string &, std::string &) override { return 0; }
+  int32_t IsExistSecondUser(const MailAccountSpec &, std::string &, std::string &) override { return 0; }
 
   // The plug-in's texts; on 0 the argument stays as it was. The version is the product version of the mailer's file,
   // and the result is 1 also if there is none.
   int32_t GetClientName(std::string &name) override;
   int32_t GetClientPath(std::string &path) override;
   int32_t GetClientVersion(std::string &version) override;
-  int32_t GetClientType() override;
+  int32_t GetClientType() override { return ClientExternalMailer; }
 
   // 1 if the plug-in was loaded now and has all three entry points. One that lacks an entry point stays in memory, and
   // every later load answers 0, until it is freed.

@@ -1,6 +1,5 @@
 #include "clients/communicator/communicator_mail.h"
 
-#include "clients/communicator/communicator_layout.h"
 #include "clients/communicator/communicator_profiles.h"
 #include "clients/found_account.h"
 #include "clients/profile_prefs.h"
@@ -51,8 +50,6 @@ constexpr ClientEntry ClientEntries[] = {
 
 } // namespace
 
-int32_t CommunicatorMail::IsInstall() { return IsInstalled(Program); }
-
 int32_t CommunicatorMail::SetupAccount(const MailAccountSpec &spec, std::string &key) {
   const auto profile = ChooseProfile(key, spec.accountName);
   const auto lines = AccountPrefs(spec);
@@ -93,18 +90,6 @@ int32_t CommunicatorMail::SetDefaultClient() {
 int32_t CommunicatorMail::IsExistAccount(const MailAccountSpec &spec, std::string &key, std::string &message) {
   return AnswerFound(FindProfile(spec.accountName), SameProfileQuestion(spec.accountName), key, message);
 }
-
-int32_t CommunicatorMail::IsExistUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
-
-int32_t CommunicatorMail::IsExistSecondUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
-
-int32_t CommunicatorMail::GetClientName(std::string &name) { return ReadName(Program, name); }
-
-int32_t CommunicatorMail::GetClientPath(std::string &path) { return ReadProgramPath(Program, path); }
-
-int32_t CommunicatorMail::GetClientVersion(std::string &version) { return ReadVersion(Program, version); }
-
-int32_t CommunicatorMail::GetClientType() { return ClientCommunicator; }
 
 int32_t CommunicatorMail::SetStartPage(const std::string &directory, const std::string &url) {
   const PrefLine line = {StartPagePref, QuotedPref(url)};

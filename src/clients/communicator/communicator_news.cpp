@@ -1,6 +1,5 @@
 #include "clients/communicator/communicator_news.h"
 
-#include "clients/communicator/communicator_layout.h"
 #include "clients/communicator/communicator_profiles.h"
 #include "clients/communicator/news_map.h"
 #include "clients/format.h"
@@ -80,8 +79,6 @@ void CommunicatorNews::WriteNewsPrefs(const std::string &directory, const Profil
   MakeMailFolder(directory);
 }
 
-int32_t CommunicatorNews::IsInstall() { return IsInstalled(Program); }
-
 int32_t CommunicatorNews::SetupAccount(const NewsAccountSpec &spec, std::string &key) {
   const auto profile = ChooseProfile(key, spec.accountName);
   if (!profile || !AllLinesFit(spec))
@@ -100,16 +97,6 @@ int32_t CommunicatorNews::SetupAccount(const NewsAccountSpec &spec, std::string 
   return 1;
 }
 
-int32_t CommunicatorNews::SetDefaultClient() { return 1; }
-
 int32_t CommunicatorNews::IsExistAccount(const NewsAccountSpec &spec, std::string &key, std::string &message) {
   return AnswerFound(FindProfile(spec.accountName), Format(SameProfileLine, spec.accountName), key, message);
 }
-
-int32_t CommunicatorNews::GetClientName(std::string &name) { return ReadName(Program, name); }
-
-int32_t CommunicatorNews::GetClientPath(std::string &path) { return ReadProgramPath(Program, path); }
-
-int32_t CommunicatorNews::GetClientVersion(std::string &version) { return ReadVersion(Program, version); }
-
-int32_t CommunicatorNews::GetClientType() { return ClientCommunicator; }

@@ -2,6 +2,8 @@
 // CommunicatorMail, on the same profiles.
 #pragma once
 
+#include "clients/communicator/communicator_layout.h"
+#include "clients/installed_program.h"
 #include "clients/news_client.h"
 #include "stores/prefs_file.h"
 
@@ -9,7 +11,7 @@ class ProfilePrefs;
 
 class CommunicatorNews : public NewsClient {
 public:
-  int32_t IsInstall() override;
+  int32_t IsInstall() override { return IsInstalled(communicator::Program); }
 
   // Puts the record's server into the profile that the account's title names, or that `key` names: the profile's
   // registry values and directory, where the server is on the map of news servers and an empty newsrc file, and its
@@ -19,15 +21,15 @@ public:
   // path has more than 255 bytes, or prefs.js or the map has no room or a zero byte in it.
   int32_t SetupAccount(const NewsAccountSpec &spec, std::string &key) override;
 
-  int32_t SetDefaultClient() override;
+  int32_t SetDefaultClient() override { return 1; }
 
   // Matches the profile's name as CommunicatorMail does; both servers of a record give the same answer.
   int32_t IsExistAccount(const NewsAccountSpec &spec, std::string &key, std::string &message) override;
 
-  int32_t GetClientName(std::string &name) override;
-  int32_t GetClientPath(std::string &path) override;
-  int32_t GetClientVersion(std::string &version) override;
-  int32_t GetClientType() override;
+  int32_t GetClientName(std::string &name) override { return ReadName(communicator::Program, name); }
+  int32_t GetClientPath(std::string &path) override { return ReadProgramPath(communicator::Program, path); }
+  int32_t GetClientVersion(std::string &version) override { return ReadVersion(communicator::Program, version); }
+  int32_t GetClientType() override { return ClientCommunicator; }
 
 private:
   // The edits of prefs.js, in memory and in their order.

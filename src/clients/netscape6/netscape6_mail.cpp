@@ -3,7 +3,6 @@
 #include "clients/format.h"
 #include "clients/found_account.h"
 #include "clients/netscape6/account_graph.h"
-#include "clients/netscape6/netscape6_layout.h"
 #include "clients/netscape6/netscape6_profiles.h"
 #include "clients/profile_prefs.h"
 #include "clients/service_constants.h"
@@ -88,8 +87,6 @@ bool WriteAccount(const std::string &directory, const GraphAccount &account, con
 
 } // namespace
 
-int32_t Netscape6Mail::IsInstall() { return IsInstalled(Program); }
-
 int32_t Netscape6Mail::SetupAccount(const MailAccountSpec &spec, std::string &key) {
   const auto account = AccountOf(spec);
   if (!account || !TextsFit(*account) || spec.smtpServer.size() >= PrefValueSize)
@@ -97,21 +94,7 @@ int32_t Netscape6Mail::SetupAccount(const MailAccountSpec &spec, std::string &ke
   return EnsureProfile(spec.accountName, key) && WriteAccount(key, *account, spec.smtpServer);
 }
 
-int32_t Netscape6Mail::SetDefaultClient() { return 1; }
-
 int32_t Netscape6Mail::IsExistAccount(const MailAccountSpec &spec, std::string &key, std::string &message) {
   key.clear();
   return AnswerFound(FindProfile(spec.accountName), SameProfileQuestion(spec.accountName), key, message);
 }
-
-int32_t Netscape6Mail::IsExistUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
-
-int32_t Netscape6Mail::IsExistSecondUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
-
-int32_t Netscape6Mail::GetClientName(std::string &name) { return ReadName(Program, name); }
-
-int32_t Netscape6Mail::GetClientPath(std::string &path) { return ReadProgramPath(Program, path); }
-
-int32_t Netscape6Mail::GetClientVersion(std::string &version) { return ReadVersion(Program, version); }
-
-int32_t Netscape6Mail::GetClientType() { return ClientNetscape6; }

@@ -2,7 +2,6 @@
 
 #include "clients/found_account.h"
 #include "clients/netscape6/account_graph.h"
-#include "clients/netscape6/netscape6_layout.h"
 #include "clients/netscape6/netscape6_profiles.h"
 #include "clients/profile_prefs.h"
 
@@ -47,8 +46,6 @@ bool WriteAccount(const std::string &directory, const GraphAccount &account) {
 
 } // namespace
 
-int32_t Netscape6News::IsInstall() { return IsInstalled(Program); }
-
 int32_t Netscape6News::SetupAccount(const NewsAccountSpec &spec, std::string &key) {
   const auto account = AccountOf(spec);
   if (!account || !TextsFit(*account))
@@ -56,17 +53,7 @@ int32_t Netscape6News::SetupAccount(const NewsAccountSpec &spec, std::string &ke
   return EnsureProfile(spec.accountName, key) && WriteAccount(key, *account);
 }
 
-int32_t Netscape6News::SetDefaultClient() { return 1; }
-
 int32_t Netscape6News::IsExistAccount(const NewsAccountSpec &spec, std::string &key, std::string &message) {
   key.clear();
   return AnswerFound(FindProfile(spec.accountName), SameProfileQuestion(spec.accountName), key, message);
 }
-
-int32_t Netscape6News::GetClientName(std::string &name) { return ReadName(Program, name); }
-
-int32_t Netscape6News::GetClientPath(std::string &path) { return ReadProgramPath(Program, path); }
-
-int32_t Netscape6News::GetClientVersion(std::string &version) { return ReadVersion(Program, version); }
-
-int32_t Netscape6News::GetClientType() { return ClientNetscape6; }

@@ -3,7 +3,6 @@
 #include "clients/format.h"
 #include "clients/found_account.h"
 #include "clients/outlook_express/outlook_express_accounts.h"
-#include "clients/outlook_express/outlook_express_layout.h"
 #include "clients/registry_key.h"
 #include "clients/windows_layout.h"
 
@@ -43,8 +42,6 @@ void CopyDefaultValue(const std::string &from, const std::string &to) {
 }
 
 } // namespace
-
-int32_t OutlookExpressMail::IsInstall() { return IsInstalled(Program); }
 
 int32_t OutlookExpressMail::SetupAccount(const MailAccountSpec &spec, std::string &key) {
   if (!TextsFit({spec.userId, spec.senderName, spec.accountName, spec.smtpServer, spec.popServer, spec.mailAddress,
@@ -93,13 +90,3 @@ int32_t OutlookExpressMail::IsExistAccount(const MailAccountSpec &spec, std::str
 int32_t OutlookExpressMail::IsExistUser(const MailAccountSpec &spec, std::string &key, std::string &message) {
   return AnswerFound(FindMailAccount(Pop3UserValue, spec.userId), Format(SameUserQuestion, spec.userId), key, message);
 }
-
-int32_t OutlookExpressMail::IsExistSecondUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
-
-int32_t OutlookExpressMail::GetClientName(std::string &name) { return ReadName(Program, name); }
-
-int32_t OutlookExpressMail::GetClientPath(std::string &path) { return ReadProgramPath(Program, path); }
-
-int32_t OutlookExpressMail::GetClientVersion(std::string &version) { return ReadVersion(Program, version); }
-
-int32_t OutlookExpressMail::GetClientType() { return ClientOutlookExpress; }

@@ -3,7 +3,6 @@
 #include "clients/format.h"
 #include "clients/found_account.h"
 #include "clients/outlook_express/outlook_express_accounts.h"
-#include "clients/outlook_express/outlook_express_layout.h"
 #include "clients/registry_key.h"
 
 using namespace outlook_express;
@@ -32,8 +31,6 @@ void WriteClientSettings() {
 
 } // namespace
 
-int32_t OutlookExpressNews::IsInstall() { return IsInstalled(Program); }
-
 int32_t OutlookExpressNews::SetupAccount(const NewsAccountSpec &spec, std::string &key) {
   const std::string title = Title(spec);
   if (!TextsFit({spec.userId, spec.senderName, title, spec.mailAddress, spec.Host(), AccountKey(key)}))
@@ -54,19 +51,9 @@ int32_t OutlookExpressNews::SetupAccount(const NewsAccountSpec &spec, std::strin
   return 1;
 }
 
-int32_t OutlookExpressNews::SetDefaultClient() { return 1; }
-
 int32_t OutlookExpressNews::IsExistAccount(const NewsAccountSpec &spec, std::string &key, std::string &message) {
   const std::string title = Title(spec);
   const auto found =
       FindAccount([&](const std::string &accountKey) { return HoldsText(accountKey, AccountNameValue, title); });
   return AnswerFound(found, Format(SameTitleLine, title), key, message);
 }
-
-int32_t OutlookExpressNews::GetClientName(std::string &name) { return ReadName(Program, name); }
-
-int32_t OutlookExpressNews::GetClientPath(std::string &path) { return ReadProgramPath(Program, path); }
-
-int32_t OutlookExpressNews::GetClientVersion(std::string &version) { return ReadVersion(Program, version); }
-
-int32_t OutlookExpressNews::GetClientType() { return ClientOutlookExpress; }
