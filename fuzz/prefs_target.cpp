@@ -24,7 +24,8 @@ constexpr const char *PrefsFile = "Users/profile/prefs.js";
 struct ProfileMachine : ScratchMachine {
   ProfileMachine() {
     std::filesystem::create_directories(Drive() / "Users/profile");
-    WriteValues(HKEY_CURRENT_USER, "Software\\Netscape\\Netscape Navigator\\Main", {{"Install Directory", {"C:"}}});
+    WriteValuesFullAccess(HKEY_CURRENT_USER, "Software\\Netscape\\Netscape Navigator\\Main",
+                          {{"Install Directory", {"C:"}}});
   }
 };
 const ProfileMachine Machine;

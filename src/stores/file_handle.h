@@ -36,6 +36,6 @@ bool CanReadFile(const char *path);
 // `room` bytes without being moved.
 bool ReadWholeFile(const FileHandle &file, size_t limit, std::string &bytes, size_t room = 0);
 
-// Puts a file with these bytes at the path, in the place of the one that may be there. False if it couldn't be opened,
-// written or put in place.
+// Makes the file at the path, or replaces it, with these bytes. False if it couldn't be opened, written or put in
+// place.
 bool WriteWholeFile(const char *path, DWORD access, std::string_view bytes);
