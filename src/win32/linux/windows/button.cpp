@@ -1,5 +1,5 @@
 // Push buttons and check boxes.
-#include "win32/linux/windows/window_classes.h"
+#include "win32/linux/windows/system_controls.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Message boxes and help.
 #include "win32/linux/windows/dialogs.h"
-#include "win32/linux/windows/modal_dialog.h"
+#include "win32/linux/windows/modal_loop.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 // Property sheets as wizards: a dialog with the wizard's buttons, which shows one of its pages at a time.
 #include "win32/linux/public/machine.h"
-#include "win32/linux/windows/modal_dialog.h"
+#include "win32/linux/windows/modal_loop.h"
 #include "win32/linux/windows/sheet_page.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // Static texts, icons and bitmaps.
-#include "win32/linux/windows/window_classes.h"
+#include "win32/linux/windows/system_controls.h"
 
 #include <utility>
 

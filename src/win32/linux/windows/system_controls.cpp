@@ -1,5 +1,5 @@
 // What the controls have in common.
-#include "win32/linux/windows/window_classes.h"
+#include "win32/linux/windows/system_controls.h"
 
 namespace machine {
 

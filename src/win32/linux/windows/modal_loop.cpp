@@ -1,4 +1,4 @@
-#include "win32/linux/windows/modal_dialog.h"
+#include "win32/linux/windows/modal_loop.h"
 
 bool machine::RunModalDialog(HWND dialog, const std::function<bool()> &done) {
   const HWND owner = GetWindow(dialog, GW_OWNER);
