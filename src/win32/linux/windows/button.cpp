@@ -4,6 +4,7 @@
 namespace {
 
 using machine::Window;
+using machine::WindowPtr;
 
 struct ButtonState : machine::WindowState {
   bool checked = false;
@@ -22,7 +23,7 @@ LRESULT DialogCode(const Window &button) {
   return machine::DLGC_BUTTON | (isDefault ? machine::DLGC_DEFPUSHBUTTON : machine::DLGC_UNDEFPUSHBUTTON);
 }
 
-void Check(const std::shared_ptr<Window> &button, ButtonState &state, bool checked) {
+void Check(const WindowPtr &button, ButtonState &state, bool checked) {
   if (IsPushButton(*button))
     return;
   state.checked = checked;
@@ -32,7 +33,7 @@ void Check(const std::shared_ptr<Window> &button, ButtonState &state, bool check
 } // namespace
 
 LRESULT machine::ButtonProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const std::shared_ptr<Window> button = WindowOf(handle);
+  const WindowPtr button = WindowOf(handle);
   const auto state = ControlState<ButtonState>(button, message);
   if (!state)
     return DefWindowProcA(handle, message, wParam, lParam);

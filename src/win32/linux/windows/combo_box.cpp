@@ -9,6 +9,7 @@
 namespace {
 
 using machine::Window;
+using machine::WindowPtr;
 
 constexpr int Nothing = -1; // as a selection, and as the item that the closed part shows then
 constexpr DWORD CBS_TYPEMASK = 0x3;
@@ -34,7 +35,7 @@ struct ComboState : machine::WindowState {
 };
 
 struct ComboBox {
-  std::shared_ptr<Window> window;
+  WindowPtr window;
   std::shared_ptr<ComboState> state;
 
   bool IsDropDownList() const { return (window->style & CBS_TYPEMASK) == CBS_DROPDOWNLIST; }
@@ -80,14 +81,14 @@ void Draw(const ComboBox &box, HDC context, int item, UINT itemState, const RECT
 }
 
 void DrawClosedPart(const ComboBox &box, HDC context) {
-  const LONG width = box.window->place.right - box.window->place.left;
+  const LONG width = box.window->bounds.right - box.window->bounds.left;
   const bool focused = GetFocus() == box.window->handle && !box.state->dropped;
   Draw(box, context, box.state->selection, ODS_COMBOBOXEDIT | (focused ? ODS_FOCUS | ODS_SELECTED : 0),
        {Border, Border, width - DropButtonWidth - Border, Border + static_cast<LONG>(box.state->closedHeight)});
 }
 
 void DrawList(const ComboBox &box, HDC context) {
-  const LONG width = box.window->place.right - box.window->place.left;
+  const LONG width = box.window->bounds.right - box.window->bounds.left;
   const auto height = static_cast<LONG>(box.state->itemHeight);
   for (int item = 0; item < static_cast<int>(box.state->items.size()); ++item)
     Draw(box, context, item, item == box.state->selection ? ODS_SELECTED : 0,
@@ -114,7 +115,7 @@ bool IsSameStart(const std::string &text, const std::string &start) {
   return upper(text).starts_with(upper(start));
 }
 
-// The first entry behind another that begins with a text, going round.
+// The first entry behind another that begins with a text, destroying round.
 int FindItem(const ComboBox &box, int behind, const std::string &start) {
   const int count = static_cast<int>(box.state->items.size());
   for (int step = 1; step <= count; ++step)
@@ -412,7 +413,7 @@ constexpr Answer Answers[] = {
 } // namespace
 
 LRESULT machine::ComboBoxProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const std::shared_ptr<Window> window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   const ComboBox box = {window, ControlState<ComboState>(window, message)};
   if (!box.state)
     return DefWindowProcA(handle, message, wParam, lParam);

@@ -12,7 +12,7 @@ using machine::StateOf;
 using machine::TemplateWindow;
 using machine::Window;
 using machine::WindowOf;
-using machine::WindowRecord;
+using machine::WindowPtr;
 
 namespace {
 
@@ -46,9 +46,9 @@ RECT InPixels(int x, int y, int width, int height) {
 bool IsStop(const Window &control) { return control.Has(WS_VISIBLE | WS_TABSTOP) && !control.Has(WS_DISABLED); }
 
 // All controls of a dialog, those of dialogs within it that are open to the keyboard in their place.
-void CollectControls(const Window &dialog, std::vector<WindowRecord> &controls) {
+void CollectControls(const Window &dialog, std::vector<WindowPtr> &controls) {
   for (const HWND child : dialog.children) {
-    const WindowRecord control = WindowOf(child);
+    const WindowPtr control = WindowOf(child);
     const bool open = control->Has(WS_VISIBLE) && !control->Has(WS_DISABLED);
     if (open && (control->exStyle & WS_EX_CONTROLPARENT) != 0)
       CollectControls(*control, controls);
@@ -72,7 +72,7 @@ void FocusFirstStop(HWND dialog) {
 // ---- What dialogs do by themselves ----
 
 void SetButtonType(HWND button, DWORD type) {
-  const WindowRecord window = WindowOf(button);
+  const WindowPtr window = WindowOf(button);
   if (!window || window->className != "Button" || (window->style & BS_TYPEMASK) > BS_DEFPUSHBUTTON)
     return;
   window->style = (window->style & ~BS_TYPEMASK) | type;
@@ -99,7 +99,7 @@ void Close(HWND dialog) {
     PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED), reinterpret_cast<LPARAM>(cancel));
 }
 
-LRESULT DialogDefault(const WindowRecord &dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT DialogDefault(const WindowPtr &dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND handle = dialog->handle;
   const auto state = StateOf<DialogState>(handle);
   switch (message) {
@@ -151,9 +151,9 @@ HFONT FontOf(const DialogTemplate &dialog) {
 
 HWND CreateFrom(const TemplateWindow &window, DWORD style, const std::string &className, HWND parent, HMENU id,
                 HINSTANCE instance) {
-  const RECT place = InPixels(window.x, window.y, window.width, window.height);
-  return CreateWindowExA(window.exStyle, className.c_str(), window.text.c_str(), style, place.left, place.top,
-                         place.right, place.bottom, parent, id, instance, nullptr);
+  const RECT bounds = InPixels(window.x, window.y, window.width, window.height);
+  return CreateWindowExA(window.exStyle, className.c_str(), window.text.c_str(), style, bounds.left, bounds.top,
+                         bounds.right, bounds.bottom, parent, id, instance, nullptr);
 }
 
 bool CreateControl(const TemplateWindow &control, HWND dialog, DialogState &state, HINSTANCE instance) {
@@ -170,7 +170,7 @@ bool CreateControl(const TemplateWindow &control, HWND dialog, DialogState &stat
 }
 
 // The state of a dialog, also of one whose class has a procedure of its own.
-std::shared_ptr<DialogState> EnsureState(const WindowRecord &dialog) {
+std::shared_ptr<DialogState> EnsureState(const WindowPtr &dialog) {
   auto state = std::dynamic_pointer_cast<DialogState>(dialog->state);
   if (!state)
     dialog->state = state = std::make_shared<DialogState>();
@@ -239,7 +239,7 @@ HWND CreateDialogIndirectParamA(HINSTANCE instance, const DLGTEMPLATE *dialog, H
 }
 
 LRESULT DefDlgProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const WindowRecord dialog = WindowOf(handle);
+  const WindowPtr dialog = WindowOf(handle);
   if (!dialog)
     return 0;
   if (message == WM_NCCREATE)
@@ -259,7 +259,7 @@ LRESULT DefDlgProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
 // ---- Controls by their ids ----
 
 HWND GetDlgItem(HWND handle, int id) {
-  const WindowRecord dialog = WindowOf(handle);
+  const WindowPtr dialog = WindowOf(handle);
   if (!dialog)
     return nullptr;
   const auto found = std::ranges::find_if(dialog->children, [&](HWND child) { return GetDlgCtrlID(child) == id; });
@@ -267,7 +267,7 @@ HWND GetDlgItem(HWND handle, int id) {
 }
 
 int GetDlgCtrlID(HWND control) {
-  const WindowRecord window = WindowOf(control);
+  const WindowPtr window = WindowOf(control);
   return window ? static_cast<int>(window->id) : 0;
 }
 
@@ -282,19 +282,19 @@ LRESULT SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wParam, LP
 }
 
 HWND GetNextDlgTabItem(HWND handle, HWND control, BOOL previous) {
-  const WindowRecord dialog = WindowOf(handle);
+  const WindowPtr dialog = WindowOf(handle);
   if (!dialog)
     return nullptr;
-  std::vector<WindowRecord> controls;
+  std::vector<WindowPtr> controls;
   CollectControls(*dialog, controls);
   if (previous != FALSE)
     std::ranges::reverse(controls);
-  const auto start = std::ranges::find_if(controls, [&](const WindowRecord &each) {
+  const auto start = std::ranges::find_if(controls, [&](const WindowPtr &each) {
     return each->handle == control || IsChild(each->handle, control) != FALSE;
   });
   if (start != controls.end())
     std::rotate(controls.begin(), start + 1, controls.end()); // the one to start from comes last
-  const auto next = std::ranges::find_if(controls, [](const WindowRecord &each) { return IsStop(*each); });
+  const auto next = std::ranges::find_if(controls, [](const WindowPtr &each) { return IsStop(*each); });
   return next != controls.end() ? (*next)->handle : nullptr;
 }
 

@@ -11,6 +11,7 @@
 namespace {
 
 using machine::Window;
+using machine::WindowPtr;
 
 constexpr size_t DefaultLimit = 30000;
 constexpr size_t NoLimit = 0x7FFFFFFE;
@@ -23,7 +24,7 @@ struct EditState : machine::WindowState {
 };
 
 struct Edit {
-  std::shared_ptr<Window> window;
+  WindowPtr window;
   std::shared_ptr<EditState> state;
 
   bool IsMultiline() const { return window->Has(ES_MULTILINE); }
@@ -31,7 +32,9 @@ struct Edit {
 
 void Select(const Edit &edit, LPARAM begin, LPARAM end) {
   const auto size = static_cast<LPARAM>(edit.window->text.size());
-  const auto within = [&](LPARAM place) { return static_cast<size_t>(place < 0 ? size : std::min(place, size)); };
+  const auto within = [&](LPARAM position) {
+    return static_cast<size_t>(position < 0 ? size : std::min(position, size));
+  };
   std::tie(edit.state->begin, edit.state->end) =
       begin < 0 ? std::pair(edit.state->end, edit.state->end) : std::minmax({within(begin), within(end)});
 }
@@ -106,7 +109,7 @@ LRESULT SetText(const Edit &edit, const char *text) {
 } // namespace
 
 LRESULT machine::EditProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const std::shared_ptr<Window> window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   const Edit edit = {window, ControlState<EditState>(window, message)};
   if (!edit.state)
     return DefWindowProcA(handle, message, wParam, lParam);

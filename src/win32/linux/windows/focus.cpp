@@ -3,38 +3,38 @@
 
 #include <algorithm>
 
-using machine::Desk;
-using machine::DeskOfThread;
+using machine::ThisThread;
+using machine::ThreadWindows;
 using machine::Window;
 using machine::WindowOf;
-using machine::WindowRecord;
+using machine::WindowPtr;
 
 namespace {
 
-template <typename Test> bool AllUpwards(WindowRecord window, Test test) {
+template <typename Test> bool AllUpwards(WindowPtr window, Test test) {
   for (; window; window = WindowOf(window->parent))
     if (!test(*window))
       return false;
   return true;
 }
 
-bool IsEnabledWithParents(const WindowRecord &window) {
+bool IsEnabledWithParents(const WindowPtr &window) {
   return AllUpwards(window, [](const Window &each) { return !each.Has(WS_DISABLED); });
 }
 
-bool CanBeActive(const WindowRecord &window) { return window && window->Has(WS_VISIBLE) && !window->Has(WS_DISABLED); }
+bool CanBeActive(const WindowPtr &window) { return window && window->Has(WS_VISIBLE) && !window->Has(WS_DISABLED); }
 
-bool CanTakeFocus(const WindowRecord &window) {
+bool CanTakeFocus(const WindowPtr &window) {
   return window && IsWindowVisible(window->handle) != FALSE && IsEnabledWithParents(window);
 }
 
-void Raise(const WindowRecord &top) {
+void Raise(const WindowPtr &top) {
   std::vector<HWND> &order = WindowOf(GetDesktopWindow())->children;
-  const auto place = std::ranges::find(order, top->handle);
-  std::rotate(order.begin(), place, place + 1);
+  const auto position = std::ranges::find(order, top->handle);
+  std::rotate(order.begin(), position, position + 1);
 }
 
-bool IsOwnedBy(HWND owner, WindowRecord window) {
+bool IsOwnedBy(HWND owner, WindowPtr window) {
   for (; window; window = WindowOf(window->owner))
     if (window->handle == owner)
       return true;
@@ -42,14 +42,14 @@ bool IsOwnedBy(HWND owner, WindowRecord window) {
 }
 
 // A window that is hidden can't stay active or keep the focus: they go to another.
-void Retire(const WindowRecord &window) {
-  Desk &desk = DeskOfThread();
+void Retire(const WindowPtr &window) {
+  ThreadWindows &thread = ThisThread();
   if (window->parent != nullptr) {
-    if (desk.focus == window->handle || IsChild(window->handle, desk.focus) != FALSE)
+    if (thread.focus == window->handle || IsChild(window->handle, thread.focus) != FALSE)
       SetFocus(window->parent);
     return;
   }
-  if (desk.active != window->handle)
+  if (thread.active != window->handle)
     return;
   // The owner comes first, then the topmost of the others.
   std::vector<HWND> candidates = WindowOf(GetDesktopWindow())->children;
@@ -58,7 +58,7 @@ void Retire(const WindowRecord &window) {
   if (next != candidates.end())
     return machine::Activate(*next);
   SetFocus(nullptr);
-  desk.active = nullptr;
+  thread.active = nullptr;
 }
 
 } // namespace
@@ -66,17 +66,17 @@ void Retire(const WindowRecord &window) {
 namespace machine {
 
 void Activate(HWND handle) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (!window)
     return;
-  const WindowRecord top = TopOf(window);
+  const WindowPtr top = TopLevelOf(window);
   if (!IsEnabledWithParents(top))
     return;
   const bool keeps = top->lastFocus != nullptr && CanTakeFocus(WindowOf(top->lastFocus));
   SetFocus(keeps ? top->lastFocus : top->handle);
 }
 
-void Invalidate(const WindowRecord &window) {
+void Invalidate(const WindowPtr &window) {
   window->invalid = true;
   for (const HWND child : window->children)
     Invalidate(WindowOf(child));
@@ -84,7 +84,7 @@ void Invalidate(const WindowRecord &window) {
 
 } // namespace machine
 
-HWND GetActiveWindow() { return DeskOfThread().active; }
+HWND GetActiveWindow() { return ThisThread().active; }
 
 HWND GetLastActivePopup(HWND owner) {
   if (IsWindow(owner) == FALSE)
@@ -97,31 +97,31 @@ HWND GetLastActivePopup(HWND owner) {
 }
 
 HWND SetFocus(HWND handle) {
-  Desk &desk = DeskOfThread();
-  const WindowRecord window = WindowOf(handle);
+  ThreadWindows &thread = ThisThread();
+  const WindowPtr window = WindowOf(handle);
   if (handle != nullptr && (!window || !IsEnabledWithParents(window) || handle == GetDesktopWindow()))
     return nullptr;
-  const HWND old = desk.focus;
+  const HWND old = thread.focus;
   if (window) {
-    const WindowRecord top = machine::TopOf(window);
+    const WindowPtr top = machine::TopLevelOf(window);
     top->lastFocus = handle;
-    desk.active = top->handle;
+    thread.active = top->handle;
     Raise(top);
   }
   if (old == handle)
     return old;
-  desk.focus = handle;
+  thread.focus = handle;
   if (old != nullptr)
     SendMessageA(old, WM_KILLFOCUS, reinterpret_cast<WPARAM>(handle), 0);
-  if (handle != nullptr && desk.focus == handle)
+  if (handle != nullptr && thread.focus == handle)
     SendMessageA(handle, WM_SETFOCUS, reinterpret_cast<WPARAM>(old), 0);
   return old;
 }
 
-HWND GetFocus() { return DeskOfThread().focus; }
+HWND GetFocus() { return ThisThread().focus; }
 
 BOOL EnableWindow(HWND handle, BOOL enable) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (!window)
     return FALSE;
   const bool disabled = window->Has(WS_DISABLED);
@@ -139,12 +139,12 @@ BOOL EnableWindow(HWND handle, BOOL enable) {
 }
 
 BOOL IsWindowEnabled(HWND handle) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   return window && !window->Has(WS_DISABLED);
 }
 
 BOOL ShowWindow(HWND handle, int command) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (!window)
     return FALSE;
   const bool visible = window->Has(WS_VISIBLE);
@@ -165,12 +165,12 @@ BOOL ShowWindow(HWND handle, int command) {
 }
 
 BOOL IsWindowVisible(HWND handle) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   return window && AllUpwards(window, [](const Window &each) { return each.Has(WS_VISIBLE); });
 }
 
 BOOL InvalidateRect(HWND handle, const RECT *, BOOL) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (window)
     machine::Invalidate(window);
   return window != nullptr;

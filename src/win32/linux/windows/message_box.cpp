@@ -80,14 +80,14 @@ TextSize SizeOf(const std::string &text) {
   return {longest * LetterWidth, lines * LineHeight};
 }
 
-TemplateWindow Control(const char *className, int id, DWORD style, const std::string &text, const RECT &place) {
+TemplateWindow Control(const char *className, int id, DWORD style, const std::string &text, const RECT &bounds) {
   const auto units = [](LONG value) { return static_cast<int16_t>(value); };
   return {WS_VISIBLE | style,
           0,
-          units(place.left),
-          units(place.top),
-          units(place.right - place.left),
-          units(place.bottom - place.top),
+          units(bounds.left),
+          units(bounds.top),
+          units(bounds.right - bounds.left),
+          units(bounds.bottom - bounds.top),
           static_cast<DWORD>(id),
           className,
           text};

@@ -7,11 +7,11 @@
 #include <atomic>
 #include <ctime>
 
-using machine::DeskOfThread;
 using machine::FrontEnd;
+using machine::ThisThread;
 using machine::Window;
 using machine::WindowOf;
-using machine::WindowRecord;
+using machine::WindowPtr;
 
 namespace {
 
@@ -20,7 +20,7 @@ constexpr size_t LongestQueue = 10000;
 std::atomic<FrontEnd *> frontEnd;
 
 bool HandOutMessage(HWND top) {
-  auto &posted = DeskOfThread().posted;
+  auto &posted = ThisThread().posted;
   if (posted.empty())
     return false;
   const MSG message = posted.front();
@@ -31,16 +31,16 @@ bool HandOutMessage(HWND top) {
 }
 
 bool HasArea(const Window &window) {
-  return window.place.left < window.place.right && window.place.top < window.place.bottom;
+  return window.bounds.left < window.bounds.right && window.bounds.top < window.bounds.bottom;
 }
 
-void Paint(const WindowRecord &window) {
+void Paint(const WindowPtr &window) {
   SendMessageA(window->handle, WM_PAINT, 0, 0);
   window->invalid = false; // also where the procedure didn't begin to paint, which would go on for ever
 }
 
 // Paints the first invalid window in or below one.
-bool PaintBelow(const WindowRecord &window) {
+bool PaintBelow(const WindowPtr &window) {
   if (!window->Has(WS_VISIBLE))
     return false;
   if (window->invalid && HasArea(*window)) {
@@ -77,7 +77,7 @@ bool RunModalLoop(HWND top, const std::function<bool()> &done) {
 } // namespace machine
 
 LRESULT SendMessageA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const WindowRecord window = WindowOf(handle); // stays while its procedure runs, even if that destroys it
+  const WindowPtr window = WindowOf(handle); // stays while its procedure runs, even if that destroys it
   return window ? window->procedure(handle, message, wParam, lParam) : 0;
 }
 
@@ -88,7 +88,7 @@ LRESULT CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM wPa
 BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (!WindowOf(window))
     return FALSE;
-  auto &posted = DeskOfThread().posted;
+  auto &posted = ThisThread().posted;
   if (posted.size() == LongestQueue)
     return machine::Fail(ERROR_NOT_ENOUGH_QUOTA, FALSE);
   posted.push_back({window, message, wParam, lParam, static_cast<DWORD>(std::time(nullptr)), {0, 0}});
@@ -96,14 +96,14 @@ BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 BOOL UpdateWindow(HWND handle) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (window && window->invalid && IsWindowVisible(handle) != FALSE)
     Paint(window);
   return window != nullptr;
 }
 
 LRESULT DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (!window)
     return 0;
   const auto setText = [&](const char *text) { window->text = text != nullptr ? text : ""; };

@@ -12,7 +12,7 @@ struct StaticState : machine::WindowState {
 } // namespace
 
 LRESULT machine::StaticProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const std::shared_ptr<Window> control = WindowOf(handle);
+  const WindowPtr control = WindowOf(handle);
   const auto state = ControlState<StaticState>(control, message);
   if (!state)
     return DefWindowProcA(handle, message, wParam, lParam);

@@ -4,7 +4,7 @@
 namespace machine {
 
 LRESULT ControlDefault(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const std::shared_ptr<Window> control = WindowOf(handle);
+  const WindowPtr control = WindowOf(handle);
   if (!control)
     return 0;
   switch (message) {

@@ -24,7 +24,7 @@ LRESULT EditProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT ComboBoxProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 
 // The state of a control, which it gets with its first message; null for a window that is none of that kind.
-template <typename State> std::shared_ptr<State> ControlState(const std::shared_ptr<Window> &control, UINT message) {
+template <typename State> std::shared_ptr<State> ControlState(const WindowPtr &control, UINT message) {
   if (!control)
     return nullptr;
   if (message == WM_NCCREATE && !control->state)

@@ -12,12 +12,12 @@
 #include <optional>
 #include <unistd.h>
 
-using machine::Desk;
-using machine::DeskOfThread;
 using machine::Fail;
+using machine::ThisThread;
+using machine::ThreadWindows;
 using machine::Window;
 using machine::WindowOf;
-using machine::WindowRecord;
+using machine::WindowPtr;
 
 namespace {
 
@@ -73,10 +73,10 @@ std::vector<HWND> &SiblingsOf(const Window &window) {
 int Coordinate(int value) { return std::clamp(value, -0x8000, 0x7FFF); }
 
 void Place(Window &window, int x, int y, int width, int height) {
-  window.place.left = Coordinate(x);
-  window.place.top = Coordinate(y);
-  window.place.right = window.place.left + std::max(Coordinate(width), 0);
-  window.place.bottom = window.place.top + std::max(Coordinate(height), 0);
+  window.bounds.left = Coordinate(x);
+  window.bounds.top = Coordinate(y);
+  window.bounds.right = window.bounds.left + std::max(Coordinate(width), 0);
+  window.bounds.bottom = window.bounds.top + std::max(Coordinate(height), 0);
 }
 
 // ---- Creation and destruction ----
@@ -89,26 +89,26 @@ HWND NewHandle() {
 void Forget(const Window &window) {
   if (!IsWindow(window.handle))
     return;
-  Desk &desk = DeskOfThread();
+  ThreadWindows &thread = ThisThread();
   std::erase(SiblingsOf(window), window.handle);
-  std::erase_if(desk.posted, [&](const MSG &message) { return message.hwnd == window.handle; });
-  for (HWND *const state : {&desk.focus, &desk.active})
+  std::erase_if(thread.posted, [&](const MSG &message) { return message.hwnd == window.handle; });
+  for (HWND *const state : {&thread.focus, &thread.active})
     if (*state == window.handle)
       *state = nullptr;
-  desk.windows.erase(window.handle);
+  thread.windows.erase(window.handle);
 }
 
 void AnnounceDestruction(HWND window) {
   SendMessageA(window, WM_DESTROY, 0, 0);
-  if (const WindowRecord still = WindowOf(window))
+  if (const WindowPtr still = WindowOf(window))
     for (const HWND child : std::vector(still->children))
       AnnounceDestruction(child);
 }
 
-void Free(const WindowRecord &window) {
-  window->going = true;
+void Free(const WindowPtr &window) {
+  window->destroying = true;
   for (const HWND child : std::vector(window->children))
-    if (const WindowRecord still = WindowOf(child))
+    if (const WindowPtr still = WindowOf(child))
       Free(still);
   SendMessageA(window->handle, WM_NCDESTROY, 0, 0);
   Forget(*window);
@@ -116,23 +116,23 @@ void Free(const WindowRecord &window) {
 
 void DestroyOwned(HWND owner) {
   for (const HWND window : std::vector(WindowOf(Desktop)->children))
-    if (const WindowRecord owned = WindowOf(window); owned && owned->owner == owner)
+    if (const WindowPtr owned = WindowOf(window); owned && owned->owner == owner)
       DestroyWindow(window);
 }
 
-bool IsGoing(WindowRecord window) {
+bool IsBeingDestroyed(WindowPtr window) {
   for (; window; window = WindowOf(window->parent))
-    if (window->going && window->handle != Desktop)
+    if (window->destroying && window->handle != Desktop)
       return true;
   return false;
 }
 
-LONG CheckCreation(bool classKnown, bool child, HWND parent, const WindowRecord &above) {
+LONG CheckCreation(bool classKnown, bool child, HWND parent, const WindowPtr &above) {
   if (!classKnown)
     return ERROR_CANNOT_FIND_WND_CLASS;
   if (child && parent == nullptr)
     return ERROR_TLW_WITH_WSCHILD;
-  const bool fits = above ? !child || !IsGoing(above) : parent == nullptr;
+  const bool fits = above ? !child || !IsBeingDestroyed(above) : parent == nullptr;
   return fits ? ERROR_SUCCESS : ERROR_INVALID_WINDOW_HANDLE;
 }
 
@@ -147,32 +147,32 @@ bool Announce(const Window &window, const CREATESTRUCTA &creation) {
 
 namespace machine {
 
-Desk &DeskOfThread() {
-  static thread_local Desk desk = [] {
+ThreadWindows &ThisThread() {
+  static thread_local ThreadWindows thread = [] {
     auto desktop = std::make_shared<Window>();
     desktop->handle = Desktop;
     desktop->className = "#32769";
     desktop->procedure = DefWindowProcA;
     desktop->style = WS_POPUP | WS_VISIBLE;
-    desktop->place = Screen;
-    desktop->going = true; // nobody destroys it
-    Desk made;
+    desktop->bounds = Screen;
+    desktop->destroying = true; // nobody destroys it
+    ThreadWindows made;
     made.windows.emplace(Desktop, std::move(desktop));
     return made;
   }();
-  return desk;
+  return thread;
 }
 
-WindowRecord WindowOf(HWND handle) {
+WindowPtr WindowOf(HWND handle) {
   if (handle == nullptr)
     return nullptr;
-  const auto &windows = DeskOfThread().windows;
+  const auto &windows = ThisThread().windows;
   const auto found = windows.find(handle);
   return found != windows.end() ? found->second : Fail(ERROR_INVALID_WINDOW_HANDLE, nullptr);
 }
 
-WindowRecord TopOf(WindowRecord window) {
-  while (const WindowRecord above = WindowOf(window->parent))
+WindowPtr TopLevelOf(WindowPtr window) {
+  while (const WindowPtr above = WindowOf(window->parent))
     window = above;
   return window;
 }
@@ -206,7 +206,7 @@ DWORD GetCurrentThreadId() { return static_cast<DWORD>(gettid()); }
 HWND CreateWindowExA(DWORD exStyle, const char *className, const char *text, DWORD style, int x, int y, int width,
                      int height, HWND parent, HMENU menu, HINSTANCE instance, void *parameter) {
   const std::optional<WindowClass> known = FindClass(className);
-  const WindowRecord above = WindowOf(parent);
+  const WindowPtr above = WindowOf(parent);
   const bool child = (style & (WS_CHILD | WS_POPUP)) == WS_CHILD;
   if (const LONG error = CheckCreation(known.has_value(), child, parent, above); error != ERROR_SUCCESS)
     return Fail(error, nullptr);
@@ -218,11 +218,11 @@ HWND CreateWindowExA(DWORD exStyle, const char *className, const char *text, DWO
   window->style = style & ~WS_VISIBLE;
   window->exStyle = exStyle;
   if (above && parent != Desktop)
-    (child ? window->parent : window->owner) = child ? parent : machine::TopOf(above)->handle;
+    (child ? window->parent : window->owner) = child ? parent : machine::TopLevelOf(above)->handle;
   window->id = child ? reinterpret_cast<LONG_PTR>(menu) : 0;
   window->extra.resize(known->extra);
   Place(*window, x, y, width, height);
-  DeskOfThread().windows.emplace(window->handle, window);
+  ThisThread().windows.emplace(window->handle, window);
   std::vector<HWND> &siblings = SiblingsOf(*window);
   siblings.insert(child ? siblings.end() : siblings.begin(), window->handle);
 
@@ -240,10 +240,10 @@ HWND CreateWindowExA(DWORD exStyle, const char *className, const char *text, DWO
 }
 
 BOOL DestroyWindow(HWND handle) {
-  const WindowRecord window = WindowOf(handle);
-  if (!window || window->going)
+  const WindowPtr window = WindowOf(handle);
+  if (!window || window->destroying)
     return FALSE;
-  window->going = true;
+  window->destroying = true;
   ShowWindow(handle, SW_HIDE);
   DestroyOwned(handle);
   AnnounceDestruction(handle);
@@ -274,7 +274,7 @@ requires std::is_integral_v<Value> LONG_PTR Exchange(Value &value, const LONG_PT
 
 // A number of a window by its index, of `size` bytes where the index is one of the class's own.
 LONG_PTR WindowLong(HWND handle, int index, size_t size, const LONG_PTR *with) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (!window)
     return 0;
   switch (index) {
@@ -314,21 +314,21 @@ LONG_PTR SetWindowLongPtrA(HWND window, int index, LONG_PTR value) {
 }
 
 int GetClassNameA(HWND handle, char *buffer, int size) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   return window && size > 0 ? machine::CopyText(window->className, buffer, static_cast<size_t>(size)) : 0;
 }
 
 // ---- Relatives ----
 
 HWND GetParent(HWND handle) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (!window)
     return nullptr;
   return window->parent == nullptr && window->Has(WS_POPUP) ? window->owner : window->parent;
 }
 
 HWND GetWindow(HWND handle, UINT which) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (!window)
     return nullptr;
   if (which == GW_OWNER)
@@ -343,7 +343,7 @@ HWND GetWindow(HWND handle, UINT which) {
 }
 
 BOOL IsChild(HWND parent, HWND handle) {
-  for (WindowRecord window = WindowOf(handle); window && window->parent != nullptr; window = WindowOf(window->parent))
+  for (WindowPtr window = WindowOf(handle); window && window->parent != nullptr; window = WindowOf(window->parent))
     if (window->parent == parent)
       return TRUE;
   return FALSE;
@@ -370,33 +370,33 @@ int GetWindowTextLengthA(HWND window) { return static_cast<int>(SendMessageA(win
 // ---- Places ----
 
 BOOL GetWindowRect(HWND handle, RECT *rect) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (!window)
     return FALSE;
-  *rect = window->place;
-  for (WindowRecord above = WindowOf(window->parent); above; above = WindowOf(above->parent)) {
-    rect->left += above->place.left;
-    rect->right += above->place.left;
-    rect->top += above->place.top;
-    rect->bottom += above->place.top;
+  *rect = window->bounds;
+  for (WindowPtr above = WindowOf(window->parent); above; above = WindowOf(above->parent)) {
+    rect->left += above->bounds.left;
+    rect->right += above->bounds.left;
+    rect->top += above->bounds.top;
+    rect->bottom += above->bounds.top;
   }
   return TRUE;
 }
 
 BOOL GetClientRect(HWND handle, RECT *rect) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (!window)
     return FALSE;
-  const RECT &place = window->place;
-  *rect = {0, 0, place.right - place.left, place.bottom - place.top};
+  const RECT &bounds = window->bounds;
+  *rect = {0, 0, bounds.right - bounds.left, bounds.bottom - bounds.top};
   return TRUE;
 }
 
 BOOL SetWindowPos(HWND handle, HWND insertAfter, int x, int y, int width, int height, UINT flags) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (!window || handle == Desktop)
     return FALSE;
-  const RECT old = window->place;
+  const RECT old = window->bounds;
   const bool sizes = (flags & SWP_NOSIZE) == 0;
   Place(*window, x, y, sizes ? width : old.right - old.left, sizes ? height : old.bottom - old.top);
   if ((flags & SWP_NOZORDER) == 0) {

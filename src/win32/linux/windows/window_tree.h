@@ -28,50 +28,50 @@ struct Window {
   DWORD style = 0;
   DWORD exStyle = 0;
   HWND parent = nullptr;      // of a child
-  HWND owner = nullptr;       // of a window that is none
+  HWND owner = nullptr;       // of a top-level window
   std::vector<HWND> children; // the topmost first
   LONG_PTR id = 0;
   LONG_PTR userData = 0;
   std::vector<std::byte> extra; // as many bytes as the class asks for
   std::string text;
   HFONT font = nullptr;
-  RECT place = {};          // in the parent's client area, which is the whole of it
+  RECT bounds = {};         // in the parent's client area, which is the whole of it
   HWND lastFocus = nullptr; // where the focus goes when this top-level window is activated
   bool invalid = false;     // BeginPaint makes it valid
-  bool going = false;       // DestroyWindow is at it
+  bool destroying = false;  // DestroyWindow is at it
   std::shared_ptr<WindowState> state;
 
   bool Has(DWORD bits) const { return (style & bits) == bits; }
 };
 
-using WindowRecord = std::shared_ptr<Window>;
+using WindowPtr = std::shared_ptr<Window>;
 
-// What a thread has of windows. The desktop's children are the windows that are no child.
-struct Desk {
-  std::unordered_map<HWND, std::shared_ptr<Window>> windows;
+// The windows of a thread. The top-level windows are the children of the desktop.
+struct ThreadWindows {
+  std::unordered_map<HWND, WindowPtr> windows;
   HWND focus = nullptr;
   HWND active = nullptr;
   std::deque<MSG> posted;
 };
-Desk &DeskOfThread();
+ThreadWindows &ThisThread();
 
 // Null for a handle that is no window of this thread, which GetLastError then says too.
-std::shared_ptr<Window> WindowOf(HWND handle);
+WindowPtr WindowOf(HWND handle);
 
 // The state that the procedure of a layer's class keeps, null for a window that has another or none.
 template <typename State> std::shared_ptr<State> StateOf(HWND handle) {
-  const std::shared_ptr<Window> window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   return window ? std::dynamic_pointer_cast<State>(window->state) : nullptr;
 }
 
 // The window itself or the topmost of its parents.
-std::shared_ptr<Window> TopOf(std::shared_ptr<Window> window);
+WindowPtr TopLevelOf(WindowPtr window);
 
 // Makes the top-level window of this one the active one and gives it the focus that it had last.
 void Activate(HWND window);
 
 // The window and all that is in it are to be painted.
-void Invalidate(const std::shared_ptr<Window> &window);
+void Invalidate(const WindowPtr &window);
 
 // Runs until `done` says so or the top window is gone: hands out the posted messages, has the visible windows painted
 // that are invalid, and when there is nothing left to do waits for the user. False if there is no user (any more).
