@@ -150,8 +150,6 @@ struct MSG {
   UINT message;
   WPARAM wParam;
   LPARAM lParam;
-  DWORD time;
-  POINT pt;
 };
 struct WNDCLASSA {
   UINT style;
@@ -242,9 +240,6 @@ BOOL GetWindowRect(HWND window, RECT *rect);
 BOOL GetClientRect(HWND window, RECT *rect);
 BOOL SetWindowPos(HWND window, HWND insertAfter, int x, int y, int width, int height, UINT flags);
 BOOL CopyRect(RECT *target, const RECT *source);
-// A window with something invalid gets WM_PAINT from the modal loop, when no posted message is left.
-BOOL InvalidateRect(HWND window, const RECT *rect, BOOL erase);
-BOOL UpdateWindow(HWND window);
 
 // ---- Dialogs ----
 

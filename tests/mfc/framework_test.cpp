@@ -226,8 +226,6 @@ TEST_F(SheetTest, GetsTheHelpCommandOfItsPages) {
 
 TEST_F(SheetTest, AsksTheControlInItsParentsPlace) {
   Look([&] {
-    InvalidateRect(first.list.m_hWnd, nullptr, TRUE);
-    UpdateWindow(first.list.m_hWnd);
     EXPECT_GT(first.list.drawn, 0);
 
     MEASUREITEMSTRUCT measured{};

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 namespace {
 
 using Kind = machine::Drawn::Kind;
@@ -38,15 +40,18 @@ TEST_F(ClientTest, AWizardDrawsItsClientsAndLeavesNothing) {
   const auto press = [](int button) {
     return [button](HWND sheet) { PostMessageA(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); };
   };
+  HWND list = nullptr;
+  std::optional<machine::DrawingRecord> record;
   WithUser({press(PSBTN_NEXT),
             [&](HWND sheet) {
               const auto page = reinterpret_cast<HWND>(SendMessageA(sheet, PSM_GETCURRENTPAGEHWND, 0, 0));
-              const HWND list = GetDlgItem(page, IDC_CHOICE);
+              list = GetDlgItem(page, IDC_CHOICE);
               EXPECT_GE(SendMessageA(list, CB_GETITEMHEIGHT, 0, 0), 16) << "an entry that cuts its icon";
+              record.emplace();
               SendMessageA(list, CB_SHOWDROPDOWN, TRUE, 0);
-              const machine::DrawingRecord record;
-              UpdateWindow(list);
-              for (const machine::Drawn &drawn : record.operations)
+            },
+            [&](HWND sheet) {
+              for (const machine::Drawn &drawn : record->operations)
                 if (drawn.window == list)
                   words.push_back(Words(drawn));
               SendMessageA(list, CB_SHOWDROPDOWN, FALSE, 0);

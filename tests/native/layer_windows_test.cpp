@@ -2,8 +2,9 @@
 #include "support/dialog_template.h"
 
 #include "win32/linux/windows/dialogs.h"
+#include "win32/linux/windows/modal_loop.h"
+#include "win32/linux/windows/painting.h"
 #include "win32/linux/windows/resources.h"
-#include "win32/linux/windows/window_tree.h"
 
 #include <gtest/gtest.h>
 
@@ -71,7 +72,7 @@ TEST_F(LayerWindowsTest, UserComesAfterMessagesAndPainting) {
   EXPECT_TRUE(Run([&](HWND window) {
     events += "user ";
     EXPECT_EQ(window, top);
-    InvalidateRect(child, nullptr, TRUE);
+    machine::Invalidate(machine::WindowOf(child));
     return (++turns == 2 ? DestroyWindow(top) : PostMessageA(child, WM_USER, 0, 0)) != FALSE;
   }));
   EXPECT_EQ(events, "posted 1 posted 2 paint paint user posted 0 paint user ");

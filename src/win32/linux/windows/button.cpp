@@ -1,4 +1,5 @@
 // Push buttons and check boxes.
+#include "win32/linux/windows/painting.h"
 #include "win32/linux/windows/system_controls.h"
 
 namespace {

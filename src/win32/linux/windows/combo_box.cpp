@@ -1,6 +1,7 @@
 // Combo boxes: a list with an edit control or, as a drop-down list, with a part that shows the selected entry. The
 // owner draws the entries if it wants to. Of what a program does the parent hears nothing, of what the user does all.
 #include "win32/linux/text/code_page.h"
+#include "win32/linux/windows/painting.h"
 #include "win32/linux/windows/system_controls.h"
 
 #include <algorithm>

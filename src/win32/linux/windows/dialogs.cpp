@@ -3,6 +3,7 @@
 
 #include "win32/linux/last_error.h"
 #include "win32/linux/text/code_page.h"
+#include "win32/linux/windows/painting.h"
 #include "win32/linux/windows/system_controls.h"
 
 #include <algorithm>

@@ -1,5 +1,6 @@
 // Edit controls. What is typed is cut at the limit, what a program puts in isn't.
 #include "win32/linux/text/code_page.h"
+#include "win32/linux/windows/painting.h"
 #include "win32/linux/windows/system_controls.h"
 
 #include <algorithm>

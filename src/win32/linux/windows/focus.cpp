@@ -1,5 +1,5 @@
-// Which window is shown, enabled and active, has the focus or is to be painted.
-#include "win32/linux/windows/window_tree.h"
+// Which window is shown, enabled and active, and which has the focus.
+#include "win32/linux/windows/painting.h"
 
 #include <algorithm>
 
@@ -41,6 +41,18 @@ bool IsOwnedBy(HWND owner, WindowPtr window) {
   return false;
 }
 
+// Makes the top-level window of this one the active one and gives it the focus that it had last.
+void Activate(HWND handle) {
+  const WindowPtr window = WindowOf(handle);
+  if (!window)
+    return;
+  const WindowPtr top = machine::TopLevelOf(window);
+  if (!IsEnabledWithParents(top))
+    return;
+  const bool keeps = top->lastFocus != nullptr && CanTakeFocus(WindowOf(top->lastFocus));
+  SetFocus(keeps ? top->lastFocus : top->handle);
+}
+
 // A window that is hidden can't stay active or keep the focus: they go to another.
 void Retire(const WindowPtr &window) {
   ThreadWindows &thread = ThisThread();
@@ -56,33 +68,12 @@ void Retire(const WindowPtr &window) {
   candidates.insert(candidates.begin(), window->owner);
   const auto next = std::ranges::find_if(candidates, [](HWND each) { return CanBeActive(WindowOf(each)); });
   if (next != candidates.end())
-    return machine::Activate(*next);
+    return Activate(*next);
   SetFocus(nullptr);
   thread.active = nullptr;
 }
 
 } // namespace
-
-namespace machine {
-
-void Activate(HWND handle) {
-  const WindowPtr window = WindowOf(handle);
-  if (!window)
-    return;
-  const WindowPtr top = TopLevelOf(window);
-  if (!IsEnabledWithParents(top))
-    return;
-  const bool keeps = top->lastFocus != nullptr && CanTakeFocus(WindowOf(top->lastFocus));
-  SetFocus(keeps ? top->lastFocus : top->handle);
-}
-
-void Invalidate(const WindowPtr &window) {
-  window->invalid = true;
-  for (const HWND child : window->children)
-    Invalidate(WindowOf(child));
-}
-
-} // namespace machine
 
 HWND GetActiveWindow() { return ThisThread().active; }
 
@@ -160,18 +151,11 @@ BOOL ShowWindow(HWND handle, int command) {
     }
   }
   if (show && window->parent == nullptr)
-    machine::Activate(handle);
+    Activate(handle);
   return visible;
 }
 
 BOOL IsWindowVisible(HWND handle) {
   const WindowPtr window = WindowOf(handle);
   return window && AllUpwards(window, [](const Window &each) { return each.Has(WS_VISIBLE); });
-}
-
-BOOL InvalidateRect(HWND handle, const RECT *, BOOL) {
-  const WindowPtr window = WindowOf(handle);
-  if (window)
-    machine::Invalidate(window);
-  return window != nullptr;
 }

@@ -1,6 +1,48 @@
 #include "win32/linux/windows/modal_loop.h"
 
-bool machine::RunModalDialog(HWND dialog, const std::function<bool()> &done) {
+#include "win32/linux/public/machine.h"
+#include "win32/linux/windows/dialogs.h"
+#include "win32/linux/windows/painting.h"
+
+#include <atomic>
+
+namespace machine {
+
+namespace {
+
+std::atomic<FrontEnd *> frontEnd;
+
+bool HandOutMessage(HWND top) {
+  auto &posted = ThisThread().posted;
+  if (posted.empty())
+    return false;
+  const MSG message = posted.front();
+  posted.pop_front();
+  if (!PressDialogKey(top, message))
+    SendMessageA(message.hwnd, message.message, message.wParam, message.lParam);
+  return true;
+}
+
+} // namespace
+
+FrontEnd *SetFrontEnd(FrontEnd *with) { return frontEnd.exchange(with); }
+
+FrontEnd *CurrentFrontEnd() { return frontEnd; }
+
+bool RunModalLoop(HWND top, const std::function<bool()> &done) {
+  const auto over = [&] { return done() || IsWindow(top) == FALSE; };
+  while (!over()) {
+    if (HandOutMessage(top) || PaintNext())
+      continue;
+    FrontEnd *const user = CurrentFrontEnd();
+    const LockPause pause; // nobody waits for this user but us
+    if (user == nullptr || !user->WaitForUser(top))
+      return over();
+  }
+  return true;
+}
+
+bool RunModalDialog(HWND dialog, const std::function<bool()> &done) {
   const HWND owner = GetWindow(dialog, GW_OWNER);
   const bool disabled = owner != nullptr && EnableWindow(owner, FALSE) == FALSE;
   ShowWindow(dialog, SW_SHOW);
@@ -10,3 +52,5 @@ bool machine::RunModalDialog(HWND dialog, const std::function<bool()> &done) {
   DestroyWindow(dialog);
   return over;
 }
+
+} // namespace machine

@@ -1,4 +1,5 @@
 // Static texts, icons and bitmaps.
+#include "win32/linux/windows/painting.h"
 #include "win32/linux/windows/system_controls.h"
 
 #include <utility>

@@ -1,6 +1,8 @@
 // What the controls have in common.
 #include "win32/linux/windows/system_controls.h"
 
+#include "win32/linux/windows/painting.h"
+
 namespace machine {
 
 LRESULT ControlDefault(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {

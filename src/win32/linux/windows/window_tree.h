@@ -1,14 +1,11 @@
-// The windows behind the calls: records that are looked up by their handles, so that a handle of a window that is gone
-// finds nothing. They belong to the thread that made them; to every other thread they aren't there.
+// The windows behind the calls: records that are looked up by their handles, so that the handle of a window that is
+// gone finds nothing. A window belongs to the thread that made it; to every other thread it isn't there.
 #pragma once
 
 #include "win32/win32_ui.h"
 
-#include "win32/linux/public/front_end.h"
-
 #include <cstddef>
 #include <deque>
-#include <functional>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -66,18 +63,6 @@ template <typename State> std::shared_ptr<State> StateOf(HWND handle) {
 
 // The window itself or the topmost of its parents.
 WindowPtr TopLevelOf(WindowPtr window);
-
-// Makes the top-level window of this one the active one and gives it the focus that it had last.
-void Activate(HWND window);
-
-// The window and all that is in it are to be painted.
-void Invalidate(const WindowPtr &window);
-
-// Runs until `done` says so or the top window is gone: hands out the posted messages, has the visible windows painted
-// that are invalid, and when there is nothing left to do waits for the user. False if there is no user (any more).
-bool RunModalLoop(HWND top, const std::function<bool()> &done);
-
-FrontEnd *CurrentFrontEnd();
 
 // Copies a text as the calls answer one, cut to whole characters and terminated, and answers its length.
 int CopyText(const std::string &text, char *buffer, size_t size);
