@@ -1,7 +1,6 @@
 // What only the layer's windows have: a front end, windows of each thread, and templates and resources of any bytes.
-#include "support/dialog_template.h"
-
-#include "win32/linux/windows/dialogs.h"
+#include "resources/resource.h"
+#include "win32/linux/windows/dialog_template.h"
 #include "win32/linux/windows/modal_loop.h"
 #include "win32/linux/windows/painting.h"
 #include "win32/linux/windows/resources.h"
@@ -42,10 +41,6 @@ protected:
 
   void SetUp() override {
     machine::SetFrontEnd(nullptr);
-    WNDCLASSA windowClass = {};
-    windowClass.lpfnWndProc = Procedure;
-    windowClass.lpszClassName = "LayerRecorder";
-    RegisterClassA(&windowClass);
     top = Create(WS_POPUP | WS_VISIBLE, nullptr);
     child = Create(WS_CHILD | WS_VISIBLE, top);
     events.clear();
@@ -57,7 +52,9 @@ protected:
   }
 
   static HWND Create(DWORD style, HWND parent) {
-    return CreateWindowExA(0, "LayerRecorder", "", style, 0, 0, 10, 10, parent, nullptr, nullptr, nullptr);
+    const HWND window = CreateWindowExA(0, "STATIC", "", style, 0, 0, 10, 10, parent, nullptr, nullptr, nullptr);
+    SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Procedure));
+    return window;
   }
   bool Run(std::function<bool(HWND top)> act) {
     user.act = std::move(act);
@@ -95,14 +92,15 @@ TEST_F(LayerWindowsTest, EachThreadHasItsOwn) {
 }
 
 TEST(TemplateTest, CutOnesAreNone) {
-  const Template whole(WS_POPUP, {{1, 0, ButtonAtom, u"one"}, {2, 0, StaticAtom, u"two"}});
-  const std::string_view bytes(reinterpret_cast<const char *>(whole.Bytes()), whole.Size());
-  const auto read = machine::ReadTemplate(bytes);
+  const std::string_view whole = machine::DialogResource(MAKEINTRESOURCEA(IDD_SET_MAILER_ID));
+  const auto read = machine::ReadTemplate(whole);
   ASSERT_TRUE(read);
-  EXPECT_EQ(read->face, "Face");
-  EXPECT_EQ(read->controls.at(1).text, "two");
-  for (size_t size = 0; size < bytes.size(); ++size)
-    EXPECT_FALSE(machine::ReadTemplate(std::string(bytes.substr(0, size)))) << size;
+  EXPECT_EQ(read->window.text, "メーラー設定 (3/4)");
+  EXPECT_EQ(read->controls.back().text, "入力が終わりましたら「次へ」ボタンを押してください。");
+  const size_t end = whole.size() - 2; // how many bytes of a control's own there are, which is none
+  for (size_t size = 0; size < end; ++size)
+    EXPECT_FALSE(machine::ReadTemplate(whole.substr(0, size))) << size;
+  EXPECT_TRUE(machine::DialogResource(MAKEINTRESOURCEA(1)).empty());
 }
 
 TEST(ResourcesTest, AreReadUpToWhereTheyAreCut) {
@@ -118,10 +116,10 @@ TEST(ResourcesTest, AreReadUpToWhereTheyAreCut) {
   const std::string block = resource(u"\xFFFF", "") + first + resource(std::u16string_view(u"name\0", 5), "second");
   const auto read = machine::ReadResources(block);
   ASSERT_EQ(read.size(), 2U);
-  EXPECT_EQ(read[0].type.id, 5);
-  EXPECT_EQ(read[0].name.id, 0x81);
+  EXPECT_EQ(read[0].type, 5);
+  EXPECT_EQ(read[0].name, 0x81);
   EXPECT_EQ(read[0].data, "first");
-  EXPECT_EQ(read[1].name.text, u"NAME");
+  EXPECT_EQ(read[1].name, 0); // a text
   EXPECT_EQ(read[1].data, "second");
   const size_t endOfFirst = block.find("first") + 5;
   const size_t endOfSecond = block.find("second") + 6;

@@ -35,7 +35,7 @@ void Check(const WindowPtr &button, ButtonState &state, bool checked) {
 
 LRESULT machine::ButtonProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   const WindowPtr button = WindowOf(handle);
-  const auto state = ControlState<ButtonState>(button, message);
+  const auto state = StateOf<ButtonState>(button, message);
   if (!state)
     return DefWindowProcA(handle, message, wParam, lParam);
   switch (message) {
@@ -44,7 +44,7 @@ LRESULT machine::ButtonProcedure(HWND handle, UINT message, WPARAM wParam, LPARA
   case BM_GETCHECK:
     return state->checked;
   case BM_SETCHECK:
-    Check(button, *state, wParam != BST_UNCHECKED);
+    Check(button, *state, wParam == BST_CHECKED);
     return 0;
   case BM_CLICK:
     SetFocus(handle);

@@ -14,7 +14,16 @@ using machine::WindowPtr;
 
 constexpr int Nothing = -1; // as a selection, and as the item that the closed part shows then
 constexpr DWORD CBS_TYPEMASK = 0x3;
-constexpr DWORD CBS_OWNERDRAWVARIABLE = 0x20;
+
+// What the parent is told of.
+constexpr WORD CBN_SETFOCUS = 3;
+constexpr WORD CBN_KILLFOCUS = 4;
+constexpr WORD CBN_EDITCHANGE = 5;
+constexpr WORD CBN_EDITUPDATE = 6;
+constexpr WORD CBN_DROPDOWN = 7;
+constexpr WORD CBN_CLOSEUP = 8;
+constexpr WORD CBN_SELENDOK = 9;
+constexpr WORD CBN_SELENDCANCEL = 10;
 
 // Where entries are drawn.
 constexpr int Border = 3;
@@ -40,8 +49,7 @@ struct ComboBox {
   std::shared_ptr<ComboState> state;
 
   bool IsDropDownList() const { return (window->style & CBS_TYPEMASK) == CBS_DROPDOWNLIST; }
-  bool IsOwnerDrawn() const { return (window->style & (CBS_OWNERDRAWFIXED | CBS_OWNERDRAWVARIABLE)) != 0; }
-  bool HasStrings() const { return !IsOwnerDrawn() || window->Has(CBS_HASSTRINGS); }
+  bool IsOwnerDrawn() const { return window->Has(CBS_OWNERDRAWFIXED); }
   UINT Id() const { return static_cast<UINT>(window->id); }
   void Notify(WORD code) const { machine::NotifyParent(*window, code); }
 
@@ -190,18 +198,6 @@ LRESULT AnswerKey(const ComboBox &box, WPARAM key, LPARAM) {
 
 // ---- The entries ----
 
-LRESULT AddItem(const ComboBox &box, LPARAM given) {
-  Item item;
-  if (box.HasStrings())
-    item.text = given != 0 ? reinterpret_cast<const char *>(given) : "";
-  else
-    item.data = static_cast<ULONG_PTR>(given);
-  auto &items = box.state->items;
-  items.push_back(std::move(item));
-  machine::Invalidate(box.window);
-  return static_cast<LRESULT>(items.size()) - 1;
-}
-
 // The owner of drawn entries frees what it has put to them, so it is told while they are still there.
 void DeleteItems(const ComboBox &box) {
   for (size_t index = box.state->items.size(); box.IsOwnerDrawn() && index-- > 0 && index < box.state->items.size();) {
@@ -221,7 +217,12 @@ LRESULT CopyItemText(const Item &item, char *buffer) {
 
 // ---- Messages of combo boxes ----
 
-LRESULT AnswerAddString(const ComboBox &box, WPARAM, LPARAM text) { return AddItem(box, text); }
+LRESULT AnswerAddString(const ComboBox &box, WPARAM, LPARAM text) {
+  auto &items = box.state->items;
+  items.push_back({reinterpret_cast<const char *>(text), 0});
+  machine::Invalidate(box.window);
+  return static_cast<LRESULT>(items.size()) - 1;
+}
 
 LRESULT AnswerCount(const ComboBox &box, WPARAM, LPARAM) { return static_cast<LRESULT>(box.state->items.size()); }
 
@@ -264,9 +265,7 @@ LRESULT AnswerSetItemData(const ComboBox &box, WPARAM index, LPARAM data) {
   return TRUE;
 }
 
-LRESULT AnswerItemHeight(const ComboBox &box, WPARAM index, LPARAM) {
-  return static_cast<int>(index) == Nothing ? box.state->closedHeight : box.state->itemHeight;
-}
+LRESULT AnswerItemHeight(const ComboBox &box, WPARAM, LPARAM) { return box.state->itemHeight; }
 
 LRESULT AnswerSetItemHeight(const ComboBox &box, WPARAM index, LPARAM height) {
   UINT &part = static_cast<int>(index) == Nothing ? box.state->closedHeight : box.state->itemHeight;
@@ -282,18 +281,12 @@ LRESULT AnswerShowList(const ComboBox &box, WPARAM show, LPARAM) {
 
 LRESULT AnswerDropped(const ComboBox &box, WPARAM, LPARAM) { return box.state->dropped; }
 
-LRESULT AnswerLimit(const ComboBox &box, WPARAM limit, LPARAM) {
-  SendMessageA(box.state->edit, EM_LIMITTEXT, limit, 0);
-  return TRUE;
-}
-
 // ---- Messages of windows ----
 
 LRESULT AnswerCreate(const ComboBox &box, WPARAM, LPARAM) {
   if (!box.IsDropDownList()) {
-    const DWORD scroll = box.window->Has(CBS_AUTOHSCROLL) ? ES_AUTOHSCROLL : 0;
     const auto id = reinterpret_cast<HMENU>(static_cast<uintptr_t>(machine::ComboEditId));
-    box.state->edit = CreateWindowExA(0, "Edit", "", WS_CHILD | WS_VISIBLE | machine::ES_COMBO | scroll, 0, 0, 0, 0,
+    box.state->edit = CreateWindowExA(0, "Edit", "", WS_CHILD | WS_VISIBLE | machine::ES_COMBO, 0, 0, 0, 0,
                                       box.window->handle, id, nullptr, nullptr);
   }
   if (box.IsOwnerDrawn()) {
@@ -327,14 +320,14 @@ LRESULT AnswerCommand(const ComboBox &box, WPARAM command, LPARAM) {
   const struct {
     WORD heard;
     WORD told;
-  } codes[] = {{EN_UPDATE, CBN_EDITUPDATE},
-               {EN_CHANGE, CBN_EDITCHANGE},
-               {EN_SETFOCUS, CBN_SETFOCUS},
-               {EN_KILLFOCUS, CBN_KILLFOCUS}};
+  } codes[] = {{machine::EN_UPDATE, CBN_EDITUPDATE},
+               {machine::EN_CHANGE, CBN_EDITCHANGE},
+               {machine::EN_SETFOCUS, CBN_SETFOCUS},
+               {machine::EN_KILLFOCUS, CBN_KILLFOCUS}};
   const WORD code = HIWORD(command);
-  if (code == EN_UPDATE)
+  if (code == machine::EN_UPDATE)
     box.state->selection = Nothing; // a typed text is no entry of the list, even if it reads like one
-  if (code == EN_KILLFOCUS)
+  if (code == machine::EN_KILLFOCUS)
     ShowList(box, false);
   for (const auto &[heard, told] : codes)
     if (heard == code)
@@ -363,16 +356,16 @@ LRESULT AnswerKillFocus(const ComboBox &box, WPARAM, LPARAM) {
 
 // The text of a drop-down list is that of its selected entry, and can't be set.
 LRESULT AnswerSetText(const ComboBox &box, WPARAM, LPARAM text) {
-  return box.state->edit != nullptr ? SendMessageA(box.state->edit, WM_SETTEXT, 0, text) : CB_ERR;
+  return box.state->edit != nullptr ? SendMessageA(box.state->edit, machine::WM_SETTEXT, 0, text) : CB_ERR;
 }
 
 LRESULT AnswerText(const ComboBox &box, WPARAM size, LPARAM buffer) {
-  return box.state->edit != nullptr ? SendMessageA(box.state->edit, WM_GETTEXT, size, buffer)
+  return box.state->edit != nullptr ? SendMessageA(box.state->edit, machine::WM_GETTEXT, size, buffer)
                                     : machine::CopyText(SelectedText(box), reinterpret_cast<char *>(buffer), size);
 }
 
 LRESULT AnswerTextLength(const ComboBox &box, WPARAM, LPARAM) {
-  return box.state->edit != nullptr ? SendMessageA(box.state->edit, WM_GETTEXTLENGTH, 0, 0)
+  return box.state->edit != nullptr ? SendMessageA(box.state->edit, machine::WM_GETTEXTLENGTH, 0, 0)
                                     : static_cast<LRESULT>(SelectedText(box).size());
 }
 
@@ -394,13 +387,12 @@ constexpr Answer Answers[] = {
     {CB_SETITEMHEIGHT, AnswerSetItemHeight},
     {CB_SHOWDROPDOWN, AnswerShowList},
     {CB_GETDROPPEDSTATE, AnswerDropped},
-    {CB_LIMITTEXT, AnswerLimit},
-    {WM_CREATE, AnswerCreate},
+    {machine::WM_CREATE, AnswerCreate},
     {WM_NCDESTROY, AnswerDestroy},
     {WM_GETDLGCODE, AnswerDialogCode},
-    {WM_SETTEXT, AnswerSetText},
-    {WM_GETTEXT, AnswerText},
-    {WM_GETTEXTLENGTH, AnswerTextLength},
+    {machine::WM_SETTEXT, AnswerSetText},
+    {machine::WM_GETTEXT, AnswerText},
+    {machine::WM_GETTEXTLENGTH, AnswerTextLength},
     {WM_SETFONT, AnswerSetFont},
     {WM_ENABLE, AnswerEnable},
     {WM_SETFOCUS, AnswerSetFocus},
@@ -415,7 +407,7 @@ constexpr Answer Answers[] = {
 
 LRESULT machine::ComboBoxProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   const WindowPtr window = WindowOf(handle);
-  const ComboBox box = {window, ControlState<ComboState>(window, message)};
+  const ComboBox box = {window, StateOf<ComboState>(window, message)};
   if (!box.state)
     return DefWindowProcA(handle, message, wParam, lParam);
   const auto answer = std::ranges::find(Answers, message, &Answer::message);

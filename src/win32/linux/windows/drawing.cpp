@@ -113,12 +113,11 @@ HDC GetDC(HWND window) {
 int ReleaseDC(HWND, HDC context) { return System().contexts.Remove(context) != nullptr; }
 
 HDC BeginPaint(HWND handle, PAINTSTRUCT *paint) {
-  *paint = {};
+  paint->hdc = nullptr;
   const auto window = machine::WindowOf(handle);
   if (!window)
     return nullptr;
   window->invalid = false;
-  GetClientRect(handle, &paint->rcPaint);
   return paint->hdc = GetDC(handle);
 }
 
@@ -153,14 +152,11 @@ HFONT CreateFontA(int height, int, int, int, int, DWORD, DWORD, DWORD, DWORD, DW
 
 BOOL DeleteObject(HGDIOBJ object) { return System().IsSystems(object) || System().objects.Remove(object) != nullptr; }
 
-// Japanese fonts: a character of two bytes is as wide as the font is high, and nothing stands above it.
 BOOL GetTextMetricsA(HDC handle, TEXTMETRICA *metrics) {
   const auto context = System().contexts.Find(handle);
   if (!context)
     return FALSE;
-  const int height = context->font.object->height;
-  const int descent = (height + 3) / 7;
-  *metrics = {height, height - descent, descent, 0, 0, height / 2, height};
+  *metrics = {context->font.object->height, 0};
   return TRUE;
 }
 

@@ -28,12 +28,6 @@ bool CanTakeFocus(const WindowPtr &window) {
   return window && IsWindowVisible(window->handle) != FALSE && IsEnabledWithParents(window);
 }
 
-void Raise(const WindowPtr &top) {
-  std::vector<HWND> &order = WindowOf(GetDesktopWindow())->children;
-  const auto position = std::ranges::find(order, top->handle);
-  std::rotate(order.begin(), position, position + 1);
-}
-
 bool IsOwnedBy(HWND owner, WindowPtr window) {
   for (; window; window = WindowOf(window->owner))
     if (window->handle == owner)
@@ -57,7 +51,7 @@ void Activate(HWND handle) {
 void Retire(const WindowPtr &window) {
   ThreadWindows &thread = ThisThread();
   if (window->parent != nullptr) {
-    if (thread.focus == window->handle || IsChild(window->handle, thread.focus) != FALSE)
+    if (thread.focus == window->handle || machine::IsWithin(thread.focus, window->handle))
       SetFocus(window->parent);
     return;
   }
@@ -97,7 +91,7 @@ HWND SetFocus(HWND handle) {
     const WindowPtr top = machine::TopLevelOf(window);
     top->lastFocus = handle;
     thread.active = top->handle;
-    Raise(top);
+    machine::Raise(*top);
   }
   if (old == handle)
     return old;

@@ -92,7 +92,7 @@ BOOL ImageList_GetImageInfo(HIMAGELIST list, int index, IMAGEINFO *info) {
   if (!Images().Has(list, index))
     return FALSE;
   const int left = index * SmallIcon; // the images stand side by side
-  *info = {nullptr, nullptr, 0, 0, {left, 0, left + SmallIcon, SmallIcon}};
+  *info = {{left, 0, left + SmallIcon, SmallIcon}};
   return TRUE;
 }
 

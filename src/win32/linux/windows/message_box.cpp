@@ -10,6 +10,10 @@ namespace {
 using machine::DialogTemplate;
 using machine::TemplateWindow;
 
+constexpr int IDABORT = 3;
+constexpr int IDRETRY = 4;
+constexpr int IDIGNORE = 5;
+
 constexpr struct {
   int id;
   const char *text;
@@ -22,7 +26,6 @@ constexpr ButtonRow ButtonRows[] = {
     {IDOK},        {IDOK, IDCANCEL},   {IDABORT, IDRETRY, IDIGNORE}, {IDYES, IDNO, IDCANCEL},
     {IDYES, IDNO}, {IDRETRY, IDCANCEL}};
 
-constexpr const char *DefaultTitle = "エラー";
 constexpr int IconId = 20;
 constexpr int TextId = 0xFFFF;
 
@@ -82,8 +85,7 @@ TextSize SizeOf(const std::string &text) {
 
 TemplateWindow Control(const char *className, int id, DWORD style, const std::string &text, const RECT &bounds) {
   const auto units = [](LONG value) { return static_cast<int16_t>(value); };
-  return {WS_VISIBLE | style,
-          0,
+  return {style,
           units(bounds.left),
           units(bounds.top),
           units(bounds.right - bounds.left),
@@ -97,9 +99,9 @@ void AddButtons(DialogTemplate &dialog, const ButtonRow &row, int left, int top)
   for (const int id : row)
     for (const auto &[known, text] : Buttons)
       if (known == id) {
-        const DWORD kind = id == row[0] ? BS_DEFPUSHBUTTON | WS_GROUP : BS_PUSHBUTTON;
-        dialog.controls.push_back(
-            Control("Button", id, WS_TABSTOP | kind, text, {left, top, left + ButtonWidth, top + ButtonHeight}));
+        const DWORD kind = id == row[0] ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+        dialog.controls.push_back(Control("Button", id, WS_VISIBLE | WS_TABSTOP | kind, text,
+                                          {left, top, left + ButtonWidth, top + ButtonHeight}));
         left += ButtonStep;
       }
 }
@@ -113,13 +115,11 @@ DialogTemplate BoxTemplate(const std::string &text, const char *title, const But
   const int width = std::max(textLeft + size.width, Margin + buttonsWidth) + Margin;
   if (hasIcon)
     dialog.controls.push_back(
-        Control("Static", IconId, SS_ICON, "", {Margin, Margin, Margin + IconSize, Margin + IconSize}));
+        Control("Static", IconId, WS_VISIBLE | SS_ICON, "", {Margin, Margin, Margin + IconSize, Margin + IconSize}));
   AddButtons(dialog, row, (width - buttonsWidth) / 2, buttonTop);
-  dialog.controls.push_back(
-      Control("Static", TextId, SS_NOPREFIX, text, {textLeft, Margin, textLeft + size.width, Margin + size.height}));
-  dialog.window =
-      Control("", 0, WS_POPUP | WS_CAPTION | WS_SYSMENU, title, {0, 0, width, buttonTop + ButtonHeight + Margin});
-  dialog.window.style &= ~WS_VISIBLE; // it is shown when it is complete
+  dialog.controls.push_back(Control("Static", TextId, WS_VISIBLE | SS_NOPREFIX, text,
+                                    {textLeft, Margin, textLeft + size.width, Margin + size.height}));
+  dialog.window = Control("", 0, WS_POPUP, title, {0, 0, width, buttonTop + ButtonHeight + Margin});
   return dialog;
 }
 
@@ -138,9 +138,8 @@ int MessageBoxA(HWND owner, const char *text, const char *title, UINT type) {
     return 0;
   Box box = {ButtonRows[kind]};
   const HICON icon = IconOf(type);
-  const DialogTemplate dialog =
-      BoxTemplate(text != nullptr ? text : "", title != nullptr ? title : DefaultTitle, box.buttons, icon != nullptr);
-  const HWND window = machine::CreateDialogFrom(dialog, nullptr, owner, BoxProcedure, reinterpret_cast<LPARAM>(&box));
+  const DialogTemplate dialog = BoxTemplate(text, title, box.buttons, icon != nullptr);
+  const HWND window = machine::CreateDialogFrom(dialog, owner, BoxProcedure, reinterpret_cast<LPARAM>(&box));
   if (window == nullptr)
     return 0;
   if (icon != nullptr)
@@ -148,7 +147,7 @@ int MessageBoxA(HWND owner, const char *text, const char *title, UINT type) {
   return machine::RunModalDialog(window, [&] { return box.answer != 0; }) ? box.answer : 0;
 }
 
-BOOL WinHelpA(HWND, const char *file, UINT command, ULONG_PTR data) {
+BOOL WinHelpA(HWND, const char *file, UINT, ULONG_PTR data) {
   machine::FrontEnd *const frontEnd = machine::CurrentFrontEnd();
-  return frontEnd != nullptr && command == HELP_CONTEXT && frontEnd->ShowHelp(file, data);
+  return frontEnd != nullptr && frontEnd->ShowHelp(file, data);
 }

@@ -24,18 +24,13 @@ LRESULT DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) 
   const WindowPtr window = WindowOf(handle);
   if (!window)
     return 0;
-  const auto setText = [&](const char *text) { window->text = text != nullptr ? text : ""; };
   switch (message) {
-  case WM_NCCREATE:
-    if (lParam != 0)
-      setText(reinterpret_cast<const CREATESTRUCTA *>(lParam)->lpszName);
+  case machine::WM_SETTEXT:
+    window->text = reinterpret_cast<const char *>(lParam);
     return TRUE;
-  case WM_SETTEXT:
-    setText(reinterpret_cast<const char *>(lParam));
-    return TRUE;
-  case WM_GETTEXT:
+  case machine::WM_GETTEXT:
     return machine::CopyText(window->text, reinterpret_cast<char *>(lParam), wParam);
-  case WM_GETTEXTLENGTH:
+  case machine::WM_GETTEXTLENGTH:
     return static_cast<LRESULT>(window->text.size());
   case WM_PAINT:
     window->invalid = false;

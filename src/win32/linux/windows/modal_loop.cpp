@@ -16,10 +16,10 @@ bool HandOutMessage(HWND top) {
   auto &posted = ThisThread().posted;
   if (posted.empty())
     return false;
-  const MSG message = posted.front();
+  const PostedMessage message = posted.front();
   posted.pop_front();
   if (!PressDialogKey(top, message))
-    SendMessageA(message.hwnd, message.message, message.wParam, message.lParam);
+    SendMessageA(message.window, message.message, message.wParam, message.lParam);
   return true;
 }
 

@@ -14,7 +14,7 @@ struct StaticState : machine::WindowState {
 
 LRESULT machine::StaticProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   const WindowPtr control = WindowOf(handle);
-  const auto state = ControlState<StaticState>(control, message);
+  const auto state = StateOf<StaticState>(control, message);
   if (!state)
     return DefWindowProcA(handle, message, wParam, lParam);
   switch (message) {
