@@ -75,7 +75,6 @@ DWORD GetCurrentThreadId();
 constexpr DWORD WS_POPUP = 0x80000000;
 constexpr DWORD WS_CHILD = 0x40000000;
 constexpr DWORD WS_VISIBLE = 0x10000000;
-constexpr DWORD WS_DISABLED = 0x08000000;
 constexpr DWORD WS_TABSTOP = 0x00010000;
 
 constexpr int GWL_STYLE = -16;
@@ -281,12 +280,9 @@ constexpr LRESULT CB_ERR = -1;
 constexpr WORD CBN_SELCHANGE = 1;
 
 constexpr UINT ODT_COMBOBOX = 3;
-constexpr UINT ODA_DRAWENTIRE = 0x1;
 constexpr UINT ODA_SELECT = 0x2;
 constexpr UINT ODS_SELECTED = 0x0001;
-constexpr UINT ODS_DISABLED = 0x0004;
 constexpr UINT ODS_FOCUS = 0x0010;
-constexpr UINT ODS_COMBOBOXEDIT = 0x1000;
 
 struct DRAWITEMSTRUCT {
   UINT CtlType;
@@ -337,9 +333,9 @@ constexpr UINT MB_ICONMASK = 0xF0;
 constexpr UINT MB_TYPEMASK = 0x0F;
 constexpr UINT HELP_CONTEXT = 1;
 
-// Blocks until the user has answered; the owner, which may be null, is disabled meanwhile. The id of the button, 0 if no
-// box came up. The window is a dialog with buttons of those ids, a static for the icon and one with the id 0xFFFF for the
-// text.
+// Blocks until the user has answered; the owner, which may be null, is disabled meanwhile. The id of the button, 0 if
+// no box came up. The window is a dialog with buttons of those ids, a static for the icon and one with the id 0xFFFF
+// for the text.
 int MessageBoxA(HWND owner, const char *text, const char *title, UINT type);
 // Shows a help file, by its path on the machine, at a topic (HELP_CONTEXT). FALSE if no help came up.
 BOOL WinHelpA(HWND window, const char *file, UINT command, ULONG_PTR data);
@@ -351,7 +347,6 @@ constexpr int COLOR_WINDOWTEXT = 8;
 constexpr int COLOR_HIGHLIGHT = 13;
 constexpr int COLOR_HIGHLIGHTTEXT = 14;
 constexpr int TRANSPARENT = 1;
-constexpr int OPAQUE = 2;
 constexpr UINT DT_VCENTER = 0x04;
 constexpr UINT DT_SINGLELINE = 0x20;
 constexpr DWORD PATCOPY = 0x00F00021;

@@ -15,6 +15,11 @@ using machine::WindowPtr;
 constexpr int Nothing = -1; // as a selection, and as the item that the closed part shows then
 constexpr DWORD CBS_TYPEMASK = 0x3;
 
+// What the owner is asked to draw, besides what it looks at itself.
+constexpr UINT ODA_DRAWENTIRE = 0x1;
+constexpr UINT ODS_DISABLED = 0x0004;
+constexpr UINT ODS_COMBOBOXEDIT = 0x1000;
+
 // What the parent is told of.
 constexpr WORD CBN_SETFOCUS = 3;
 constexpr WORD CBN_KILLFOCUS = 4;
@@ -75,7 +80,7 @@ UINT Measure(const ComboBox &box, int item) {
 
 void Draw(const ComboBox &box, HDC context, int item, UINT itemState, const RECT &rect) {
   const Item *const drawn = box.ItemAt(static_cast<WPARAM>(item));
-  const bool disabled = box.window->Has(WS_DISABLED);
+  const bool disabled = box.window->Has(machine::WS_DISABLED);
   DRAWITEMSTRUCT draw = {};
   draw.CtlType = ODT_COMBOBOX;
   draw.CtlID = box.Id();

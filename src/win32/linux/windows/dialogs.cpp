@@ -42,7 +42,7 @@ constexpr LONG PixelsDown(LONG units) { return units * BaseHeight / 8; }
 
 // ---- The order of the controls ----
 
-bool IsOpen(const Window &window) { return window.Has(WS_VISIBLE) && !window.Has(WS_DISABLED); }
+bool IsOpen(const Window &window) { return window.Has(WS_VISIBLE) && !window.Has(machine::WS_DISABLED); }
 
 // All controls of a dialog, with those of an open page where the page stands.
 void CollectControls(const Window &dialog, std::vector<WindowPtr> &controls) {

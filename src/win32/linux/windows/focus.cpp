@@ -19,10 +19,12 @@ template <typename Test> bool AllUpwards(WindowPtr window, Test test) {
 }
 
 bool IsEnabledWithParents(const WindowPtr &window) {
-  return AllUpwards(window, [](const Window &each) { return !each.Has(WS_DISABLED); });
+  return AllUpwards(window, [](const Window &each) { return !each.Has(machine::WS_DISABLED); });
 }
 
-bool CanBeActive(const WindowPtr &window) { return window && window->Has(WS_VISIBLE) && !window->Has(WS_DISABLED); }
+bool CanBeActive(const WindowPtr &window) {
+  return window && window->Has(WS_VISIBLE) && !window->Has(machine::WS_DISABLED);
+}
 
 bool CanTakeFocus(const WindowPtr &window) {
   return window && IsWindowVisible(window->handle) != FALSE && IsEnabledWithParents(window);
@@ -109,13 +111,13 @@ BOOL EnableWindow(HWND handle, BOOL enable) {
   const WindowPtr window = WindowOf(handle);
   if (!window)
     return FALSE;
-  const bool disabled = window->Has(WS_DISABLED);
+  const bool disabled = window->Has(machine::WS_DISABLED);
   if (disabled != (enable != FALSE))
     return disabled;
   if (disabled)
-    window->style &= ~WS_DISABLED;
+    window->style &= ~machine::WS_DISABLED;
   else
-    window->style |= WS_DISABLED;
+    window->style |= machine::WS_DISABLED;
   if (!disabled && GetFocus() == handle)
     SetFocus(nullptr);
   machine::Invalidate(window);
@@ -125,7 +127,7 @@ BOOL EnableWindow(HWND handle, BOOL enable) {
 
 BOOL IsWindowEnabled(HWND handle) {
   const WindowPtr window = WindowOf(handle);
-  return window && !window->Has(WS_DISABLED);
+  return window && !window->Has(machine::WS_DISABLED);
 }
 
 BOOL ShowWindow(HWND handle, int command) {

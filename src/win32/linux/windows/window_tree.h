@@ -19,6 +19,8 @@ constexpr UINT WM_SETTEXT = 0x000C;
 constexpr UINT WM_GETTEXT = 0x000D;
 constexpr UINT WM_GETTEXTLENGTH = 0x000E;
 
+constexpr DWORD WS_DISABLED = 0x08000000;
+
 // What a window procedure of the layer keeps with its window.
 struct WindowState {
   virtual ~WindowState() = default;
