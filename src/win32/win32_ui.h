@@ -65,7 +65,7 @@ constexpr LPARAM MAKELPARAM(unsigned low, unsigned high) {
   return static_cast<LPARAM>((low & 0xFFFF) | (high & 0xFFFF) << 16);
 }
 constexpr WPARAM MAKEWPARAM(unsigned low, unsigned high) { return static_cast<WPARAM>(MAKELPARAM(low, high)); }
-// A resource is named by a number in place of a text's address.
+// The name of a resource that has a number, which stands where the address of a text would.
 inline char *MAKEINTRESOURCEA(unsigned id) { return reinterpret_cast<char *>(static_cast<uintptr_t>(id & 0xFFFF)); }
 
 // ---- Windows ----
@@ -75,7 +75,6 @@ DWORD GetCurrentThreadId();
 constexpr DWORD WS_POPUP = 0x80000000;
 constexpr DWORD WS_CHILD = 0x40000000;
 constexpr DWORD WS_VISIBLE = 0x10000000;
-constexpr DWORD WS_TABSTOP = 0x00010000;
 
 constexpr int GWL_STYLE = -16;
 constexpr int GWLP_WNDPROC = -4;
@@ -143,9 +142,10 @@ struct HELPINFO {
   DWORD_PTR dwContextId;
   POINT MousePos;
 };
+
 // Makes a window of the class Button, Static, Edit, ComboBox or #32770 (a dialog), in letters of any case. A child
-// (WS_CHILD) needs a parent that isn't being destroyed; for a top-level window (WS_POPUP) the parent is its owner, or
-// null. The menu of a child is its id; extended style, instance and parameter don't count.
+// (WS_CHILD) needs a parent that isn't being destroyed; of a top-level window (WS_POPUP) the parent is the owner, or
+// null. The menu of a child is its id; extended style, instance and parameter don't count. Null if it can't be made.
 HWND CreateWindowExA(DWORD exStyle, const char *className, const char *text, DWORD style, int x, int y, int width,
                      int height, HWND parent, HMENU menu, HINSTANCE instance, void *parameter);
 // Sends WM_DESTROY to the window and then to its children, and WM_NCDESTROY last of all; windows that it owns go first.
@@ -163,7 +163,7 @@ LONG_PTR SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
 // A buffer of `size` bytes gets the name, cut to fit; answers its length.
 int GetClassNameA(HWND window, char *buffer, int size);
 
-// Runs the window's procedure and answers what that does.
+// Runs the window's procedure, and answers what that answers.
 LRESULT SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 // Queues the message for the thread's modal loop, which hands messages out in their order. Esc and Enter, as
 // WM_KEYDOWN, do what they do to a dialog, unless the window answers WM_GETDLGCODE that it wants them itself.
@@ -173,12 +173,12 @@ BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 HWND GetParent(HWND window);
 HWND GetWindow(HWND window, UINT which);
 HWND GetDesktopWindow();
-// The thread's top-level window that has the focus, also if none of its controls has it.
+// The thread's top-level window in which the focus is, or was last.
 HWND GetActiveWindow();
-// The frontmost of the shown windows that the owner has, directly or not, and of itself.
+// Of the window itself and the visible ones that it owns, directly or not, the one that was active last.
 HWND GetLastActivePopup(HWND owner);
 
-// FALSE if it shows no text of its own, as a drop-down list, whose text is that of the selected entry.
+// A drop-down list keeps the text of its selected entry.
 BOOL SetWindowTextA(HWND window, const char *text);
 // A buffer of `size` bytes gets the text, cut to whole characters and terminated; answers its length without the 0.
 int GetWindowTextA(HWND window, char *buffer, int size);
@@ -192,7 +192,8 @@ BOOL IsWindowEnabled(HWND window);
 BOOL ShowWindow(HWND window, int command);
 // Whether the window and all its parents are shown.
 BOOL IsWindowVisible(HWND window);
-// Null for no window; what is disabled, or in something disabled, doesn't get it. Answers who had it before.
+// Null takes it from whoever has it. A window that is disabled, or in one that is, doesn't get it, and the answer is
+// null; otherwise it is the window that had the focus before.
 HWND SetFocus(HWND window);
 HWND GetFocus();
 // Negative while the key is down, which no key ever is here.
@@ -200,7 +201,7 @@ int16_t GetKeyState(int key);
 // Bit 0 if the key was pressed since the last call for it.
 int16_t GetAsyncKeyState(int key);
 
-// On the screen, and from a left upper corner at 0, 0. A window has no frame.
+// The first on the screen, the second from its own left upper corner on. Windows have no frames here.
 BOOL GetWindowRect(HWND window, RECT *rect);
 BOOL GetClientRect(HWND window, RECT *rect);
 // Moves it within its parent and, without SWP_NOSIZE, gives it a size; its place among its siblings stays.
@@ -223,7 +224,7 @@ HWND GetDlgItem(HWND dialog, int id);
 int GetDlgCtrlID(HWND control);
 BOOL SetDlgItemTextA(HWND dialog, int id, const char *text);
 LRESULT SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
-// Dialog units into pixels.
+// Turns dialog units into pixels.
 BOOL MapDialogRect(HWND dialog, RECT *rect);
 
 struct MEMORY_BASIC_INFORMATION {
@@ -233,6 +234,14 @@ struct MEMORY_BASIC_INFORMATION {
 size_t VirtualQuery(const void *address, MEMORY_BASIC_INFORMATION *information, size_t size);
 
 // ---- Controls ----
+// They answer the messages declared here as on Windows. A parent gets WM_COMMAND for what a user does (keys, typing, a
+// click), and not for what a program does; but an edit control of one line tells of its new text, too. EM_LIMITTEXT, in
+// bytes, cuts what is typed alone. EM_GETSEL writes to two DWORDs, and CB_GETLBTEXT a text of CB_GETLBTEXTLEN bytes and
+// its 0: the caller has to have the room.
+//
+// Who draws the entries of a list itself (CBS_OWNERDRAWFIXED, with CBS_HASSTRINGS) gets WM_MEASUREITEM twice when the
+// list is made, for the part that is always seen and for the entries, WM_DRAWITEM when the list is painted, and
+// WM_DELETEITEM for each entry while that is still there.
 
 constexpr DWORD SS_ICON = 0x03;
 constexpr DWORD SS_BITMAP = 0x0E;
@@ -359,20 +368,26 @@ struct TEXTMETRICA {
   LONG tmExternalLeading;
 };
 
+// A context that was begun is to be ended, and one that was got, released. Painting makes the window valid: only then
+// does the modal loop stop sending it WM_PAINT.
 HDC BeginPaint(HWND window, PAINTSTRUCT *paint);
 BOOL EndPaint(HWND window, const PAINTSTRUCT *paint);
 HDC GetDC(HWND window);
 int ReleaseDC(HWND window, HDC context);
+// Answers the font or brush that was selected before, which the caller selects again when it is done.
 HGDIOBJ SelectObject(HDC context, HGDIOBJ object);
+// What is created here is to be deleted. Of a font the height alone counts.
 BOOL DeleteObject(HGDIOBJ object);
 HBRUSH CreateSolidBrush(COLORREF colour);
 HFONT CreateFontA(int height, int width, int escapement, int orientation, int weight, DWORD italic, DWORD underline,
                   DWORD strikeOut, DWORD charSet, DWORD outPrecision, DWORD clipPrecision, DWORD quality,
                   DWORD pitchAndFamily, const char *face);
 BOOL GetTextMetricsA(HDC context, TEXTMETRICA *metrics);
+// Both answer what was set before.
 COLORREF SetTextColor(HDC context, COLORREF colour);
 int SetBkMode(HDC context, int mode);
 BOOL PatBlt(HDC context, int x, int y, int width, int height, DWORD operation);
+// A text of `length` bytes, which needs no 0. Answers the height of a line.
 int DrawTextA(HDC context, const char *text, int length, RECT *rect, UINT format);
 BOOL DrawFocusRect(HDC context, const RECT *rect);
 DWORD GetSysColor(int index);
@@ -394,6 +409,7 @@ inline char *const IDI_EXCLAMATION = MAKEINTRESOURCEA(32515);
 inline char *const IDI_ASTERISK = MAKEINTRESOURCEA(32516);
 // A system icon (null module), the same handle at every call, never destroyed.
 HICON LoadIconA(HINSTANCE instance, const char *name);
+// List and index as SHGetFileInfoA gives them.
 BOOL ImageList_GetImageInfo(HIMAGELIST list, int index, IMAGEINFO *info);
 BOOL ImageList_Draw(HIMAGELIST list, int index, HDC context, int x, int y, UINT style);
 

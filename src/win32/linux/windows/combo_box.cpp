@@ -1,5 +1,5 @@
 // Combo boxes: a list with an edit control or, as a drop-down list, with a part that shows the selected entry. The
-// owner draws the entries if it wants to. Of what a program does the parent hears nothing, of what the user does all.
+// owner draws the entries if it wants to. The parent is told of what the user does, not of what a program does.
 #include "win32/linux/text/code_page.h"
 #include "win32/linux/windows/painting.h"
 #include "win32/linux/windows/system_controls.h"
@@ -9,13 +9,12 @@
 
 namespace {
 
-using machine::Window;
 using machine::WindowPtr;
 
-constexpr int Nothing = -1; // as a selection, and as the item that the closed part shows then
+constexpr int Nothing = -1; // as the selected item; in messages about heights and drawing: the part that is always seen
 constexpr DWORD CBS_TYPEMASK = 0x3;
 
-// What the owner is asked to draw, besides what it looks at itself.
+// What the owner is told to draw.
 constexpr UINT ODA_DRAWENTIRE = 0x1;
 constexpr UINT ODS_DISABLED = 0x0004;
 constexpr UINT ODS_COMBOBOXEDIT = 0x1000;
@@ -30,9 +29,6 @@ constexpr WORD CBN_CLOSEUP = 8;
 constexpr WORD CBN_SELENDOK = 9;
 constexpr WORD CBN_SELENDCANCEL = 10;
 
-// Where entries are drawn.
-constexpr int Border = 3;
-constexpr int DropButtonWidth = 17;
 constexpr UINT PlainItemHeight = 12;
 
 struct Item {
@@ -98,7 +94,7 @@ void DrawClosedPart(const ComboBox &box, HDC context) {
   const LONG width = box.window->bounds.right - box.window->bounds.left;
   const bool focused = GetFocus() == box.window->handle && !box.state->dropped;
   Draw(box, context, box.state->selection, ODS_COMBOBOXEDIT | (focused ? ODS_FOCUS | ODS_SELECTED : 0),
-       {Border, Border, width - DropButtonWidth - Border, Border + static_cast<LONG>(box.state->closedHeight)});
+       {0, 0, width, static_cast<LONG>(box.state->closedHeight)});
 }
 
 void DrawList(const ComboBox &box, HDC context) {
@@ -113,8 +109,7 @@ LRESULT AnswerPaint(const ComboBox &box, WPARAM, LPARAM) {
   PAINTSTRUCT paint;
   const HDC context = BeginPaint(box.window->handle, &paint);
   if (box.IsOwnerDrawn()) {
-    if (box.IsDropDownList())
-      DrawClosedPart(box, context);
+    DrawClosedPart(box, context);
     if (box.state->dropped)
       DrawList(box, context);
   }
@@ -129,7 +124,7 @@ bool IsSameStart(const std::string &text, const std::string &start) {
   return upper(text).starts_with(upper(start));
 }
 
-// The first entry behind another that begins with a text, destroying round.
+// The first entry behind another that begins with a text, and round again from the first.
 int FindItem(const ComboBox &box, int behind, const std::string &start) {
   const int count = static_cast<int>(box.state->items.size());
   for (int step = 1; step <= count; ++step)
@@ -203,7 +198,7 @@ LRESULT AnswerKey(const ComboBox &box, WPARAM key, LPARAM) {
 
 // ---- The entries ----
 
-// The owner of drawn entries frees what it has put to them, so it is told while they are still there.
+// Who draws the entries frees the data that belongs to them, so it is told while they are still there.
 void DeleteItems(const ComboBox &box) {
   for (size_t index = box.state->items.size(); box.IsOwnerDrawn() && index-- > 0 && index < box.state->items.size();) {
     DELETEITEMSTRUCT deleted = {ODT_COMBOBOX, box.Id(), static_cast<UINT>(index), box.window->handle,

@@ -46,7 +46,7 @@ void ReadStyle(Reader &reader, TemplateWindow &window) {
 }
 
 void ReadBounds(Reader &reader, TemplateWindow &window) {
-  for (int16_t *const number : {&window.x, &window.y, &window.width, &window.height})
+  for (int *const number : {&window.x, &window.y, &window.width, &window.height})
     *number = reader.Next<int16_t>();
 }
 
@@ -63,7 +63,7 @@ TemplateWindow ReadControl(Reader &reader) {
   reader.Align();
   ReadStyle(reader, control);
   ReadBounds(reader, control);
-  control.id = reader.Next<DWORD>();
+  control.id = reader.Next<int32_t>();
   control.className = NextTextOrNumber(reader, ClassOfAtom);
   control.text = NextTextOrNumber(reader, NumberText);
   reader.Skip(reader.Next<WORD>()); // what the control would get at its creation

@@ -3,7 +3,6 @@
 
 #include "win32/win32_ui.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,11 +13,11 @@ namespace machine {
 // A window of a template: the dialog itself or one of its controls. Its bounds are in dialog units.
 struct TemplateWindow {
   DWORD style = 0;
-  int16_t x = 0;
-  int16_t y = 0;
-  int16_t width = 0;
-  int16_t height = 0;
-  DWORD id = 0;
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+  int id = 0;
   std::string className; // of a control
   std::string text;      // "#" and the number for the resource of a static
 };

@@ -14,7 +14,7 @@ using machine::WindowPtr;
 
 namespace {
 
-// Marks the answer to DM_GETDEFID as one that has an id.
+// The upper half of an answer to DM_GETDEFID that has an id.
 constexpr WORD DC_HASDEFID = 0x534B;
 
 struct DialogState : machine::WindowState {
@@ -67,7 +67,7 @@ void FocusFirstStop(HWND dialog) {
     FocusControl(first);
 }
 
-// ---- What dialogs do by themselves ----
+// ---- What a dialog does if its procedure doesn't ----
 
 void SetButtonType(HWND button, DWORD type) {
   const WindowPtr window = WindowOf(button);
@@ -122,7 +122,7 @@ LRESULT DialogDefault(const Window &dialog, DialogState &state, UINT message, WP
 
 // ---- Keys ----
 
-// The button that a key presses: Cancel, or the focused one and without one the default one.
+// The button that a key presses: Esc Cancel, Enter the focused one or, if no button has the focus, the default one.
 int ButtonOf(WPARAM key, HWND dialog) {
   constexpr LRESULT PushButton = machine::DLGC_DEFPUSHBUTTON | machine::DLGC_UNDEFPUSHBUTTON;
   if (key == VK_ESCAPE)
@@ -132,9 +132,6 @@ int ButtonOf(WPARAM key, HWND dialog) {
   const auto answer = static_cast<uintptr_t>(SendMessageA(dialog, DM_GETDEFID, 0, 0));
   return HIWORD(answer) == DC_HASDEFID ? LOWORD(answer) : IDOK;
 }
-
-// The messages whose answer is the dialog procedure's own, not what it put into DWLP_MSGRESULT.
-bool AnswersItself(UINT message) { return message == WM_INITDIALOG || message == WM_COMPAREITEM; }
 
 // ---- Creation ----
 
@@ -146,7 +143,7 @@ HFONT FontOf(const DialogTemplate &dialog) {
 }
 
 HWND CreateFrom(const TemplateWindow &window, const char *className, DWORD style, HWND parent) {
-  const auto id = reinterpret_cast<HMENU>(static_cast<uintptr_t>(window.id));
+  const auto id = reinterpret_cast<HMENU>(static_cast<intptr_t>(window.id));
   return CreateWindowExA(0, className, window.text.c_str(), style, PixelsAcross(window.x), PixelsDown(window.y),
                          PixelsAcross(window.width), PixelsDown(window.height), parent, id, nullptr, nullptr);
 }
@@ -158,7 +155,7 @@ bool CreateControl(const TemplateWindow &control, HWND dialog, DialogState &stat
   if (state.font != nullptr)
     SendMessageA(made, WM_SETFONT, reinterpret_cast<WPARAM>(state.font), FALSE);
   if ((SendMessageA(made, WM_GETDLGCODE, 0, 0) & machine::DLGC_DEFPUSHBUTTON) != 0)
-    state.defaultId = static_cast<int>(control.id);
+    state.defaultId = control.id;
   return true;
 }
 
@@ -215,8 +212,8 @@ HWND NextTabStop(HWND dialog, HWND control, bool previous) {
       controls, [&](const WindowPtr &each) { return each->handle == control || IsWithin(control, each->handle); });
   if (start != controls.end())
     std::rotate(controls.begin(), start + 1, controls.end()); // the one to start from comes last
-  const auto next =
-      std::ranges::find_if(controls, [](const WindowPtr &each) { return IsOpen(*each) && each->Has(WS_TABSTOP); });
+  const auto next = std::ranges::find_if(
+      controls, [](const WindowPtr &each) { return IsOpen(*each) && each->Has(machine::WS_TABSTOP); });
   return next != controls.end() ? (*next)->handle : nullptr;
 }
 
@@ -229,7 +226,7 @@ LRESULT DialogProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam)
     dialog->font = reinterpret_cast<HFONT>(wParam);
   dialog->messageResult = 0;
   const INT_PTR handled = state->procedure != nullptr ? state->procedure(handle, message, wParam, lParam) : FALSE;
-  if (AnswersItself(message))
+  if (message == WM_INITDIALOG) // whose answer isn't in DWLP_MSGRESULT
     return handled;
   if (IsWindow(handle) == FALSE)
     return 0;

@@ -11,7 +11,6 @@
 
 namespace {
 
-using machine::Window;
 using machine::WindowPtr;
 
 constexpr size_t DefaultLimit = 30000;

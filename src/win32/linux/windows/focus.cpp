@@ -37,20 +37,14 @@ bool IsOwnedBy(HWND owner, WindowPtr window) {
   return false;
 }
 
-// Makes the top-level window of this one the active one and gives it the focus that it had last.
-void Activate(HWND handle) {
-  const WindowPtr window = WindowOf(handle);
-  if (!window)
-    return;
-  const WindowPtr top = machine::TopLevelOf(window);
-  if (!IsEnabledWithParents(top))
-    return;
-  const bool keeps = top->lastFocus != nullptr && CanTakeFocus(WindowOf(top->lastFocus));
-  SetFocus(keeps ? top->lastFocus : top->handle);
+// Makes a top-level window the active one and gives it the focus that it had last.
+void Activate(const Window &top) {
+  if (!top.Has(machine::WS_DISABLED))
+    SetFocus(CanTakeFocus(WindowOf(top.lastFocus)) ? top.lastFocus : top.handle);
 }
 
 // A window that is hidden can't stay active or keep the focus: they go to another.
-void Retire(const WindowPtr &window) {
+void Deactivate(const WindowPtr &window) {
   ThreadWindows &thread = ThisThread();
   if (window->parent != nullptr) {
     if (thread.focus == window->handle || machine::IsWithin(thread.focus, window->handle))
@@ -64,7 +58,7 @@ void Retire(const WindowPtr &window) {
   candidates.insert(candidates.begin(), window->owner);
   const auto next = std::ranges::find_if(candidates, [](HWND each) { return CanBeActive(WindowOf(each)); });
   if (next != candidates.end())
-    return Activate(*next);
+    return Activate(*WindowOf(*next));
   SetFocus(nullptr);
   thread.active = nullptr;
 }
@@ -74,8 +68,6 @@ void Retire(const WindowPtr &window) {
 HWND GetActiveWindow() { return ThisThread().active; }
 
 HWND GetLastActivePopup(HWND owner) {
-  if (IsWindow(owner) == FALSE)
-    return owner;
   const std::vector<HWND> &order = WindowOf(GetDesktopWindow())->children; // the last active one is in front
   const auto found = std::ranges::find_if(order, [&](HWND each) {
     return each == owner || (IsWindowVisible(each) != FALSE && IsOwnedBy(owner, WindowOf(each)));
@@ -114,10 +106,7 @@ BOOL EnableWindow(HWND handle, BOOL enable) {
   const bool disabled = window->Has(machine::WS_DISABLED);
   if (disabled != (enable != FALSE))
     return disabled;
-  if (disabled)
-    window->style &= ~machine::WS_DISABLED;
-  else
-    window->style |= machine::WS_DISABLED;
+  window->style ^= machine::WS_DISABLED;
   if (!disabled && GetFocus() == handle)
     SetFocus(nullptr);
   machine::Invalidate(window);
@@ -138,16 +127,14 @@ BOOL ShowWindow(HWND handle, int command) {
   const bool show = command != SW_HIDE;
   if (visible != show) {
     SendMessageA(handle, WM_SHOWWINDOW, show, 0);
-    if (show) {
-      window->style |= WS_VISIBLE;
+    window->style ^= WS_VISIBLE;
+    if (show)
       machine::Invalidate(window);
-    } else {
-      window->style &= ~WS_VISIBLE;
-      Retire(window);
-    }
+    else
+      Deactivate(window);
   }
   if (show && window->parent == nullptr)
-    Activate(handle);
+    Activate(*window);
   return visible;
 }
 

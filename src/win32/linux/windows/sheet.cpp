@@ -163,7 +163,7 @@ void Sheet::Cancel() {
     result = 0;
 }
 
-// Next and Finish have one place. The default button is the one that leads on, or else back or out.
+// Of Next and Finish one is shown. The default button is the one that leads on, or else back or out.
 void Sheet::SetButtons(DWORD flags) {
   const bool finishes = (flags & PSWIZB_FINISH) != 0;
   const struct {
@@ -197,8 +197,9 @@ void Sheet::Begin(HWND dialog) {
 }
 
 void Sheet::Turn(UINT question, int step) {
-  const size_t index = current + static_cast<size_t>(step);
-  if (Notify(question) == 0 && index < pages.size())
+  if (Notify(question) != 0)
+    return;
+  if (const size_t index = current + static_cast<size_t>(step); index < pages.size())
     Show(index, step);
 }
 
@@ -218,7 +219,7 @@ void Sheet::Show(size_t index, int step) {
   ShowWindow(page, SW_SHOW);
 }
 
-// Asks one page after the other until one agrees to be shown; where there is no further one, the last one has to.
+// Asks one page after the other whether it may be shown, up to the first that agrees or the last that there is.
 void Sheet::Activate(size_t index, int step) {
   for (; index < pages.size(); index += static_cast<size_t>(step)) {
     auto &[record, dialog, page] = pages[index];
@@ -247,18 +248,16 @@ DialogTemplate Sheet::Template() const {
   int width = 2 * Margin + 4 * ButtonWidth;
   int height = 0;
   for (const Page &page : pages) {
-    width = std::max<int>(width, page.dialog.window.width);
-    height = std::max<int>(height, page.dialog.window.height);
+    width = std::max(width, page.dialog.window.width);
+    height = std::max(height, page.dialog.window.height);
   }
-  const auto units = [](int value) { return static_cast<int16_t>(value); };
   DialogTemplate dialog;
   dialog.window.style = WS_POPUP;
-  dialog.window.width = units(width);
-  dialog.window.height = units(height + Margin + ButtonHeight + Margin);
+  dialog.window.width = width;
+  dialog.window.height = height + Margin + ButtonHeight + Margin;
   for (const Button &button : Buttons)
-    dialog.controls.push_back({WS_VISIBLE | WS_TABSTOP, units(width - Margin - button.column * ButtonWidth),
-                               units(height + Margin), ButtonWidth, ButtonHeight, static_cast<DWORD>(button.id),
-                               "Button", button.text});
+    dialog.controls.push_back({WS_VISIBLE | machine::WS_TABSTOP, width - Margin - button.column * ButtonWidth,
+                               height + Margin, ButtonWidth, ButtonHeight, button.id, "Button", button.text});
   return dialog;
 }
 

@@ -19,7 +19,9 @@ constexpr UINT WM_SETTEXT = 0x000C;
 constexpr UINT WM_GETTEXT = 0x000D;
 constexpr UINT WM_GETTEXTLENGTH = 0x000E;
 
+// Styles that nobody outside looks at.
 constexpr DWORD WS_DISABLED = 0x08000000;
+constexpr DWORD WS_TABSTOP = 0x00010000;
 
 // What a window procedure of the layer keeps with its window.
 struct WindowState {
