@@ -2,18 +2,14 @@
 
 #include "win32/linux/windows/drawing.h"
 
-using Kind = Drawn::Kind;
-
 std::vector<Drawn> drawn;
 
 namespace {
 
-BOOL Record(HDC handle, Kind kind, UINT style = 0, const std::string &text = "") {
-  const auto context = machine::Handles().contexts.Find(handle);
-  if (!context)
-    return FALSE;
-  const COLORREF colour = kind == Kind::Fill ? context->brush.object->colour : context->textColour;
-  drawn.push_back({kind, context->window, colour, context->backMode, style, text});
+machine::DeviceContext &Context(HDC handle) { return *machine::Handles().contexts.Find(handle); }
+
+BOOL Record(HDC context, const std::string &words) {
+  drawn.push_back({Context(context).window, words});
   return TRUE;
 }
 
@@ -24,12 +20,20 @@ size_t LiveDrawingHandles() {
   return handles.objects.Size() + handles.contexts.Size() + handles.icons.Size();
 }
 
-BOOL PatBlt(HDC context, int, int, int, int, DWORD) { return Record(context, Kind::Fill); }
-
-int DrawTextA(HDC context, const char *text, int length, RECT *, UINT format) {
-  return Record(context, Kind::Text, format, std::string(text, static_cast<size_t>(length)));
+BOOL PatBlt(HDC context, int, int, int, int, DWORD) {
+  return Record(context,
+                Context(context).brush.object->colour == GetSysColor(COLOR_HIGHLIGHT) ? "highlight" : "window");
 }
 
-BOOL DrawFocusRect(HDC context, const RECT *) { return Record(context, Kind::FocusFrame); }
+int DrawTextA(HDC context, const char *text, int length, RECT *, UINT format) {
+  const bool highlighted = Context(context).textColour == GetSysColor(COLOR_HIGHLIGHTTEXT);
+  const bool rightly = Context(context).backMode == TRANSPARENT && format == (DT_VCENTER | DT_SINGLELINE);
+  return Record(context, std::string(text, static_cast<size_t>(length)) + (highlighted ? " highlighted" : "") +
+                             (rightly ? "" : " wrongly"));
+}
 
-BOOL ImageList_Draw(HIMAGELIST, int, HDC context, int, int, UINT style) { return Record(context, Kind::Image, style); }
+BOOL DrawFocusRect(HDC context, const RECT *) { return Record(context, "frame"); }
+
+BOOL ImageList_Draw(HIMAGELIST, int, HDC context, int, int, UINT style) {
+  return Record(context, (style & ILD_SELECTED) != 0 ? "image selected" : "image");
+}

@@ -7,17 +7,11 @@
 #include <string>
 #include <vector>
 
+// An operation in a few words, of which "wrongly" says that something is set otherwise than for an entry of a list.
 struct Drawn {
-  enum class Kind { Fill, Text, FocusFrame, Image };
-
-  Kind kind;
   HWND window;
-  COLORREF colour; // of a fill or a text
-  int backMode;
-  UINT style = 0; // DT_* of a text, ILD_* of an image
-  std::string text = {};
+  std::string words;
 };
-
 // By this process, in its order.
 extern std::vector<Drawn> drawn;
 

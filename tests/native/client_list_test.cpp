@@ -10,24 +10,6 @@
 
 namespace {
 
-using Kind = Drawn::Kind;
-
-// An operation in a few words; which place it has is for the eye.
-std::string Words(const Drawn &operation) {
-  switch (operation.kind) {
-  case Kind::Fill:
-    return operation.colour == GetSysColor(COLOR_HIGHLIGHT) ? "highlight" : "window";
-  case Kind::Text:
-    return operation.text + (operation.colour == GetSysColor(COLOR_HIGHLIGHTTEXT) ? " highlighted" : "") +
-           (operation.backMode == TRANSPARENT && operation.style == (DT_VCENTER | DT_SINGLELINE) ? "" : " wrongly");
-  case Kind::FocusFrame:
-    return "frame";
-  case Kind::Image:
-    return (operation.style & ILD_SELECTED) != 0 ? "image selected" : "image";
-  }
-  return "?";
-}
-
 TEST_F(ClientTest, AWizardDrawsItsClientsAndLeavesNothing) {
   InstallOutlookExpress("5,50,4522,1200");
   InstallCommunicator();
@@ -49,7 +31,7 @@ TEST_F(ClientTest, AWizardDrawsItsClientsAndLeavesNothing) {
             [&](HWND sheet) {
               for (const Drawn &operation : drawn)
                 if (operation.window == list)
-                  words.push_back(Words(operation));
+                  words.push_back(operation.words);
               SendMessageA(list, CB_SHOWDROPDOWN, FALSE, 0);
               SendMessageA(list, WM_KEYDOWN, VK_DOWN, 0); // the other icon takes the place of the first
               PostMessageA(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);

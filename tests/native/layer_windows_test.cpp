@@ -1,9 +1,6 @@
-// What only the layer's windows have: a front end, windows of each thread, and templates and resources of any bytes.
-#include "resources/resource.h"
-#include "win32/linux/windows/dialog_template.h"
+// What only the layer's windows have: a front end, and windows of each thread.
 #include "win32/linux/windows/modal_loop.h"
 #include "win32/linux/windows/painting.h"
-#include "win32/linux/windows/resources.h"
 
 #include <gtest/gtest.h>
 
@@ -89,43 +86,6 @@ TEST_F(LayerWindowsTest, EachThreadHasItsOwn) {
     EXPECT_EQ(GetActiveWindow(), own);
   }).join();
   EXPECT_EQ(GetFocus(), child);
-}
-
-TEST(TemplateTest, CutOnesAreNone) {
-  const std::string_view whole = machine::DialogResource(MAKEINTRESOURCEA(IDD_SET_MAILER_ID));
-  const auto read = machine::ReadTemplate(whole);
-  ASSERT_TRUE(read);
-  EXPECT_EQ(read->window.text, "メーラー設定 (3/4)");
-  EXPECT_EQ(read->controls.back().text, "入力が終わりましたら「次へ」ボタンを押してください。");
-  const size_t end = whole.size() - 2; // how many bytes of a control's own there are, which is none
-  for (size_t size = 0; size < end; ++size)
-    EXPECT_FALSE(machine::ReadTemplate(whole.substr(0, size))) << size;
-  EXPECT_TRUE(machine::DialogResource(MAKEINTRESOURCEA(1)).empty());
-}
-
-TEST(ResourcesTest, AreReadUpToWhereTheyAreCut) {
-  const auto resource = [](std::u16string_view name, std::string data) {
-    std::u16string header = u"\xFFFF\x0005" + std::u16string(name);
-    header.resize((header.size() + 1) / 2 * 2 + 8);
-    const DWORD sizes[] = {static_cast<DWORD>(data.size()), static_cast<DWORD>(8 + header.size() * 2)};
-    data.resize((data.size() + 3) / 4 * 4);
-    return std::string(reinterpret_cast<const char *>(sizes), sizeof sizes) +
-           std::string(reinterpret_cast<const char *>(header.data()), header.size() * 2) + data;
-  };
-  const std::string first = resource(u"\xFFFF\x0081", "first");
-  const std::string block = resource(u"\xFFFF", "") + first + resource(std::u16string_view(u"name\0", 5), "second");
-  const auto read = machine::ReadResources(block);
-  ASSERT_EQ(read.size(), 2U);
-  EXPECT_EQ(read[0].type, 5);
-  EXPECT_EQ(read[0].name, 0x81);
-  EXPECT_EQ(read[0].data, "first");
-  EXPECT_EQ(read[1].name, 0); // a text
-  EXPECT_EQ(read[1].data, "second");
-  const size_t endOfFirst = block.find("first") + 5;
-  const size_t endOfSecond = block.find("second") + 6;
-  for (size_t size = 0; size < block.size(); ++size)
-    EXPECT_EQ(machine::ReadResources(std::string(block, 0, size)).size(),
-              size_t{size >= endOfFirst} + size_t{size >= endOfSecond});
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,16 +14,14 @@ namespace {
 using Events = std::vector<std::string>;
 
 Events events;
-// Where a test wants a say in what a window does.
-std::function<std::optional<LRESULT>(HWND window, UINT message)> reaction;
+// What a test does from within a window's procedure.
+std::function<void(HWND window, UINT message)> reaction;
 
 Events TakeEvents() { return std::exchange(events, {}); }
 
 void Record(const std::string &what, LRESULT number) { events.push_back(what + " " + std::to_string(number)); }
 
-template <typename Details> Details &As(LPARAM details) { return *reinterpret_cast<Details *>(details); }
-
-void RecordMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   const struct {
     UINT message;
     const char *name;
@@ -39,20 +36,18 @@ void RecordMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_COMMAND)
     Record("command " + std::to_string(LOWORD(wParam)), HIWORD(wParam));
   if (message == WM_MEASUREITEM) {
-    Record("measure", static_cast<int>(As<MEASUREITEMSTRUCT>(lParam).itemID));
-    As<MEASUREITEMSTRUCT>(lParam).itemHeight = 20;
+    auto &item = *reinterpret_cast<MEASUREITEMSTRUCT *>(lParam);
+    Record("measure", static_cast<int>(item.itemID));
+    item.itemHeight = 20;
   }
   if (message == WM_DELETEITEM) {
-    const auto &item = As<DELETEITEMSTRUCT>(lParam);
+    const auto &item = *reinterpret_cast<const DELETEITEMSTRUCT *>(lParam);
     EXPECT_EQ(SendMessageA(item.hwndItem, CB_GETITEMDATA, item.itemID, 0), static_cast<LRESULT>(item.itemData));
     Record("delete", static_cast<LRESULT>(item.itemData));
   }
-}
-
-LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  RecordMessage(window, message, wParam, lParam);
-  const std::optional<LRESULT> reacted = reaction ? reaction(window, message) : std::nullopt;
-  return reacted ? *reacted : DefWindowProcA(window, message, wParam, lParam);
+  if (reaction)
+    reaction(window, message);
+  return DefWindowProcA(window, message, wParam, lParam);
 }
 
 HWND Create(const char *className, DWORD style, HWND parent, int id, const char *text = "") {
@@ -83,7 +78,6 @@ protected:
   HWND top = nullptr;
 
   void SetUp() override {
-    reaction = nullptr;
     top = CreateRecorder(WS_POPUP | WS_VISIBLE, nullptr, 0);
     ASSERT_NE(top, nullptr);
     TakeEvents();
@@ -125,12 +119,11 @@ TEST_F(WindowsTest, CanGoFromWithinTheirDestruction) {
   for (const UINT moment : {WM_DESTROY, WM_NCDESTROY}) {
     const HWND outer = RecorderChild(1);
     const HWND inner = CreateRecorder(WS_CHILD, outer, 2);
-    reaction = [=](HWND window, UINT message) -> std::optional<LRESULT> {
+    reaction = [=](HWND window, UINT message) {
       if (window == inner && message == moment) {
         DestroyWindow(outer);
         CreateRecorder(WS_CHILD, outer, 3);
       }
-      return std::nullopt;
     };
     DestroyWindow(inner);
     EXPECT_FALSE(IsWindow(inner));
@@ -140,10 +133,9 @@ TEST_F(WindowsTest, CanGoFromWithinTheirDestruction) {
 
 TEST_F(WindowsTest, NothingIsDoneToOnesThatAreGone) {
   const HWND child = RecorderChild(1);
-  reaction = [](HWND window, UINT message) -> std::optional<LRESULT> {
+  reaction = [](HWND window, UINT message) {
     if (message == WM_USER)
       DestroyWindow(window);
-    return std::nullopt;
   };
   SendMessageA(child, WM_USER, 0, 0);
   EXPECT_FALSE(IsWindow(child));
