@@ -15,17 +15,17 @@ class FrontEnd {
 public:
   virtual ~FrontEnd() = default;
 
-  // Waits for the user, who sees this top-level window, and does to the windows what the user does; a modal loop may
-  // run within. On the thread of the loop. False if there is no user any more: the loop then ends as one that never
-  // came up.
+  // Waits for the user, who sees this top-level window, and does to the windows what the user does. Called on the
+  // thread of the modal loop; further modal loops may run within. False if there is no user any more: the loop then
+  // ends as one that never came up.
   virtual bool WaitForUser(HWND top) = 0;
 
   // Shows a help file (a path on the machine, code page 932) at a topic. False if it can't.
   virtual bool ShowHelp(const char *file, ULONG_PTR topic) = 0;
 };
 
-// Sets the front end of this process, null for none, and answers the one before; it has to outlive its time there.
-// Without one, every modal loop fails at once. On any thread.
+// Sets the front end of this process, null for none, and answers the one before. Without one, every modal loop fails at
+// once. The front end has to live until another is set. On any thread.
 FrontEnd *SetFrontEnd(FrontEnd *frontEnd);
 
 // The user presses a key and lets it go again, as GetAsyncKeyState sees it.

@@ -1,10 +1,12 @@
 #include "win32/linux/windows/resources.h"
 
 #include "win32/linux/machine/byte_reader.h"
+#include "win32/win32_ui.h"
 
 #include <algorithm>
 
 extern "C" {
+// A program need not have any.
 extern const char win32_resources_begin[] __attribute__((weak, visibility("hidden")));
 extern const char win32_resources_end[] __attribute__((weak, visibility("hidden")));
 }
@@ -13,47 +15,27 @@ namespace machine {
 
 namespace {
 
-WORD NextName(Reader &reader) {
-  constexpr char16_t NumberFollows = 0xFFFF;
-  auto unit = reader.Next<char16_t>();
-  if (unit == NumberFollows)
-    return reader.Next<WORD>();
-  while (unit != 0)
-    unit = reader.Next<char16_t>();
-  return 0;
-}
-
-const std::vector<Resource> &LibraryResources() {
-  static const std::vector<Resource> resources = ReadResources(
-      win32_resources_begin != nullptr
-          ? std::string_view(win32_resources_begin, static_cast<size_t>(win32_resources_end - win32_resources_begin))
-          : std::string_view());
-  return resources;
+// A resource's type or name, 0 for a text.
+WORD NextNumber(Reader &reader) {
+  constexpr WORD NumberFollows = 0xFFFF;
+  return reader.Next<WORD>() == NumberFollows ? reader.Next<WORD>() : WORD{0};
 }
 
 } // namespace
 
-std::vector<Resource> ReadResources(std::string_view block) {
-  std::vector<Resource> resources;
-  for (;;) {
-    Reader header(block.data(), block.size());
-    const size_t dataSize = header.Next<DWORD>();
-    const size_t headerSize = header.Next<DWORD>();
-    const WORD type = NextName(header);
-    const WORD name = NextName(header);
-    if (header.Failed() || headerSize == 0 || headerSize > block.size() || dataSize > block.size() - headerSize)
-      return resources;
-    if (dataSize != 0) // the first one of a file is empty and marks it as one of this form
-      resources.push_back({type, name, block.substr(headerSize, dataSize)});
-    block.remove_prefix(std::min(Aligned(headerSize + dataSize), block.size()));
-  }
-}
-
 std::string_view DialogResource(const char *name) {
   constexpr WORD Dialog = 5;
-  for (const Resource &resource : LibraryResources())
-    if (resource.type == Dialog && resource.name == reinterpret_cast<uintptr_t>(name))
-      return resource.data;
+  std::string_view left;
+  if (win32_resources_begin != nullptr)
+    left = {win32_resources_begin, static_cast<size_t>(win32_resources_end - win32_resources_begin)};
+  while (!left.empty()) {
+    Reader header(left.data(), left.size());
+    const size_t dataSize = header.Next<DWORD>();
+    const size_t headerSize = header.Next<DWORD>();
+    if (NextNumber(header) == Dialog && NextNumber(header) == reinterpret_cast<uintptr_t>(name))
+      return left.substr(headerSize, dataSize);
+    left.remove_prefix(std::min(Aligned(headerSize + dataSize), left.size()));
+  }
   return {};
 }
 

@@ -19,7 +19,7 @@ LRESULT ControlDefault(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) 
     return reinterpret_cast<LRESULT>(control->font);
   case WM_SETTEXT:
     Invalidate(control);
-    return DefWindowProcA(handle, message, wParam, lParam);
+    [[fallthrough]];
   default:
     return DefWindowProcA(handle, message, wParam, lParam);
   }

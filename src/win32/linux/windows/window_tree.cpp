@@ -1,7 +1,6 @@
 #include "win32/linux/windows/window_tree.h"
 
 #include "win32/linux/text/code_page.h"
-#include "win32/linux/windows/window_classes.h"
 
 #include <algorithm>
 #include <atomic>
@@ -24,12 +23,7 @@ std::vector<HWND> &SiblingsOf(const Window &window) {
   return WindowOf(window.parent != nullptr ? window.parent : Desktop)->children;
 }
 
-// ---- Creation and destruction ----
-
-HWND NewHandle() {
-  static std::atomic<uintptr_t> last = 0x20000;
-  return reinterpret_cast<HWND>(last += 2);
-}
+// ---- Destruction ----
 
 void Forget(const Window &window) {
   if (IsWindow(window.handle) == FALSE)
@@ -65,16 +59,6 @@ void DestroyOwned(HWND owner) {
       DestroyWindow(window);
 }
 
-// A window that is being destroyed, or lies in one that is, gets no more children.
-bool TakesChildren(WindowPtr window) {
-  if (!window)
-    return false;
-  for (; window; window = WindowOf(window->parent))
-    if (window->destroying && window->handle != Desktop)
-      return false;
-  return true;
-}
-
 } // namespace
 
 namespace machine {
@@ -87,12 +71,20 @@ ThreadWindows &ThisThread() {
     desktop->procedure = DefWindowProcA;
     desktop->style = WS_POPUP | WS_VISIBLE;
     desktop->bounds = Screen;
-    desktop->destroying = true; // nobody else is to begin it
     ThreadWindows made;
     made.windows.emplace(Desktop, std::move(desktop));
     return made;
   }();
   return thread;
+}
+
+HWND AddToTree(const WindowPtr &window) {
+  static std::atomic<uintptr_t> last = 0x20000;
+  const HWND handle = window->handle = reinterpret_cast<HWND>(last += 2);
+  ThisThread().windows.emplace(handle, window);
+  std::vector<HWND> &siblings = SiblingsOf(*window);
+  siblings.insert(window->parent != nullptr ? siblings.end() : siblings.begin(), handle);
+  return handle;
 }
 
 WindowPtr WindowOf(HWND handle) {
@@ -133,37 +125,9 @@ int CopyText(const std::string &text, char *buffer, size_t size) {
 
 DWORD GetCurrentThreadId() { return static_cast<DWORD>(gettid()); }
 
-HWND CreateWindowExA(DWORD, const char *className, const char *text, DWORD style, int x, int y, int width, int height,
-                     HWND parent, HMENU menu, HINSTANCE, void *) {
-  const machine::WindowClass *const known = machine::FindClass(className);
-  const WindowPtr above = WindowOf(parent);
-  const bool child = (style & (WS_CHILD | WS_POPUP)) == WS_CHILD;
-  if (known == nullptr || (child ? !TakesChildren(above) : parent != nullptr && !above))
-    return nullptr;
-
-  const auto window = std::make_shared<Window>();
-  const HWND handle = window->handle = NewHandle();
-  window->className = known->name;
-  window->procedure = known->procedure;
-  window->style = style & ~WS_VISIBLE;
-  if (above && parent != Desktop)
-    (child ? window->parent : window->owner) = child ? parent : machine::TopLevelOf(above)->handle;
-  window->id = child ? static_cast<int>(reinterpret_cast<intptr_t>(menu)) : 0;
-  window->text = text;
-  window->bounds = {x, y, x + width, y + height};
-  ThisThread().windows.emplace(handle, window);
-  std::vector<HWND> &siblings = SiblingsOf(*window);
-  siblings.insert(child ? siblings.end() : siblings.begin(), handle);
-
-  SendMessageA(handle, machine::WM_CREATE, 0, 0);
-  if ((style & WS_VISIBLE) != 0)
-    ShowWindow(handle, SW_SHOW);
-  return IsWindow(handle) != FALSE ? handle : nullptr;
-}
-
 BOOL DestroyWindow(HWND handle) {
   const WindowPtr window = WindowOf(handle);
-  if (!window || window->destroying)
+  if (!window || window->destroying || handle == Desktop)
     return FALSE;
   window->destroying = true;
   ShowWindow(handle, SW_HIDE);

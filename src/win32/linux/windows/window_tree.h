@@ -68,6 +68,10 @@ struct ThreadWindows {
 };
 ThreadWindows &ThisThread();
 
+// Gives a new window a handle, and its position among its siblings: behind those of a child, in front of other
+// top-level windows.
+HWND AddToTree(const WindowPtr &window);
+
 // Null for a handle that is no window of this thread.
 WindowPtr WindowOf(HWND handle);
 
