@@ -1,9 +1,11 @@
 // Push buttons and check boxes.
-#include "win32/linux/windows/window_classes.h"
+#include "win32/linux/windows/painting.h"
+#include "win32/linux/windows/system_controls.h"
 
 namespace {
 
 using machine::Window;
+using machine::WindowPtr;
 
 struct ButtonState : machine::WindowState {
   bool checked = false;
@@ -11,20 +13,18 @@ struct ButtonState : machine::WindowState {
 
 DWORD TypeOf(const Window &button) { return button.style & BS_TYPEMASK; }
 
-bool IsPushButton(const Window &button) {
-  return TypeOf(button) == BS_PUSHBUTTON || TypeOf(button) == BS_DEFPUSHBUTTON;
-}
-
 LRESULT DialogCode(const Window &button) {
-  if (!IsPushButton(button))
-    return machine::DLGC_BUTTON;
-  const bool isDefault = TypeOf(button) == BS_DEFPUSHBUTTON;
-  return machine::DLGC_BUTTON | (isDefault ? machine::DLGC_DEFPUSHBUTTON : machine::DLGC_UNDEFPUSHBUTTON);
+  switch (TypeOf(button)) {
+  case BS_PUSHBUTTON:
+    return machine::DLGC_UNDEFPUSHBUTTON;
+  case BS_DEFPUSHBUTTON:
+    return machine::DLGC_DEFPUSHBUTTON;
+  default:
+    return 0;
+  }
 }
 
-void Check(const std::shared_ptr<Window> &button, ButtonState &state, bool checked) {
-  if (IsPushButton(*button))
-    return;
+void Check(const WindowPtr &button, ButtonState &state, bool checked) {
   state.checked = checked;
   machine::Invalidate(button);
 }
@@ -32,8 +32,8 @@ void Check(const std::shared_ptr<Window> &button, ButtonState &state, bool check
 } // namespace
 
 LRESULT machine::ButtonProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const std::shared_ptr<Window> button = WindowOf(handle);
-  const auto state = ControlState<ButtonState>(button, message);
+  const WindowPtr button = WindowOf(handle);
+  const auto state = StateOf<ButtonState>(button, message);
   if (!state)
     return DefWindowProcA(handle, message, wParam, lParam);
   switch (message) {
@@ -42,7 +42,7 @@ LRESULT machine::ButtonProcedure(HWND handle, UINT message, WPARAM wParam, LPARA
   case BM_GETCHECK:
     return state->checked;
   case BM_SETCHECK:
-    Check(button, *state, wParam != BST_UNCHECKED);
+    Check(button, *state, wParam == BST_CHECKED);
     return 0;
   case BM_CLICK:
     SetFocus(handle);
@@ -51,6 +51,6 @@ LRESULT machine::ButtonProcedure(HWND handle, UINT message, WPARAM wParam, LPARA
     NotifyParent(*button, BN_CLICKED);
     return 0;
   default:
-    return ControlDefault(handle, message, wParam, lParam);
+    return DefWindowProcA(handle, message, wParam, lParam);
   }
 }

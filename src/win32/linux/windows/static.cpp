@@ -1,5 +1,6 @@
 // Static texts, icons and bitmaps.
-#include "win32/linux/windows/window_classes.h"
+#include "win32/linux/windows/painting.h"
+#include "win32/linux/windows/system_controls.h"
 
 #include <utility>
 
@@ -12,21 +13,17 @@ struct StaticState : machine::WindowState {
 } // namespace
 
 LRESULT machine::StaticProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const std::shared_ptr<Window> control = WindowOf(handle);
-  const auto state = ControlState<StaticState>(control, message);
+  const WindowPtr control = WindowOf(handle);
+  const auto state = StateOf<StaticState>(control, message);
   if (!state)
     return DefWindowProcA(handle, message, wParam, lParam);
   switch (message) {
-  case WM_GETDLGCODE:
-    return DLGC_STATIC;
   case STM_SETICON:
-    if ((control->style & SS_TYPEMASK) != SS_ICON)
-      return 0;
     Invalidate(control);
     return reinterpret_cast<LRESULT>(std::exchange(state->icon, reinterpret_cast<HICON>(wParam)));
   case STM_GETICON:
     return reinterpret_cast<LRESULT>(state->icon);
   default:
-    return ControlDefault(handle, message, wParam, lParam);
+    return DefWindowProcA(handle, message, wParam, lParam);
   }
 }
