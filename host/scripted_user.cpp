@@ -1,8 +1,8 @@
 #include "scripted_user.h"
 
 #include "clients/file_queries.h"
+#include "transcript.h"
 #include "utf8.h"
-#include "window_view.h"
 
 #include <algorithm>
 #include <exception>

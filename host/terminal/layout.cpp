@@ -1,7 +1,7 @@
 #include "terminal/layout.h"
 
 #include "terminal/columns.h"
-#include "window_reader.h"
+#include "window_controls.h"
 
 #include <algorithm>
 #include <cmath>

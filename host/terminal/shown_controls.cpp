@@ -1,7 +1,7 @@
 #include "terminal/shown_controls.h"
 
 #include "utf8.h"
-#include "window_reader.h"
+#include "window_controls.h"
 
 #include <algorithm>
 #include <cctype>

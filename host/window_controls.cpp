@@ -1,4 +1,4 @@
-#include "window_reader.h"
+#include "window_controls.h"
 
 #include "utf8.h"
 

@@ -1,4 +1,4 @@
-#include "window_view.h"
+#include "transcript.h"
 
 #include "wizard_script.h"
 

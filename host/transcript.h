@@ -1,7 +1,7 @@
 // What a user sees of a wizard's windows, in the words of a transcript: UTF-8, texts in quotes.
 #pragma once
 
-#include "window_reader.h"
+#include "window_controls.h"
 
 #include <span>
 #include <string>
