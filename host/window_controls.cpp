@@ -4,8 +4,15 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 
-DWORD StyleOf(HWND window) { return static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)); }
+namespace {
+
+bool HasStyle(HWND window, DWORD bits) {
+  return (static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)) & bits) == bits;
+}
+
+DWORD TypeOf(HWND window, DWORD mask) { return static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)) & mask; }
 
 std::string ClassOf(HWND window) {
   char name[64] = "";
@@ -15,44 +22,103 @@ std::string ClassOf(HWND window) {
   return lower;
 }
 
-bool IsClass(HWND window, const char *className) { return ClassOf(window) == className; }
+ControlKind KindOf(HWND window, const std::string &className) {
+  if (className == "static") {
+    const DWORD type = TypeOf(window, SS_TYPEMASK);
+    return type == SS_ICON ? ControlKind::Icon : type == SS_BITMAP ? ControlKind::Other : ControlKind::Label;
+  }
+  if (className == "edit")
+    return TypeOf(window, ES_MULTILINE | ES_READONLY) != 0 ? ControlKind::Document : ControlKind::Field;
+  if (className == "combobox")
+    return HasStyle(window, CBS_DROPDOWNLIST) ? ControlKind::List : ControlKind::EditableList;
+  if (className == "button")
+    return TypeOf(window, BS_TYPEMASK) > BS_DEFPUSHBUTTON ? ControlKind::CheckBox : ControlKind::Button;
+  return ControlKind::Other;
+}
+
+HWND EditOf(HWND window, ControlKind kind) {
+  const bool isEdit = kind == ControlKind::Field || kind == ControlKind::Document;
+  const HWND edit = isEdit ? window : kind == ControlKind::EditableList ? GetWindow(window, GW_CHILD) : nullptr;
+  return edit == nullptr || HasStyle(edit, ES_READONLY) ? nullptr : edit;
+}
+
+void ReadList(Control &list) {
+  const HWND window = list.window;
+  const LRESULT count = SendMessageA(window, CB_GETCOUNT, 0, 0);
+  for (WPARAM index = 0; static_cast<LRESULT>(index) < count; ++index) {
+    std::string item(static_cast<size_t>(SendMessageA(window, CB_GETLBTEXTLEN, index, 0)) + 1, '\0');
+    item.resize(static_cast<size_t>(SendMessageA(window, CB_GETLBTEXT, index, reinterpret_cast<LPARAM>(item.data()))));
+    list.items.push_back(ToUtf8(item));
+  }
+  list.selected = static_cast<int>(SendMessageA(window, CB_GETCURSEL, 0, 0));
+  list.listIsOpen = SendMessageA(window, CB_GETDROPPEDSTATE, 0, 0) != FALSE;
+}
+
+// An ampersand marks the letter behind it; two of them stand for one that is shown.
+void ReadLabel(Control &control) {
+  const std::string &text = control.text;
+  if (!control.IsButton() && (control.kind != ControlKind::Label || HasStyle(control.window, SS_NOPREFIX))) {
+    control.label = text;
+    return;
+  }
+  for (size_t at = 0; at < text.size(); ++at) {
+    if (text[at] == '&' && ++at < text.size() && text[at] != '&')
+      control.mnemonic = static_cast<char>(std::tolower(static_cast<unsigned char>(text[at])));
+    if (at < text.size())
+      control.label += text[at];
+  }
+}
+
+} // namespace
+
+Control ReadControl(HWND window) {
+  Control control;
+  control.window = window;
+  control.id = GetDlgCtrlID(window);
+  control.className = ClassOf(window);
+  control.kind = KindOf(window, control.className);
+  control.edit = EditOf(window, control.kind);
+  GetWindowRect(window, &control.bounds);
+  control.text = ReadText(window);
+  ReadLabel(control);
+  control.visible = IsWindowVisible(window) != FALSE;
+  control.enabled = IsWindowEnabled(window) != FALSE;
+  control.focused = GetFocus() == window || (control.edit != nullptr && GetFocus() == control.edit);
+  if (control.kind == ControlKind::Icon)
+    control.icon = reinterpret_cast<HICON>(SendMessageA(window, STM_GETICON, 0, 0));
+  if (control.kind == ControlKind::CheckBox)
+    control.checked = SendMessageA(window, BM_GETCHECK, 0, 0) == static_cast<LRESULT>(BST_CHECKED);
+  if (control.IsList())
+    ReadList(control);
+  return control;
+}
+
+std::vector<Control> ControlsIn(HWND window) {
+  std::vector<Control> controls;
+  for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
+    if (ClassOf(child) == "#32770")
+      std::ranges::move(ControlsIn(child), std::back_inserter(controls));
+    else
+      controls.push_back(ReadControl(child));
+  return controls;
+}
 
 bool IsUsable(HWND control) { return control != nullptr && IsWindowVisible(control) && IsWindowEnabled(control); }
 
-std::vector<HWND> ChildrenOf(HWND window) {
-  std::vector<HWND> children;
-  for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
-    children.push_back(child);
-  return children;
-}
+std::string ReadText(HWND window) { return ToUtf8(ReadRawText(window)); }
 
-std::string ReadRawText(HWND window) {
-  std::string text(static_cast<size_t>(GetWindowTextLengthA(window)) + 1, '\0');
-  text.resize(static_cast<size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
+std::string ReadRawText(HWND edit) {
+  std::string text(static_cast<size_t>(GetWindowTextLengthA(edit)) + 1, '\0');
+  text.resize(static_cast<size_t>(GetWindowTextA(edit, text.data(), static_cast<int>(text.size()))));
   return text;
 }
 
-std::string ReadText(HWND window) { return ToUtf8(ReadRawText(window)); }
-
-std::vector<std::string> ReadItems(HWND comboBox) {
-  std::vector<std::string> items;
-  const LRESULT count = SendMessageA(comboBox, CB_GETCOUNT, 0, 0);
-  for (WPARAM index = 0; static_cast<LRESULT>(index) < count; ++index) {
-    std::string item(static_cast<size_t>(SendMessageA(comboBox, CB_GETLBTEXTLEN, index, 0)) + 1, '\0');
-    item.resize(
-        static_cast<size_t>(SendMessageA(comboBox, CB_GETLBTEXT, index, reinterpret_cast<LPARAM>(item.data()))));
-    items.push_back(ToUtf8(item));
-  }
-  return items;
+Selection SelectionIn(HWND edit) {
+  DWORD begin = 0;
+  DWORD end = 0;
+  SendMessageA(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&begin), reinterpret_cast<LPARAM>(&end));
+  return {begin, end};
 }
-
-bool IsCheckBox(HWND control) {
-  return IsClass(control, "button") && (StyleOf(control) & BS_TYPEMASK) > BS_DEFPUSHBUTTON;
-}
-
-bool IsChecked(HWND button) { return SendMessageA(button, BM_GETCHECK, 0, 0) == static_cast<LRESULT>(BST_CHECKED); }
-
-bool IsReadOnly(HWND edit) { return (StyleOf(edit) & ES_READONLY) != 0; }
 
 void PostKey(HWND top, int key) {
   const HWND focus = GetFocus();

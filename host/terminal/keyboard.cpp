@@ -21,17 +21,17 @@ struct Scene {
     for (const Control &control : controls) {
       if (control.focused)
         focused = &control;
-      if (IsListOpen(control))
+      if (control.listIsOpen)
         open = &control;
     }
   }
   Scene(const Scene &) = delete;
   Scene &operator=(const Scene &) = delete;
 
-  bool IsFocused(Kind kind) const { return focused != nullptr && focused->kind == kind; }
-  bool IsListFocused() const { return IsFocused(Kind::List) || IsFocused(Kind::EditableList); }
+  bool IsFocused(ControlKind kind) const { return focused != nullptr && focused->kind == kind; }
+  bool IsListFocused() const { return focused != nullptr && focused->IsList(); }
   // Where typed characters go, null for nowhere.
-  HWND Edit() const { return focused != nullptr ? EditOf(*focused) : nullptr; }
+  HWND Edit() const { return focused != nullptr ? focused->edit : nullptr; }
 };
 
 void ShowList(const Control &list, bool open) { SendMessageA(list.window, CB_SHOWDROPDOWN, open ? TRUE : FALSE, 0); }
@@ -41,10 +41,7 @@ void CloseList(const Scene &scene) {
     ShowList(*scene.open, false);
 }
 
-void Click(HWND button) {
-  if (button != nullptr)
-    SendMessageA(button, BM_CLICK, 0, 0);
-}
+void Click(HWND button) { SendMessageA(button, BM_CLICK, 0, 0); }
 
 void MoveFocus(HWND top, bool back) { SendMessageA(top, WM_NEXTDLGCTL, back ? TRUE : FALSE, FALSE); }
 
@@ -111,7 +108,9 @@ void EraseAhead(HWND edit) {
 
 // ---- Mnemonics ----
 
-bool TakesFocus(const Control &control) { return control.enabled && control.kind != Kind::Text; }
+bool TakesFocus(const Control &control) {
+  return control.IsUsable() && (control.IsButton() || control.IsList() || control.className == "edit");
+}
 
 // A button or check box of that letter is clicked; behind a text of that letter the next control gets the focus.
 void PressMnemonic(const Scene &scene, const std::string &letter) {
@@ -119,10 +118,10 @@ void PressMnemonic(const Scene &scene, const std::string &letter) {
     return;
   const auto key = static_cast<char>(std::tolower(static_cast<unsigned char>(letter.front())));
   const auto found = std::ranges::find_if(
-      scene.controls, [&](const Control &control) { return control.mnemonic == key && control.enabled; });
+      scene.controls, [&](const Control &control) { return control.mnemonic == key && control.IsUsable(); });
   if (found == scene.controls.end())
     return;
-  if (found->kind != Kind::Text)
+  if (found->kind != ControlKind::Label)
     return Click(found->window);
   const auto next = std::find_if(found, scene.controls.end(), TakesFocus);
   if (next != scene.controls.end())
@@ -136,12 +135,12 @@ std::string PressCharacter(const Scene &scene, const std::string &character) {
     CloseList(scene);
   if (const HWND edit = scene.Edit())
     return TypeInto(edit, character);
-  if (scene.IsFocused(Kind::List)) {
+  if (scene.IsFocused(ControlKind::List)) {
     if (character == " ")
       ShowList(*scene.focused, scene.open != scene.focused);
     else if (character.size() == 1)
       SendMessageA(scene.focused->window, WM_CHAR, static_cast<unsigned char>(character.front()), 0);
-  } else if (character == " " && (scene.IsFocused(Kind::Button) || scene.IsFocused(Kind::Check))) {
+  } else if (character == " " && (scene.focused != nullptr && scene.focused->IsButton())) {
     Click(scene.focused->window);
   } else {
     PressMnemonic(scene, character);
@@ -175,7 +174,8 @@ void PressTab(const Scene &scene, bool back) {
 
 void PressHelp(const Scene &scene) {
   CloseList(scene);
-  Click(EnabledButton(scene.top, IDHELP));
+  if (const HWND help = GetDlgItem(scene.top, IDHELP); IsUsable(help))
+    Click(help);
 }
 
 void Scroll(Scrolling &scrolling, int lines) {
@@ -186,7 +186,7 @@ void Scroll(Scrolling &scrolling, int lines) {
 void PressUpOrDown(const Scene &scene, bool up, Scrolling &scrolling) {
   if (scene.open != nullptr || scene.IsListFocused())
     SendKey((scene.open != nullptr ? scene.open : scene.focused)->window, up ? VK_UP : VK_DOWN);
-  else if (scene.IsFocused(Kind::Document))
+  else if (scene.IsFocused(ControlKind::Document))
     Scroll(scrolling, up ? -1 : 1);
   else
     MoveFocus(scene.top, up);
@@ -200,7 +200,7 @@ void PressLeftOrRight(const Scene &scene, bool left) {
 }
 
 void PressHomeOrEnd(const Scene &scene, bool home, Scrolling &scrolling) {
-  if (scene.open != nullptr || scene.IsFocused(Kind::List))
+  if (scene.open != nullptr || scene.IsFocused(ControlKind::List))
     SendKey((scene.open != nullptr ? scene.open : scene.focused)->window, home ? VK_HOME : VK_END);
   else if (const HWND edit = scene.Edit())
     Select(edit, home ? 0 : ReadRawText(edit).size(), home ? 0 : ReadRawText(edit).size());

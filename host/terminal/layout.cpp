@@ -1,6 +1,7 @@
 #include "terminal/layout.h"
 
 #include "terminal/columns.h"
+#include "utf8.h"
 #include "window_controls.h"
 
 #include <algorithm>
@@ -53,9 +54,10 @@ struct Scale {
 
 int Rounded(double value) { return static_cast<int>(std::lround(value)); }
 
-bool IsText(Kind kind) { return kind == Kind::Text || kind == Kind::Document; }
+bool IsText(ControlKind kind) { return kind == ControlKind::Label || kind == ControlKind::Document; }
 
-bool HasOwnWidth(Kind kind) { return kind == Kind::Field || kind == Kind::List || kind == Kind::EditableList; }
+// Whether it is as wide as in the window, whatever stands in it.
+bool HasOwnWidth(const Control &control) { return control.kind == ControlKind::Field || control.IsList(); }
 
 int WidthOf(const std::vector<std::string> &lines) {
   int width = 0;
@@ -66,18 +68,43 @@ int WidthOf(const std::vector<std::string> &lines) {
 
 std::string ShownText(const Control &control) {
   switch (control.kind) {
-  case Kind::Check:
-    return (IsChecked(control.window) ? "[*] " : "[ ] ") + control.text;
-  case Kind::Button:
-    return control.enabled ? "[ " + control.text + " ]" : "  " + control.text + "  ";
+  case ControlKind::CheckBox:
+    return (control.checked ? "[*] " : "[ ] ") + control.label;
+  case ControlKind::Button:
+    return control.enabled ? "[ " + control.label + " ]" : "  " + control.label + "  ";
   default:
-    return control.text;
+    return control.label;
   }
 }
 
 // The buttons of the window itself stand below all else.
 bool IsInButtonRow(HWND top, const Control &control) {
-  return control.kind == Kind::Button && GetParent(control.window) == top;
+  return control.kind == ControlKind::Button && GetParent(control.window) == top;
+}
+
+// What shows a text or can be worked, with its bounds from the corner of the window.
+std::vector<Control> ShownControls(HWND top) {
+  std::vector<Control> controls = ControlsIn(top);
+  std::erase_if(controls, [](const Control &control) {
+    const bool isPicture = control.kind == ControlKind::Icon || control.kind == ControlKind::Other;
+    return !control.visible || isPicture || (control.kind == ControlKind::Label && control.text.empty());
+  });
+  RECT window{};
+  GetWindowRect(top, &window);
+  for (Control &control : controls) {
+    RECT &bounds = control.bounds;
+    bounds = {bounds.left - window.left, bounds.top - window.top, bounds.right - window.left,
+              bounds.bottom - window.top};
+  }
+  return controls;
+}
+
+// The button that Enter presses: the focused one, also of another window, or else the window's default one.
+HWND DefaultButton(HWND top) {
+  if (const HWND focus = GetFocus(); focus != nullptr && ReadControl(focus).kind == ControlKind::Button)
+    return focus;
+  const LRESULT answer = SendMessageA(top, DM_GETDEFID, 0, 0);
+  return GetDlgItem(top, LOWORD(static_cast<uintptr_t>(answer)));
 }
 
 // ---- Measuring ----
@@ -96,9 +123,9 @@ Scale MeasureWindow(HWND top, const std::vector<Control> &controls, Size screen)
   LONG bottom = area.bottom;
   for (const Control &control : controls)
     if (IsInButtonRow(top, control))
-      bottom = std::min(bottom, control.place.top);
+      bottom = std::min(bottom, control.bounds.top);
     else
-      left = std::min(left, control.place.left);
+      left = std::min(left, control.bounds.left);
 
   const int mostColumns = screen.columns - 2 * (Frame + Margin) - 2 * Shadow;
   const int mostRows = screen.rows - 2 * Frame - Shadow - HintRow - ButtonRow;
@@ -112,15 +139,15 @@ Scale MeasureWindow(HWND top, const std::vector<Control> &controls, Size screen)
 
 // What begins at about the same height stands in one row, from left to right.
 std::vector<Row> GroupInRows(std::vector<Control> controls, LONG tolerance) {
-  std::ranges::stable_sort(controls, {}, [](const Control &control) { return control.place.top; });
+  std::ranges::stable_sort(controls, {}, [](const Control &control) { return control.bounds.top; });
   std::vector<Row> rows;
   for (Control &control : controls) {
-    if (rows.empty() || control.place.top - rows.back().naturalTop >= tolerance)
-      rows.emplace_back().naturalTop = static_cast<int>(control.place.top);
+    if (rows.empty() || control.bounds.top - rows.back().naturalTop >= tolerance)
+      rows.emplace_back().naturalTop = static_cast<int>(control.bounds.top);
     rows.back().parts.push_back({std::move(control), 0, 0, {}});
   }
   for (Row &row : rows)
-    std::ranges::stable_sort(row.parts, {}, [](const Placed &part) { return part.control.place.left; });
+    std::ranges::stable_sort(row.parts, {}, [](const Placed &part) { return part.control.bounds.left; });
   return rows;
 }
 
@@ -136,14 +163,14 @@ int WidthSideBySide(const Row &buttons) {
 void PlaceAcross(Row &row, const Scale &scale) {
   int behind = 0;
   for (Placed &part : row.parts) {
-    const RECT &place = part.control.place;
-    const int natural = Rounded(static_cast<double>(place.right - place.left) * scale.across);
-    part.column = std::max(Rounded(static_cast<double>(place.left - scale.left) * scale.across), behind);
+    const RECT &bounds = part.control.bounds;
+    const int natural = Rounded(static_cast<double>(bounds.right - bounds.left) * scale.across);
+    part.column = std::max(Rounded(static_cast<double>(bounds.left - scale.left) * scale.across), behind);
     const int space = std::max(scale.columns - part.column, 1);
-    if (HasOwnWidth(part.control.kind)) {
+    if (HasOwnWidth(part.control)) {
       part.width = std::min(std::max(natural, NarrowestField), space);
       part.lines = {part.control.text};
-    } else if (part.control.kind == Kind::Document) {
+    } else if (part.control.kind == ControlKind::Document) {
       part.width = space;
       part.lines = Wrap(part.control.text, std::max(space - 1, 1)); // the last column has the marks of scrolling
     } else {
@@ -157,9 +184,9 @@ void PlaceAcross(Row &row, const Scale &scale) {
 void MeasureHeight(Row &row, const Scale &scale) {
   for (const Placed &part : row.parts) {
     int lines = static_cast<int>(part.lines.size());
-    const RECT &place = part.control.place;
-    if (part.control.kind == Kind::Document)
-      lines = std::max(lines, Rounded(static_cast<double>(place.bottom - place.top) * scale.down));
+    const RECT &bounds = part.control.bounds;
+    if (part.control.kind == ControlKind::Document)
+      lines = std::max(lines, Rounded(static_cast<double>(bounds.bottom - bounds.top) * scale.down));
     row.height = std::max(row.height, lines);
     row.mayShrink = row.mayShrink || (IsText(part.control.kind) && lines > FewestLines);
   }
@@ -213,10 +240,10 @@ Row TakeButtons(HWND top, std::vector<Control> &contents) {
   const auto first = std::stable_partition(contents.begin(), contents.end(),
                                            [&](const Control &control) { return !IsInButtonRow(top, control); });
   std::stable_sort(first, contents.end(),
-                   [](const Control &left, const Control &right) { return left.place.left < right.place.left; });
+                   [](const Control &left, const Control &right) { return left.bounds.left < right.bounds.left; });
   Row row;
   for (auto button = first; button != contents.end(); ++button) {
-    row.naturalTop = static_cast<int>(button->place.top);
+    row.naturalTop = static_cast<int>(button->bounds.top);
     const std::string text = ShownText(*button);
     row.parts.push_back({std::move(*button), 0, Width(text), {text}});
   }
@@ -225,7 +252,7 @@ Row TakeButtons(HWND top, std::vector<Control> &contents) {
 }
 
 Plan MakePlan(HWND top, Size screen) {
-  std::vector<Control> contents = ControlsIn(top);
+  std::vector<Control> contents = ShownControls(top);
   const Scale scale = MeasureWindow(top, contents, screen);
   Plan plan;
   plan.buttons = TakeButtons(top, contents);
@@ -246,9 +273,25 @@ Plan MakePlan(HWND top, Size screen) {
 
 // ---- Drawing ----
 
+// What stands in an edit control, parted by its selection.
+struct Typed {
+  std::string before;
+  std::string selected;
+  std::string behind;
+};
+
+Typed TypedIn(HWND edit) {
+  const std::string text = ReadRawText(edit);
+  const Selection selection = SelectionIn(edit);
+  const size_t end = std::min(selection.end, text.size());
+  const size_t begin = std::min(selection.begin, end);
+  return {ToUtf8(text.substr(0, begin)), ToUtf8(text.substr(begin, end - begin)), ToUtf8(text.substr(end))};
+}
+
 class Artist {
 public:
-  Artist(HWND itsTop, Size itsScreen, const Scrolling &before) : top(itsTop), screen(itsScreen), scrolled(before) {}
+  Artist(HWND itsTop, Size itsScreen, const Scrolling &before)
+      : top(itsTop), screen(itsScreen), defaultButton(DefaultButton(itsTop)), scrolled(before) {}
 
   Layout Draw();
 
@@ -263,6 +306,7 @@ private:
 
   HWND top;
   Size screen;
+  HWND defaultButton;
   Scrolling scrolled; // before
   Scrolling scrolling;
   Pane pane;
@@ -281,7 +325,7 @@ Layout Artist::Draw() {
   Layout layout = {{pane}, scrolling};
   for (const Row &row : plan.rows)
     for (const Placed &part : row.parts)
-      if (IsListOpen(part.control))
+      if (part.control.listIsOpen)
         layout.panes.push_back(OpenList(part, row.row));
   return layout;
 }
@@ -290,11 +334,11 @@ Look Artist::LookOf(const Control &control) const {
   if (!control.enabled)
     return Look::Disabled;
   if (control.focused)
-    return control.kind == Kind::Document || EditOf(control) != nullptr ? Look::FocusedField : Look::Focused;
-  if (HasOwnWidth(control.kind) || control.kind == Kind::Document)
+    return control.kind == ControlKind::Document || control.edit != nullptr ? Look::FocusedField : Look::Focused;
+  if (HasOwnWidth(control) || control.kind == ControlKind::Document)
     return Look::Field;
-  if (control.kind == Kind::Button)
-    return control.window == DefaultButton(top) ? Look::DefaultButton : Look::Button;
+  if (control.kind == ControlKind::Button)
+    return control.window == defaultButton ? Look::DefaultButton : Look::Button;
   return Look::Plain;
 }
 
@@ -306,14 +350,14 @@ void Artist::DrawRow(const Row &row) {
       pane.cursor = place;
     const int beforeButton = part.width - DropButtonWidth;
     switch (part.control.kind) {
-    case Kind::Field:
+    case ControlKind::Field:
       DrawField(part, place, part.width);
       break;
-    case Kind::EditableList:
+    case ControlKind::EditableList:
       DrawField(part, place, beforeButton);
       Put({place.column + beforeButton, place.row}, DropButton, look);
       break;
-    case Kind::List:
+    case ControlKind::List:
       Put(place, Fit(part.control.text, beforeButton) + DropButton, look);
       break;
     default:
@@ -326,7 +370,7 @@ void Artist::DrawRow(const Row &row) {
 void Artist::DrawField(const Placed &part, Place place, int width) {
   const Look look = LookOf(part.control);
   const bool focused = look == Look::FocusedField;
-  const Typed typed = TypedIn(EditOf(part.control));
+  const Typed typed = TypedIn(part.control.edit);
   const int caret = Width(typed.before + typed.selected);
   const int hidden = focused ? std::max(caret - width + 1, 0) : 0;
   Put(place, Fit("", width), look);
@@ -347,7 +391,7 @@ void Artist::DrawField(const Placed &part, Place place, int width) {
 
 void Artist::DrawLines(const Placed &part, Place place, int height) {
   const Look look = LookOf(part.control);
-  const bool isDocument = part.control.kind == Kind::Document;
+  const bool isDocument = part.control.kind == ControlKind::Document;
   const int lines = static_cast<int>(part.lines.size());
   const int shown = isDocument ? height : std::min(lines, height);
   const bool scrolls = lines > height;
@@ -370,8 +414,8 @@ void Artist::DrawLines(const Placed &part, Place place, int height) {
 
 // The list of a combo box, below it or else above.
 Pane Artist::OpenList(const Placed &part, int row) const {
-  const std::vector<std::string> items = ReadItems(part.control.window);
-  const int selection = SelectedItem(part.control.window);
+  const std::vector<std::string> &items = part.control.items;
+  const int selection = part.control.selected;
   const int lineOfList = pane.corner.row + row;
   const int below = screen.rows - HintRow - (lineOfList + 1) - 2 * Frame;
   const int above = lineOfList - 2 * Frame;

@@ -1,7 +1,7 @@
 // What a window looks like in a terminal: its controls as texts in rows and columns, placed like the window's own.
 #pragma once
 
-#include "terminal/shown_controls.h"
+#include "win32/win32_ui.h"
 
 #include <string>
 #include <vector>
