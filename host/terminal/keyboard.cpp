@@ -1,10 +1,12 @@
 #include "terminal/keyboard.h"
 
+#include "terminal/columns.h"
 #include "utf8.h"
 #include "window_controls.h"
 
 #include <algorithm>
-#include <cctype>
+#include <curses.h>
+#include <cwctype>
 
 namespace terminal {
 
@@ -63,12 +65,12 @@ bool IsFull(HWND edit, size_t more) {
   return kept + more > static_cast<size_t>(SendMessageA(edit, EM_GETLIMITTEXT, 0, 0));
 }
 
-std::string TypeInto(HWND edit, const std::string &character) {
-  const std::optional<std::string> bytes = FromUtf8(character);
+std::wstring TypeInto(HWND edit, wchar_t character) {
+  const std::optional<std::string> bytes = FromUtf8(Narrow(character));
   if (!bytes)
-    return ToUtf8("この文字は使えません: ") + character;
+    return std::wstring(L"この文字は使えません: ") + character;
   if (IsFull(edit, bytes->size()))
-    return ToUtf8("これ以上は入力できません。");
+    return L"これ以上は入力できません。";
   for (const char byte : *bytes)
     SendMessageA(edit, WM_CHAR, static_cast<unsigned char>(byte), 0);
   return {};
@@ -113,12 +115,11 @@ bool TakesFocus(const Control &control) {
 }
 
 // A button or check box of that letter is clicked; behind a text of that letter the next control gets the focus.
-void PressMnemonic(const Scene &scene, const std::string &letter) {
-  if (letter.size() != 1)
-    return;
-  const auto key = static_cast<char>(std::tolower(static_cast<unsigned char>(letter.front())));
-  const auto found = std::ranges::find_if(
-      scene.controls, [&](const Control &control) { return control.mnemonic == key && control.IsUsable(); });
+void PressMnemonic(const Scene &scene, wchar_t letter) {
+  const wint_t key = std::towlower(static_cast<wint_t>(letter));
+  const auto found = std::ranges::find_if(scene.controls, [&](const Control &control) {
+    return control.mnemonic != '\0' && static_cast<wint_t>(control.mnemonic) == key && control.IsUsable();
+  });
   if (found == scene.controls.end())
     return;
   if (found->kind != ControlKind::Label)
@@ -130,27 +131,27 @@ void PressMnemonic(const Scene &scene, const std::string &letter) {
 
 // ---- Keys ----
 
-std::string PressCharacter(const Scene &scene, const std::string &character) {
+void ToggleList(const Scene &scene) {
+  if (scene.IsListFocused())
+    ShowList(*scene.focused, scene.open != scene.focused);
+}
+
+std::wstring PressCharacter(const Scene &scene, wchar_t character) {
   if (scene.open != scene.focused)
     CloseList(scene);
   if (const HWND edit = scene.Edit())
     return TypeInto(edit, character);
   if (scene.IsFocused(ControlKind::List)) {
-    if (character == " ")
-      ShowList(*scene.focused, scene.open != scene.focused);
-    else if (character.size() == 1)
-      SendMessageA(scene.focused->window, WM_CHAR, static_cast<unsigned char>(character.front()), 0);
-  } else if (character == " " && (scene.focused != nullptr && scene.focused->IsButton())) {
+    if (character == L' ')
+      ToggleList(scene);
+    else if (character < 0x80)
+      SendMessageA(scene.focused->window, WM_CHAR, static_cast<WPARAM>(character), 0);
+  } else if (character == L' ' && (scene.focused != nullptr && scene.focused->IsButton())) {
     Click(scene.focused->window);
   } else {
     PressMnemonic(scene, character);
   }
   return {};
-}
-
-void ToggleList(const Scene &scene) {
-  if (scene.IsListFocused())
-    ShowList(*scene.focused, scene.open != scene.focused);
 }
 
 void PressEnter(const Scene &scene) {
@@ -208,53 +209,52 @@ void PressHomeOrEnd(const Scene &scene, bool home, Scrolling &scrolling) {
     Scroll(scrolling, home ? -scrolling.lines : scrolling.lines);
 }
 
-void EraseIn(const Scene &scene, KeyCode code) {
+void EraseIn(const Scene &scene, int key) {
   const HWND edit = scene.Edit();
   if (edit == nullptr)
     return;
-  if (code == KeyCode::Backspace)
+  if (key == KEY_BACKSPACE) {
     SendMessageA(edit, WM_CHAR, VK_BACK, 0);
-  else if (code == KeyCode::Delete)
+  } else if (key == KEY_DC) {
     EraseAhead(edit);
-  else {
+  } else {
     Select(edit, 0, ReadRawText(edit).size());
     Erase(edit);
   }
 }
 
-// What the keys do that bring no character with them.
 constexpr struct {
-  KeyCode code;
+  int key;
   void (*press)(const Scene &scene, Scrolling &scrolling);
 } Actions[] = {
-    {KeyCode::Enter, [](const Scene &scene, Scrolling &) { PressEnter(scene); }},
-    {KeyCode::Escape, [](const Scene &scene, Scrolling &) { PressEscape(scene); }},
-    {KeyCode::Tab, [](const Scene &scene, Scrolling &) { PressTab(scene, false); }},
-    {KeyCode::BackTab, [](const Scene &scene, Scrolling &) { PressTab(scene, true); }},
-    {KeyCode::Backspace, [](const Scene &scene, Scrolling &) { EraseIn(scene, KeyCode::Backspace); }},
-    {KeyCode::Delete, [](const Scene &scene, Scrolling &) { EraseIn(scene, KeyCode::Delete); }},
-    {KeyCode::EraseAll, [](const Scene &scene, Scrolling &) { EraseIn(scene, KeyCode::EraseAll); }},
-    {KeyCode::Left, [](const Scene &scene, Scrolling &) { PressLeftOrRight(scene, true); }},
-    {KeyCode::Right, [](const Scene &scene, Scrolling &) { PressLeftOrRight(scene, false); }},
-    {KeyCode::Up, [](const Scene &scene, Scrolling &scrolling) { PressUpOrDown(scene, true, scrolling); }},
-    {KeyCode::Down, [](const Scene &scene, Scrolling &scrolling) { PressUpOrDown(scene, false, scrolling); }},
-    {KeyCode::Home, [](const Scene &scene, Scrolling &scrolling) { PressHomeOrEnd(scene, true, scrolling); }},
-    {KeyCode::End, [](const Scene &scene, Scrolling &scrolling) { PressHomeOrEnd(scene, false, scrolling); }},
-    {KeyCode::PageUp, [](const Scene &, Scrolling &scrolling) { Scroll(scrolling, -scrolling.shown); }},
-    {KeyCode::PageDown, [](const Scene &, Scrolling &scrolling) { Scroll(scrolling, scrolling.shown); }},
-    {KeyCode::Help, [](const Scene &scene, Scrolling &) { PressHelp(scene); }},
-    {KeyCode::ToggleList, [](const Scene &scene, Scrolling &) { ToggleList(scene); }},
+    {KEY_ENTER, [](const Scene &scene, Scrolling &) { PressEnter(scene); }},
+    {KEY_CANCEL, [](const Scene &scene, Scrolling &) { PressEscape(scene); }},
+    {KEY_NEXT, [](const Scene &scene, Scrolling &) { PressTab(scene, false); }},
+    {KEY_BTAB, [](const Scene &scene, Scrolling &) { PressTab(scene, true); }},
+    {KEY_BACKSPACE, [](const Scene &scene, Scrolling &) { EraseIn(scene, KEY_BACKSPACE); }},
+    {KEY_DC, [](const Scene &scene, Scrolling &) { EraseIn(scene, KEY_DC); }},
+    {KEY_DL, [](const Scene &scene, Scrolling &) { EraseIn(scene, KEY_DL); }},
+    {KEY_LEFT, [](const Scene &scene, Scrolling &) { PressLeftOrRight(scene, true); }},
+    {KEY_RIGHT, [](const Scene &scene, Scrolling &) { PressLeftOrRight(scene, false); }},
+    {KEY_UP, [](const Scene &scene, Scrolling &scrolling) { PressUpOrDown(scene, true, scrolling); }},
+    {KEY_DOWN, [](const Scene &scene, Scrolling &scrolling) { PressUpOrDown(scene, false, scrolling); }},
+    {KEY_HOME, [](const Scene &scene, Scrolling &scrolling) { PressHomeOrEnd(scene, true, scrolling); }},
+    {KEY_END, [](const Scene &scene, Scrolling &scrolling) { PressHomeOrEnd(scene, false, scrolling); }},
+    {KEY_PPAGE, [](const Scene &, Scrolling &scrolling) { Scroll(scrolling, -scrolling.shown); }},
+    {KEY_NPAGE, [](const Scene &, Scrolling &scrolling) { Scroll(scrolling, scrolling.shown); }},
+    {KEY_F(1), [](const Scene &scene, Scrolling &) { PressHelp(scene); }},
+    {KEY_F(4), [](const Scene &scene, Scrolling &) { ToggleList(scene); }},
 };
 
 } // namespace
 
-std::string Press(HWND top, const Key &key, Scrolling &scrolling) {
+std::wstring Press(HWND top, const Key &key, Scrolling &scrolling) {
   const Scene scene(top);
-  if (key.code == KeyCode::Character)
-    return PressCharacter(scene, key.text);
-  if (key.code == KeyCode::Mnemonic) {
+  if (key.alt) {
     CloseList(scene);
-    PressMnemonic(scene, key.text);
+    PressMnemonic(scene, key.character);
+  } else if (key.character != L'\0') {
+    return PressCharacter(scene, key.character);
   }
   for (const auto &[code, press] : Actions)
     if (code == key.code)

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cwchar>
 
 namespace terminal {
 
@@ -24,7 +25,7 @@ constexpr int MostItems = 8;   // of an open list
 // A window with pages takes some of the room that a screen has, a message box is as wide as its text.
 constexpr double WidestStretch = 1.45;
 
-constexpr const char *DropButton = "[v]";
+constexpr const wchar_t *DropButton = L"[v]";
 constexpr int DropButtonWidth = 3;
 
 // A control where it is to be, in columns and rows within the pane.
@@ -32,7 +33,7 @@ struct Placed {
   Control control;
   int column = 0;
   int width = 0;
-  std::vector<std::string> lines;
+  std::vector<std::wstring> lines;
 };
 
 struct Row {
@@ -59,21 +60,22 @@ bool IsText(ControlKind kind) { return kind == ControlKind::Label || kind == Con
 // Whether it is as wide as in the window, whatever stands in it.
 bool HasOwnWidth(const Control &control) { return control.kind == ControlKind::Field || control.IsList(); }
 
-int WidthOf(const std::vector<std::string> &lines) {
+int WidthOf(const std::vector<std::wstring> &lines) {
   int width = 0;
-  for (const std::string &line : lines)
+  for (const std::wstring &line : lines)
     width = std::max(width, Width(line));
   return width;
 }
 
-std::string ShownText(const Control &control) {
+std::wstring ShownText(const Control &control) {
+  std::wstring label = Widen(control.label);
   switch (control.kind) {
   case ControlKind::CheckBox:
-    return (control.checked ? "[*] " : "[ ] ") + control.label;
+    return (control.checked ? L"[*] " : L"[ ] ") + label;
   case ControlKind::Button:
-    return control.enabled ? "[ " + control.label + " ]" : "  " + control.label + "  ";
+    return control.enabled ? L"[ " + label + L" ]" : L"  " + label + L"  ";
   default:
-    return control.label;
+    return label;
   }
 }
 
@@ -169,10 +171,10 @@ void PlaceAcross(Row &row, const Scale &scale) {
     const int space = std::max(scale.columns - part.column, 1);
     if (HasOwnWidth(part.control)) {
       part.width = std::min(std::max(natural, NarrowestField), space);
-      part.lines = {part.control.text};
+      part.lines = {Widen(part.control.text)};
     } else if (part.control.kind == ControlKind::Document) {
       part.width = space;
-      part.lines = Wrap(part.control.text, std::max(space - 1, 1)); // the last column has the marks of scrolling
+      part.lines = Wrap(Widen(part.control.text), std::max(space - 1, 1)); // the last column has the marks of scrolling
     } else {
       part.lines = Wrap(ShownText(part.control), space);
       part.width = WidthOf(part.lines);
@@ -244,7 +246,7 @@ Row TakeButtons(HWND top, std::vector<Control> &contents) {
   Row row;
   for (auto button = first; button != contents.end(); ++button) {
     row.naturalTop = static_cast<int>(button->bounds.top);
-    const std::string text = ShownText(*button);
+    const std::wstring text = ShownText(*button);
     row.parts.push_back({std::move(*button), 0, Width(text), {text}});
   }
   contents.erase(first, contents.end());
@@ -263,7 +265,8 @@ Plan MakePlan(HWND top, Size screen) {
   }
   PlaceDown(plan.rows, scale);
 
-  const int columns = std::max({scale.columns, WidthSideBySide(plan.buttons), Width(ReadText(top)) + AroundTitle});
+  const int columns =
+      std::max({scale.columns, WidthSideBySide(plan.buttons), Width(Widen(ReadText(top))) + AroundTitle});
   PlaceButtons(plan.buttons, columns);
   const int end = plan.rows.empty() ? 0 : plan.rows.back().row + plan.rows.back().height;
   plan.buttons.row = std::min(std::max(Rounded(plan.buttons.naturalTop * scale.down), end + 1), scale.rows);
@@ -275,9 +278,9 @@ Plan MakePlan(HWND top, Size screen) {
 
 // What stands in an edit control, parted by its selection.
 struct Typed {
-  std::string before;
-  std::string selected;
-  std::string behind;
+  std::wstring before;
+  std::wstring selected;
+  std::wstring behind;
 };
 
 Typed TypedIn(HWND edit) {
@@ -285,7 +288,8 @@ Typed TypedIn(HWND edit) {
   const Selection selection = SelectionIn(edit);
   const size_t end = std::min(selection.end, text.size());
   const size_t begin = std::min(selection.begin, end);
-  return {ToUtf8(text.substr(0, begin)), ToUtf8(text.substr(begin, end - begin)), ToUtf8(text.substr(end))};
+  const auto part = [&](size_t from, size_t to) { return Widen(ToUtf8(text.substr(from, to - from))); };
+  return {part(0, begin), part(begin, end), part(end, text.size())};
 }
 
 class Artist {
@@ -302,7 +306,7 @@ private:
   Look LookOf(const Control &control) const;
   Pane OpenList(const Placed &part, int row) const;
 
-  void Put(Place place, const std::string &text, Look look) { pane.labels.push_back({place, text, look}); }
+  void Put(Place place, const std::wstring &text, Look look) { pane.labels.push_back({place, text, look}); }
 
   HWND top;
   Size screen;
@@ -314,7 +318,7 @@ private:
 
 Layout Artist::Draw() {
   const Plan plan = MakePlan(top, screen);
-  pane.title = ReadText(top);
+  pane.title = Widen(ReadText(top));
   pane.size = plan.size;
   pane.corner = {(screen.columns - pane.size.columns) / 2,
                  std::max((screen.rows - HintRow - pane.size.rows) / 2, Frame)};
@@ -358,7 +362,7 @@ void Artist::DrawRow(const Row &row) {
       Put({place.column + beforeButton, place.row}, DropButton, look);
       break;
     case ControlKind::List:
-      Put(place, Fit(part.control.text, beforeButton) + DropButton, look);
+      Put(place, Fit(part.lines.front(), beforeButton) + DropButton, look);
       break;
     default:
       DrawLines(part, place, row.height);
@@ -373,16 +377,16 @@ void Artist::DrawField(const Placed &part, Place place, int width) {
   const Typed typed = TypedIn(part.control.edit);
   const int caret = Width(typed.before + typed.selected);
   const int hidden = focused ? std::max(caret - width + 1, 0) : 0;
-  Put(place, Fit("", width), look);
+  Put(place, Fit(L"", width), look);
 
-  const std::pair<const std::string &, Look> pieces[] = {
+  const std::pair<const std::wstring &, Look> pieces[] = {
       {typed.before, look}, {typed.selected, focused ? Look::Selected : look}, {typed.behind, look}};
   int column = -hidden;
   for (const auto &[text, pieceLook] : pieces)
-    for (const std::string &character : Characters(text)) {
-      const int end = column + Width(character);
+    for (const wchar_t character : text) {
+      const int end = column + wcwidth(character);
       if (column >= 0 && end <= width)
-        Put({place.column + column, place.row}, character, pieceLook);
+        Put({place.column + column, place.row}, std::wstring(1, character), pieceLook);
       column = end;
     }
   if (focused)
@@ -402,19 +406,20 @@ void Artist::DrawLines(const Placed &part, Place place, int height) {
   }
   for (int line = 0; line < shown; ++line) {
     const auto index = static_cast<size_t>(first) + static_cast<size_t>(line);
-    const std::string text = index < part.lines.size() ? part.lines[index] : "";
+    const std::wstring text = index < part.lines.size() ? part.lines[index] : L"";
     Put({place.column, place.row + line}, isDocument ? Fit(text, part.width) : text, look);
   }
   const int markColumn = place.column + part.width - (isDocument ? 1 : 0);
   if (first > 0)
-    Put({markColumn, place.row}, "^", look);
+    Put({markColumn, place.row}, L"^", look);
   if (scrolls && first + shown < lines)
-    Put({markColumn, place.row + shown - 1}, "v", look);
+    Put({markColumn, place.row + shown - 1}, L"v", look);
 }
 
 // The list of a combo box, below it or else above.
 Pane Artist::OpenList(const Placed &part, int row) const {
-  const std::vector<std::string> &items = part.control.items;
+  std::vector<std::wstring> items(part.control.items.size());
+  std::ranges::transform(part.control.items, items.begin(), Widen);
   const int selection = part.control.selected;
   const int lineOfList = pane.corner.row + row;
   const int below = screen.rows - HintRow - (lineOfList + 1) - 2 * Frame;
@@ -433,7 +438,7 @@ Pane Artist::OpenList(const Placed &part, int row) const {
   for (int line = 0; line < list.size.rows && first + line < static_cast<int>(items.size()); ++line) {
     const int item = first + line;
     list.labels.push_back({{0, line},
-                           Fit(" " + items[static_cast<size_t>(item)], list.size.columns),
+                           Fit(L" " + items[static_cast<size_t>(item)], list.size.columns),
                            item == selection ? Look::Selected : Look::Plain});
   }
   return list;

@@ -9,6 +9,9 @@
 namespace terminal {
 
 enum class Look {
+  Backdrop,
+  Shadow,
+  Title,
   Plain,
   Disabled,
   Field,
@@ -29,16 +32,15 @@ struct Place {
 };
 struct Label {
   Place place; // from the corner of its pane
-  std::string text;
+  std::wstring text;
   Look look = Look::Plain;
 };
 
-// A part of the screen, mostly in a frame.
+// A part of the screen, in a frame.
 struct Pane {
-  bool framed = true;
   Place corner; // within the frame
   Size size;
-  std::string title;
+  std::wstring title;
   std::vector<Label> labels;
   Place cursor;
 };

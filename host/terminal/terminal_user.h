@@ -19,11 +19,10 @@ public:
 
 private:
   void Draw(HWND top);
-  void TellTooSmall();
 
   Screen screen;
   Scrolling scrolling;
-  std::string notice; // about the last key
+  std::wstring notice; // about the last key
   bool left = false;
 };
 
