@@ -103,7 +103,7 @@ std::string Description(const Control &control) {
     line = "check " + text + (control.checked ? " checked" : " unchecked");
   else
     line = control.className + ' ' + text;
-  if (control.className == "edit" && control.edit == nullptr)
+  if (control.IsEdit() && control.edit == nullptr)
     line += " readonly";
   if (!control.enabled)
     line += " disabled";

@@ -8,11 +8,9 @@
 
 namespace {
 
-bool HasStyle(HWND window, DWORD bits) {
-  return (static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)) & bits) == bits;
-}
+DWORD StyleOf(HWND window, DWORD mask) { return static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)) & mask; }
 
-DWORD TypeOf(HWND window, DWORD mask) { return static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)) & mask; }
+bool HasStyle(HWND window, DWORD bits) { return StyleOf(window, bits) == bits; }
 
 std::string ClassOf(HWND window) {
   char name[64] = "";
@@ -24,21 +22,24 @@ std::string ClassOf(HWND window) {
 
 ControlKind KindOf(HWND window, const std::string &className) {
   if (className == "static") {
-    const DWORD type = TypeOf(window, SS_TYPEMASK);
+    const DWORD type = StyleOf(window, SS_TYPEMASK);
     return type == SS_ICON ? ControlKind::Icon : type == SS_BITMAP ? ControlKind::Other : ControlKind::Label;
   }
   if (className == "edit")
-    return TypeOf(window, ES_MULTILINE | ES_READONLY) != 0 ? ControlKind::Document : ControlKind::Field;
+    return StyleOf(window, ES_MULTILINE | ES_READONLY) != 0 ? ControlKind::Document : ControlKind::Field;
   if (className == "combobox")
     return HasStyle(window, CBS_DROPDOWNLIST) ? ControlKind::List : ControlKind::EditableList;
   if (className == "button")
-    return TypeOf(window, BS_TYPEMASK) > BS_DEFPUSHBUTTON ? ControlKind::CheckBox : ControlKind::Button;
+    return StyleOf(window, BS_TYPEMASK) > BS_DEFPUSHBUTTON ? ControlKind::CheckBox : ControlKind::Button;
   return ControlKind::Other;
 }
 
-HWND EditOf(HWND window, ControlKind kind) {
-  const bool isEdit = kind == ControlKind::Field || kind == ControlKind::Document;
-  const HWND edit = isEdit ? window : kind == ControlKind::EditableList ? GetWindow(window, GW_CHILD) : nullptr;
+HWND EditOf(const Control &control) {
+  HWND edit = nullptr;
+  if (control.IsEdit())
+    edit = control.window;
+  else if (control.kind == ControlKind::EditableList)
+    edit = GetWindow(control.window, GW_CHILD);
   return edit == nullptr || HasStyle(edit, ES_READONLY) ? nullptr : edit;
 }
 
@@ -77,7 +78,7 @@ Control ReadControl(HWND window) {
   control.id = GetDlgCtrlID(window);
   control.className = ClassOf(window);
   control.kind = KindOf(window, control.className);
-  control.edit = EditOf(window, control.kind);
+  control.edit = EditOf(control);
   GetWindowRect(window, &control.bounds);
   control.text = ReadText(window);
   ReadLabel(control);

@@ -39,6 +39,7 @@ struct Control {
   bool checked = false;
   bool listIsOpen = false;
 
+  bool IsEdit() const { return kind == ControlKind::Field || kind == ControlKind::Document; }
   bool IsList() const { return kind == ControlKind::List || kind == ControlKind::EditableList; }
   bool IsButton() const { return kind == ControlKind::Button || kind == ControlKind::CheckBox; }
   // Whether a user could press or fill it.

@@ -111,7 +111,7 @@ void EraseAhead(HWND edit) {
 // ---- Mnemonics ----
 
 bool TakesFocus(const Control &control) {
-  return control.IsUsable() && (control.IsButton() || control.IsList() || control.className == "edit");
+  return control.IsUsable() && (control.IsButton() || control.IsList() || control.IsEdit());
 }
 
 // A button or check box of that letter is clicked; behind a text of that letter the next control gets the focus.
@@ -154,18 +154,12 @@ std::wstring PressCharacter(const Scene &scene, wchar_t character) {
   return {};
 }
 
-void PressEnter(const Scene &scene) {
+// Enter or Esc.
+void CloseListOrPost(const Scene &scene, int key) {
   if (scene.open != nullptr)
     CloseList(scene);
   else
-    PostKey(scene.top, VK_RETURN);
-}
-
-void PressEscape(const Scene &scene) {
-  if (scene.open != nullptr)
-    CloseList(scene);
-  else
-    PostKey(scene.top, VK_ESCAPE);
+    PostKey(scene.top, key);
 }
 
 void PressTab(const Scene &scene, bool back) {
@@ -227,8 +221,8 @@ constexpr struct {
   int key;
   void (*press)(const Scene &scene, Scrolling &scrolling);
 } Actions[] = {
-    {KEY_ENTER, [](const Scene &scene, Scrolling &) { PressEnter(scene); }},
-    {KEY_CANCEL, [](const Scene &scene, Scrolling &) { PressEscape(scene); }},
+    {KEY_ENTER, [](const Scene &scene, Scrolling &) { CloseListOrPost(scene, VK_RETURN); }},
+    {KEY_CANCEL, [](const Scene &scene, Scrolling &) { CloseListOrPost(scene, VK_ESCAPE); }},
     {KEY_NEXT, [](const Scene &scene, Scrolling &) { PressTab(scene, false); }},
     {KEY_BTAB, [](const Scene &scene, Scrolling &) { PressTab(scene, true); }},
     {KEY_BACKSPACE, [](const Scene &scene, Scrolling &) { EraseIn(scene, KEY_BACKSPACE); }},

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cwchar>
+#include <utility>
 
 namespace terminal {
 
@@ -54,8 +55,6 @@ struct Scale {
 };
 
 int Rounded(double value) { return static_cast<int>(std::lround(value)); }
-
-bool IsText(ControlKind kind) { return kind == ControlKind::Label || kind == ControlKind::Document; }
 
 // Whether it is as wide as in the window, whatever stands in it.
 bool HasOwnWidth(const Control &control) { return control.kind == ControlKind::Field || control.IsList(); }
@@ -190,7 +189,7 @@ void MeasureHeight(Row &row, const Scale &scale) {
     if (part.control.kind == ControlKind::Document)
       lines = std::max(lines, Rounded(static_cast<double>(bounds.bottom - bounds.top) * scale.down));
     row.height = std::max(row.height, lines);
-    row.mayShrink = row.mayShrink || (IsText(part.control.kind) && lines > FewestLines);
+    row.mayShrink = row.mayShrink || (!part.control.IsButton() && lines > FewestLines);
   }
 }
 
@@ -276,21 +275,8 @@ Plan MakePlan(HWND top, Size screen) {
 
 // ---- Drawing ----
 
-// What stands in an edit control, parted by its selection.
-struct Typed {
-  std::wstring before;
-  std::wstring selected;
-  std::wstring behind;
-};
-
-Typed TypedIn(HWND edit) {
-  const std::string text = ReadRawText(edit);
-  const Selection selection = SelectionIn(edit);
-  const size_t end = std::min(selection.end, text.size());
-  const size_t begin = std::min(selection.begin, end);
-  const auto part = [&](size_t from, size_t to) { return Widen(ToUtf8(text.substr(from, to - from))); };
-  return {part(0, begin), part(begin, end), part(end, text.size())};
-}
+// How many characters are within the first so many bytes of an edit's text.
+size_t CharactersIn(HWND edit, size_t bytes) { return Widen(ToUtf8(ReadRawText(edit).substr(0, bytes))).size(); }
 
 class Artist {
 public:
@@ -338,12 +324,10 @@ Look Artist::LookOf(const Control &control) const {
   if (!control.enabled)
     return Look::Disabled;
   if (control.focused)
-    return control.kind == ControlKind::Document || control.edit != nullptr ? Look::FocusedField : Look::Focused;
-  if (HasOwnWidth(control) || control.kind == ControlKind::Document)
+    return control.IsEdit() || control.edit != nullptr ? Look::FocusedField : Look::Focused;
+  if (control.IsEdit() || control.IsList())
     return Look::Field;
-  if (control.kind == ControlKind::Button)
-    return control.window == defaultButton ? Look::DefaultButton : Look::Button;
-  return Look::Plain;
+  return control.window == defaultButton ? Look::DefaultButton : Look::Plain;
 }
 
 void Artist::DrawRow(const Row &row) {
@@ -374,21 +358,20 @@ void Artist::DrawRow(const Row &row) {
 void Artist::DrawField(const Placed &part, Place place, int width) {
   const Look look = LookOf(part.control);
   const bool focused = look == Look::FocusedField;
-  const Typed typed = TypedIn(part.control.edit);
-  const int caret = Width(typed.before + typed.selected);
+  const std::wstring &text = part.lines.front();
+  const Selection selection = SelectionIn(part.control.edit);
+  const size_t begin = CharactersIn(part.control.edit, selection.begin);
+  const size_t end = CharactersIn(part.control.edit, selection.end);
+  const int caret = Width(text.substr(0, end));
   const int hidden = focused ? std::max(caret - width + 1, 0) : 0;
-  Put(place, Fit(L"", width), look);
 
-  const std::pair<const std::wstring &, Look> pieces[] = {
-      {typed.before, look}, {typed.selected, focused ? Look::Selected : look}, {typed.behind, look}};
+  Put(place, Fit(L"", width), look);
   int column = -hidden;
-  for (const auto &[text, pieceLook] : pieces)
-    for (const wchar_t character : text) {
-      const int end = column + wcwidth(character);
-      if (column >= 0 && end <= width)
-        Put({place.column + column, place.row}, std::wstring(1, character), pieceLook);
-      column = end;
-    }
+  for (size_t at = 0; at < text.size(); ++at) {
+    const int from = std::exchange(column, column + wcwidth(text[at]));
+    if (from >= 0 && column <= width)
+      Put({place.column + from, place.row}, {text[at]}, focused && at >= begin && at < end ? Look::Selected : look);
+  }
   if (focused)
     pane.cursor = {place.column + caret - hidden, place.row};
 }

@@ -16,8 +16,7 @@ enum class Look {
   Disabled,
   Field,
   FocusedField,
-  Selected, // in a field, and the entry in a list
-  Button,
+  Selected, // in a field or a list
   DefaultButton,
   Focused,
 };

@@ -40,14 +40,11 @@ constexpr Style Styles[] = {
     {COLOR_BLACK, COLOR_CYAN, A_UNDERLINE},          // Field
     {COLOR_WHITE + Bright, COLOR_BLUE, A_UNDERLINE}, // FocusedField
     {COLOR_BLACK, COLOR_YELLOW + Bright, A_REVERSE}, // Selected
-    {COLOR_BLACK, COLOR_WHITE, A_NORMAL},            // Button
     {COLOR_BLUE, COLOR_WHITE, A_BOLD},               // DefaultButton
     {COLOR_WHITE + Bright, COLOR_RED, A_REVERSE},    // Focused
 };
 
 bool HasBrightColours() { return COLORS >= 2 * Bright; }
-
-short PairOf(Look look) { return static_cast<short>(static_cast<int>(look) + 1); }
 
 void SetColours() {
   start_color();
@@ -56,20 +53,20 @@ void SetColours() {
     init_pair(pair++, style.foreground % colours, style.background % colours);
 }
 
-// Blanks are protected, which no terminal knows of, to have them written and not cleared: tmux takes the colour from
-// what is cleared over half of a character of two columns.
+// A_PROTECT changes nothing that is shown, but it keeps curses from clearing columns where it can write blanks: in
+// tmux, half of a character of two columns that is cleared loses its colour.
 attr_t AttributesOf(Look look) {
   const Style &style = Styles[static_cast<size_t>(look)];
   if (!has_colors())
     return style.withoutColours;
   const bool isBold = style.foreground >= Bright && !HasBrightColours();
-  return static_cast<attr_t>(COLOR_PAIR(PairOf(look))) | (isBold ? A_BOLD : A_NORMAL) | A_PROTECT;
+  return static_cast<attr_t>(COLOR_PAIR(static_cast<int>(look) + 1)) | (isBold ? A_BOLD : A_NORMAL) | A_PROTECT;
 }
 
 // ---- Drawing ----
 
-// What the screen is to show. Curses gets it all at once: what is drawn over a part of a character that is two columns
-// wide would be shown in the wrong place.
+// What the screen is to show, put together before curses gets it: curses itself draws in the wrong place what is to
+// cover half of a character of two columns.
 class Canvas {
 public:
   explicit Canvas(Size itsSize)

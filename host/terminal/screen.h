@@ -44,8 +44,8 @@ private:
   struct Closer {
     void operator()(screen *opened) const;
   };
+  EndingSignals signals; // curses leaves alone what is handled already
   std::unique_ptr<screen, Closer> opened;
-  EndingSignals signals; // curses has set its own before
 };
 
 } // namespace terminal
