@@ -13,7 +13,7 @@
 
 namespace {
 
-// What a step found in place of what it needs.
+// A step found something other than it needs.
 class Difference : public std::runtime_error {
 public:
   Difference(const std::string &expected, const std::string &found)
@@ -155,17 +155,17 @@ void Compare(const Step &step, const std::string &found) {
 
 bool ScriptedUser::Act(HWND top) noexcept {
   try {
-    NoticePage(top);
-    if (complained)
-      return Leave(top);
+    ReportNewPage(top);
+    if (failed)
+      return CancelAll(top);
     TakeStep(top);
   } catch (const std::exception &error) {
-    Complain(error.what());
+    ReportFailure(error.what());
   }
   return true;
 }
 
-void ScriptedUser::NoticePage(HWND top) {
+void ScriptedUser::ReportNewPage(HWND top) {
   if (!IsSheet(top) || CurrentPage(top) == page)
     return;
   page = CurrentPage(top);
@@ -190,7 +190,7 @@ void ScriptedUser::TakeStep(HWND top) {
   ++taken;
 }
 
-// Meanwhile the windows go on: another thread waits for the line.
+// Another thread waits for the line, so that the windows go on meanwhile.
 bool ScriptedUser::IsPauseOver(const Step &step) {
   if (pause == nullptr) {
     std::cout << "pause " << step.text << std::endl;
@@ -209,10 +209,10 @@ bool ScriptedUser::IsPauseOver(const Step &step) {
   return state == Pause::IsOver;
 }
 
-// Cancels whatever is open, and says yes to that. Should something stay open for all that, it is given up.
-bool ScriptedUser::Leave(HWND top) {
+// Cancels what is in front, and says yes if asked. Gives up when windows stay open all the same.
+bool ScriptedUser::CancelAll(HWND top) {
   constexpr int Attempts = 20;
-  if (++leaving > Attempts)
+  if (++cancelled > Attempts)
     return false;
   if (IsSheet(top)) {
     Press(top, *FindButton(SheetButtons, "cancel"));
@@ -232,9 +232,9 @@ bool ScriptedUser::SeeHelp(const char *file, ULONG_PTR topic) noexcept {
   return PathExists(file) != 0;
 }
 
-bool ScriptedUser::IsContent(int32_t result) {
+bool ScriptedUser::CheckResult(int32_t result) {
   std::cout << "result " << result << '\n';
-  if (complained)
+  if (failed)
     return false;
   try {
     const Step *const next = taken < script.steps.size() ? &script.steps[taken] : nullptr;
@@ -245,14 +245,14 @@ bool ScriptedUser::IsContent(int32_t result) {
     else if (result == 0)
       throw Difference("a wizard", "that none came up");
   } catch (const Difference &difference) {
-    Complain(difference.what());
+    ReportFailure(difference.what());
   }
-  return !complained;
+  return !failed;
 }
 
-void ScriptedUser::Complain(const std::string &difference) {
+void ScriptedUser::ReportFailure(const std::string &difference) {
   const size_t line = taken < script.steps.size() ? script.steps[taken].line : std::max<size_t>(script.lines, 1);
-  complained = true;
+  failed = true;
   std::cout.flush();
   std::cerr << script.path << ':' << line << ": " << difference << '\n';
 }

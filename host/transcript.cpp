@@ -12,7 +12,7 @@ constexpr NamedButton SheetButtonList[] = {{"back", ID_WIZBACK, PSBTN_BACK},
                                            {"finish", ID_WIZFINISH, PSBTN_FINISH},
                                            {"cancel", IDCANCEL, PSBTN_CANCEL},
                                            {"help", IDHELP, PSBTN_HELP}};
-constexpr size_t WayButtonCount = 3;
+constexpr size_t NavigationButtonCount = 3;
 constexpr NamedButton BoxButtonList[] = {{"ok", IDOK, 0}, {"cancel", IDCANCEL, 0}, {"yes", IDYES, 0}, {"no", IDNO, 0}};
 
 constexpr int BoxTextId = 0xFFFF;
@@ -62,7 +62,7 @@ std::string CheckOf(const Control &control) {
 
 std::string ButtonsOf(HWND top) {
   std::string names;
-  for (const NamedButton &button : IsSheet(top) ? SheetButtons.first(WayButtonCount) : BoxButtons)
+  for (const NamedButton &button : IsSheet(top) ? SheetButtons.first(NavigationButtonCount) : BoxButtons)
     if (IsUsable(GetDlgItem(top, button.id)))
       names.append(names.empty() ? "" : ",").append(button.name);
   return names;

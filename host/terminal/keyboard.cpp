@@ -12,7 +12,7 @@ namespace terminal {
 
 namespace {
 
-// The window as it is when the key comes.
+// The window as it is when a key is pressed.
 struct Scene {
   HWND top;
   std::vector<Control> controls;
@@ -76,15 +76,15 @@ std::wstring TypeInto(HWND edit, wchar_t character) {
   return {};
 }
 
-// Where the character before a place in a text of the code page begins, and where the one behind it ends.
-Selection Around(const std::string &text, size_t place) {
+// From the beginning of the character before an offset to the end of the one behind it, in a text of the code page.
+Selection Around(const std::string &text, size_t offset) {
   Selection around;
   for (size_t at = 0; at < text.size();) {
     const size_t next = std::min(at + (IsDBCSLeadByte(static_cast<BYTE>(text[at])) != FALSE ? 2 : 1), text.size());
-    if (next <= place)
+    if (next <= offset)
       around.begin = at;
     around.end = next;
-    if (next > place)
+    if (next > offset)
       return around;
     at = next;
   }
@@ -97,8 +97,8 @@ void MoveCaret(HWND edit, bool back) {
   const Selection selection = SelectionIn(edit);
   const Selection around = Around(ReadRawText(edit), back ? selection.begin : selection.end);
   const bool selected = selection.begin != selection.end;
-  const size_t place = back ? (selected ? selection.begin : around.begin) : (selected ? selection.end : around.end);
-  Select(edit, place, place);
+  const size_t caret = back ? (selected ? selection.begin : around.begin) : (selected ? selection.end : around.end);
+  Select(edit, caret, caret);
 }
 
 void EraseAhead(HWND edit) {

@@ -278,21 +278,21 @@ Plan MakePlan(HWND top, Size screen) {
 // How many characters are within the first so many bytes of an edit's text.
 size_t CharactersIn(HWND edit, size_t bytes) { return Widen(ToUtf8(ReadRawText(edit).substr(0, bytes))).size(); }
 
-class Artist {
+class PaneBuilder {
 public:
-  Artist(HWND itsTop, Size itsScreen, const Scrolling &before)
+  PaneBuilder(HWND itsTop, Size itsScreen, const Scrolling &before)
       : top(itsTop), screen(itsScreen), defaultButton(DefaultButton(itsTop)), scrolled(before) {}
 
   Layout Draw();
 
 private:
   void DrawRow(const Row &row);
-  void DrawField(const Placed &part, Place place, int width);
-  void DrawLines(const Placed &part, Place place, int height);
+  void DrawField(const Placed &part, Position position, int width);
+  void DrawLines(const Placed &part, Position position, int height);
   Look LookOf(const Control &control) const;
   Pane OpenList(const Placed &part, int row) const;
 
-  void Put(Place place, const std::wstring &text, Look look) { pane.labels.push_back({place, text, look}); }
+  void Put(Position position, const std::wstring &text, Look look) { pane.texts.push_back({position, text, look}); }
 
   HWND top;
   Size screen;
@@ -302,7 +302,7 @@ private:
   Pane pane;
 };
 
-Layout Artist::Draw() {
+Layout PaneBuilder::Draw() {
   const Plan plan = MakePlan(top, screen);
   pane.title = Widen(ReadText(top));
   pane.size = plan.size;
@@ -320,7 +320,7 @@ Layout Artist::Draw() {
   return layout;
 }
 
-Look Artist::LookOf(const Control &control) const {
+Look PaneBuilder::LookOf(const Control &control) const {
   if (!control.enabled)
     return Look::Disabled;
   if (control.focused)
@@ -330,32 +330,32 @@ Look Artist::LookOf(const Control &control) const {
   return control.window == defaultButton ? Look::DefaultButton : Look::Plain;
 }
 
-void Artist::DrawRow(const Row &row) {
+void PaneBuilder::DrawRow(const Row &row) {
   for (const Placed &part : row.parts) {
-    const Place place = {Margin + part.column, row.row};
+    const Position position = {Margin + part.column, row.row};
     const Look look = LookOf(part.control);
     if (part.control.focused)
-      pane.cursor = place;
+      pane.cursor = position;
     const int beforeButton = part.width - DropButtonWidth;
     switch (part.control.kind) {
     case ControlKind::Field:
-      DrawField(part, place, part.width);
+      DrawField(part, position, part.width);
       break;
     case ControlKind::EditableList:
-      DrawField(part, place, beforeButton);
-      Put({place.column + beforeButton, place.row}, DropButton, look);
+      DrawField(part, position, beforeButton);
+      Put({position.column + beforeButton, position.row}, DropButton, look);
       break;
     case ControlKind::List:
-      Put(place, Fit(part.lines.front(), beforeButton) + DropButton, look);
+      Put(position, Fit(part.lines.front(), beforeButton) + DropButton, look);
       break;
     default:
-      DrawLines(part, place, row.height);
+      DrawLines(part, position, row.height);
     }
   }
 }
 
 // The part of a field's text that the caret is in, with the selection as it is before the next key.
-void Artist::DrawField(const Placed &part, Place place, int width) {
+void PaneBuilder::DrawField(const Placed &part, Position position, int width) {
   const Look look = LookOf(part.control);
   const bool focused = look == Look::FocusedField;
   const std::wstring &text = part.lines.front();
@@ -365,18 +365,19 @@ void Artist::DrawField(const Placed &part, Place place, int width) {
   const int caret = Width(text.substr(0, end));
   const int hidden = focused ? std::max(caret - width + 1, 0) : 0;
 
-  Put(place, Fit(L"", width), look);
+  Put(position, Fit(L"", width), look);
   int column = -hidden;
   for (size_t at = 0; at < text.size(); ++at) {
     const int from = std::exchange(column, column + wcwidth(text[at]));
     if (from >= 0 && column <= width)
-      Put({place.column + from, place.row}, {text[at]}, focused && at >= begin && at < end ? Look::Selected : look);
+      Put({position.column + from, position.row}, {text[at]},
+          focused && at >= begin && at < end ? Look::Selected : look);
   }
   if (focused)
-    pane.cursor = {place.column + caret - hidden, place.row};
+    pane.cursor = {position.column + caret - hidden, position.row};
 }
 
-void Artist::DrawLines(const Placed &part, Place place, int height) {
+void PaneBuilder::DrawLines(const Placed &part, Position position, int height) {
   const Look look = LookOf(part.control);
   const bool isDocument = part.control.kind == ControlKind::Document;
   const int lines = static_cast<int>(part.lines.size());
@@ -390,17 +391,17 @@ void Artist::DrawLines(const Placed &part, Place place, int height) {
   for (int line = 0; line < shown; ++line) {
     const auto index = static_cast<size_t>(first) + static_cast<size_t>(line);
     const std::wstring text = index < part.lines.size() ? part.lines[index] : L"";
-    Put({place.column, place.row + line}, isDocument ? Fit(text, part.width) : text, look);
+    Put({position.column, position.row + line}, isDocument ? Fit(text, part.width) : text, look);
   }
-  const int markColumn = place.column + part.width - (isDocument ? 1 : 0);
+  const int markColumn = position.column + part.width - (isDocument ? 1 : 0);
   if (first > 0)
-    Put({markColumn, place.row}, L"^", look);
+    Put({markColumn, position.row}, L"^", look);
   if (scrolls && first + shown < lines)
-    Put({markColumn, place.row + shown - 1}, L"v", look);
+    Put({markColumn, position.row + shown - 1}, L"v", look);
 }
 
 // The list of a combo box, below it or else above.
-Pane Artist::OpenList(const Placed &part, int row) const {
+Pane PaneBuilder::OpenList(const Placed &part, int row) const {
   std::vector<std::wstring> items(part.control.items.size());
   std::ranges::transform(part.control.items, items.begin(), Widen);
   const int selection = part.control.selected;
@@ -420,15 +421,15 @@ Pane Artist::OpenList(const Placed &part, int row) const {
   list.cursor = {0, std::max(selection - first, 0)};
   for (int line = 0; line < list.size.rows && first + line < static_cast<int>(items.size()); ++line) {
     const int item = first + line;
-    list.labels.push_back({{0, line},
-                           Fit(L" " + items[static_cast<size_t>(item)], list.size.columns),
-                           item == selection ? Look::Selected : Look::Plain});
+    list.texts.push_back({{0, line},
+                          Fit(L" " + items[static_cast<size_t>(item)], list.size.columns),
+                          item == selection ? Look::Selected : Look::Plain});
   }
   return list;
 }
 
 } // namespace
 
-Layout LayOut(HWND top, Size screen, const Scrolling &scrolling) { return Artist(top, screen, scrolling).Draw(); }
+Layout LayOut(HWND top, Size screen, const Scrolling &scrolling) { return PaneBuilder(top, screen, scrolling).Draw(); }
 
 } // namespace terminal

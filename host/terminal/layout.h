@@ -1,4 +1,5 @@
-// What a window looks like in a terminal: its controls as texts in rows and columns, placed like the window's own.
+// Lays out a window for a terminal: its controls become texts in rows and columns, about where they stand in the
+// window.
 #pragma once
 
 #include "win32/win32_ui.h"
@@ -25,23 +26,24 @@ struct Size {
   int columns = 0;
   int rows = 0;
 };
-struct Place {
+struct Position {
   int column = 0;
   int row = 0;
 };
-struct Label {
-  Place place; // from the corner of its pane
+// A text in one look.
+struct TextRun {
+  Position position; // from the corner of its pane
   std::wstring text;
   Look look = Look::Plain;
 };
 
 // A part of the screen, in a frame.
 struct Pane {
-  Place corner; // within the frame
+  Position corner; // within the frame
   Size size;
   std::wstring title;
-  std::vector<Label> labels;
-  Place cursor;
+  std::vector<TextRun> texts;
+  Position cursor;
 };
 
 // The text of a window that has more lines than are shown.

@@ -13,12 +13,13 @@
 #include <poll.h>
 #include <termcap.h>
 #include <unistd.h>
+#include <utility>
 
 namespace terminal {
 
 namespace {
 
-constexpr int Patience = 200; // milliseconds between the bytes of one key
+constexpr int KeyTimeout = 200; // milliseconds between the bytes of one key
 constexpr wint_t Escape = 0x1B;
 
 // ---- Colours ----
@@ -72,13 +73,13 @@ public:
   explicit Canvas(Size itsSize)
       : size(itsSize), cells(static_cast<size_t>(size.columns * size.rows), {L' ', Look::Backdrop}) {}
 
-  void Put(Place place, std::wstring_view text, Look look) {
+  void Put(Position position, std::wstring_view text, Look look) {
     for (const wchar_t character : text) {
-      const int end = place.column + wcwidth(character);
-      if (place.row >= 0 && place.row < size.rows && place.column >= 0 && end <= size.columns)
-        for (wchar_t part = character; place.column < end; part = SecondHalf)
-          Set(place.row * size.columns + place.column++, {part, look});
-      place.column = end;
+      const int end = position.column + wcwidth(character);
+      if (position.row >= 0 && position.row < size.rows && position.column >= 0 && end <= size.columns)
+        for (wchar_t part = character; position.column < end; part = SecondHalf)
+          Set(position.row * size.columns + position.column++, {part, look});
+      position.column = end;
     }
   }
 
@@ -102,12 +103,12 @@ private:
 
   // What is left of a character whose other half goes becomes a blank.
   void Set(int index, Cell cell) {
-    const auto place = cells.begin() + index;
-    if (place->character == SecondHalf && cell.character != SecondHalf)
-      std::prev(place)->character = L' ';
-    if (const auto next = std::next(place); next != cells.end() && next->character == SecondHalf)
+    const auto replaced = cells.begin() + index;
+    if (replaced->character == SecondHalf && cell.character != SecondHalf)
+      std::prev(replaced)->character = L' ';
+    if (const auto next = std::next(replaced); next != cells.end() && next->character == SecondHalf)
       next->character = L' ';
-    *place = cell;
+    *replaced = cell;
   }
 
   Size size;
@@ -131,46 +132,58 @@ void Draw(Canvas &canvas, const Pane &pane) {
     canvas.Put({column, top - 1}, pane.title, Look::Title);
     canvas.Put({column + Width(pane.title), top - 1}, L" ├", Look::Plain);
   }
-  for (const auto &[place, text, look] : pane.labels)
-    canvas.Put({left + place.column, top + place.row}, text, look);
+  for (const auto &[position, text, look] : pane.texts)
+    canvas.Put({left + position.column, top + position.row}, text, look);
 }
 
 // ---- Keys ----
 
 // What curses is to read as a key besides what the terminal's own description says.
-constexpr struct {
-  const char *sequence;
-  int code;
-} MoreKeys[] = {
-    {"\r", KEY_ENTER},       {"\n", KEY_ENTER},       {"\t", KEY_NEXT},        {"\b", KEY_BACKSPACE},
-    {"\x7F", KEY_BACKSPACE}, {"\x01", KEY_HOME},      {"\x03", KEY_EXIT},      {"\x05", KEY_END},
-    {"\x0C", KEY_REFRESH},   {"\x15", KEY_DL},        {"\x1A", KEY_SUSPEND},   {"\033[A", KEY_UP},
-    {"\033OA", KEY_UP},      {"\033[B", KEY_DOWN},    {"\033OB", KEY_DOWN},    {"\033[C", KEY_RIGHT},
-    {"\033OC", KEY_RIGHT},   {"\033[D", KEY_LEFT},    {"\033OD", KEY_LEFT},    {"\033[H", KEY_HOME},
-    {"\033OH", KEY_HOME},    {"\033[1~", KEY_HOME},   {"\033[7~", KEY_HOME},   {"\033[F", KEY_END},
-    {"\033OF", KEY_END},     {"\033[4~", KEY_END},    {"\033[8~", KEY_END},    {"\033[3~", KEY_DC},
-    {"\033[5~", KEY_PPAGE},  {"\033[6~", KEY_NPAGE},  {"\033[Z", KEY_BTAB},    {"\033OP", KEY_F(1)},
-    {"\033[11~", KEY_F(1)},  {"\033[[A", KEY_F(1)},   {"\033OS", KEY_F(4)},    {"\033[14~", KEY_F(4)},
-    {"\033[[D", KEY_F(4)},   {"\033[1;3A", KEY_F(4)}, {"\033[1;3B", KEY_F(4)},
+const std::vector<std::pair<int, std::vector<const char *>>> MoreKeys = {
+    {KEY_ENTER, {"\r", "\n"}},
+    {KEY_NEXT, {"\t"}},
+    {KEY_BTAB, {"\033[Z"}},
+    {KEY_BACKSPACE, {"\b", "\x7F"}},
+    {KEY_DC, {"\033[3~"}},
+    {KEY_UP, {"\033[A", "\033OA"}},
+    {KEY_DOWN, {"\033[B", "\033OB"}},
+    {KEY_RIGHT, {"\033[C", "\033OC"}},
+    {KEY_LEFT, {"\033[D", "\033OD"}},
+    {KEY_HOME, {"\x01" /* Ctrl+A */, "\033[H", "\033OH", "\033[1~", "\033[7~"}},
+    {KEY_END, {"\x05" /* Ctrl+E */, "\033[F", "\033OF", "\033[4~", "\033[8~"}},
+    {KEY_PPAGE, {"\033[5~"}},
+    {KEY_NPAGE, {"\033[6~"}},
+    {KEY_F(1), {"\033OP", "\033[11~", "\033[[A"}},
+    {KEY_F(4), {"\033OS", "\033[14~", "\033[[D", "\033[1;3A" /* Alt+Up */, "\033[1;3B" /* Alt+Down */}},
+    {KEY_EXIT, {"\x03"}},    // Ctrl+C
+    {KEY_REFRESH, {"\x0C"}}, // Ctrl+L
+    {KEY_DL, {"\x15"}},      // Ctrl+U
+    {KEY_SUSPEND, {"\x1A"}}, // Ctrl+Z
 };
 
-bool HasGone() {
+void DefineMoreKeys() {
+  for (const auto &[code, sequences] : MoreKeys)
+    for (const char *const sequence : sequences)
+      if (const int known = key_defined(sequence); known == 0 || known > KEY_MAX) // no key or one without a name
+        define_key(sequence, code);
+}
+
+bool IsHungUp() {
   pollfd input = {STDIN_FILENO, 0, 0};
   return poll(&input, 1, 0) > 0;
 }
 
-// Escape itself, Alt and a character, or a key that nobody knows: whatever it sends has come with the Escape.
+// Escape itself, Alt and a character, or a key that nobody knows. What belongs to the Escape has come with it.
 Key ReadBehindEscape() {
   wint_t read = 0;
   timeout(0);
   const int kind = get_wch(&read);
-  const bool isUnknown = kind == OK && (read == '[' || read == 'O');
-  wint_t rest = 0;
-  while (isUnknown && get_wch(&rest) == OK && (rest < '@' || rest == '[')) {
-  }
-  timeout(Patience);
-  if (isUnknown)
+  timeout(KeyTimeout);
+  if (kind == OK && (read == '[' || read == 'O')) {
+    while (get_wch(&read) == OK && (read < '@' || read == '[')) {
+    }
     return {};
+  }
   if (kind == OK && read >= ' ')
     return {0, static_cast<wchar_t>(read), true};
   if (kind != ERR)
@@ -198,12 +211,10 @@ Screen::Screen() : opened(newterm(nullptr, stdout, stdin)) {
   noecho();
   nonl();
   keypad(stdscr, TRUE);
-  set_escdelay(Patience);
-  timeout(Patience);
+  set_escdelay(KeyTimeout);
+  timeout(KeyTimeout);
   SetColours();
-  for (const auto &[sequence, code] : MoreKeys)
-    if (const int known = key_defined(sequence); known == 0 || known > KEY_MAX) // a key that curses has no name for
-      define_key(sequence, code);
+  DefineMoreKeys();
 }
 
 void Screen::Closer::operator()(screen *opened) const {
@@ -240,7 +251,7 @@ Key Screen::ReadKey() {
   for (;;) {
     wint_t read = 0;
     const int kind = get_wch(&read); // which wakes up now and then
-    if (EndingSignals::Asked() != 0 || (kind == ERR && HasGone()))
+    if (EndingSignals::Asked() != 0 || (kind == ERR && IsHungUp()))
       return {KEY_EXIT};
     if (kind == KEY_CODE_YES && read == KEY_SUSPEND)
       kill(0, SIGTSTP); // with the script that started it, which otherwise would go on waiting
