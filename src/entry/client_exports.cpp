@@ -1,5 +1,5 @@
-// The plain exports: is a client installed, in which version, is there an account, write one. Each makes the adapter of
-// the index for one call.
+// The plain exports: whether a client is installed and in which version, and finding and writing an account. Each call
+// makes the adapter that belongs to the client index.
 #include "acctkit/acctkit.h"
 
 #include "clients/communicator/communicator_mail.h"
@@ -14,10 +14,10 @@
 
 namespace {
 
-// How the version texts of the two clients divide their numbers.
+// The character that separates the numbers in each client's version text.
 constexpr char VersionSeparators[] = {',', '.'};
 
-// Calls the operation with the adapter of the index; 0 for an index without one.
+// Calls the operation with the adapter of the client index; 0 for any other index.
 template <typename Adapter0, typename Adapter1, typename Operation>
 int32_t WithClient(int32_t client, Operation operation) {
   return Guarded([&]() -> int32_t {
@@ -63,7 +63,7 @@ NewsAccountSpec NewsSpec(const char *const *spec) {
   return record;
 }
 
-// The number that a text begins with, 0 if it begins with anything else.
+// The number at the beginning of a text, 0 if there is none.
 int32_t LeadingNumber(std::string_view text) {
   int32_t number = 0;
   if (!text.starts_with('-'))
@@ -83,8 +83,8 @@ template <typename Client> int32_t ReadVersionNumbers(Client &adapter, char sepa
   return result;
 }
 
-// Searches for an account and hands the texts back to the host. A key that doesn't fit isn't handed out in part, since
-// it would name another account; a question is cut.
+// Searches for an account and copies the texts to the host's buffers. A key that doesn't fit isn't cut, since the cut
+// key would name another account; a question is cut.
 template <typename Client, typename Spec> int32_t Search(Client &adapter, const Spec &spec, char *key, char *message) {
   std::string foundKey = key;
   std::string question;

@@ -1,5 +1,5 @@
-// What finishes off a subscriber's machine beyond the accounts: the browser's start page, and taking Outlook Express
-// accounts off the service's dial-up connection.
+// Two settings besides the accounts: the browser's start page, and making Outlook Express accounts independent of the
+// service's dial-up connection.
 #include "acctkit/acctkit.h"
 
 #include "clients/communicator/communicator_mail.h"
