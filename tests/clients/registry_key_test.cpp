@@ -1,4 +1,5 @@
-// The registry utilities: what RegistryKey and the free utilities ask for and make, and the expansion of paths.
+// The registry utilities: the access that RegistryKey and the free functions ask for, which of them make keys, and the
+// expansion of paths.
 #include "clients/registry_key.h"
 
 #include "support/test_machine.h"
@@ -47,7 +48,7 @@ TEST_F(RegistryUtilitiesTest, ReadsClearWhatTheyCannotRead) {
   EXPECT_EQ(text, "no end");
 }
 
-TEST_F(RegistryUtilitiesTest, AKeyThatCanOnlyBeReadDoesNotExistForRegistryKey) {
+TEST_F(RegistryUtilitiesTest, RegistryKeyDoesNotOpenAReadOnlyKey) {
   PutString(HKEY_LOCAL_MACHINE, key, "v", "text");
   MakeKeyReadOnly(HKEY_LOCAL_MACHINE, key);
   std::string text;

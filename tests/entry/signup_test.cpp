@@ -1,4 +1,4 @@
-// One call after a sign-up: which clients get what, in which cases, and what the plug-in is handed.
+// The call after a sign-up: what each client and the plug-in get in each case.
 #include "acctkit/acctkit.h"
 
 #include "clients/guarded.h"
@@ -41,7 +41,7 @@ TEST_F(SignupTest, ConfiguresEveryClientAndASecondTimeOverwrites) {
     EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account, "Account Name"), "@zuvio(ABC01234)");
     EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ManagerKey, "Account Name"), 2U);
     EXPECT_EQ(GetString(HKEY_CURRENT_USER, BrowserKey, "Start Page"), record.startPage);
-    // The start page goes to the profile that was found; a profile made just now wasn't, and has none of its own yet.
+    // The start page goes to the profile that the search found. A new profile wasn't found, and has no start page yet.
     const std::string prefs = GetFile(ProfilePrefs(Profile)).value_or("");
     EXPECT_EQ(prefs.ends_with(startPageLine), round == 1) << prefs;
     EXPECT_EQ(GetFile(CommunicatorFolder() + "\\Users\\prefs.js"), startPageLine);
@@ -58,7 +58,7 @@ TEST_F(SignupTest, ConfiguresEveryClientAndASecondTimeOverwrites) {
 TEST_F(SignupTest, ServesTheOriginalDomainWithTheRecordsServers) {
   InstallOutlookExpress("5,50,1");
   record.serviceKind = 1;
-  EXPECT_EQ(SetupAfterSignup(&record), 0); // no plug-in to ask
+  EXPECT_EQ(SetupAfterSignup(&record), 0); // there is no plug-in
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account, "Account Name"), "taro@zuvio.example");
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account, "POP3 User Name"), "info");
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account, "SMTP Server"), "smtp.own");

@@ -1,5 +1,5 @@
-// Wizards that are made of the framework's classes and run by a user: what the sheet asks its pages, where commands go,
-// and what the parent of a control is asked on the control's behalf.
+// Wizards built with the framework's classes and run by a user: what the sheet asks its pages, where commands go, and
+// which messages of a control its parent gets.
 #include "mfc/afxwin.h"
 
 #include "support/dialog_template.h"
@@ -20,13 +20,13 @@ constexpr UINT HandledMessage = WM_USER + 101;
 
 using Calls = std::vector<std::string>;
 
-// What the classes below were asked, in order, and what pages answer.
+// The calls to the classes below, in order, and the results of the pages.
 Calls calls;
 bool refusing;
 
 Calls TakeCalls() { return std::exchange(calls, {}); }
 
-// A page with nothing but an owner-drawn drop-down list.
+// A page with only an owner-drawn drop-down list.
 const DLGTEMPLATE *PageTemplate() {
   static const Template page(
       WS_CHILD | WS_CAPTION | WS_DISABLED,
@@ -141,7 +141,7 @@ class SheetTest : public ::testing::Test {
 protected:
   void SetUp() override { calls.clear(); }
 
-  // Has a look at the wizard, and cancels it.
+  // Inspects the wizard, then cancels it.
   void Look(const std::function<void()> &look) {
     const auto step = [&](HWND top) {
       refusing = false;
@@ -197,7 +197,7 @@ TEST_F(SheetTest, IsCancelled) {
 
 TEST_F(SheetTest, OwnsABoxThatComesUpBehindAnotherApplication) {
   Look([&] {
-    ShowWindow(sheet.m_hWnd, SW_HIDE); // no window of the thread is the active one then
+    ShowWindow(sheet.m_hWnd, SW_HIDE); // then the thread has no active window
     EXPECT_EQ(GetActiveWindow(), nullptr);
     HWND topLevel = nullptr;
     EXPECT_EQ(CWnd::GetSafeOwner_(&topLevel), sheet.m_hWnd);
@@ -213,7 +213,7 @@ TEST_F(SheetTest, GetsTheHelpCommandOfItsPages) {
     Press(sheet.m_hWnd, PSBTN_HELP);
     EXPECT_EQ(TakeCalls(), (Calls{"test help", "help"}));
 
-    // What the sheet has no handler for it hands to its page, where the command starts once more.
+    // The sheet passes a command without a handler to its page, which starts it again.
     HELPINFO info{sizeof info, HELPINFO_WINDOW, ClientList, first.list.m_hWnd, 0, {}};
     first.list.SendMessage(WM_HELP, 0, reinterpret_cast<LPARAM>(&info));
     EXPECT_EQ(TakeCalls(), (Calls{"F1", "test help", "help", "test help", "help"}));
@@ -250,7 +250,7 @@ TEST_F(SheetTest, HandsMessagesToTheirHandlers) {
       first.SendMessage(WM_COMMAND, MAKEWPARAM(ClientList, code), reinterpret_cast<LPARAM>(first.list.m_hWnd));
     EXPECT_EQ(TakeCalls(), Calls{"selected"});
 
-    // A window that no object is attached to has the same one as long as it lives.
+    // A window without an attached object has the same object for its whole life.
     CWnd *help = sheet.GetDlgItem(IDHELP);
     EXPECT_EQ(help, CWnd::FromHandle(GetDlgItem(sheet.m_hWnd, IDHELP)));
     CString text;

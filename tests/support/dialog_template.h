@@ -1,4 +1,4 @@
-// Dialog templates as a resource compiler leaves them.
+// Dialog templates as a resource compiler makes them.
 #pragma once
 
 #include "win32/win32_ui.h"

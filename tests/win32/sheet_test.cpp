@@ -1,4 +1,4 @@
-// Wizards and message boxes that a user runs: what the pages are asked, what becomes of their answers, and how it ends.
+// Wizards and message boxes that a user runs: what the pages are asked, what their answers do, and how they end.
 #include "support/dialog_template.h"
 #include "support/user.h"
 
@@ -15,7 +15,7 @@ using Events = std::vector<std::string>;
 
 constexpr int FirstStop = 11;
 
-// What the pages were told since the last look, and how they answer: a notification of a code, once.
+// The notifications of the pages since the last look, and their answers: to a notification with a code, once.
 Events events;
 struct Answer {
   UINT code;
@@ -32,7 +32,7 @@ std::string NameOf(UINT code) {
   return std::ranges::find_if(names, [&](const auto &each) { return each.code == code; })->name;
 }
 
-// A page is known by its number, which the caption also tells, and sets the buttons that its row has.
+// The number of a page is also in its caption, and is the index of its buttons here.
 constexpr DWORD ButtonsOfPages[] = {PSWIZB_NEXT, PSWIZB_BACK | PSWIZB_NEXT, PSWIZB_BACK | PSWIZB_FINISH};
 
 std::string PageName(LPARAM number) { return std::string(1, static_cast<char>('A' + number)); }
@@ -55,7 +55,8 @@ INT_PTR CALLBACK PageProcedure(HWND page, UINT message, WPARAM, LPARAM lParam) {
   return TRUE;
 }
 
-// As dialog editors leave pages: disabled, with a caption and a label before what takes the focus.
+// Like the templates that dialog editors make: disabled, with a caption, and with a label before the control that gets
+// the focus.
 Template PageTemplate(LPARAM number) {
   const char16_t caption[] = {static_cast<char16_t>(u'A' + number), 0};
   const std::vector<Control> controls = {{0xFFFF, 0, StaticAtom, u"label"},
@@ -88,7 +89,7 @@ INT_PTR RunWizard(const UserSteps &steps, HWND owner = nullptr) {
   return result;
 }
 
-// The buttons of a sheet that can be pressed, the default one with a star.
+// The enabled buttons of a sheet, the default one with a star.
 std::string ButtonsOf(HWND sheet) {
   const struct {
     int id;
@@ -108,17 +109,17 @@ TEST(WizardTest, AsksItsPages) {
     int button;
     Answer answer;
     Events events;
-    LRESULT page; // after it
+    LRESULT page; // the page after the press
   } presses[] = {
-      {PSBTN_BACK, {0, 0}, {"A back"}, 0}, // there is no page before it
+      {PSBTN_BACK, {0, 0}, {"A back"}, 0}, // there is no previous page
       {PSBTN_NEXT, {PSN_WIZNEXT, -1}, {"A next"}, 0},
       {PSBTN_NEXT, {PSN_KILLACTIVE, TRUE}, {"A next", "A leave"}, 0},
       {PSBTN_NEXT, {0, 0}, {"A next", "A leave", "B made", "B show"}, 1},
       {PSBTN_HELP, {0, 0}, {"B help"}, 1},
       {PSBTN_NEXT, {0, 0}, {"B next", "B leave", "C made", "C show"}, 2},
-      {PSBTN_NEXT, {0, 0}, {"C next"}, 2}, // nor one behind it
+      {PSBTN_NEXT, {0, 0}, {"C next"}, 2}, // there is no next page
       {PSBTN_BACK, {PSN_WIZBACK, -1}, {"C back"}, 2},
-      {PSBTN_BACK, {PSN_SETACTIVE, -1}, {"C back", "C leave", "B show", "A show"}, 0}, // the one between is skipped
+      {PSBTN_BACK, {PSN_SETACTIVE, -1}, {"C back", "C leave", "B show", "A show"}, 0}, // the page between is skipped
       {PSBTN_NEXT, {PSN_SETACTIVE, -1}, {"A next", "A leave", "B show", "C show"}, 2},
       {PSBTN_FINISH, {PSN_WIZFINISH, TRUE}, {"C finish"}, 2},
       {PSBTN_CANCEL, {PSN_QUERYCANCEL, TRUE}, {"C cancel?"}, 2},
@@ -129,7 +130,7 @@ TEST(WizardTest, AsksItsPages) {
   UserSteps steps;
   for (const auto &press : presses)
     steps.emplace_back([&](HWND sheet) {
-      // The page that the press before has led to.
+      // The page after the previous press.
       const LRESULT shown = SendMessageA(sheet, PSM_GETCURRENTPAGEHWND, 0, 0);
       EXPECT_TRUE(IsWindowVisible(reinterpret_cast<HWND>(shown)));
       EXPECT_EQ(SendMessageA(sheet, PSM_HWNDTOINDEX, static_cast<WPARAM>(shown), 0), page);
@@ -166,7 +167,7 @@ TEST(WizardTest, IsCancelled) {
       PostMessageA(sheet, way.message, way.wParam, 0);
     };
     EXPECT_EQ(RunWizard({cancel}, owner), 0);
-    EXPECT_EQ(events, (Events{"A cancel?", way.reset})); // pages that were never shown hear nothing
+    EXPECT_EQ(events, (Events{"A cancel?", way.reset})); // pages that were never shown get no notification
     EXPECT_TRUE(IsWindowEnabled(owner));
   }
   DestroyWindow(owner);
@@ -211,7 +212,7 @@ TEST(MessageBoxTest, HasTheButtonsOfItsType) {
     }
 }
 
-TEST(MessageBoxTest, ComesUpBeforeAnother) {
+TEST(MessageBoxTest, CanOpenAboveAnother) {
   int inner = 0;
   const auto ask = [&](HWND outer) {
     inner = MessageBoxA(outer, "inner", "", MB_YESNO);

@@ -1,4 +1,4 @@
-// Windows, dialogs and controls: the messages that they send and in which order, and what becomes of odd calls.
+// Windows, dialogs and controls: the messages that they send, in their order, and the results of unusual calls.
 #include "support/dialog_template.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ namespace {
 using Events = std::vector<std::string>;
 
 Events events;
-// Where a test wants a say in what a window does.
+// Lets a test decide what a window does with a message.
 std::function<std::optional<LRESULT>(HWND window, UINT message)> reaction;
 
 Events TakeEvents() { return std::exchange(events, {}); }
@@ -78,7 +78,7 @@ protected:
     WNDCLASSA windowClass = {};
     windowClass.lpfnWndProc = Procedure;
     windowClass.lpszClassName = "Recorder";
-    RegisterClassA(&windowClass); // refused after the first test
+    RegisterClassA(&windowClass); // fails after the first test
     top = Create("recorder", WS_POPUP | WS_VISIBLE, nullptr, 0);
     ASSERT_NE(top, nullptr);
     TakeEvents();
@@ -94,7 +94,7 @@ protected:
   }
 };
 
-TEST_F(WindowsTest, AreMadeAndGoInOrder) {
+TEST_F(WindowsTest, AreMadeAndDestroyedInOrder) {
   const HWND outer = Child("Recorder", 0, 1);
   const HWND first = Create("Recorder", WS_CHILD, outer, 2);
   const HWND second = Create("Recorder", WS_CHILD, outer, 3);
@@ -109,7 +109,7 @@ TEST_F(WindowsTest, AreMadeAndGoInOrder) {
   EXPECT_EQ(std::vector<LONG>({rect.left, rect.top, rect.right, rect.bottom}), std::vector<LONG>({15, 18, 115, 118}));
 
   const HWND popup = Create("Recorder", WS_POPUP, second, 0);
-  EXPECT_EQ(GetParent(popup), top); // which owns it
+  EXPECT_EQ(GetParent(popup), top); // its owner
   TakeEvents();
   DestroyWindow(outer);
   EXPECT_EQ(TakeEvents(), (Events{"destroy 1", "destroy 2", "destroy 3", "ncdestroy 2", "ncdestroy 3", "ncdestroy 1"}));
@@ -117,7 +117,7 @@ TEST_F(WindowsTest, AreMadeAndGoInOrder) {
   EXPECT_FALSE(IsWindow(popup));
 }
 
-TEST_F(WindowsTest, CanGoFromWithinTheirDestruction) {
+TEST_F(WindowsTest, CanBeDestroyedDuringTheirDestruction) {
   for (const UINT moment : {WM_DESTROY, WM_NCDESTROY}) {
     const HWND outer = Child("Recorder", 0, 1);
     const HWND inner = Create("Recorder", WS_CHILD, outer, 2);
@@ -134,7 +134,7 @@ TEST_F(WindowsTest, CanGoFromWithinTheirDestruction) {
   }
 }
 
-TEST_F(WindowsTest, NothingIsDoneToOnesThatAreGone) {
+TEST_F(WindowsTest, CallsOnDestroyedWindowsFail) {
   const HWND child = Child("Recorder", 0, 1);
   reaction = [](HWND window, UINT message) -> std::optional<LRESULT> {
     if (message == WM_USER)
@@ -158,11 +158,11 @@ TEST_F(WindowsTest, KeepTextsOfAnyLength) {
   EXPECT_EQ(GetWindowTextLengthA(top), static_cast<int>(big.size()));
   char text[4];
   SetWindowTextA(top, "\x95\x5c\x95\x5c");
-  EXPECT_EQ(GetWindowTextA(top, text, sizeof text), 2); // no half of a character
+  EXPECT_EQ(GetWindowTextA(top, text, sizeof text), 2); // no half of a character is copied
   EXPECT_STREQ(text, "\x95\x5c");
 }
 
-TEST_F(WindowsTest, FocusFollowsWhatCanHaveIt) {
+TEST_F(WindowsTest, FocusLeavesWindowsThatCannotHaveIt) {
   const HWND first = Child("Recorder", 0, 1);
   const HWND second = Child("Recorder", 0, 2);
   TakeEvents();
@@ -200,16 +200,16 @@ TEST_F(WindowsTest, ButtonsAreClicked) {
   EXPECT_EQ(SendMessageA(check, BM_GETCHECK, 0, 0), static_cast<LRESULT>(BST_CHECKED));
   SendMessageA(check, BM_SETCHECK, BST_UNCHECKED, 0);
   EXPECT_EQ(SendMessageA(check, BM_GETCHECK, 0, 0), static_cast<LRESULT>(BST_UNCHECKED));
-  EXPECT_EQ(TakeEvents(), (Events{"unfocus 0", "command 1 0", "command 2 0"})); // a program's check mark is no click
+  EXPECT_EQ(TakeEvents(), (Events{"unfocus 0", "command 1 0", "command 2 0"})); // checking by a program isn't a click
 }
 
 constexpr const char *Changed[] = {"command 1 1024", "command 1 768"}; // EN_UPDATE and EN_CHANGE
 
-TEST_F(WindowsTest, EditsTakeWhatIsTyped) {
+TEST_F(WindowsTest, EditsHandleTyping) {
   const struct {
     DWORD style;
     const char *before, *typed, *after;
-    int told; // how many characters were told of
+    int told; // the number of characters in notifications
   } cases[] = {
       {ES_AUTOHSCROLL, "", "ab\bc", "ac", 4}, {ES_AUTOHSCROLL, "", "a\r\t\x1b", "a", 1},
       {ES_AUTOHSCROLL, "", "\b", "", 0},      {ES_MULTILINE, "", "a\rb", "a\r\nb", 3},
@@ -230,7 +230,7 @@ TEST_F(WindowsTest, EditsTakeWhatIsTyped) {
   }
 }
 
-TEST_F(WindowsTest, EditsLimitWhatIsTypedOnly) {
+TEST_F(WindowsTest, EditsLimitOnlyTyping) {
   const HWND edit = Child("EDIT", ES_AUTOHSCROLL, 1);
   SendMessageA(edit, EM_LIMITTEXT, 4, 0);
   EXPECT_EQ(SendMessageA(edit, EM_GETLIMITTEXT, 0, 0), 4);
@@ -264,7 +264,7 @@ protected:
   }
 };
 
-TEST_F(ComboBoxTest, TellsOfTheUsersChoicesOnly) {
+TEST_F(ComboBoxTest, NotifiesOnlyOfTheUsersChoices) {
   Make(CBS_DROPDOWNLIST);
   SetFocus(box);
   TakeEvents();
@@ -273,7 +273,7 @@ TEST_F(ComboBoxTest, TellsOfTheUsersChoicesOnly) {
   EXPECT_EQ(GetWindowTextLengthA(box), 8);
   EXPECT_EQ(Send(CB_SETCURSEL, 9), CB_ERR);
   EXPECT_EQ(Send(CB_GETCURSEL), 1);
-  EXPECT_LT(Send(WM_SETTEXT, 0, reinterpret_cast<LPARAM>("XYZ00001")), 0); // only entries are shown
+  EXPECT_LT(Send(WM_SETTEXT, 0, reinterpret_cast<LPARAM>("XYZ00001")), 0); // only entries can be shown
   EXPECT_EQ(TakeEvents(), Events());
   const Events chosen = {"command 1 9", "command 1 1"}; // CBN_SELENDOK, CBN_SELCHANGE
   Send(WM_KEYDOWN, VK_DOWN);
@@ -302,10 +302,10 @@ TEST_F(ComboBoxTest, HasAnEditControl) {
   SendMessageA(edit, EM_SETSEL, 0, -1);
   Type(edit, "X");
   EXPECT_EQ(TextOf(box), "X");
-  EXPECT_EQ(Send(CB_GETCURSEL), CB_ERR);                           // what is typed is no entry of the list
+  EXPECT_EQ(Send(CB_GETCURSEL), CB_ERR);                           // the typed text isn't an entry of the list
   EXPECT_EQ(TakeEvents(), (Events{"command 1 6", "command 1 5"})); // CBN_EDITUPDATE, CBN_EDITCHANGE
   Send(CB_SHOWDROPDOWN, TRUE);
-  EXPECT_EQ(TextOf(box), "XYZ00001"); // until the list opens at it
+  EXPECT_EQ(TextOf(box), "XYZ00001"); // selected when the list opens
   Send(CB_SHOWDROPDOWN, FALSE);
   SetFocus(box);
   EXPECT_EQ(GetFocus(), edit);
@@ -376,7 +376,7 @@ TEST_F(WindowsTest, DialogsComeFromTemplates) {
 TEST_F(WindowsTest, DialogsMoveTheFocus) {
   const HWND dialog = CreateFrom(Template(WS_POPUP | WS_VISIBLE, Controls), top, 0);
   const HWND page = CreateFrom(Template(WS_CHILD | DS_CONTROL, Controls), dialog, 0);
-  EXPECT_EQ(GetFocus(), GetDlgItem(dialog, 101)); // a page that isn't shown doesn't take it
+  EXPECT_EQ(GetFocus(), GetDlgItem(dialog, 101)); // a hidden page doesn't get the focus
   const auto stops = [&] {
     std::vector<int> ids;
     HWND control = nullptr;
@@ -398,7 +398,7 @@ TEST_F(WindowsTest, DialogsMoveTheFocus) {
     SendMessageA(page, WM_NEXTDLGCTL, where, isControl);
     EXPECT_EQ(GetFocus(), GetDlgItem(page, id)) << id;
   }
-  EXPECT_EQ(SendDlgItemMessageA(page, 101, EM_GETSEL, 0, 0), MAKELPARAM(0, 4)); // as the keyboard does
+  EXPECT_EQ(SendDlgItemMessageA(page, 101, EM_GETSEL, 0, 0), MAKELPARAM(0, 4)); // as with the keyboard
 
   EnableWindow(dialog, FALSE);
   const HWND box = CreateFrom(Template(WS_POPUP | WS_VISIBLE, Controls), dialog, 0);
