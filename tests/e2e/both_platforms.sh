@@ -177,7 +177,7 @@ if [ "$build" = win32 ]; then
   use b
   wine "$windows_keys" | tr -d '\r' >"$work/b/output"
   settle
-  diff "$work/a/output" "$work/b/output" || fail "the two platforms come to different keys"
+  diff "$work/a/output" "$work/b/output" || fail "the two platforms have different keys"
   for name in a b; do
     read_registry "$name" /reg:64 'HKLM\Software' 'HKCU\Software' >"$work/$name/keys"
   done
