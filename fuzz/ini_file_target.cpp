@@ -1,5 +1,5 @@
-// Profile files of anybody's making: what a query answers stays within the buffer, is terminated, and is the same
-// whatever the size of the buffer but for its end. The text is the file, the commands name what is asked for.
+// Untrusted INI files: the answer to a query fits the buffer, is terminated, and is the same for every size of the
+// buffer except at its end. The text is the file, the commands choose the query.
 #include "win32/win32.h"
 
 #include "fuzzing.h"
@@ -12,7 +12,7 @@ namespace {
 const ScratchMachine Machine;
 constexpr const char *Path = "C:\\service.ini";
 
-// Into a buffer of just that size, whose end ASan watches. A null name asks for a list of names.
+// Queries with a buffer of exactly that size, whose end ASan watches. A null name asks for a list of names.
 std::string Ask(const char *section, const char *key, const char *fallback, size_t size) {
   const bool list = section == nullptr || key == nullptr;
   std::vector<char> buffer(size, 'x');
@@ -38,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     for (const char *key : {"server_max", "disp1", typedKey.c_str(), static_cast<const char *>(nullptr)}) {
       const std::string whole = Ask(section, key, fallback.c_str(), 40000);
       const std::string cut = Ask(section, key, fallback.c_str(), small);
-      // Double-byte characters that are cut may lose a byte, lists end in their own way.
+      // A cut double-byte character may lose a byte, and lists end in a different way.
       const bool list = section == nullptr || key == nullptr;
       REQUIRE(list || whole.starts_with(cut.substr(0, cut.empty() ? 0 : cut.size() - 1)));
     }

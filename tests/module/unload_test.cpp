@@ -1,11 +1,11 @@
-// The library as a host loads it, and what is left when it has been unloaded again.
+// The library as a host loads and unloads it, and the resources that are left after that.
 #include "support/client_machine.h"
 #include "support/stubs_windows.h"
 #include "support/user.h"
 
 namespace {
 
-// What a process has few of.
+// Resources of which a process has few.
 struct Resources {
   DWORD kernelHandles;
   DWORD nextThreadLocalIndex;

@@ -1,4 +1,4 @@
-// What the file calls answer: dispositions, sharing, folders, searches, names.
+// The results of the file calls: dispositions, sharing, folders, searches, names.
 #include "support/handles.h"
 #include "support/test_machine.h"
 
@@ -21,8 +21,8 @@ LONG LastError() { return static_cast<LONG>(GetLastError()); }
 TEST_F(FilesTest, Dispositions) {
   const struct {
     DWORD disposition;
-    LONG missing, existing, folder; // what GetLastError says; success for 0 and ERROR_ALREADY_EXISTS of a file
-    const char *content;            // of the file that was there
+    LONG missing, existing, folder; // the result of GetLastError; a file is opened on 0 and ERROR_ALREADY_EXISTS
+    const char *content;            // of the existing file, after it was opened
   } cases[] = {
       {OPEN_EXISTING, ERROR_FILE_NOT_FOUND, NoError, ERROR_ACCESS_DENIED, "old"},
       {OPEN_ALWAYS, NoError, ERROR_ALREADY_EXISTS, ERROR_ACCESS_DENIED, "old"},
@@ -66,7 +66,7 @@ TEST_F(FilesTest, ShareModeZeroKeepsEveryOtherOpenOut) {
     for (const DWORD disposition : {OPEN_EXISTING, OPEN_ALWAYS, CREATE_ALWAYS}) {
       SCOPED_TRACE(::testing::Message() << (&test - cases) << " " << disposition);
       if (disposition == CREATE_ALWAYS && test.error == NoError)
-        continue; // it overwrites, which not every share mode allows
+        continue; // overwriting isn't allowed in every share mode
       TestFile first(Open(Scratch + "\\file", test.firstAccess, test.firstShare, disposition));
       ASSERT_TRUE(first);
       const TestFile second(Open(Scratch + "\\FILE", test.secondAccess, test.secondShare, disposition));
@@ -85,7 +85,7 @@ TEST_F(FilesTest, ReadsAndWrites) {
   DWORD count = 9;
   TestFile file(Open(path, GENERIC_READ | GENERIC_WRITE, 0, OPEN_EXISTING));
   EXPECT_TRUE(ReadFile(file.Get(), bytes, 2, &count, nullptr));
-  EXPECT_TRUE(WriteFile(file.Get(), "XY", 2, &count, nullptr)); // where the read left off
+  EXPECT_TRUE(WriteFile(file.Get(), "XY", 2, &count, nullptr)); // at the position after the read
   EXPECT_TRUE(ReadFile(file.Get(), bytes + 2, 6, &count, nullptr));
   EXPECT_EQ(count, 2U);
   EXPECT_STREQ(bytes, "abef");
@@ -111,7 +111,7 @@ TEST_F(FilesTest, MakesOneFolderAtATime) {
     }
 }
 
-TEST_F(FilesTest, Finds) {
+TEST_F(FilesTest, FindsFiles) {
   PutFile(Scratch + "\\Folder\\Text File.TXT", "12345");
   PutFile(Scratch + "\\Folder\\\x95\x5c.dat", "");
   PutFile(Scratch + "\\Folder\\\x82\x60", "");
@@ -145,7 +145,7 @@ TEST_F(FilesTest, Finds) {
     }
 }
 
-// How much fits is the same everywhere, whatever the path is.
+// The results depend only on the sizes, so they are the same everywhere, whatever the path is.
 TEST_F(FilesTest, BuffersForPaths) {
   char windows[MAX_PATH];
   const UINT length = GetWindowsDirectoryA(windows, sizeof windows);
@@ -161,7 +161,7 @@ TEST_F(FilesTest, BuffersForPaths) {
   EXPECT_EQ(GetModuleFileNameA(nullptr, program, size + 1), size);
   EXPECT_EQ(GetModuleFileNameA(nullptr, program, size), size);
   EXPECT_EQ(LastError(), ERROR_INSUFFICIENT_BUFFER);
-  // Windows has terminated a cut path since Vista; Wine, like the systems before, fills the buffer to its end.
+  // Windows terminates a cut path since Vista; older systems and Wine fill the buffer to its end.
   EXPECT_EQ(std::string(program, size - 1), programPath.substr(0, size - 1));
 }
 

@@ -13,9 +13,9 @@ TEST_F(ShellTest, FoldersComeFromTheRegistry) {
   } cases[] = {{CSIDL_APPDATA, "AppData"}, {CSIDL_PROGRAMS, "Programs"}};
   for (const auto &test : cases) {
     SCOPED_TRACE(test.valueName);
-    if (!GetString(HKEY_CURRENT_USER, key, test.valueName)) // a new machine may have no user's folders yet
+    if (!GetString(HKEY_CURRENT_USER, key, test.valueName)) // a new machine may not have the user's folders yet
       PutString(HKEY_CURRENT_USER, key, test.valueName, std::string("C:\\acctkit-test\\\x95\x5c ") + test.valueName);
-    MakeFolders(*GetString(HKEY_CURRENT_USER, key, test.valueName)); // a folder that is gone is none to Windows
+    MakeFolders(*GetString(HKEY_CURRENT_USER, key, test.valueName)); // Windows ignores a folder that doesn't exist
     ITEMIDLIST *list = nullptr;
     ASSERT_EQ(SHGetSpecialFolderLocation(nullptr, test.folder, &list), S_OK);
     char path[MAX_PATH] = "";

@@ -1,13 +1,13 @@
-// How profile files are read.
+// How INI files are read.
 #include "support/test_machine.h"
 
 namespace {
 
 const char *const Profile = "C:\\acctkit-test\\profile.ini";
 
-class ProfileTest : public MachineTest {
+class IniFileTest : public MachineTest {
 protected:
-  // What the call puts into a buffer of that size: the result's length of it.
+  // The text that the call puts into a buffer of that size, as long as the result says.
   static std::string Get(const char *section, const char *key, const char *defaultText = "none", DWORD size = 1000,
                          const char *path = Profile) {
     std::string buffer(200000, '#');
@@ -19,7 +19,7 @@ protected:
   }
 };
 
-TEST_F(ProfileTest, ReadsValues) {
+TEST_F(IniFileTest, ReadsValues) {
   PutFile(Profile, "before=any section\r\n"
                    "[Server]\r\n"
                    "Key=value\r\n"
@@ -52,23 +52,23 @@ TEST_F(ProfileTest, ReadsValues) {
     EXPECT_EQ(Get(test.section, test.key), test.value) << test.section << " " << test.key;
 }
 
-TEST_F(ProfileTest, DefaultsStandInForWhatIsMissing) {
+TEST_F(IniFileTest, DefaultsStandInForWhatIsMissing) {
   PutFile(Profile, "[A]\nk=v\n");
   EXPECT_EQ(Get("A", "none", ""), "");
   for (const char *path : {"C:\\acctkit-test\\missing.ini", "C:\\acctkit-test\\missing\\p.ini", "C:\\acctkit-test"})
     EXPECT_EQ(Get("A", "k", "default", 100, path), "default") << path;
 }
 
-TEST_F(ProfileTest, CutsWhatDoesNotFit) {
+TEST_F(IniFileTest, CutsWhatDoesNotFit) {
   PutFile(Profile, "[First]\nkey=value\nother=\x95\x5c\x83\x5c\n[Second]\n");
   for (const auto &[size, given] : {std::pair{7U, "value"}, {6U, "value"}, {5U, "valu"}, {2U, "v"}, {1U, ""}})
     EXPECT_EQ(Get("First", "key", "none", size), given) << size;
-  // No half of a character; Wine leaves whatever stood in its place.
+  // No half of a character is copied; Wine leaves the old byte in its place.
   EXPECT_EQ(Get("First", "other", "none", 4).substr(0, 2), "\x95\x5c");
   EXPECT_EQ(Get("First", "other", "none", 4).find('\x83'), std::string::npos);
 }
 
-TEST_F(ProfileTest, LineEndsAndLongLines) {
+TEST_F(IniFileTest, LineEndsAndLongLines) {
   PutFile(Profile, "\n\r\n[A]\r\rk=crs\r\nl=crlf\n\n[B]\nk=" + std::string(100000, 'x') + "\n" +
                        std::string(100000, 'y') + "=long\nl=" + std::string("zero\0byte", 9) + "\nm=no end");
   EXPECT_EQ(Get("A", "k"), "crs");
@@ -81,7 +81,7 @@ TEST_F(ProfileTest, LineEndsAndLongLines) {
   EXPECT_EQ(Get("A", "k"), "none");
 }
 
-TEST_F(ProfileTest, JapaneseText) {
+TEST_F(IniFileTest, JapaneseText) {
   PutFile(Profile, "[\x83\x5d\x95\x5c]\n\x83\x5c=\"\x95\x5c\"\n\x82\x60=\x8f\x5d\n\x81\x40=\x81\x40\n\xb1= \xb2\n");
   const std::pair<const char *, const char *> cases[] = {
       {"\x83\x5c", "\x95\x5c"}, {"\x82\x60", "\x8f\x5d"}, {"\x81\x40", "\x81\x40"}, {"\xb1", "\xb2"}};
