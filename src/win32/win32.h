@@ -22,8 +22,7 @@
 #include <cstddef>
 #include <cstdint>
 
-// The calls are visible outside the library: a host looks at the machine through the very calls that wrote to it.
-#pragma GCC visibility push(default)
+extern "C" {
 
 // ---- Types ----
 
@@ -254,6 +253,12 @@ HMODULE LoadLibraryA(const char *path);
 FARPROC GetProcAddress(HMODULE module, const char *name);
 BOOL FreeLibrary(HMODULE module);
 
+struct MEMORY_BASIC_INFORMATION {
+  void *AllocationBase; // the handle of the module
+};
+// What an address within a module belongs to. The size of the record, 0 for an address that lies in no module.
+size_t VirtualQuery(const void *address, MEMORY_BASIC_INFORMATION *information, size_t size);
+
 // ---- Text ----
 // The system's code page is 932. Lengths of -1 mean terminated text, and the result then counts the terminator; a
 // buffer size of 0 only asks for the size. 0 and ERROR_INSUFFICIENT_BUFFER for a result that doesn't fit.
@@ -276,6 +281,9 @@ int _mbsicmp(const unsigned char *left, const unsigned char *right);
 int _ismbcalpha(unsigned int character);
 int _ismbcdigit(unsigned int character);
 
-#pragma GCC visibility pop
+// Compares texts as a dictionary has them in order.
+int lstrcmpA(const char *left, const char *right);
+
+} // extern "C"
 
 #endif

@@ -16,7 +16,7 @@
 
 #define CALLBACK
 
-#pragma GCC visibility push(default)
+extern "C" {
 
 // ---- Types ----
 
@@ -278,17 +278,11 @@ HWND GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous);
 // Dialog units into pixels.
 BOOL MapDialogRect(HWND dialog, RECT *rect);
 
-// The compiled resources of the library.
+// The compiled resources of a module.
 HRSRC FindResourceA(HMODULE module, const char *name, const char *type);
 HGLOBAL LoadResource(HMODULE module, HRSRC resource);
 void *LockResource(HGLOBAL resource);
 inline char *const RT_DIALOG = MAKEINTRESOURCEA(5);
-
-struct MEMORY_BASIC_INFORMATION {
-  void *AllocationBase; // the handle of the module
-};
-// What an address within a module belongs to. The size of the record, 0 for an address that lies in no module.
-size_t VirtualQuery(const void *address, MEMORY_BASIC_INFORMATION *information, size_t size);
 
 // ---- Controls ----
 
@@ -565,11 +559,7 @@ struct PSHNOTIFY {
 // IDHELP; PSM_SETWIZBUTTONS shows Next or Finish and enables Back and them.
 INT_PTR PropertySheetA(const PROPSHEETHEADERA *sheet);
 
-// ---- Text ----
-
-int lstrcmpA(const char *left, const char *right);
-
-#pragma GCC visibility pop
+} // extern "C"
 
 #endif
 

@@ -1,5 +1,5 @@
 // Loadable libraries of the machine: shared objects, whatever their names end in.
-#include "win32/win32_ui.h"
+#include "win32/win32.h"
 
 #include "win32/linux/last_error.h"
 #include "win32/linux/machine/faults.h"

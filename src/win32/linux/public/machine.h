@@ -10,8 +10,6 @@
 
 namespace machine {
 
-#pragma GCC visibility push(default)
-
 // The folder that ACCTKIT_MACHINE names, else $XDG_DATA_HOME/acctkit/machine, else ~/.local/share/acctkit/machine.
 // Looked up anew by every Win32 call, so a process can go from one machine to another.
 std::filesystem::path Folder();
@@ -64,7 +62,5 @@ struct Value {
 };
 // The values of a key in the order of its hive; empty for a missing key.
 std::vector<Value> ListValues(HKEY root, const char *subkey);
-
-#pragma GCC visibility pop
 
 } // namespace machine

@@ -9,8 +9,6 @@
 
 namespace machine {
 
-#pragma GCC visibility push(default)
-
 struct Drawn {
   enum class Kind { Fill, Text, FocusFrame, Image };
 
@@ -40,8 +38,6 @@ private:
 
 // How many fonts, brushes and device contexts of this process wait to be deleted or released.
 size_t LiveDrawingObjects();
-
-#pragma GCC visibility pop
 
 // Draws on a context; false if it is none.
 bool Draw(HDC context, Drawn operation);

@@ -8,14 +8,10 @@
 
 namespace machine {
 
-#pragma GCC visibility push(default)
-
 // The file on the machine (code page 932) that an icon was taken from; empty for a system icon and for no icon.
 std::string IconFile(HICON icon);
 
 // How many icons of this process wait for DestroyIcon.
 size_t LiveIcons();
-
-#pragma GCC visibility pop
 
 } // namespace machine

@@ -1,4 +1,7 @@
 // Reader of compiled resources, and the calls that find one.
+//
+// A module has its resources in an ELF note, as a Windows module has them in a section that its headers name: whoever
+// knows the module finds them, no symbol goes out for it, and they come and go with the module.
 #include "win32/linux/windows/resources.h"
 
 #include "win32/linux/last_error.h"
@@ -8,11 +11,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <functional>
-
-extern "C" {
-extern const char win32_resources_begin[] __attribute__((weak, visibility("hidden")));
-extern const char win32_resources_end[] __attribute__((weak, visibility("hidden")));
-}
+#include <link.h>
+#include <span>
 
 using machine::Resource;
 using machine::ResourceName;
@@ -30,12 +30,40 @@ ResourceName NextName(machine::Reader &reader) {
   return name;
 }
 
-const std::vector<Resource> &LibraryResources() {
-  static const std::vector<Resource> resources = machine::ReadResources(
-      win32_resources_begin != nullptr
-          ? std::string_view(win32_resources_begin, static_cast<size_t>(win32_resources_end - win32_resources_begin))
-          : std::string_view());
-  return resources;
+// The resources among the notes of a segment, empty if they aren't there.
+std::string_view NoteOfResources(std::string_view notes) {
+  constexpr std::string_view Owner("Win32", sizeof "Win32");
+  while (!notes.empty()) {
+    machine::Reader header(notes.data(), notes.size());
+    const size_t nameSize = header.Next<DWORD>();
+    const size_t size = header.Next<DWORD>();
+    const size_t begin = sizeof(ElfW(Nhdr)) + machine::Aligned(nameSize);
+    if (header.Failed() || begin > notes.size() || size > notes.size() - begin)
+      return {};
+    if (notes.substr(sizeof(ElfW(Nhdr)), nameSize) == Owner)
+      return notes.substr(begin, size);
+    notes.remove_prefix(std::min(machine::Aligned(begin + size), notes.size()));
+  }
+  return {};
+}
+
+// The resources of a module, of the program for null.
+std::vector<Resource> ResourcesOf(HMODULE module) {
+  struct Search {
+    const link_map *module;
+    std::string_view found;
+  } search{static_cast<const link_map *>(module), {}};
+  const auto look = [](dl_phdr_info *loaded, size_t, void *data) {
+    auto &[wanted, found] = *static_cast<Search *>(data);
+    if (wanted != nullptr && wanted->l_addr != loaded->dlpi_addr)
+      return 0; // the program comes first, and so is it for null
+    for (const ElfW(Phdr) & segment : std::span(loaded->dlpi_phdr, loaded->dlpi_phnum))
+      if (segment.p_type == PT_NOTE && segment.p_align == alignof(DWORD) && found.empty())
+        found = NoteOfResources({reinterpret_cast<const char *>(loaded->dlpi_addr + segment.p_vaddr), segment.p_memsz});
+    return 1;
+  };
+  dl_iterate_phdr(look, &search);
+  return machine::ReadResources(search.found);
 }
 
 // A name as the calls give it: a number in place of an address, "#" and a number, or a text.
@@ -46,13 +74,6 @@ ResourceName NameOf(const char *given) {
   if (*given == '#')
     return {static_cast<WORD>(std::strtoul(given + 1, nullptr, 10)), {}};
   return {0, text::ToUpper(text::ToWide(given))};
-}
-
-const Resource *AsResource(HRSRC handle) {
-  const std::vector<Resource> &resources = LibraryResources();
-  const auto found =
-      std::ranges::find_if(resources, [&](const Resource &each) { return static_cast<const void *>(&each) == handle; });
-  return found != resources.end() ? &*found : nullptr;
 }
 
 } // namespace
@@ -76,8 +97,11 @@ std::vector<Resource> ReadResources(std::string_view block) {
 }
 
 size_t BytesOfResourceAt(const void *address) {
+  MEMORY_BASIC_INFORMATION region;
+  if (VirtualQuery(address, &region, sizeof region) == 0)
+    return 0;
   const auto *const at = static_cast<const char *>(address);
-  for (const auto &[type, name, data] : LibraryResources())
+  for (const auto &[type, name, data] : ResourcesOf(region.AllocationBase))
     if (std::greater_equal<>()(at, data.data()) && std::less<>()(at, data.data() + data.size()))
       return static_cast<size_t>(data.data() + data.size() - at);
   return 0;
@@ -85,19 +109,16 @@ size_t BytesOfResourceAt(const void *address) {
 
 } // namespace machine
 
-HRSRC FindResourceA(HMODULE, const char *name, const char *type) {
-  const std::vector<Resource> &resources = LibraryResources();
-  const auto found =
-      std::ranges::find_if(resources, [wantedType = NameOf(type), wanted = NameOf(name)](const Resource &each) {
-        return each.type == wantedType && each.name == wanted;
-      });
-  return found != resources.end() ? reinterpret_cast<HRSRC>(const_cast<Resource *>(&*found))
-                                  : machine::Fail(ERROR_RESOURCE_NAME_NOT_FOUND, nullptr);
+HRSRC FindResourceA(HMODULE module, const char *name, const char *type) {
+  const ResourceName wanted = NameOf(name);
+  const ResourceName wantedType = NameOf(type);
+  for (const Resource &each : ResourcesOf(module))
+    if (each.type == wantedType && each.name == wanted)
+      return reinterpret_cast<HRSRC>(const_cast<char *>(each.data.data()));
+  return machine::Fail(ERROR_RESOURCE_NAME_NOT_FOUND, nullptr);
 }
 
-HGLOBAL LoadResource(HMODULE, HRSRC handle) {
-  const Resource *const resource = AsResource(handle);
-  return resource != nullptr ? const_cast<char *>(resource->data.data()) : nullptr;
-}
+// A resource is in memory as long as its module, so that its handle is its address.
+HGLOBAL LoadResource(HMODULE, HRSRC resource) { return resource; }
 
 void *LockResource(HGLOBAL resource) { return resource; }

@@ -1,5 +1,4 @@
-// Compiled resources in the form that a resource compiler leaves for a linker (.res). The library's own stand between
-// two symbols, if it has any.
+// Compiled resources in the form that a resource compiler leaves for a linker (.res).
 #pragma once
 
 #include "win32/win32_ui.h"
@@ -27,7 +26,7 @@ struct Resource {
 // The resources in a block, up to the first that doesn't fit into it.
 std::vector<Resource> ReadResources(std::string_view block);
 
-// How many bytes of the library's resource follow at an address; 0 outside of all resources.
+// How many bytes of a module's resource follow at an address; 0 outside of all resources.
 size_t BytesOfResourceAt(const void *address);
 
 } // namespace machine
