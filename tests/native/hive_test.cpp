@@ -1,5 +1,6 @@
 // Hives as files: what isn't edited stays byte for byte, what is written is what Wine itself would write, and a damaged
 // hive is neither read nor written.
+#include "hooks/hive_hooks.h"
 #include "support/client_machine.h"
 #include "support/handles.h"
 
@@ -73,7 +74,7 @@ TEST_F(HiveTest, WritesValuesAsWineDoes) {
   for (const char16_t *path : {u"", u"Control Panel\\Desktop", u"Software\\\u8868[]", u"Software\\Link"}) {
     machine::Hive::Key *const key = hive.Find(hive.Root(), path);
     ASSERT_NE(key, nullptr);
-    for (const machine::HiveValue &value : hive.Values(*key))
+    for (const machine::HiveValue &value : machine::HiveHooks::Values(hive, *key))
       hive.WriteValue(*key, value);
   }
   EXPECT_EQ(hive.Text(), WineHive);

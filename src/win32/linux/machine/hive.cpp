@@ -301,7 +301,6 @@ bool IsSoundValue(std::string_view value) {
   return true;
 }
 
-constexpr std::string_view ReadOnlyLine = "#readonly";
 constexpr std::string_view LinkLine = "#link";
 constexpr std::string_view Arch64Line = "#arch=win64";
 
@@ -378,12 +377,10 @@ std::string_view Hive::ReadPlainLine(std::string_view line, Key *key) {
   const std::string_view text = Trimmed(line);
   if (!text.empty() && text[0] != ';' && text[0] != '#')
     return "neither a key nor a value";
-  if (key == nullptr) {
+  if (key == nullptr)
     is64Bit = is64Bit || text == Arch64Line;
-  } else {
-    key->readOnly = key->readOnly || text == ReadOnlyLine;
+  else
     key->isLink = key->isLink || text == LinkLine;
-  }
   return {};
 }
 
@@ -502,14 +499,6 @@ void Hive::AddSection(Key &key) {
   section.lines = {{heading + stamps, std::nullopt}, {"\n", std::nullopt}};
 }
 
-void Hive::MarkReadOnly(Key &key) {
-  if (key.sections.empty() || key.readOnly)
-    return;
-  std::vector<Line> &lines = LinesOf(sections[key.sections.front()]);
-  lines.insert(lines.begin() + 1, {std::string(ReadOnlyLine) + '\n', std::nullopt});
-  key.readOnly = true;
-}
-
 // ---- Values of a key ----
 
 std::vector<Hive::Line> &Hive::LinesOf(Section &section) {
@@ -550,18 +539,6 @@ Hive::Found Hive::ReadValue(const Key &key, std::u16string_view name, HiveValue 
     return Found::No;
   std::string_view text = line->text;
   return ReadName(text, value.name) && ReadData(text, value) ? Found::Yes : Found::Damaged;
-}
-
-std::vector<HiveValue> Hive::Values(const Key &key) {
-  std::vector<HiveValue> values;
-  for (const uint32_t number : key.sections)
-    for (const Line &line : LinesOf(sections[number])) {
-      std::string_view text = line.text;
-      HiveValue value;
-      if (line.valueName && ReadName(text, value.name) && ReadData(text, value))
-        values.push_back(std::move(value));
-    }
-  return values;
 }
 
 void Hive::WriteValue(Key &key, const HiveValue &value) {

@@ -37,7 +37,6 @@ public:
     std::u16string name;
     std::map<std::u16string, std::unique_ptr<Key>, std::less<>> subkeys; // by their names in upper case
     std::vector<uint32_t> sections; // one as a rule; Wine merges those that a file has twice
-    bool readOnly = false;
     bool isLink = false;            // to the key that its value SymbolicLinkValue names
     std::vector<const Key *> order; // the subkeys by index, once somebody asked for one
 
@@ -67,13 +66,13 @@ public:
 
   enum class Found { Yes, No, Damaged };
   Found ReadValue(const Key &key, std::u16string_view name, HiveValue &value);
-  std::vector<HiveValue> Values(const Key &key);
   void WriteValue(Key &key, const HiveValue &value);
   // False if there was no such value.
   bool RemoveValue(Key &key, std::u16string_view name);
-  void MarkReadOnly(Key &key);
 
 private:
+  friend struct HiveHooks; // of the tests
+
   // A line of a section: of a value with all its continuation lines, else just text.
   struct Line {
     std::string text;

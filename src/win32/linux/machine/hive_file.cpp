@@ -16,7 +16,7 @@ HiveFile::HiveFile(std::filesystem::path path, std::string_view rootName)
     : file(std::move(path)), root(rootName), hive(std::make_unique<Hive>()) {}
 
 HiveFile::Identity HiveFile::IdentityOf(const struct stat &status) {
-  return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+  return {status.st_dev, status.st_ino, status.st_mode, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
 LSTATUS HiveFile::Fail(LSTATUS code, const std::string &what) {
@@ -83,22 +83,20 @@ LSTATUS HiveFile::MakeText(std::string &text) {
   return ERROR_SUCCESS;
 }
 
+bool HiveFile::IsReadOnly() const { return read && (identity.mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0; }
+
 std::string HiveFile::WriteProblem() const {
-  struct stat status;
-  // The file is replaced and not written to, so its own permissions have to be asked for; they bind the superuser too.
-  if (stat(file.c_str(), &status) == 0 && (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
-    return file.string() + ": the registry may not be written";
-  return ServerProblem(file.parent_path());
+  return IsReadOnly() ? file.string() + ": the registry may not be written" : ServerProblem(file.parent_path());
 }
 
 LSTATUS HiveFile::Edit(const EditFunction &edit) {
   const Lock lock;
+  if (const LSTATUS result = Refresh(); result != ERROR_SUCCESS)
+    return result;
   if (const std::string problem = WriteProblem(); !problem.empty()) {
     RecordFault(problem);
     return ERROR_ACCESS_DENIED;
   }
-  if (const LSTATUS result = Refresh(); result != ERROR_SUCCESS)
-    return result;
   bool changed = true;
   LSTATUS result = edit(*hive, changed);
   if (result == ERROR_SUCCESS && changed) {

@@ -38,6 +38,9 @@ public:
   using EditFunction = std::function<LSTATUS(Hive &hive, bool &changed)>;
   LSTATUS Edit(const EditFunction &edit);
 
+  // Whether the mode of the file that was read lets nobody write it. The file is replaced and not written to, so this
+  // has to be asked for; it binds the superuser too.
+  bool IsReadOnly() const;
   // Why the hive can't be written by anybody, empty if it can.
   std::string WriteProblem() const;
   // Why the last Refresh failed.
@@ -48,6 +51,7 @@ private:
   struct Identity {
     dev_t device = 0;
     ino_t inode = 0;
+    mode_t mode = 0;
     off_t size = -1;
     int64_t seconds = 0;
     int64_t nanoseconds = 0;

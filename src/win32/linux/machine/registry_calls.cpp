@@ -123,18 +123,13 @@ Hive::Key *Find(const OpenKey &place, const std::u16string &path) {
 
 // ---- Keys ----
 
-bool IsReadOnly(const Hive::Key *key) {
-  while (key != nullptr && !key->readOnly)
-    key = key->parent;
-  return key != nullptr;
-}
-
 // Hands out a handle to a key with the access that is asked for.
 LSTATUS HandOut(OpenKey opened, HKEY *result) {
-  if ((opened.access & RightsToWrite) != 0 && IsReadOnly(opened.key))
+  const bool readOnly = opened.file->IsReadOnly();
+  if ((opened.access & RightsToWrite) != 0 && readOnly)
     return ERROR_ACCESS_DENIED;
   if ((opened.access & MaximumAllowed) != 0)
-    opened.access = IsReadOnly(opened.key) ? KEY_READ : KEY_ALL_ACCESS;
+    opened.access = readOnly ? KEY_READ : KEY_ALL_ACCESS;
   *result = openKeys.Add(std::make_shared<OpenKey>(std::move(opened)));
   return ERROR_SUCCESS;
 }
@@ -143,8 +138,6 @@ LSTATUS HandOut(OpenKey opened, HKEY *result) {
 LSTATUS MakeKey(const OpenKey &place, const std::u16string &path, Hive::Key *&made) {
   return Edit(place, [&](Hive &hive, Hive::Key &from, bool &) -> LSTATUS {
     const machine::Reached nearest = machine::Reach(*place.file, from, path);
-    if (IsReadOnly(nearest.key))
-      return ERROR_ACCESS_DENIED;
     made = hive.Create(*nearest.key, nearest.rest);
     return made != nullptr ? ERROR_SUCCESS : ERROR_INVALID_PARAMETER;
   });
@@ -292,34 +285,3 @@ LSTATUS RegEnumKeyA(HKEY key, DWORD index, char *name, DWORD size) {
 }
 
 LSTATUS RegCloseKey(HKEY key) { return IsRoot(key) || openKeys.Remove(key) ? ERROR_SUCCESS : ERROR_INVALID_HANDLE; }
-
-namespace machine {
-
-void MarkKeyReadOnly(HKEY root, const char *subkey) {
-  const Lock lock;
-  HKEY made = nullptr;
-  if (RegCreateKeyExA(root, subkey, 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr) != ERROR_SUCCESS)
-    return;
-  At(made, 0, [](const OpenKey &place) {
-    return Edit(place, [](Hive &hive, Hive::Key &key, bool &) -> LSTATUS {
-      hive.Create(key, {}); // a key of the path alone gets its section now
-      hive.MarkReadOnly(key);
-      return ERROR_SUCCESS;
-    });
-  });
-  RegCloseKey(made);
-}
-
-std::vector<Value> ListValues(HKEY root, const char *subkey) {
-  std::vector<Value> values;
-  AtPath(root, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
-    Hive &hive = place.file->Content();
-    if (const Hive::Key *const key = Find(place, path))
-      for (const HiveValue &value : hive.Values(*key))
-        values.push_back({text::FromWide(value.name), value.type, AnsiData(value)});
-    return ERROR_SUCCESS;
-  });
-  return values;
-}
-
-} // namespace machine

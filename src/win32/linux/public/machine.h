@@ -6,7 +6,6 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
 namespace machine {
 
@@ -51,16 +50,5 @@ public:
 private:
   int held;
 };
-
-// For tests: a key that answers ERROR_ACCESS_DENIED to any open that asks for a right to write, as do the keys below.
-void MarkKeyReadOnly(HKEY root, const char *subkey);
-
-struct Value {
-  std::string name; // code page 932; empty for the default value
-  DWORD type;
-  std::string data; // as RegQueryValueExA gives it
-};
-// The values of a key in the order of its hive; empty for a missing key.
-std::vector<Value> ListValues(HKEY root, const char *subkey);
 
 } // namespace machine
