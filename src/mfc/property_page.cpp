@@ -2,11 +2,10 @@
 
 IMPLEMENT_DYNAMIC(CPropertyPage, CDialog)
 
-CPropertyPage::CPropertyPage(UINT idTemplate, UINT idCaption) {
+CPropertyPage::CPropertyPage(UINT idTemplate, UINT) {
   m_psp.dwSize = sizeof m_psp;
-  m_psp.dwFlags = idCaption ? PSP_USETITLE : PSP_DEFAULT;
+  m_psp.dwFlags = PSP_DEFAULT;
   m_psp.pszTemplate = MAKEINTRESOURCEA(idTemplate);
-  m_psp.pszTitle = idCaption ? MAKEINTRESOURCEA(idCaption) : nullptr;
   m_psp.pfnDlgProc = DialogProc;
   m_psp.lParam = reinterpret_cast<LPARAM>(this);
 }

@@ -14,8 +14,8 @@ class CPropertyPage : public CDialog {
 public:
   PROPSHEETPAGEA_V2 m_psp{};
 
-  // The dialog's template, and the text that stands as the page's title in place of its dialog's caption, 0 for none;
-  // both are resources of the library.
+  // The dialog's template, a resource of the library. The page's title is its dialog's caption, which idCaption, always
+  // 0, doesn't replace.
   explicit CPropertyPage(UINT idTemplate, UINT idCaption = 0);
 
 protected:

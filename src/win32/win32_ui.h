@@ -1,8 +1,17 @@
 // The user-interface half of the platform: windows, dialogs, controls, property sheets, drawing. As in win32.h, Windows
 // has its own headers for it; elsewhere this declares just what AcctKit, its host program and its tests use, and
-// src/win32/linux answers it. There a window is a record with a text, a state and a window procedure, and whoever
-// stands in front of it (a script, a terminal) is told of in src/win32/linux/public/front_end.h; drawing is recorded,
-// not shown.
+// src/win32/linux/windows answers it. There a window is a record with a text, a state and a window procedure; who sits
+// in front of it (a script, a terminal) comes in by src/win32/linux/public/front_end.h, and what is drawn goes nowhere.
+//
+// What holds for all calls:
+// - A window belongs to the thread that made it. Its procedure runs on that thread alone, and calls with its handle are
+// to
+//   be made there; to other threads the handle is none.
+// - With a handle that is null, gone or another thread's, a call does nothing and answers 0, FALSE or null. No call
+// here
+//   sets GetLastError.
+// - Texts are in code page 932 and end with a 0. Pointers mustn't be null where nothing else is said.
+// - Positions and sizes are in pixels.
 #pragma once
 
 #include "win32/win32.h"
@@ -30,11 +39,7 @@ using HDC = struct HDC__ *;
 using HGDIOBJ = void *;
 using HFONT = struct HFONT__ *;
 using HBRUSH = struct HBRUSH__ *;
-using HBITMAP = struct HBITMAP__ *;
 using HMENU = struct HMENU__ *;
-using HCURSOR = HICON;
-using HRSRC = struct HRSRC__ *;
-using HGLOBAL = void *;
 using HIMAGELIST = struct IMAGELIST__ *;
 using WNDPROC = LRESULT (*)(HWND, UINT, WPARAM, LPARAM);
 using DLGPROC = INT_PTR (*)(HWND, UINT, WPARAM, LPARAM);
@@ -60,36 +65,21 @@ constexpr LPARAM MAKELPARAM(unsigned low, unsigned high) {
   return static_cast<LPARAM>((low & 0xFFFF) | (high & 0xFFFF) << 16);
 }
 constexpr WPARAM MAKEWPARAM(unsigned low, unsigned high) { return static_cast<WPARAM>(MAKELPARAM(low, high)); }
-// A resource or a class is named by a number in place of a text's address.
+// The name of a resource that has a number, which stands where the address of a text would.
 inline char *MAKEINTRESOURCEA(unsigned id) { return reinterpret_cast<char *>(static_cast<uintptr_t>(id & 0xFFFF)); }
 
 // ---- Windows ----
-// A window belongs to the thread that made it, and its procedure is called on that thread alone.
 
 DWORD GetCurrentThreadId();
 
 constexpr DWORD WS_POPUP = 0x80000000;
 constexpr DWORD WS_CHILD = 0x40000000;
 constexpr DWORD WS_VISIBLE = 0x10000000;
-constexpr DWORD WS_DISABLED = 0x08000000;
-constexpr DWORD WS_CAPTION = 0x00C00000;
-constexpr DWORD WS_SYSMENU = 0x00080000;
-constexpr DWORD WS_GROUP = 0x00020000;
-constexpr DWORD WS_TABSTOP = 0x00010000;
-constexpr DWORD WS_VSCROLL = 0x00200000;
-constexpr DWORD WS_EX_CONTROLPARENT = 0x00010000;
-constexpr DWORD DS_SETFONT = 0x0040;
-constexpr DWORD DS_CONTROL = 0x0400;
 
 constexpr int GWL_STYLE = -16;
-constexpr int GWL_EXSTYLE = -20;
 constexpr int GWLP_WNDPROC = -4;
-constexpr int GWLP_ID = -12;
-constexpr int GWLP_USERDATA = -21;
 constexpr int DWLP_MSGRESULT = 0;
-constexpr int DWLP_DLGPROC = sizeof(LRESULT);
-constexpr int DWLP_USER = DWLP_DLGPROC + static_cast<int>(sizeof(DLGPROC));
-constexpr int DLGWINDOWEXTRA = DWLP_USER + static_cast<int>(sizeof(LONG_PTR));
+constexpr int DWLP_USER = static_cast<int>(sizeof(LRESULT) + sizeof(DLGPROC));
 
 constexpr UINT GW_HWNDNEXT = 2;
 constexpr UINT GW_OWNER = 4;
@@ -100,17 +90,12 @@ constexpr int SW_SHOW = 5;
 constexpr UINT SWP_NOSIZE = 0x1;
 constexpr UINT SWP_NOZORDER = 0x4;
 constexpr UINT SWP_NOACTIVATE = 0x10;
-inline const HWND HWND_TOP = nullptr;
 
 constexpr UINT WM_NULL = 0x0000;
-constexpr UINT WM_CREATE = 0x0001;
 constexpr UINT WM_DESTROY = 0x0002;
 constexpr UINT WM_SETFOCUS = 0x0007;
 constexpr UINT WM_KILLFOCUS = 0x0008;
 constexpr UINT WM_ENABLE = 0x000A;
-constexpr UINT WM_SETTEXT = 0x000C;
-constexpr UINT WM_GETTEXT = 0x000D;
-constexpr UINT WM_GETTEXTLENGTH = 0x000E;
 constexpr UINT WM_PAINT = 0x000F;
 constexpr UINT WM_CLOSE = 0x0010;
 constexpr UINT WM_SHOWWINDOW = 0x0018;
@@ -123,7 +108,6 @@ constexpr UINT WM_GETFONT = 0x0031;
 constexpr UINT WM_COMPAREITEM = 0x0039;
 constexpr UINT WM_NOTIFY = 0x004E;
 constexpr UINT WM_HELP = 0x0053;
-constexpr UINT WM_NCCREATE = 0x0081;
 constexpr UINT WM_NCDESTROY = 0x0082;
 constexpr UINT WM_GETDLGCODE = 0x0087;
 constexpr UINT WM_KEYDOWN = 0x0100;
@@ -145,26 +129,6 @@ constexpr int VK_HOME = 0x24;
 constexpr int VK_UP = 0x26;
 constexpr int VK_DOWN = 0x28;
 
-struct MSG {
-  HWND hwnd;
-  UINT message;
-  WPARAM wParam;
-  LPARAM lParam;
-  DWORD time;
-  POINT pt;
-};
-struct WNDCLASSA {
-  UINT style;
-  WNDPROC lpfnWndProc;
-  int cbClsExtra;
-  int cbWndExtra;
-  HINSTANCE hInstance;
-  HICON hIcon;
-  HCURSOR hCursor;
-  HBRUSH hbrBackground;
-  const char *lpszMenuName;
-  const char *lpszClassName;
-};
 struct NMHDR {
   HWND hwndFrom;
   UINT_PTR idFrom;
@@ -178,113 +142,100 @@ struct HELPINFO {
   DWORD_PTR dwContextId;
   POINT MousePos;
 };
-constexpr int HELPINFO_WINDOW = 1;
-// What WM_NCCREATE and WM_CREATE bring.
-struct CREATESTRUCTA {
-  void *lpCreateParams;
-  HINSTANCE hInstance;
-  HMENU hMenu;
-  HWND hwndParent;
-  int cy;
-  int cx;
-  int y;
-  int x;
-  LONG style;
-  const char *lpszName;
-  const char *lpszClass;
-  DWORD dwExStyle;
-};
 
-WORD RegisterClassA(const WNDCLASSA *windowClass);
-// Sends WM_NCCREATE and WM_CREATE, either of which can refuse. The classes BUTTON, STATIC, EDIT, COMBOBOX and #32770
-// are there without registration. The menu of a child is its id.
+// Makes a window of the class Button, Static, Edit, ComboBox or #32770 (a dialog), in letters of any case. A child
+// (WS_CHILD) needs a parent that isn't being destroyed; of a top-level window (WS_POPUP) the parent is the owner, or
+// null. The menu of a child is its id; extended style, instance and parameter don't count. Null if it can't be made.
 HWND CreateWindowExA(DWORD exStyle, const char *className, const char *text, DWORD style, int x, int y, int width,
                      int height, HWND parent, HMENU menu, HINSTANCE instance, void *parameter);
 // Sends WM_DESTROY to the window and then to its children, and WM_NCDESTROY last of all; windows that it owns go first.
+// FALSE for a window that is being destroyed already.
 BOOL DestroyWindow(HWND window);
 BOOL IsWindow(HWND window);
 LRESULT DefWindowProcA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+// The procedure may be null.
 LRESULT CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+// Of GWL_STYLE alone.
 LONG GetWindowLongA(HWND window, int index);
+// Of GWLP_WNDPROC, DWLP_MSGRESULT and DWLP_USER; the second answers what was there before.
 LONG_PTR GetWindowLongPtrA(HWND window, int index);
 LONG_PTR SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
+// A buffer of `size` bytes gets the name, cut to fit; answers its length.
 int GetClassNameA(HWND window, char *buffer, int size);
 
+// Runs the window's procedure, and answers what that answers.
 LRESULT SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 // Queues the message for the thread's modal loop, which hands messages out in their order. Esc and Enter, as
 // WM_KEYDOWN, do what they do to a dialog, unless the window answers WM_GETDLGCODE that it wants them itself.
 BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
-// The parent of a child, the owner of a window that is none; null for neither.
+// The parent of a child, the owner of a top-level window, or null.
 HWND GetParent(HWND window);
 HWND GetWindow(HWND window, UINT which);
-BOOL IsChild(HWND parent, HWND window);
 HWND GetDesktopWindow();
+// The thread's top-level window in which the focus is, or was last.
 HWND GetActiveWindow();
+// Of the window itself and the visible ones that it owns, directly or not, the one that was active last.
 HWND GetLastActivePopup(HWND owner);
 
+// A drop-down list keeps the text of its selected entry.
 BOOL SetWindowTextA(HWND window, const char *text);
+// A buffer of `size` bytes gets the text, cut to whole characters and terminated; answers its length without the 0.
 int GetWindowTextA(HWND window, char *buffer, int size);
+// In bytes, without the 0.
 int GetWindowTextLengthA(HWND window);
 // Answers whether the window was disabled before.
 BOOL EnableWindow(HWND window, BOOL enable);
 BOOL IsWindowEnabled(HWND window);
+// Shows it, and makes it the active one if it has no parent, or hides it (SW_HIDE); answers whether it was shown
+// before.
 BOOL ShowWindow(HWND window, int command);
 // Whether the window and all its parents are shown.
 BOOL IsWindowVisible(HWND window);
+// Null takes it from whoever has it. A window that is disabled, or in one that is, doesn't get it, and the answer is
+// null; otherwise it is the window that had the focus before.
 HWND SetFocus(HWND window);
 HWND GetFocus();
-// Bit 15 while the key is down; of GetAsyncKeyState bit 0 if it was pressed since the call before.
+// Negative while the key is down, which no key ever is here.
 int16_t GetKeyState(int key);
+// Bit 0 if the key was pressed since the last call for it.
 int16_t GetAsyncKeyState(int key);
 
+// The first on the screen, the second from its own left upper corner on. Windows have no frames here.
 BOOL GetWindowRect(HWND window, RECT *rect);
 BOOL GetClientRect(HWND window, RECT *rect);
+// Moves it within its parent and, without SWP_NOSIZE, gives it a size; its place among its siblings stays.
 BOOL SetWindowPos(HWND window, HWND insertAfter, int x, int y, int width, int height, UINT flags);
 BOOL CopyRect(RECT *target, const RECT *source);
-// A window with something invalid gets WM_PAINT from the modal loop, when no posted message is left.
-BOOL InvalidateRect(HWND window, const RECT *rect, BOOL erase);
-BOOL UpdateWindow(HWND window);
 
 // ---- Dialogs ----
 
 constexpr int IDOK = 1;
 constexpr int IDCANCEL = 2;
-constexpr int IDABORT = 3;
-constexpr int IDRETRY = 4;
-constexpr int IDIGNORE = 5;
 constexpr int IDYES = 6;
 constexpr int IDNO = 7;
 constexpr int IDHELP = 9;
 constexpr UINT DM_GETDEFID = WM_USER;
-constexpr UINT DM_SETDEFID = WM_USER + 1;
-constexpr WORD DC_HASDEFID = 0x534B;
 // What a control answers to WM_GETDLGCODE if it is to have a key that otherwise does something to its dialog.
 constexpr UINT DLGC_WANTALLKEYS = 0x0004;
 
-struct DLGTEMPLATE;
-
-// Makes a dialog from a template: the window, hidden or not as the style tells, its controls, WM_SETFONT, then
-// WM_INITDIALOG with the control that gets the focus if the procedure answers TRUE.
-HWND CreateDialogIndirectParamA(HINSTANCE instance, const DLGTEMPLATE *dialog, HWND parent, DLGPROC procedure,
-                                LPARAM parameter);
-LRESULT DefDlgProcA(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+// The first control with that id among the dialog's children.
 HWND GetDlgItem(HWND dialog, int id);
 int GetDlgCtrlID(HWND control);
 BOOL SetDlgItemTextA(HWND dialog, int id, const char *text);
-UINT GetDlgItemTextA(HWND dialog, int id, char *buffer, int size);
 LRESULT SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
-HWND GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous);
-// Dialog units into pixels.
+// Turns dialog units into pixels.
 BOOL MapDialogRect(HWND dialog, RECT *rect);
 
-// The compiled resources of a module.
-HRSRC FindResourceA(HMODULE module, const char *name, const char *type);
-HGLOBAL LoadResource(HMODULE module, HRSRC resource);
-void *LockResource(HGLOBAL resource);
-inline char *const RT_DIALOG = MAKEINTRESOURCEA(5);
-
 // ---- Controls ----
+// They answer the messages declared here as on Windows. A parent gets WM_COMMAND for what a user does (keys, typing, a
+// click), and not for what a program does; but an edit control of one line tells of its new text, too. EM_LIMITTEXT, in
+// bytes, cuts what is typed alone. EM_GETSEL writes to two DWORDs, and CB_GETLBTEXT a text of CB_GETLBTEXTLEN bytes and
+// its 0: the caller has to have the room.
+//
+// Who draws the entries of a list itself (CBS_OWNERDRAWFIXED, with CBS_HASSTRINGS) gets WM_MEASUREITEM twice when the
+// list is made, for the part that is always seen and for the entries, WM_DRAWITEM when the list is painted, and
+// WM_DELETEITEM for each entry while that is still there.
 
 constexpr DWORD SS_ICON = 0x03;
 constexpr DWORD SS_BITMAP = 0x0E;
@@ -301,29 +252,20 @@ constexpr UINT BM_GETCHECK = 0x00F0;
 constexpr UINT BM_SETCHECK = 0x00F1;
 constexpr UINT BM_CLICK = 0x00F5;
 constexpr WORD BN_CLICKED = 0;
-constexpr WPARAM BST_UNCHECKED = 0;
 constexpr WPARAM BST_CHECKED = 1;
 
 constexpr DWORD ES_MULTILINE = 0x0004;
-constexpr DWORD ES_AUTOHSCROLL = 0x0080;
 constexpr DWORD ES_READONLY = 0x0800;
 constexpr UINT EM_GETSEL = 0x00B0;
 constexpr UINT EM_SETSEL = 0x00B1;
 constexpr UINT EM_LIMITTEXT = 0x00C5;
 constexpr UINT EM_REPLACESEL = 0x00C2;
 constexpr UINT EM_GETLIMITTEXT = 0x00D5;
-constexpr WORD EN_SETFOCUS = 0x0100;
-constexpr WORD EN_KILLFOCUS = 0x0200;
-constexpr WORD EN_CHANGE = 0x0300;
-constexpr WORD EN_UPDATE = 0x0400;
-constexpr WORD EN_MAXTEXT = 0x0501;
 
 constexpr DWORD CBS_DROPDOWN = 0x0002;
 constexpr DWORD CBS_DROPDOWNLIST = 0x0003;
 constexpr DWORD CBS_OWNERDRAWFIXED = 0x0010;
-constexpr DWORD CBS_AUTOHSCROLL = 0x0040;
 constexpr DWORD CBS_HASSTRINGS = 0x0200;
-constexpr UINT CB_LIMITTEXT = 0x0141;
 constexpr UINT CB_ADDSTRING = 0x0143;
 constexpr UINT CB_GETCOUNT = 0x0146;
 constexpr UINT CB_GETCURSEL = 0x0147;
@@ -339,22 +281,11 @@ constexpr UINT CB_GETITEMHEIGHT = 0x0154;
 constexpr UINT CB_GETDROPPEDSTATE = 0x0157;
 constexpr LRESULT CB_ERR = -1;
 constexpr WORD CBN_SELCHANGE = 1;
-constexpr WORD CBN_SETFOCUS = 3;
-constexpr WORD CBN_KILLFOCUS = 4;
-constexpr WORD CBN_EDITCHANGE = 5;
-constexpr WORD CBN_EDITUPDATE = 6;
-constexpr WORD CBN_DROPDOWN = 7;
-constexpr WORD CBN_CLOSEUP = 8;
-constexpr WORD CBN_SELENDOK = 9;
-constexpr WORD CBN_SELENDCANCEL = 10;
 
 constexpr UINT ODT_COMBOBOX = 3;
-constexpr UINT ODA_DRAWENTIRE = 0x1;
 constexpr UINT ODA_SELECT = 0x2;
 constexpr UINT ODS_SELECTED = 0x0001;
-constexpr UINT ODS_DISABLED = 0x0004;
 constexpr UINT ODS_FOCUS = 0x0010;
-constexpr UINT ODS_COMBOBOXEDIT = 0x1000;
 
 struct DRAWITEMSTRUCT {
   UINT CtlType;
@@ -405,10 +336,11 @@ constexpr UINT MB_ICONMASK = 0xF0;
 constexpr UINT MB_TYPEMASK = 0x0F;
 constexpr UINT HELP_CONTEXT = 1;
 
-// Blocks until the user has answered; the owner is disabled meanwhile. The id of the button, 0 if no box came up. The
-// window is a dialog with buttons of those ids, a static for the icon and one with the id 0xFFFF for the text.
+// Blocks until the user has answered; the owner, which may be null, is disabled meanwhile. The id of the button, 0 if
+// no box came up. The window is a dialog with buttons of those ids, a static for the icon and one with the id 0xFFFF
+// for the text.
 int MessageBoxA(HWND owner, const char *text, const char *title, UINT type);
-// FALSE if no help came up.
+// Shows a help file, by its path on the machine, at a topic (HELP_CONTEXT). FALSE if no help came up.
 BOOL WinHelpA(HWND window, const char *file, UINT command, ULONG_PTR data);
 
 // ---- Drawing ----
@@ -418,43 +350,38 @@ constexpr int COLOR_WINDOWTEXT = 8;
 constexpr int COLOR_HIGHLIGHT = 13;
 constexpr int COLOR_HIGHLIGHTTEXT = 14;
 constexpr int TRANSPARENT = 1;
-constexpr int OPAQUE = 2;
 constexpr UINT DT_VCENTER = 0x04;
 constexpr UINT DT_SINGLELINE = 0x20;
 constexpr DWORD PATCOPY = 0x00F00021;
 
 struct PAINTSTRUCT {
   HDC hdc;
-  BOOL fErase;
-  RECT rcPaint;
-  BOOL fRestore;
-  BOOL fIncUpdate;
-  BYTE rgbReserved[32];
 };
 struct TEXTMETRICA {
   LONG tmHeight;
-  LONG tmAscent;
-  LONG tmDescent;
-  LONG tmInternalLeading;
   LONG tmExternalLeading;
-  LONG tmAveCharWidth;
-  LONG tmMaxCharWidth;
 };
 
+// A context that was begun is to be ended, and one that was got, released. Painting makes the window valid: only then
+// does the modal loop stop sending it WM_PAINT.
 HDC BeginPaint(HWND window, PAINTSTRUCT *paint);
 BOOL EndPaint(HWND window, const PAINTSTRUCT *paint);
 HDC GetDC(HWND window);
 int ReleaseDC(HWND window, HDC context);
+// Answers the font or brush that was selected before, which the caller selects again when it is done.
 HGDIOBJ SelectObject(HDC context, HGDIOBJ object);
+// What is created here is to be deleted. Of a font the height alone counts.
 BOOL DeleteObject(HGDIOBJ object);
 HBRUSH CreateSolidBrush(COLORREF colour);
 HFONT CreateFontA(int height, int width, int escapement, int orientation, int weight, DWORD italic, DWORD underline,
                   DWORD strikeOut, DWORD charSet, DWORD outPrecision, DWORD clipPrecision, DWORD quality,
                   DWORD pitchAndFamily, const char *face);
 BOOL GetTextMetricsA(HDC context, TEXTMETRICA *metrics);
+// Both answer what was set before.
 COLORREF SetTextColor(HDC context, COLORREF colour);
 int SetBkMode(HDC context, int mode);
 BOOL PatBlt(HDC context, int x, int y, int width, int height, DWORD operation);
+// A text of `length` bytes, which needs no 0. Answers the height of a line.
 int DrawTextA(HDC context, const char *text, int length, RECT *rect, UINT format);
 BOOL DrawFocusRect(HDC context, const RECT *rect);
 DWORD GetSysColor(int index);
@@ -467,10 +394,6 @@ constexpr UINT ILD_TRANSPARENT = 0x1;
 constexpr UINT ILD_SELECTED = 0x4;
 
 struct IMAGEINFO {
-  HBITMAP hbmImage;
-  HBITMAP hbmMask;
-  int Unused1;
-  int Unused2;
   RECT rcImage;
 };
 
@@ -480,32 +403,27 @@ inline char *const IDI_EXCLAMATION = MAKEINTRESOURCEA(32515);
 inline char *const IDI_ASTERISK = MAKEINTRESOURCEA(32516);
 // A system icon (null module), the same handle at every call, never destroyed.
 HICON LoadIconA(HINSTANCE instance, const char *name);
+// List and index as SHGetFileInfoA gives them.
 BOOL ImageList_GetImageInfo(HIMAGELIST list, int index, IMAGEINFO *info);
 BOOL ImageList_Draw(HIMAGELIST list, int index, HDC context, int x, int y, UINT style);
 
 // ---- Property sheets ----
 
 constexpr DWORD PSP_DEFAULT = 0x0;
-constexpr DWORD PSP_DLGINDIRECT = 0x1;
-constexpr DWORD PSP_USETITLE = 0x8;
 constexpr DWORD PSP_HASHELP = 0x20;
 constexpr DWORD PSH_PROPSHEETPAGE = 0x8;
 constexpr DWORD PSH_WIZARD = 0x20;
 constexpr DWORD PSH_USECALLBACK = 0x100;
 constexpr DWORD PSH_HASHELP = 0x200;
 constexpr UINT PSCB_INITIALIZED = 1;
-constexpr UINT PSCB_PRECREATE = 2;
 
 constexpr UINT PSN_SETACTIVE = static_cast<UINT>(-200);
-constexpr UINT PSN_KILLACTIVE = static_cast<UINT>(-201);
-constexpr UINT PSN_RESET = static_cast<UINT>(-203);
 constexpr UINT PSN_HELP = static_cast<UINT>(-205);
 constexpr UINT PSN_WIZBACK = static_cast<UINT>(-206);
 constexpr UINT PSN_WIZNEXT = static_cast<UINT>(-207);
 constexpr UINT PSN_WIZFINISH = static_cast<UINT>(-208);
 constexpr UINT PSN_QUERYCANCEL = static_cast<UINT>(-209);
 
-constexpr UINT PSM_SETCURSEL = WM_USER + 101;
 constexpr UINT PSM_SETWIZBUTTONS = WM_USER + 112;
 constexpr UINT PSM_PRESSBUTTON = WM_USER + 113;
 constexpr UINT PSM_GETCURRENTPAGEHWND = WM_USER + 118;
@@ -525,38 +443,30 @@ struct PROPSHEETPAGEA_V2 {
   DWORD dwSize;
   DWORD dwFlags;
   HINSTANCE hInstance;
-  union {
-    const char *pszTemplate;
-    const DLGTEMPLATE *pResource;
-  };
-  const char *pszIcon;
-  const char *pszTitle;
+  const char *pszTemplate;
   DLGPROC pfnDlgProc;
   LPARAM lParam;
 };
 using PROPSHEETPAGEA = PROPSHEETPAGEA_V2;
-using PFNPROPSHEETCALLBACK = int (*)(HWND, UINT, LPARAM);
 struct PROPSHEETHEADERA {
   DWORD dwSize;
   DWORD dwFlags;
   HWND hwndParent;
   HINSTANCE hInstance;
-  const char *pszIcon;
-  const char *pszCaption;
   UINT nPages;
-  UINT nStartPage;
   const PROPSHEETPAGEA *ppsp;
-  PFNPROPSHEETCALLBACK pfnCallback;
-};
-struct PSHNOTIFY {
-  NMHDR hdr;
-  LPARAM lParam;
+  int (*pfnCallback)(HWND, UINT, LPARAM);
 };
 
-// Wizards of page records only (PSH_WIZARD, PSH_PROPSHEETPAGE). Blocks until the wizard is finished (positive) or
-// cancelled (0); -1 if no sheet came up. A page's dialog is made when the page is first shown, and its caption becomes
-// the sheet's. The sheet's window is a dialog with the buttons ID_WIZBACK, ID_WIZNEXT, ID_WIZFINISH, IDCANCEL and
-// IDHELP; PSM_SETWIZBUTTONS shows Next or Finish and enables Back and them.
+// Runs a wizard (PSH_WIZARD) of pages that are given as records (PSH_PROPSHEETPAGE), each with the number of a dialog
+// template among the resources of the record's module. Blocks until the wizard is finished (positive) or cancelled (0);
+// -1 if no sheet came up. The callback hears PSCB_INITIALIZED as soon as the sheet's window is there.
+//
+// A page's dialog is made when the page is first shown: it gets WM_SETFONT, then WM_INITDIALOG with its record. Its
+// caption becomes the sheet's. The PSN_ notifications come to it as WM_NOTIFY with a NMHDR; an answer other than 0
+// skips the page (PSN_SETACTIVE) or refuses what the user wants. The sheet's window is a dialog with the buttons
+// ID_WIZBACK, ID_WIZNEXT, ID_WIZFINISH, IDCANCEL and IDHELP; PSM_SETWIZBUTTONS shows Next or Finish and enables Back
+// and them.
 INT_PTR PropertySheetA(const PROPSHEETHEADERA *sheet);
 
 } // extern "C"

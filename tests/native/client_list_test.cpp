@@ -1,54 +1,37 @@
 // The list of clients on a wizard's page, as it is drawn, and what is left of a wizard's icons, fonts and brushes.
 #include "acctkit/acctkit.h"
 
+#include "hooks/drawing_record.h"
 #include "resources/resource.h"
 #include "support/client_machine.h"
 #include "support/user.h"
-#include "win32/linux/windows/drawing.h"
-#include "win32/linux/windows/icons.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-using Kind = machine::Drawn::Kind;
-
-// An operation in a few words; which place it has is for the eye.
-std::string Words(const machine::Drawn &drawn) {
-  switch (drawn.kind) {
-  case Kind::Fill:
-    return drawn.colour == GetSysColor(COLOR_HIGHLIGHT) ? "highlight" : "window";
-  case Kind::Text:
-    return drawn.text + (drawn.colour == GetSysColor(COLOR_HIGHLIGHTTEXT) ? " highlighted" : "") +
-           (drawn.backMode == TRANSPARENT && drawn.style == (DT_VCENTER | DT_SINGLELINE) ? "" : " wrongly");
-  case Kind::FocusFrame:
-    return "frame";
-  case Kind::Image:
-    return (drawn.style & ILD_SELECTED) != 0 ? "image selected" : "image";
-  }
-  return "?";
-}
-
 TEST_F(ClientTest, AWizardDrawsItsClientsAndLeavesNothing) {
   InstallOutlookExpress("5,50,4522,1200");
   InstallCommunicator();
-  const size_t icons = machine::LiveIcons();
-  const size_t objects = machine::LiveDrawingObjects();
+  ReleaseDC(nullptr, GetDC(GetDesktopWindow())); // makes what every context has, and keeps
+  const size_t handles = LiveDrawingHandles();
   std::vector<std::string> words;
   const auto press = [](int button) {
     return [button](HWND sheet) { PostMessageA(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); };
   };
+  HWND list = nullptr;
   WithUser({press(PSBTN_NEXT),
             [&](HWND sheet) {
               const auto page = reinterpret_cast<HWND>(SendMessageA(sheet, PSM_GETCURRENTPAGEHWND, 0, 0));
-              const HWND list = GetDlgItem(page, IDC_CHOICE);
+              list = GetDlgItem(page, IDC_CHOICE);
               EXPECT_GE(SendMessageA(list, CB_GETITEMHEIGHT, 0, 0), 16) << "an entry that cuts its icon";
+              drawn.clear();
               SendMessageA(list, CB_SHOWDROPDOWN, TRUE, 0);
-              const machine::DrawingRecord record;
-              UpdateWindow(list);
-              for (const machine::Drawn &drawn : record.operations)
-                if (drawn.window == list)
-                  words.push_back(Words(drawn));
+            },
+            [&](HWND sheet) {
+              for (const Drawn &operation : drawn)
+                if (operation.window == list)
+                  words.push_back(operation.words);
               SendMessageA(list, CB_SHOWDROPDOWN, FALSE, 0);
               SendMessageA(list, WM_KEYDOWN, VK_DOWN, 0); // the other icon takes the place of the first
               PostMessageA(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
@@ -62,8 +45,7 @@ TEST_F(ClientTest, AWizardDrawsItsClientsAndLeavesNothing) {
       "window", "image",          "window",    "NetscapeCommunicator (Netscape)",
   };
   EXPECT_EQ(words, expected);
-  EXPECT_EQ(machine::LiveIcons(), icons);
-  EXPECT_EQ(machine::LiveDrawingObjects(), objects);
+  EXPECT_EQ(LiveDrawingHandles(), handles);
 }
 
 } // namespace

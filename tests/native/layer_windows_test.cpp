@@ -1,9 +1,6 @@
-// What only the layer's windows have: a front end, windows of each thread, and templates and resources of any bytes.
-#include "support/dialog_template.h"
-
-#include "win32/linux/windows/dialogs.h"
-#include "win32/linux/windows/resources.h"
-#include "win32/linux/windows/window_tree.h"
+// What only the layer's windows have: a front end, and windows of each thread.
+#include "win32/linux/windows/modal_loop.h"
+#include "win32/linux/windows/painting.h"
 
 #include <gtest/gtest.h>
 
@@ -41,10 +38,6 @@ protected:
 
   void SetUp() override {
     machine::SetFrontEnd(nullptr);
-    WNDCLASSA windowClass = {};
-    windowClass.lpfnWndProc = Procedure;
-    windowClass.lpszClassName = "LayerRecorder";
-    RegisterClassA(&windowClass);
     top = Create(WS_POPUP | WS_VISIBLE, nullptr);
     child = Create(WS_CHILD | WS_VISIBLE, top);
     events.clear();
@@ -56,7 +49,9 @@ protected:
   }
 
   static HWND Create(DWORD style, HWND parent) {
-    return CreateWindowExA(0, "LayerRecorder", "", style, 0, 0, 10, 10, parent, nullptr, nullptr, nullptr);
+    const HWND window = CreateWindowExA(0, "STATIC", "", style, 0, 0, 10, 10, parent, nullptr, nullptr, nullptr);
+    SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Procedure));
+    return window;
   }
   bool Run(std::function<bool(HWND top)> act) {
     user.act = std::move(act);
@@ -71,7 +66,7 @@ TEST_F(LayerWindowsTest, UserComesAfterMessagesAndPainting) {
   EXPECT_TRUE(Run([&](HWND window) {
     events += "user ";
     EXPECT_EQ(window, top);
-    InvalidateRect(child, nullptr, TRUE);
+    machine::Invalidate(machine::WindowOf(child));
     return (++turns == 2 ? DestroyWindow(top) : PostMessageA(child, WM_USER, 0, 0)) != FALSE;
   }));
   EXPECT_EQ(events, "posted 1 posted 2 paint paint user posted 0 paint user ");
@@ -91,42 +86,6 @@ TEST_F(LayerWindowsTest, EachThreadHasItsOwn) {
     EXPECT_EQ(GetActiveWindow(), own);
   }).join();
   EXPECT_EQ(GetFocus(), child);
-}
-
-TEST(TemplateTest, CutOnesAreNone) {
-  const Template whole(WS_POPUP, {{1, 0, ButtonAtom, u"one"}, {2, 0, StaticAtom, u"two"}});
-  const std::string_view bytes(reinterpret_cast<const char *>(whole.Bytes()), whole.Size());
-  const auto read = machine::ReadTemplate(bytes);
-  ASSERT_TRUE(read);
-  EXPECT_EQ(read->face, "Face");
-  EXPECT_EQ(read->controls.at(1).text, "two");
-  for (size_t size = 0; size < bytes.size(); ++size)
-    EXPECT_FALSE(machine::ReadTemplate(std::string(bytes.substr(0, size)))) << size;
-}
-
-TEST(ResourcesTest, AreReadUpToWhereTheyAreCut) {
-  const auto resource = [](std::u16string_view name, std::string data) {
-    std::u16string header = u"\xFFFF\x0005" + std::u16string(name);
-    header.resize((header.size() + 1) / 2 * 2 + 8);
-    const DWORD sizes[] = {static_cast<DWORD>(data.size()), static_cast<DWORD>(8 + header.size() * 2)};
-    data.resize((data.size() + 3) / 4 * 4);
-    return std::string(reinterpret_cast<const char *>(sizes), sizeof sizes) +
-           std::string(reinterpret_cast<const char *>(header.data()), header.size() * 2) + data;
-  };
-  const std::string first = resource(u"\xFFFF\x0081", "first");
-  const std::string block = resource(u"\xFFFF", "") + first + resource(std::u16string_view(u"name\0", 5), "second");
-  const auto read = machine::ReadResources(block);
-  ASSERT_EQ(read.size(), 2U);
-  EXPECT_EQ(read[0].type.id, 5);
-  EXPECT_EQ(read[0].name.id, 0x81);
-  EXPECT_EQ(read[0].data, "first");
-  EXPECT_EQ(read[1].name.text, u"NAME");
-  EXPECT_EQ(read[1].data, "second");
-  const size_t endOfFirst = block.find("first") + 5;
-  const size_t endOfSecond = block.find("second") + 6;
-  for (size_t size = 0; size < block.size(); ++size)
-    EXPECT_EQ(machine::ReadResources(std::string(block, 0, size)).size(),
-              size_t{size >= endOfFirst} + size_t{size >= endOfSecond});
 }
 
 } // namespace

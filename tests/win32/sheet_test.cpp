@@ -1,5 +1,5 @@
 // Wizards and message boxes that a user runs: what the pages are asked, what becomes of their answers, and how it ends.
-#include "support/dialog_template.h"
+#include "resources/resource.h"
 #include "support/user.h"
 
 #include <gtest/gtest.h>
@@ -13,10 +13,10 @@ namespace {
 
 using Events = std::vector<std::string>;
 
-constexpr int FirstStop = 11;
-
-// What the pages were told since the last look, and how they answer: a notification of a code, once.
+// What the pages were told since the last look, what they got while they were made, and how they answer: a notification
+// of a code, once.
 Events events;
+Events made;
 struct Answer {
   UINT code;
   LRESULT value;
@@ -27,52 +27,52 @@ std::string NameOf(UINT code) {
   const struct {
     UINT code;
     const char *name;
-  } names[] = {{PSN_SETACTIVE, "show"},   {PSN_KILLACTIVE, "leave"},    {PSN_WIZNEXT, "next"}, {PSN_WIZBACK, "back"},
-               {PSN_WIZFINISH, "finish"}, {PSN_QUERYCANCEL, "cancel?"}, {PSN_RESET, "reset"},  {PSN_HELP, "help"}};
-  return std::ranges::find_if(names, [&](const auto &each) { return each.code == code; })->name;
+  } names[] = {{PSN_SETACTIVE, "show"},   {PSN_WIZNEXT, "next"},        {PSN_WIZBACK, "back"},
+               {PSN_WIZFINISH, "finish"}, {PSN_QUERYCANCEL, "cancel?"}, {PSN_HELP, "help"}};
+  const auto *const found = std::ranges::find_if(names, [&](const auto &each) { return each.code == code; });
+  return found != std::end(names) ? found->name : "";
 }
 
-// A page is known by its number, which the caption also tells, and sets the buttons that its row has.
-constexpr DWORD ButtonsOfPages[] = {PSWIZB_NEXT, PSWIZB_BACK | PSWIZB_NEXT, PSWIZB_BACK | PSWIZB_FINISH};
+// The pages, in their order, and the buttons that they set.
+constexpr struct {
+  unsigned id;
+  LPARAM buttons;
+} Pages[] = {{IDD_SET_MAILER_SELECT, PSWIZB_NEXT},
+             {IDD_SET_MAILER_ID, PSWIZB_BACK | PSWIZB_NEXT},
+             {IDD_SET_MAILER_END, PSWIZB_BACK | PSWIZB_FINISH}};
 
 std::string PageName(LPARAM number) { return std::string(1, static_cast<char>('A' + number)); }
 
 INT_PTR CALLBACK PageProcedure(HWND page, UINT message, WPARAM, LPARAM lParam) {
+  if (message == WM_SETFONT || message == WM_MEASUREITEM)
+    made.emplace_back(message == WM_SETFONT ? "font" : "measure");
   if (message == WM_INITDIALOG) {
+    made.emplace_back("dialog");
     SetWindowLongPtrA(page, DWLP_USER, reinterpret_cast<const PROPSHEETPAGEA *>(lParam)->lParam);
     events.push_back(PageName(GetWindowLongPtrA(page, DWLP_USER)) + " made");
     return TRUE;
   }
   if (message != WM_NOTIFY)
     return FALSE;
-  const auto &[header, parameter] = *reinterpret_cast<const PSHNOTIFY *>(lParam);
+  const auto &header = *reinterpret_cast<const NMHDR *>(lParam);
   const auto number = GetWindowLongPtrA(page, DWLP_USER);
   EXPECT_EQ(header.hwndFrom, GetParent(page));
-  events.push_back(PageName(number) + " " + NameOf(header.code) + (parameter != 0 ? "!" : ""));
+  if (const std::string name = NameOf(header.code); !name.empty())
+    events.push_back(PageName(number) + " " + name);
   if (header.code == PSN_SETACTIVE)
-    PostMessageA(GetParent(page), PSM_SETWIZBUTTONS, 0, static_cast<LPARAM>(ButtonsOfPages[number]));
+    PostMessageA(GetParent(page), PSM_SETWIZBUTTONS, 0, Pages[number].buttons);
   SetWindowLongPtrA(page, DWLP_MSGRESULT, header.code == answer.code ? std::exchange(answer, {}).value : 0);
   return TRUE;
 }
 
-// As dialog editors leave pages: disabled, with a caption and a label before what takes the focus.
-Template PageTemplate(LPARAM number) {
-  const char16_t caption[] = {static_cast<char16_t>(u'A' + number), 0};
-  const std::vector<Control> controls = {{0xFFFF, 0, StaticAtom, u"label"},
-                                         {FirstStop, WS_TABSTOP, EditAtom, u""},
-                                         {FirstStop + 1, WS_TABSTOP, EditAtom, u""}};
-  return {WS_CHILD | WS_CAPTION | WS_DISABLED, controls, caption};
-}
-
 // Runs a wizard of three pages.
 INT_PTR RunWizard(const UserSteps &steps, HWND owner = nullptr) {
-  const Template templates[] = {PageTemplate(0), PageTemplate(1), PageTemplate(2)};
   PROPSHEETPAGEA pages[3] = {};
   for (LPARAM number = 0; number < 3; ++number) {
     PROPSHEETPAGEA &page = pages[number];
     page.dwSize = sizeof page;
-    page.dwFlags = PSP_DLGINDIRECT | (number != 1 ? PSP_HASHELP : 0);
-    page.pResource = templates[number].Bytes();
+    page.dwFlags = PSP_HASHELP;
+    page.pszTemplate = MAKEINTRESOURCEA(Pages[number].id);
     page.pfnDlgProc = PageProcedure;
     page.lParam = number;
   }
@@ -83,70 +83,86 @@ INT_PTR RunWizard(const UserSteps &steps, HWND owner = nullptr) {
   header.nPages = 3;
   header.ppsp = pages;
   events.clear();
+  made.clear();
   INT_PTR result = -2;
   WithUser(steps, [&] { result = PropertySheetA(&header); });
   return result;
 }
 
-// The buttons of a sheet that can be pressed, the default one with a star.
-std::string ButtonsOf(HWND sheet) {
-  const struct {
-    int id;
-    const char *name;
-  } names[] = {{ID_WIZBACK, "back"}, {ID_WIZNEXT, "next"}, {ID_WIZFINISH, "finish"}, {IDHELP, "help"}};
-  std::string buttons;
-  for (const auto &[id, name] : names)
-    if (const HWND button = GetDlgItem(sheet, id); IsWindowVisible(button) && IsWindowEnabled(button)) {
-      const bool isDefault = LOWORD(SendMessageA(sheet, DM_GETDEFID, 0, 0)) == id;
-      buttons += std::string(buttons.empty() ? "" : " ") + name + (isDefault ? "*" : "");
-    }
-  return buttons;
+std::string TextOf(HWND window) {
+  char text[64] = "";
+  GetWindowTextA(window, text, sizeof text);
+  return text;
 }
+
+HWND PageOf(HWND sheet) { return reinterpret_cast<HWND>(SendMessageA(sheet, PSM_GETCURRENTPAGEHWND, 0, 0)); }
 
 TEST(WizardTest, AsksItsPages) {
   const struct {
     int button;
     Answer answer;
     Events events;
-    LRESULT page; // after it
   } presses[] = {
-      {PSBTN_BACK, {0, 0}, {"A back"}, 0}, // there is no page before it
-      {PSBTN_NEXT, {PSN_WIZNEXT, -1}, {"A next"}, 0},
-      {PSBTN_NEXT, {PSN_KILLACTIVE, TRUE}, {"A next", "A leave"}, 0},
-      {PSBTN_NEXT, {0, 0}, {"A next", "A leave", "B made", "B show"}, 1},
-      {PSBTN_HELP, {0, 0}, {"B help"}, 1},
-      {PSBTN_NEXT, {0, 0}, {"B next", "B leave", "C made", "C show"}, 2},
-      {PSBTN_NEXT, {0, 0}, {"C next"}, 2}, // nor one behind it
-      {PSBTN_BACK, {PSN_WIZBACK, -1}, {"C back"}, 2},
-      {PSBTN_BACK, {PSN_SETACTIVE, -1}, {"C back", "C leave", "B show", "A show"}, 0}, // the one between is skipped
-      {PSBTN_NEXT, {PSN_SETACTIVE, -1}, {"A next", "A leave", "B show", "C show"}, 2},
-      {PSBTN_FINISH, {PSN_WIZFINISH, TRUE}, {"C finish"}, 2},
-      {PSBTN_CANCEL, {PSN_QUERYCANCEL, TRUE}, {"C cancel?"}, 2},
-      {PSBTN_FINISH, {0, 0}, {"C finish"}, 2},
+      {PSBTN_BACK, {0, 0}, {"A back"}}, // there is no page before it
+      {PSBTN_NEXT, {PSN_WIZNEXT, -1}, {"A next"}},
+      {PSBTN_NEXT, {0, 0}, {"A next", "B made", "B show"}},
+      {PSBTN_HELP, {0, 0}, {"B help"}},
+      {PSBTN_NEXT, {0, 0}, {"B next", "C made", "C show"}},
+      {PSBTN_NEXT, {0, 0}, {"C next"}}, // nor one behind it
+      {PSBTN_BACK, {PSN_WIZBACK, -1}, {"C back"}},
+      {PSBTN_BACK, {PSN_SETACTIVE, -1}, {"C back", "B show", "A show"}}, // the one between is skipped
+      {PSBTN_NEXT, {PSN_SETACTIVE, -1}, {"A next", "B show", "C show"}},
+      {PSBTN_FINISH, {PSN_WIZFINISH, TRUE}, {"C finish"}},
+      {PSBTN_CANCEL, {PSN_QUERYCANCEL, TRUE}, {"C cancel?"}},
+      {PSBTN_FINISH, {0, 0}, {"C finish"}},
   };
-  const char *const buttonsOfPages[] = {"next* help", "back next*", "back finish* help"};
-  LRESULT page = 0;
   UserSteps steps;
   for (const auto &press : presses)
     steps.emplace_back([&](HWND sheet) {
-      // The page that the press before has led to.
-      const LRESULT shown = SendMessageA(sheet, PSM_GETCURRENTPAGEHWND, 0, 0);
-      EXPECT_TRUE(IsWindowVisible(reinterpret_cast<HWND>(shown)));
-      EXPECT_EQ(SendMessageA(sheet, PSM_HWNDTOINDEX, static_cast<WPARAM>(shown), 0), page);
-      EXPECT_EQ(ButtonsOf(sheet), buttonsOfPages[page]);
-      EXPECT_EQ(GetDlgCtrlID(GetFocus()), FirstStop);
-      char caption[8] = "";
-      GetWindowTextA(sheet, caption, sizeof caption);
-      EXPECT_EQ(caption, PageName(page));
-
       events.clear();
       answer = press.answer;
       SendMessageA(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(press.button), 0);
       EXPECT_EQ(events, press.events);
-      page = press.page;
-      events.clear();
+      EXPECT_TRUE(IsWindowVisible(PageOf(sheet)));
     });
   EXPECT_GT(RunWizard(steps), 0);
+}
+
+TEST(WizardTest, MakesAPageFromItsTemplate) {
+  const auto look = [](HWND sheet) {
+    EXPECT_EQ(made, (Events{"font", "measure", "measure", "dialog"}));
+    const LRESULT font = SendMessageA(PageOf(sheet), WM_GETFONT, 0, 0);
+    EXPECT_NE(font, 0);
+    EXPECT_EQ(SendDlgItemMessageA(PageOf(sheet), IDC_CHOICE, WM_GETFONT, 0, 0), font);
+    PostMessageA(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
+  };
+  EXPECT_EQ(RunWizard({look}), 0);
+}
+
+TEST(WizardTest, MovesTheFocus) {
+  const auto next = [](HWND sheet) { PostMessageA(sheet, PSM_PRESSBUTTON, PSBTN_NEXT, 0); };
+  const auto walk = [](HWND sheet) {
+    const HWND first = GetDlgItem(PageOf(sheet), IDC_FIELD_1);
+    SetWindowTextA(first, "text");
+    SendMessageA(first, EM_SETSEL, 0, 0);
+    // Through the page, and then through the buttons that can be pressed.
+    for (const int id : {IDC_CHOICE, IDC_FIELD_2, ID_WIZBACK, ID_WIZNEXT, IDCANCEL, IDHELP, IDC_FIELD_1}) {
+      SendMessageA(sheet, WM_NEXTDLGCTL, FALSE, FALSE);
+      EXPECT_EQ(GetDlgCtrlID(GetFocus()), id);
+    }
+    DWORD begin = 9;
+    DWORD end = 9;
+    SendMessageA(first, EM_GETSEL, reinterpret_cast<WPARAM>(&begin), reinterpret_cast<LPARAM>(&end));
+    EXPECT_EQ(std::pair(begin, end), std::pair(DWORD{0}, DWORD{4})); // all of it, as by the keyboard
+    const HWND last = GetDlgItem(PageOf(sheet), IDC_FIELD_2);
+    SendMessageA(sheet, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(last), TRUE);
+    EXPECT_EQ(MessageBoxA(sheet, "", "", MB_OK), IDOK);
+    EXPECT_EQ(GetFocus(), last);
+    SendMessageA(sheet, WM_NEXTDLGCTL, TRUE, FALSE);
+    EXPECT_EQ(GetDlgCtrlID(GetFocus()), IDC_CHOICE);
+    PostMessageA(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
+  };
+  EXPECT_EQ(RunWizard({next, walk, [](HWND box) { PostMessageA(box, WM_COMMAND, IDOK, 0); }}), 0);
 }
 
 TEST(WizardTest, IsCancelled) {
@@ -155,8 +171,7 @@ TEST(WizardTest, IsCancelled) {
   const struct {
     UINT message;
     WPARAM wParam;
-    const char *reset;
-  } ways[] = {{WM_COMMAND, IDCANCEL, "A reset"}, {PSM_PRESSBUTTON, PSBTN_CANCEL, "A reset"}, {WM_CLOSE, 0, "A reset!"}};
+  } ways[] = {{WM_COMMAND, IDCANCEL}, {PSM_PRESSBUTTON, PSBTN_CANCEL}, {WM_CLOSE, 0}};
   for (const auto &way : ways) {
     const auto cancel = [&](HWND sheet) {
       EXPECT_EQ(GetParent(sheet), owner);
@@ -166,7 +181,7 @@ TEST(WizardTest, IsCancelled) {
       PostMessageA(sheet, way.message, way.wParam, 0);
     };
     EXPECT_EQ(RunWizard({cancel}, owner), 0);
-    EXPECT_EQ(events, (Events{"A cancel?", way.reset})); // pages that were never shown hear nothing
+    EXPECT_EQ(events, (Events{"A cancel?"})); // pages that were never shown hear nothing
     EXPECT_TRUE(IsWindowEnabled(owner));
   }
   DestroyWindow(owner);
@@ -198,12 +213,8 @@ TEST(MessageBoxTest, HasTheButtonsOfItsType) {
           icon |= SendMessageA(control, STM_GETICON, 0, 0);
         EXPECT_EQ(reinterpret_cast<HICON>(icon), box.icon != nullptr ? LoadIconA(nullptr, box.icon) : nullptr);
         EXPECT_EQ(GetDlgCtrlID(GetFocus()), box.buttons[0]);
-        char title[8] = "";
-        char text[16] = "";
-        GetWindowTextA(top, title, sizeof title);
-        GetDlgItemTextA(top, 0xFFFF, text, sizeof text);
-        EXPECT_STREQ(title, "\x83\x5c");
-        EXPECT_STREQ(text, "a & b\nline");
+        EXPECT_EQ(TextOf(top), "\x83\x5c");
+        EXPECT_EQ(TextOf(GetDlgItem(top, 0xFFFF)), "a & b\nline");
         SendMessageA(GetDlgItem(top, pressed), BM_CLICK, 0, 0);
       };
       SCOPED_TRACE(box.type);

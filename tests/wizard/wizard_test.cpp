@@ -20,7 +20,7 @@ constexpr int BoxText = 0xFFFF;
 
 std::string TextOf(HWND dialog, int id) {
   char text[1024] = "";
-  GetDlgItemTextA(dialog, id, text, sizeof text);
+  GetWindowTextA(GetDlgItem(dialog, id), text, sizeof text);
   return text;
 }
 
@@ -115,7 +115,8 @@ TEST_F(WizardTest, ShowsTheHelpOnceForTheHelpKey) {
   InstallOutlookExpress("5,50,4522,1200");
   WithUser({[](HWND sheet) {
               const HWND control = GetDlgItem(PageOf(sheet), IDC_CHOICE);
-              HELPINFO info{sizeof info, HELPINFO_WINDOW, IDC_CHOICE, control, 0, {}};
+              HELPINFO info{};
+              info.cbSize = sizeof info;
               SendMessageA(control, WM_HELP, 0, reinterpret_cast<LPARAM>(&info));
             },
             [](HWND box) {

@@ -1,7 +1,7 @@
-// Who stands before the windows: the layer itself has no screen and no keyboard. AcctKit never includes this; the host
-// program and the tests do.
+// Who sits in front of the windows: the layer itself has no screen and no keyboard. AcctKit never includes this; the
+// host program and the tests do.
 //
-// A modal loop (a message box, a property sheet) hands out the messages that are posted, paints what is invalid, and
+// A modal loop (of a message box, of a property sheet) hands out the messages that are posted, has windows painted, and
 // when nothing is left to do calls WaitForUser, which acts as a user would: by messages to the windows.
 #pragma once
 
@@ -13,16 +13,17 @@ class FrontEnd {
 public:
   virtual ~FrontEnd() = default;
 
-  // Waits for the user, who sees the top window, and does to the windows what the user does; may run modal loops
-  // within. False if there is no user any more: the modal loop then ends as one that never came up.
+  // Waits for the user, who sees this top-level window, and does to the windows what the user does. Called on the
+  // thread of the modal loop; further modal loops may run within. False if there is no user any more: the loop then
+  // ends as one that never came up.
   virtual bool WaitForUser(HWND top) = 0;
 
   // Shows a help file (a path on the machine, code page 932) at a topic. False if it can't.
   virtual bool ShowHelp(const char *file, ULONG_PTR topic) = 0;
 };
 
-// Puts a front end before the windows of this process, null for none, and answers the one before. Without one, every
-// modal loop fails at once.
+// Sets the front end of this process, null for none, and answers the one before. Without one, every modal loop fails at
+// once. The front end has to live until another is set. On any thread.
 FrontEnd *SetFrontEnd(FrontEnd *frontEnd);
 
 // The user presses a key and lets it go again, as GetAsyncKeyState sees it.

@@ -1,9 +1,11 @@
 // Push buttons and check boxes.
-#include "win32/linux/windows/window_classes.h"
+#include "win32/linux/windows/painting.h"
+#include "win32/linux/windows/system_controls.h"
 
 namespace {
 
 using machine::Window;
+using machine::WindowPtr;
 
 struct ButtonState : machine::WindowState {
   bool checked = false;
@@ -22,7 +24,7 @@ LRESULT DialogCode(const Window &button) {
   return machine::DLGC_BUTTON | (isDefault ? machine::DLGC_DEFPUSHBUTTON : machine::DLGC_UNDEFPUSHBUTTON);
 }
 
-void Check(const std::shared_ptr<Window> &button, ButtonState &state, bool checked) {
+void Check(const WindowPtr &button, ButtonState &state, bool checked) {
   if (IsPushButton(*button))
     return;
   state.checked = checked;
@@ -32,8 +34,8 @@ void Check(const std::shared_ptr<Window> &button, ButtonState &state, bool check
 } // namespace
 
 LRESULT machine::ButtonProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const std::shared_ptr<Window> button = WindowOf(handle);
-  const auto state = ControlState<ButtonState>(button, message);
+  const WindowPtr button = WindowOf(handle);
+  const auto state = StateOf<ButtonState>(button, message);
   if (!state)
     return DefWindowProcA(handle, message, wParam, lParam);
   switch (message) {
@@ -42,7 +44,7 @@ LRESULT machine::ButtonProcedure(HWND handle, UINT message, WPARAM wParam, LPARA
   case BM_GETCHECK:
     return state->checked;
   case BM_SETCHECK:
-    Check(button, *state, wParam != BST_UNCHECKED);
+    Check(button, *state, wParam == BST_CHECKED);
     return 0;
   case BM_CLICK:
     SetFocus(handle);

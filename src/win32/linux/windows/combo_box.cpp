@@ -1,22 +1,34 @@
 // Combo boxes: a list with an edit control or, as a drop-down list, with a part that shows the selected entry. The
-// owner draws the entries if it wants to. Of what a program does the parent hears nothing, of what the user does all.
+// owner draws the entries if it wants to. The parent is told of what the user does, not of what a program does.
 #include "win32/linux/text/code_page.h"
-#include "win32/linux/windows/window_classes.h"
+#include "win32/linux/windows/painting.h"
+#include "win32/linux/windows/system_controls.h"
 
 #include <algorithm>
 #include <string_view>
 
 namespace {
 
-using machine::Window;
+using machine::WindowPtr;
 
-constexpr int Nothing = -1; // as a selection, and as the item that the closed part shows then
+constexpr int Nothing = -1; // as the selected item; in messages about heights and drawing: the part that is always seen
 constexpr DWORD CBS_TYPEMASK = 0x3;
-constexpr DWORD CBS_OWNERDRAWVARIABLE = 0x20;
 
-// Where entries are drawn.
-constexpr int Border = 3;
-constexpr int DropButtonWidth = 17;
+// What the owner is told to draw.
+constexpr UINT ODA_DRAWENTIRE = 0x1;
+constexpr UINT ODS_DISABLED = 0x0004;
+constexpr UINT ODS_COMBOBOXEDIT = 0x1000;
+
+// What the parent is told of.
+constexpr WORD CBN_SETFOCUS = 3;
+constexpr WORD CBN_KILLFOCUS = 4;
+constexpr WORD CBN_EDITCHANGE = 5;
+constexpr WORD CBN_EDITUPDATE = 6;
+constexpr WORD CBN_DROPDOWN = 7;
+constexpr WORD CBN_CLOSEUP = 8;
+constexpr WORD CBN_SELENDOK = 9;
+constexpr WORD CBN_SELENDCANCEL = 10;
+
 constexpr UINT PlainItemHeight = 12;
 
 struct Item {
@@ -34,12 +46,11 @@ struct ComboState : machine::WindowState {
 };
 
 struct ComboBox {
-  std::shared_ptr<Window> window;
+  WindowPtr window;
   std::shared_ptr<ComboState> state;
 
   bool IsDropDownList() const { return (window->style & CBS_TYPEMASK) == CBS_DROPDOWNLIST; }
-  bool IsOwnerDrawn() const { return (window->style & (CBS_OWNERDRAWFIXED | CBS_OWNERDRAWVARIABLE)) != 0; }
-  bool HasStrings() const { return !IsOwnerDrawn() || window->Has(CBS_HASSTRINGS); }
+  bool IsOwnerDrawn() const { return window->Has(CBS_OWNERDRAWFIXED); }
   UINT Id() const { return static_cast<UINT>(window->id); }
   void Notify(WORD code) const { machine::NotifyParent(*window, code); }
 
@@ -65,7 +76,7 @@ UINT Measure(const ComboBox &box, int item) {
 
 void Draw(const ComboBox &box, HDC context, int item, UINT itemState, const RECT &rect) {
   const Item *const drawn = box.ItemAt(static_cast<WPARAM>(item));
-  const bool disabled = box.window->Has(WS_DISABLED);
+  const bool disabled = box.window->Has(machine::WS_DISABLED);
   DRAWITEMSTRUCT draw = {};
   draw.CtlType = ODT_COMBOBOX;
   draw.CtlID = box.Id();
@@ -80,14 +91,14 @@ void Draw(const ComboBox &box, HDC context, int item, UINT itemState, const RECT
 }
 
 void DrawClosedPart(const ComboBox &box, HDC context) {
-  const LONG width = box.window->place.right - box.window->place.left;
+  const LONG width = box.window->bounds.right - box.window->bounds.left;
   const bool focused = GetFocus() == box.window->handle && !box.state->dropped;
   Draw(box, context, box.state->selection, ODS_COMBOBOXEDIT | (focused ? ODS_FOCUS | ODS_SELECTED : 0),
-       {Border, Border, width - DropButtonWidth - Border, Border + static_cast<LONG>(box.state->closedHeight)});
+       {0, 0, width, static_cast<LONG>(box.state->closedHeight)});
 }
 
 void DrawList(const ComboBox &box, HDC context) {
-  const LONG width = box.window->place.right - box.window->place.left;
+  const LONG width = box.window->bounds.right - box.window->bounds.left;
   const auto height = static_cast<LONG>(box.state->itemHeight);
   for (int item = 0; item < static_cast<int>(box.state->items.size()); ++item)
     Draw(box, context, item, item == box.state->selection ? ODS_SELECTED : 0,
@@ -98,8 +109,7 @@ LRESULT AnswerPaint(const ComboBox &box, WPARAM, LPARAM) {
   PAINTSTRUCT paint;
   const HDC context = BeginPaint(box.window->handle, &paint);
   if (box.IsOwnerDrawn()) {
-    if (box.IsDropDownList())
-      DrawClosedPart(box, context);
+    DrawClosedPart(box, context);
     if (box.state->dropped)
       DrawList(box, context);
   }
@@ -114,7 +124,7 @@ bool IsSameStart(const std::string &text, const std::string &start) {
   return upper(text).starts_with(upper(start));
 }
 
-// The first entry behind another that begins with a text, going round.
+// The first entry behind another that begins with a text, and round again from the first.
 int FindItem(const ComboBox &box, int behind, const std::string &start) {
   const int count = static_cast<int>(box.state->items.size());
   for (int step = 1; step <= count; ++step)
@@ -188,19 +198,7 @@ LRESULT AnswerKey(const ComboBox &box, WPARAM key, LPARAM) {
 
 // ---- The entries ----
 
-LRESULT AddItem(const ComboBox &box, LPARAM given) {
-  Item item;
-  if (box.HasStrings())
-    item.text = given != 0 ? reinterpret_cast<const char *>(given) : "";
-  else
-    item.data = static_cast<ULONG_PTR>(given);
-  auto &items = box.state->items;
-  items.push_back(std::move(item));
-  machine::Invalidate(box.window);
-  return static_cast<LRESULT>(items.size()) - 1;
-}
-
-// The owner of drawn entries frees what it has put to them, so it is told while they are still there.
+// Who draws the entries frees the data that belongs to them, so it is told while they are still there.
 void DeleteItems(const ComboBox &box) {
   for (size_t index = box.state->items.size(); box.IsOwnerDrawn() && index-- > 0 && index < box.state->items.size();) {
     DELETEITEMSTRUCT deleted = {ODT_COMBOBOX, box.Id(), static_cast<UINT>(index), box.window->handle,
@@ -219,7 +217,12 @@ LRESULT CopyItemText(const Item &item, char *buffer) {
 
 // ---- Messages of combo boxes ----
 
-LRESULT AnswerAddString(const ComboBox &box, WPARAM, LPARAM text) { return AddItem(box, text); }
+LRESULT AnswerAddString(const ComboBox &box, WPARAM, LPARAM text) {
+  auto &items = box.state->items;
+  items.push_back({reinterpret_cast<const char *>(text), 0});
+  machine::Invalidate(box.window);
+  return static_cast<LRESULT>(items.size()) - 1;
+}
 
 LRESULT AnswerCount(const ComboBox &box, WPARAM, LPARAM) { return static_cast<LRESULT>(box.state->items.size()); }
 
@@ -262,9 +265,7 @@ LRESULT AnswerSetItemData(const ComboBox &box, WPARAM index, LPARAM data) {
   return TRUE;
 }
 
-LRESULT AnswerItemHeight(const ComboBox &box, WPARAM index, LPARAM) {
-  return static_cast<int>(index) == Nothing ? box.state->closedHeight : box.state->itemHeight;
-}
+LRESULT AnswerItemHeight(const ComboBox &box, WPARAM, LPARAM) { return box.state->itemHeight; }
 
 LRESULT AnswerSetItemHeight(const ComboBox &box, WPARAM index, LPARAM height) {
   UINT &part = static_cast<int>(index) == Nothing ? box.state->closedHeight : box.state->itemHeight;
@@ -280,18 +281,12 @@ LRESULT AnswerShowList(const ComboBox &box, WPARAM show, LPARAM) {
 
 LRESULT AnswerDropped(const ComboBox &box, WPARAM, LPARAM) { return box.state->dropped; }
 
-LRESULT AnswerLimit(const ComboBox &box, WPARAM limit, LPARAM) {
-  SendMessageA(box.state->edit, EM_LIMITTEXT, limit, 0);
-  return TRUE;
-}
-
 // ---- Messages of windows ----
 
 LRESULT AnswerCreate(const ComboBox &box, WPARAM, LPARAM) {
   if (!box.IsDropDownList()) {
-    const DWORD scroll = box.window->Has(CBS_AUTOHSCROLL) ? ES_AUTOHSCROLL : 0;
     const auto id = reinterpret_cast<HMENU>(static_cast<uintptr_t>(machine::ComboEditId));
-    box.state->edit = CreateWindowExA(0, "Edit", "", WS_CHILD | WS_VISIBLE | machine::ES_COMBO | scroll, 0, 0, 0, 0,
+    box.state->edit = CreateWindowExA(0, "Edit", "", WS_CHILD | WS_VISIBLE | machine::ES_COMBO, 0, 0, 0, 0,
                                       box.window->handle, id, nullptr, nullptr);
   }
   if (box.IsOwnerDrawn()) {
@@ -325,14 +320,14 @@ LRESULT AnswerCommand(const ComboBox &box, WPARAM command, LPARAM) {
   const struct {
     WORD heard;
     WORD told;
-  } codes[] = {{EN_UPDATE, CBN_EDITUPDATE},
-               {EN_CHANGE, CBN_EDITCHANGE},
-               {EN_SETFOCUS, CBN_SETFOCUS},
-               {EN_KILLFOCUS, CBN_KILLFOCUS}};
+  } codes[] = {{machine::EN_UPDATE, CBN_EDITUPDATE},
+               {machine::EN_CHANGE, CBN_EDITCHANGE},
+               {machine::EN_SETFOCUS, CBN_SETFOCUS},
+               {machine::EN_KILLFOCUS, CBN_KILLFOCUS}};
   const WORD code = HIWORD(command);
-  if (code == EN_UPDATE)
+  if (code == machine::EN_UPDATE)
     box.state->selection = Nothing; // a typed text is no entry of the list, even if it reads like one
-  if (code == EN_KILLFOCUS)
+  if (code == machine::EN_KILLFOCUS)
     ShowList(box, false);
   for (const auto &[heard, told] : codes)
     if (heard == code)
@@ -361,16 +356,16 @@ LRESULT AnswerKillFocus(const ComboBox &box, WPARAM, LPARAM) {
 
 // The text of a drop-down list is that of its selected entry, and can't be set.
 LRESULT AnswerSetText(const ComboBox &box, WPARAM, LPARAM text) {
-  return box.state->edit != nullptr ? SendMessageA(box.state->edit, WM_SETTEXT, 0, text) : CB_ERR;
+  return box.state->edit != nullptr ? SendMessageA(box.state->edit, machine::WM_SETTEXT, 0, text) : CB_ERR;
 }
 
 LRESULT AnswerText(const ComboBox &box, WPARAM size, LPARAM buffer) {
-  return box.state->edit != nullptr ? SendMessageA(box.state->edit, WM_GETTEXT, size, buffer)
+  return box.state->edit != nullptr ? SendMessageA(box.state->edit, machine::WM_GETTEXT, size, buffer)
                                     : machine::CopyText(SelectedText(box), reinterpret_cast<char *>(buffer), size);
 }
 
 LRESULT AnswerTextLength(const ComboBox &box, WPARAM, LPARAM) {
-  return box.state->edit != nullptr ? SendMessageA(box.state->edit, WM_GETTEXTLENGTH, 0, 0)
+  return box.state->edit != nullptr ? SendMessageA(box.state->edit, machine::WM_GETTEXTLENGTH, 0, 0)
                                     : static_cast<LRESULT>(SelectedText(box).size());
 }
 
@@ -392,13 +387,12 @@ constexpr Answer Answers[] = {
     {CB_SETITEMHEIGHT, AnswerSetItemHeight},
     {CB_SHOWDROPDOWN, AnswerShowList},
     {CB_GETDROPPEDSTATE, AnswerDropped},
-    {CB_LIMITTEXT, AnswerLimit},
-    {WM_CREATE, AnswerCreate},
+    {machine::WM_CREATE, AnswerCreate},
     {WM_NCDESTROY, AnswerDestroy},
     {WM_GETDLGCODE, AnswerDialogCode},
-    {WM_SETTEXT, AnswerSetText},
-    {WM_GETTEXT, AnswerText},
-    {WM_GETTEXTLENGTH, AnswerTextLength},
+    {machine::WM_SETTEXT, AnswerSetText},
+    {machine::WM_GETTEXT, AnswerText},
+    {machine::WM_GETTEXTLENGTH, AnswerTextLength},
     {WM_SETFONT, AnswerSetFont},
     {WM_ENABLE, AnswerEnable},
     {WM_SETFOCUS, AnswerSetFocus},
@@ -412,8 +406,8 @@ constexpr Answer Answers[] = {
 } // namespace
 
 LRESULT machine::ComboBoxProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const std::shared_ptr<Window> window = WindowOf(handle);
-  const ComboBox box = {window, ControlState<ComboState>(window, message)};
+  const WindowPtr window = WindowOf(handle);
+  const ComboBox box = {window, StateOf<ComboState>(window, message)};
   if (!box.state)
     return DefWindowProcA(handle, message, wParam, lParam);
   const auto answer = std::ranges::find(Answers, message, &Answer::message);

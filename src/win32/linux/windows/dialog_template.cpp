@@ -1,25 +1,21 @@
-// Reader of dialog templates.
-#include "win32/linux/windows/dialogs.h"
+#include "win32/linux/windows/dialog_template.h"
 
 #include "win32/linux/machine/byte_reader.h"
 #include "win32/linux/text/code_page.h"
-#include "win32/linux/windows/resources.h"
+
+namespace machine {
 
 namespace {
 
-using machine::DialogTemplate;
-using machine::Reader;
-using machine::TemplateWindow;
+// The first number of a template of this form.
+constexpr DWORD Extended = 0xFFFF0001;
+// Whether it names a font.
+constexpr DWORD DS_SETFONT = 0x0040;
 
-// A template that lies in no resource of ours has no size of its own; this is more than any has.
-constexpr size_t LargestTemplate = 0x100000;
-
-struct PredefinedClass {
+constexpr struct {
   WORD atom;
   const char *name;
-};
-constexpr PredefinedClass PredefinedClasses[] = {{0x80, "Button"},  {0x81, "Edit"},      {0x82, "Static"},
-                                                 {0x83, "ListBox"}, {0x84, "ScrollBar"}, {0x85, "ComboBox"}};
+} PredefinedClasses[] = {{0x80, "Button"}, {0x81, "Edit"}, {0x82, "Static"}, {0x85, "ComboBox"}};
 
 std::string NextText(Reader &reader, char16_t first) {
   std::u16string wide;
@@ -27,7 +23,6 @@ std::string NextText(Reader &reader, char16_t first) {
     wide += unit;
   return text::FromWide(wide);
 }
-std::string NextText(Reader &reader) { return NextText(reader, reader.Next<char16_t>()); }
 
 // A text, or a number that `name` tells the text of.
 std::string NextTextOrNumber(Reader &reader, std::string (*name)(WORD)) {
@@ -39,76 +34,60 @@ std::string NextTextOrNumber(Reader &reader, std::string (*name)(WORD)) {
 std::string NumberText(WORD number) { return std::string("#").append(std::to_string(number)); }
 
 std::string ClassOfAtom(WORD atom) {
-  for (const PredefinedClass &known : PredefinedClasses)
+  for (const auto &known : PredefinedClasses)
     if (known.atom == atom)
       return known.name;
   return NumberText(atom);
 }
 
-void ReadStyles(Reader &reader, bool extended, TemplateWindow &window) {
-  if (extended)
-    reader.Next<DWORD>(); // the help id
-  const auto first = reader.Next<DWORD>();
-  const auto second = reader.Next<DWORD>();
-  window.style = extended ? second : first;
-  window.exStyle = extended ? first : second;
+void ReadStyle(Reader &reader, TemplateWindow &window) {
+  reader.Skip(2 * sizeof(DWORD)); // the help id and the extended style
+  window.style = reader.Next<DWORD>();
 }
 
-void ReadPlace(Reader &reader, TemplateWindow &window) {
-  for (int16_t *const number : {&window.x, &window.y, &window.width, &window.height})
+void ReadBounds(Reader &reader, TemplateWindow &window) {
+  for (int *const number : {&window.x, &window.y, &window.width, &window.height})
     *number = reader.Next<int16_t>();
 }
 
-void ReadFont(Reader &reader, bool extended, DialogTemplate &dialog) {
-  dialog.pointSize = reader.Next<WORD>();
-  if (extended) {
-    dialog.weight = reader.Next<WORD>();
-    dialog.italic = reader.Next<BYTE>() != 0;
-    dialog.charSet = reader.Next<BYTE>();
-  }
-  dialog.face = NextText(reader);
+// The size counts; weight, slant, character set and face make no difference here.
+int ReadFont(Reader &reader) {
+  const int pointSize = reader.Next<WORD>();
+  reader.Skip(2 * sizeof(WORD));
+  NextText(reader, reader.Next<char16_t>());
+  return pointSize;
 }
 
-TemplateWindow ReadControl(Reader &reader, bool extended) {
+TemplateWindow ReadControl(Reader &reader) {
   TemplateWindow control;
   reader.Align();
-  ReadStyles(reader, extended, control);
-  ReadPlace(reader, control);
-  control.id = extended ? reader.Next<DWORD>() : reader.Next<WORD>();
+  ReadStyle(reader, control);
+  ReadBounds(reader, control);
+  control.id = reader.Next<int32_t>();
   control.className = NextTextOrNumber(reader, ClassOfAtom);
   control.text = NextTextOrNumber(reader, NumberText);
   reader.Skip(reader.Next<WORD>()); // what the control would get at its creation
   return control;
 }
 
-// The new form begins with the version 1 and a number that can't be the upper half of a style.
-bool IsExtended(Reader reader) { return reader.Next<DWORD>() == 0xFFFF0001; }
-
 } // namespace
 
-std::optional<DialogTemplate> machine::ReadTemplate(const DLGTEMPLATE *bytes) {
-  if (bytes == nullptr)
-    return std::nullopt;
-  const size_t known = BytesOfResourceAt(bytes);
-  return ReadTemplate({reinterpret_cast<const char *>(bytes), known != 0 ? known : LargestTemplate});
-}
-
-std::optional<DialogTemplate> machine::ReadTemplate(std::string_view bytes) {
+std::optional<DialogTemplate> ReadTemplate(std::string_view bytes) {
   Reader reader(bytes.data(), bytes.size());
-  const bool extended = IsExtended(reader);
-  if (extended)
-    reader.Next<DWORD>();
-
+  if (reader.Next<DWORD>() != Extended)
+    return std::nullopt;
   DialogTemplate dialog;
-  ReadStyles(reader, extended, dialog.window);
+  ReadStyle(reader, dialog.window);
   const auto count = reader.Next<WORD>();
-  ReadPlace(reader, dialog.window);
+  ReadBounds(reader, dialog.window);
   NextTextOrNumber(reader, NumberText); // the menu
-  dialog.window.className = NextTextOrNumber(reader, ClassOfAtom);
-  dialog.window.text = NextText(reader);
+  NextTextOrNumber(reader, NumberText); // the class
+  dialog.window.text = NextText(reader, reader.Next<char16_t>());
   if ((dialog.window.style & DS_SETFONT) != 0)
-    ReadFont(reader, extended, dialog);
+    dialog.pointSize = ReadFont(reader);
   for (WORD index = 0; index < count && !reader.Failed(); ++index)
-    dialog.controls.push_back(ReadControl(reader, extended));
+    dialog.controls.push_back(ReadControl(reader));
   return reader.Failed() ? std::nullopt : std::optional(std::move(dialog));
 }
+
+} // namespace machine

@@ -1,49 +1,25 @@
-// Dialog templates, old form and new, read into a record that can be changed before a dialog is made from it.
+// Dialogs: windows that are made from templates and run by a dialog procedure before the class's own.
 #pragma once
 
-#include "win32/win32_ui.h"
-
-#include <cstdint>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "win32/linux/windows/dialog_template.h"
+#include "win32/linux/windows/window_tree.h"
 
 namespace machine {
 
-// A window of a template: the dialog itself or one of its controls. Places are in dialog units.
-struct TemplateWindow {
-  DWORD style = 0;
-  DWORD exStyle = 0;
-  int16_t x = 0;
-  int16_t y = 0;
-  int16_t width = 0;
-  int16_t height = 0;
-  DWORD id = 0;
-  std::string className;
-  std::string text; // "#" and the number for the resource of a static
-};
+constexpr UINT DM_SETDEFID = WM_USER + 1;
 
-struct DialogTemplate {
-  TemplateWindow window;
-  int pointSize = 0; // 0 without a font
-  int weight = 0;
-  bool italic = false;
-  BYTE charSet = 0;
-  std::string face;
-  std::vector<TemplateWindow> controls;
-};
+// Makes a dialog, which isn't shown yet: the window, its controls, WM_SETFONT, then WM_INITDIALOG with the control that
+// gets the focus if the procedure answers TRUE and the dialog is no child. Null if it can't be made.
+HWND CreateDialogFrom(const DialogTemplate &dialog, HWND parent, DLGPROC procedure, LPARAM parameter);
 
-// Nothing for bytes that are no template.
-std::optional<DialogTemplate> ReadTemplate(std::string_view bytes);
-// The same where the size isn't known, unless the template is one of the library's resources.
-std::optional<DialogTemplate> ReadTemplate(const DLGTEMPLATE *bytes);
+// The procedure of the class of dialogs.
+LRESULT DialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
-HWND CreateDialogFrom(const DialogTemplate &dialog, HINSTANCE instance, HWND parent, DLGPROC procedure,
-                      LPARAM parameter);
+// The control that Tab goes to from another, or back to; the first one if that is null. Null if there is none.
+HWND NextTabStop(HWND dialog, HWND control, bool previous);
 
 // Does what IsDialogMessage does for Esc and Enter: the key works the dialog, unless the window that it is for wants
 // it. False if the message is still to be sent.
-bool PressDialogKey(HWND dialog, const MSG &message);
+bool PressDialogKey(HWND dialog, const PostedMessage &message);
 
 } // namespace machine

@@ -1,45 +1,45 @@
-// What is drawn, for those who want to see it without a screen: the host program and the tests.
+// Device contexts, and what is selected into them or drawn by them. All of it is known by handles.
 #pragma once
 
 #include "win32/win32_ui.h"
 
-#include <cstddef>
-#include <string>
-#include <vector>
+#include "win32/linux/machine/handle_table.h"
+
+#include <memory>
 
 namespace machine {
 
-struct Drawn {
-  enum class Kind { Fill, Text, FocusFrame, Image };
+constexpr int OPAQUE = 2; // the other background mode
 
-  Kind kind;
-  RECT place;
-  COLORREF colour = 0; // of a fill or a text
-  std::string text = {};
-  int image = 0;  // index in the system image list
-  UINT style = 0; // DT_* of a text, ILD_* of an image
-  int backMode = 0;
-  HWND window = nullptr;
+struct DrawingObject {
+  bool isFont;
+  int height;      // of a font
+  COLORREF colour; // of a brush
 };
 
-// Keeps what this thread draws as long as it lives, or until another takes its place for a while.
-class DrawingRecord {
-public:
-  DrawingRecord();
-  ~DrawingRecord();
-  DrawingRecord(const DrawingRecord &) = delete;
-  DrawingRecord &operator=(const DrawingRecord &) = delete;
-
-  std::vector<Drawn> operations;
-
-private:
-  DrawingRecord *outer;
+// An object that is deleted while it is selected stays until another takes its place.
+struct Selection {
+  HGDIOBJ handle;
+  std::shared_ptr<DrawingObject> object;
 };
 
-// How many fonts, brushes and device contexts of this process wait to be deleted or released.
-size_t LiveDrawingObjects();
+struct DeviceContext {
+  HWND window;
+  Selection font;
+  Selection brush;
+  COLORREF textColour;
+  int backMode;
+};
 
-// Draws on a context; false if it is none.
-bool Draw(HDC context, Drawn operation);
+struct Icon {};
+
+struct DrawingHandles {
+  HandleTable<HGDIOBJ, DrawingObject> objects{0x1000000};
+  HandleTable<HDC, DeviceContext> contexts{0x2000000};
+  HandleTable<HICON, Icon> icons{0x3000000}; // those that wait for DestroyIcon
+};
+
+// Those of this process.
+DrawingHandles &Handles();
 
 } // namespace machine

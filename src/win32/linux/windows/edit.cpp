@@ -1,6 +1,7 @@
 // Edit controls. What is typed is cut at the limit, what a program puts in isn't.
 #include "win32/linux/text/code_page.h"
-#include "win32/linux/windows/window_classes.h"
+#include "win32/linux/windows/painting.h"
+#include "win32/linux/windows/system_controls.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -10,10 +11,9 @@
 
 namespace {
 
-using machine::Window;
+using machine::WindowPtr;
 
 constexpr size_t DefaultLimit = 30000;
-constexpr size_t NoLimit = 0x7FFFFFFE;
 
 struct EditState : machine::WindowState {
   size_t limit = DefaultLimit; // in bytes
@@ -23,7 +23,7 @@ struct EditState : machine::WindowState {
 };
 
 struct Edit {
-  std::shared_ptr<Window> window;
+  WindowPtr window;
   std::shared_ptr<EditState> state;
 
   bool IsMultiline() const { return window->Has(ES_MULTILINE); }
@@ -31,17 +31,11 @@ struct Edit {
 
 void Select(const Edit &edit, LPARAM begin, LPARAM end) {
   const auto size = static_cast<LPARAM>(edit.window->text.size());
-  const auto within = [&](LPARAM place) { return static_cast<size_t>(place < 0 ? size : std::min(place, size)); };
+  const auto within = [&](LPARAM position) {
+    return static_cast<size_t>(position < 0 ? size : std::min(position, size));
+  };
   std::tie(edit.state->begin, edit.state->end) =
       begin < 0 ? std::pair(edit.state->end, edit.state->end) : std::minmax({within(begin), within(end)});
-}
-
-LRESULT GetSelection(const EditState &state, DWORD *begin, DWORD *end) {
-  if (begin != nullptr)
-    *begin = static_cast<DWORD>(state.begin);
-  if (end != nullptr)
-    *end = static_cast<DWORD>(state.end);
-  return MAKELPARAM(static_cast<unsigned>(state.begin), static_cast<unsigned>(state.end));
 }
 
 // Puts a text in place of the selection, as much of it as the limit allows.
@@ -57,12 +51,12 @@ void ReplaceSelection(const Edit &edit, std::string_view with) {
   window->text.replace(state->begin, selected, fitting);
   state->begin = state->end = state->begin + fitting.size();
   if (fitting.size() < with.size())
-    machine::NotifyParent(*window, EN_MAXTEXT);
+    machine::NotifyParent(*window, machine::EN_MAXTEXT);
   if (selected == 0 && fitting.empty())
     return;
   machine::Invalidate(window);
-  machine::NotifyParent(*window, EN_UPDATE);
-  machine::NotifyParent(*window, EN_CHANGE);
+  machine::NotifyParent(*window, machine::EN_UPDATE);
+  machine::NotifyParent(*window, machine::EN_CHANGE);
 }
 
 // Takes away the selection or, without one, the character before it.
@@ -94,20 +88,20 @@ void Type(const Edit &edit, char character) {
 
 // A program's text. The parent of a multi-line control isn't told, nor is a combo box of its own doing.
 LRESULT SetText(const Edit &edit, const char *text) {
-  machine::ControlDefault(edit.window->handle, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+  machine::ControlDefault(edit.window->handle, machine::WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
   edit.state->begin = edit.state->end = 0;
   if (edit.IsMultiline() || edit.window->Has(machine::ES_COMBO))
     return TRUE;
-  machine::NotifyParent(*edit.window, EN_UPDATE);
-  machine::NotifyParent(*edit.window, EN_CHANGE);
+  machine::NotifyParent(*edit.window, machine::EN_UPDATE);
+  machine::NotifyParent(*edit.window, machine::EN_CHANGE);
   return TRUE;
 }
 
 } // namespace
 
 LRESULT machine::EditProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const std::shared_ptr<Window> window = WindowOf(handle);
-  const Edit edit = {window, ControlState<EditState>(window, message)};
+  const WindowPtr window = WindowOf(handle);
+  const Edit edit = {window, StateOf<EditState>(window, message)};
   if (!edit.state)
     return DefWindowProcA(handle, message, wParam, lParam);
   switch (message) {
@@ -129,13 +123,14 @@ LRESULT machine::EditProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM 
     Select(edit, static_cast<int>(wParam), static_cast<int>(lParam));
     return TRUE;
   case EM_GETSEL:
-    return GetSelection(*edit.state, reinterpret_cast<DWORD *>(wParam), reinterpret_cast<DWORD *>(lParam));
+    *reinterpret_cast<DWORD *>(wParam) = static_cast<DWORD>(edit.state->begin);
+    *reinterpret_cast<DWORD *>(lParam) = static_cast<DWORD>(edit.state->end);
+    return 0;
   case EM_REPLACESEL:
-    if (lParam != 0)
-      ReplaceSelection(edit, reinterpret_cast<const char *>(lParam));
+    ReplaceSelection(edit, reinterpret_cast<const char *>(lParam));
     return 0;
   case EM_LIMITTEXT:
-    edit.state->limit = wParam == 0 ? NoLimit : wParam;
+    edit.state->limit = wParam;
     return 0;
   case EM_GETLIMITTEXT:
     return static_cast<LRESULT>(edit.state->limit);

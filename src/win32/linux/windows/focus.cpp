@@ -1,94 +1,73 @@
-// Which window is shown, enabled and active, has the focus or is to be painted.
-#include "win32/linux/windows/window_tree.h"
+// Which window is shown, enabled and active, and which has the focus.
+#include "win32/linux/windows/painting.h"
 
 #include <algorithm>
 
-using machine::Desk;
-using machine::DeskOfThread;
+using machine::ThisThread;
+using machine::ThreadWindows;
 using machine::Window;
 using machine::WindowOf;
-using machine::WindowRecord;
+using machine::WindowPtr;
 
 namespace {
 
-template <typename Test> bool AllUpwards(WindowRecord window, Test test) {
+template <typename Test> bool AllUpwards(WindowPtr window, Test test) {
   for (; window; window = WindowOf(window->parent))
     if (!test(*window))
       return false;
   return true;
 }
 
-bool IsEnabledWithParents(const WindowRecord &window) {
-  return AllUpwards(window, [](const Window &each) { return !each.Has(WS_DISABLED); });
+bool IsEnabledWithParents(const WindowPtr &window) {
+  return AllUpwards(window, [](const Window &each) { return !each.Has(machine::WS_DISABLED); });
 }
 
-bool CanBeActive(const WindowRecord &window) { return window && window->Has(WS_VISIBLE) && !window->Has(WS_DISABLED); }
+bool CanBeActive(const WindowPtr &window) {
+  return window && window->Has(WS_VISIBLE) && !window->Has(machine::WS_DISABLED);
+}
 
-bool CanTakeFocus(const WindowRecord &window) {
+bool CanTakeFocus(const WindowPtr &window) {
   return window && IsWindowVisible(window->handle) != FALSE && IsEnabledWithParents(window);
 }
 
-void Raise(const WindowRecord &top) {
-  std::vector<HWND> &order = WindowOf(GetDesktopWindow())->children;
-  const auto place = std::ranges::find(order, top->handle);
-  std::rotate(order.begin(), place, place + 1);
-}
-
-bool IsOwnedBy(HWND owner, WindowRecord window) {
+bool IsOwnedBy(HWND owner, WindowPtr window) {
   for (; window; window = WindowOf(window->owner))
     if (window->handle == owner)
       return true;
   return false;
 }
 
+// Makes a top-level window the active one and gives it the focus that it had last.
+void Activate(const Window &top) {
+  if (!top.Has(machine::WS_DISABLED))
+    SetFocus(CanTakeFocus(WindowOf(top.lastFocus)) ? top.lastFocus : top.handle);
+}
+
 // A window that is hidden can't stay active or keep the focus: they go to another.
-void Retire(const WindowRecord &window) {
-  Desk &desk = DeskOfThread();
+void Deactivate(const WindowPtr &window) {
+  ThreadWindows &thread = ThisThread();
   if (window->parent != nullptr) {
-    if (desk.focus == window->handle || IsChild(window->handle, desk.focus) != FALSE)
+    if (thread.focus == window->handle || machine::IsWithin(thread.focus, window->handle))
       SetFocus(window->parent);
     return;
   }
-  if (desk.active != window->handle)
+  if (thread.active != window->handle)
     return;
   // The owner comes first, then the topmost of the others.
   std::vector<HWND> candidates = WindowOf(GetDesktopWindow())->children;
   candidates.insert(candidates.begin(), window->owner);
   const auto next = std::ranges::find_if(candidates, [](HWND each) { return CanBeActive(WindowOf(each)); });
   if (next != candidates.end())
-    return machine::Activate(*next);
+    return Activate(*WindowOf(*next));
   SetFocus(nullptr);
-  desk.active = nullptr;
+  thread.active = nullptr;
 }
 
 } // namespace
 
-namespace machine {
-
-void Activate(HWND handle) {
-  const WindowRecord window = WindowOf(handle);
-  if (!window)
-    return;
-  const WindowRecord top = TopOf(window);
-  if (!IsEnabledWithParents(top))
-    return;
-  const bool keeps = top->lastFocus != nullptr && CanTakeFocus(WindowOf(top->lastFocus));
-  SetFocus(keeps ? top->lastFocus : top->handle);
-}
-
-void Invalidate(const WindowRecord &window) {
-  window->invalid = true;
-  for (const HWND child : window->children)
-    Invalidate(WindowOf(child));
-}
-
-} // namespace machine
-
-HWND GetActiveWindow() { return DeskOfThread().active; }
+HWND GetActiveWindow() { return ThisThread().active; }
 
 HWND GetLastActivePopup(HWND owner) {
-  if (IsWindow(owner) == FALSE)
-    return owner;
   const std::vector<HWND> &order = WindowOf(GetDesktopWindow())->children; // the last active one is in front
   const auto found = std::ranges::find_if(order, [&](HWND each) {
     return each == owner || (IsWindowVisible(each) != FALSE && IsOwnedBy(owner, WindowOf(each)));
@@ -97,40 +76,37 @@ HWND GetLastActivePopup(HWND owner) {
 }
 
 HWND SetFocus(HWND handle) {
-  Desk &desk = DeskOfThread();
-  const WindowRecord window = WindowOf(handle);
+  ThreadWindows &thread = ThisThread();
+  const WindowPtr window = WindowOf(handle);
   if (handle != nullptr && (!window || !IsEnabledWithParents(window) || handle == GetDesktopWindow()))
     return nullptr;
-  const HWND old = desk.focus;
+  const HWND old = thread.focus;
   if (window) {
-    const WindowRecord top = machine::TopOf(window);
+    const WindowPtr top = machine::TopLevelOf(window);
     top->lastFocus = handle;
-    desk.active = top->handle;
-    Raise(top);
+    thread.active = top->handle;
+    machine::Raise(*top);
   }
   if (old == handle)
     return old;
-  desk.focus = handle;
+  thread.focus = handle;
   if (old != nullptr)
     SendMessageA(old, WM_KILLFOCUS, reinterpret_cast<WPARAM>(handle), 0);
-  if (handle != nullptr && desk.focus == handle)
+  if (handle != nullptr && thread.focus == handle)
     SendMessageA(handle, WM_SETFOCUS, reinterpret_cast<WPARAM>(old), 0);
   return old;
 }
 
-HWND GetFocus() { return DeskOfThread().focus; }
+HWND GetFocus() { return ThisThread().focus; }
 
 BOOL EnableWindow(HWND handle, BOOL enable) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (!window)
     return FALSE;
-  const bool disabled = window->Has(WS_DISABLED);
+  const bool disabled = window->Has(machine::WS_DISABLED);
   if (disabled != (enable != FALSE))
     return disabled;
-  if (disabled)
-    window->style &= ~WS_DISABLED;
-  else
-    window->style |= WS_DISABLED;
+  window->style ^= machine::WS_DISABLED;
   if (!disabled && GetFocus() == handle)
     SetFocus(nullptr);
   machine::Invalidate(window);
@@ -139,39 +115,30 @@ BOOL EnableWindow(HWND handle, BOOL enable) {
 }
 
 BOOL IsWindowEnabled(HWND handle) {
-  const WindowRecord window = WindowOf(handle);
-  return window && !window->Has(WS_DISABLED);
+  const WindowPtr window = WindowOf(handle);
+  return window && !window->Has(machine::WS_DISABLED);
 }
 
 BOOL ShowWindow(HWND handle, int command) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   if (!window)
     return FALSE;
   const bool visible = window->Has(WS_VISIBLE);
   const bool show = command != SW_HIDE;
   if (visible != show) {
     SendMessageA(handle, WM_SHOWWINDOW, show, 0);
-    if (show) {
-      window->style |= WS_VISIBLE;
+    window->style ^= WS_VISIBLE;
+    if (show)
       machine::Invalidate(window);
-    } else {
-      window->style &= ~WS_VISIBLE;
-      Retire(window);
-    }
+    else
+      Deactivate(window);
   }
   if (show && window->parent == nullptr)
-    machine::Activate(handle);
+    Activate(*window);
   return visible;
 }
 
 BOOL IsWindowVisible(HWND handle) {
-  const WindowRecord window = WindowOf(handle);
+  const WindowPtr window = WindowOf(handle);
   return window && AllUpwards(window, [](const Window &each) { return each.Has(WS_VISIBLE); });
-}
-
-BOOL InvalidateRect(HWND handle, const RECT *, BOOL) {
-  const WindowRecord window = WindowOf(handle);
-  if (window)
-    machine::Invalidate(window);
-  return window != nullptr;
 }

@@ -6,26 +6,14 @@
 
 namespace {
 
-struct Key {
-  std::atomic<unsigned> presses;
-  std::atomic<unsigned> seen;
-};
-std::array<Key, 256> keys;
+std::array<std::atomic<bool>, 256> pressed; // since GetAsyncKeyState last looked
 
-Key &KeyOf(int key) { return keys[static_cast<unsigned>(key) % keys.size()]; }
+std::atomic<bool> &PressedFlag(int key) { return pressed[static_cast<unsigned>(key) % pressed.size()]; }
 
 } // namespace
 
-namespace machine {
+void machine::PressKey(int key) { PressedFlag(key) = true; }
 
-void PressKey(int key) { ++KeyOf(key).presses; }
+int16_t GetKeyState(int) { return 0; }
 
-} // namespace machine
-
-int16_t GetKeyState(int key) { return static_cast<int16_t>(KeyOf(key).presses % 2); } // bit 0 changes with each press
-
-int16_t GetAsyncKeyState(int key) {
-  Key &asked = KeyOf(key);
-  const unsigned presses = asked.presses;
-  return asked.seen.exchange(presses) != presses ? 1 : 0;
-}
+int16_t GetAsyncKeyState(int key) { return PressedFlag(key).exchange(false) ? 1 : 0; }

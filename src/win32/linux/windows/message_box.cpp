@@ -1,6 +1,6 @@
 // Message boxes and help.
 #include "win32/linux/windows/dialogs.h"
-#include "win32/linux/windows/modal_dialog.h"
+#include "win32/linux/windows/modal_loop.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,10 @@
 namespace {
 
 using machine::DialogTemplate;
-using machine::TemplateWindow;
+
+constexpr int IDABORT = 3;
+constexpr int IDRETRY = 4;
+constexpr int IDIGNORE = 5;
 
 constexpr struct {
   int id;
@@ -22,7 +25,6 @@ constexpr ButtonRow ButtonRows[] = {
     {IDOK},        {IDOK, IDCANCEL},   {IDABORT, IDRETRY, IDIGNORE}, {IDYES, IDNO, IDCANCEL},
     {IDYES, IDNO}, {IDRETRY, IDCANCEL}};
 
-constexpr const char *DefaultTitle = "エラー";
 constexpr int IconId = 20;
 constexpr int TextId = 0xFFFF;
 
@@ -35,14 +37,13 @@ constexpr int ButtonHeight = 14;
 constexpr int ButtonStep = ButtonWidth + 4;
 constexpr int LetterWidth = 4;
 constexpr int LettersInLine = 80;
-constexpr int LinesAtMost = 40;
 
 struct Box {
   ButtonRow buttons;
   int answer = 0;
 
   bool Has(int id) const { return id != 0 && std::ranges::count(buttons, id) != 0; }
-  // A box that can only be agreed to is closed so, too; where there is a choice without a Cancel, it has to be made.
+  // Closing a box that has but one button presses that; one with a choice and no Cancel stays open.
   int AnswerTo(int command) const {
     if (Has(command))
       return command;
@@ -71,7 +72,7 @@ struct TextSize {
 TextSize SizeOf(const std::string &text) {
   int lines = 0;
   int longest = 0;
-  for (size_t start = 0; start <= text.size() && lines < LinesAtMost;) {
+  for (size_t start = 0; start <= text.size();) {
     const size_t end = std::min({text.find('\n', start), text.size(), start + LettersInLine});
     longest = std::max(longest, static_cast<int>(end - start));
     start = end + 1;
@@ -80,26 +81,13 @@ TextSize SizeOf(const std::string &text) {
   return {longest * LetterWidth, lines * LineHeight};
 }
 
-TemplateWindow Control(const char *className, int id, DWORD style, const std::string &text, const RECT &place) {
-  const auto units = [](LONG value) { return static_cast<int16_t>(value); };
-  return {WS_VISIBLE | style,
-          0,
-          units(place.left),
-          units(place.top),
-          units(place.right - place.left),
-          units(place.bottom - place.top),
-          static_cast<DWORD>(id),
-          className,
-          text};
-}
-
 void AddButtons(DialogTemplate &dialog, const ButtonRow &row, int left, int top) {
   for (const int id : row)
     for (const auto &[known, text] : Buttons)
       if (known == id) {
-        const DWORD kind = id == row[0] ? BS_DEFPUSHBUTTON | WS_GROUP : BS_PUSHBUTTON;
+        const DWORD kind = id == row[0] ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
         dialog.controls.push_back(
-            Control("Button", id, WS_TABSTOP | kind, text, {left, top, left + ButtonWidth, top + ButtonHeight}));
+            {WS_VISIBLE | machine::WS_TABSTOP | kind, left, top, ButtonWidth, ButtonHeight, id, "Button", text});
         left += ButtonStep;
       }
 }
@@ -112,14 +100,11 @@ DialogTemplate BoxTemplate(const std::string &text, const char *title, const But
   const int buttonsWidth = static_cast<int>(std::ranges::count_if(row, [](int id) { return id != 0; })) * ButtonStep;
   const int width = std::max(textLeft + size.width, Margin + buttonsWidth) + Margin;
   if (hasIcon)
-    dialog.controls.push_back(
-        Control("Static", IconId, SS_ICON, "", {Margin, Margin, Margin + IconSize, Margin + IconSize}));
+    dialog.controls.push_back({WS_VISIBLE | SS_ICON, Margin, Margin, IconSize, IconSize, IconId, "Static", ""});
   AddButtons(dialog, row, (width - buttonsWidth) / 2, buttonTop);
   dialog.controls.push_back(
-      Control("Static", TextId, SS_NOPREFIX, text, {textLeft, Margin, textLeft + size.width, Margin + size.height}));
-  dialog.window =
-      Control("", 0, WS_POPUP | WS_CAPTION | WS_SYSMENU, title, {0, 0, width, buttonTop + ButtonHeight + Margin});
-  dialog.window.style &= ~WS_VISIBLE; // it is shown when it is complete
+      {WS_VISIBLE | SS_NOPREFIX, textLeft, Margin, size.width, size.height, TextId, "Static", text});
+  dialog.window = {WS_POPUP, 0, 0, width, buttonTop + ButtonHeight + Margin, 0, "", title};
   return dialog;
 }
 
@@ -138,9 +123,8 @@ int MessageBoxA(HWND owner, const char *text, const char *title, UINT type) {
     return 0;
   Box box = {ButtonRows[kind]};
   const HICON icon = IconOf(type);
-  const DialogTemplate dialog =
-      BoxTemplate(text != nullptr ? text : "", title != nullptr ? title : DefaultTitle, box.buttons, icon != nullptr);
-  const HWND window = machine::CreateDialogFrom(dialog, nullptr, owner, BoxProcedure, reinterpret_cast<LPARAM>(&box));
+  const DialogTemplate dialog = BoxTemplate(text, title, box.buttons, icon != nullptr);
+  const HWND window = machine::CreateDialogFrom(dialog, owner, BoxProcedure, reinterpret_cast<LPARAM>(&box));
   if (window == nullptr)
     return 0;
   if (icon != nullptr)
@@ -148,7 +132,7 @@ int MessageBoxA(HWND owner, const char *text, const char *title, UINT type) {
   return machine::RunModalDialog(window, [&] { return box.answer != 0; }) ? box.answer : 0;
 }
 
-BOOL WinHelpA(HWND, const char *file, UINT command, ULONG_PTR data) {
+BOOL WinHelpA(HWND, const char *file, UINT, ULONG_PTR data) {
   machine::FrontEnd *const frontEnd = machine::CurrentFrontEnd();
-  return frontEnd != nullptr && command == HELP_CONTEXT && frontEnd->ShowHelp(file, data);
+  return frontEnd != nullptr && frontEnd->ShowHelp(file, data);
 }

@@ -1,32 +1,14 @@
-// Compiled resources in the form that a resource compiler leaves for a linker (.res).
+// A module's compiled resources, as a resource compiler leaves them for a linker (.res).
 #pragma once
 
-#include "win32/win32_ui.h"
+#include "win32/win32.h"
 
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace machine {
 
-// A resource's name or type: a number, or a text in capitals and then the number 0.
-struct ResourceName {
-  WORD id = 0;
-  std::u16string text;
-
-  bool operator==(const ResourceName &) const = default;
-};
-
-struct Resource {
-  ResourceName type;
-  ResourceName name;
-  std::string_view data;
-};
-
-// The resources in a block, up to the first that doesn't fit into it.
-std::vector<Resource> ReadResources(std::string_view block);
-
-// How many bytes of a module's resource follow at an address; 0 outside of all resources.
-size_t BytesOfResourceAt(const void *address);
+// The dialog template of a number, given as MAKEINTRESOURCEA makes it, that a module has, the program for null; empty
+// if there is none. It is there as long as the module.
+std::string_view DialogResource(HMODULE module, const char *name);
 
 } // namespace machine

@@ -1,33 +1,39 @@
 // Property sheets as wizards: a dialog with the wizard's buttons, which shows one of its pages at a time.
 #include "win32/linux/public/machine.h"
-#include "win32/linux/windows/modal_dialog.h"
-#include "win32/linux/windows/sheet_page.h"
+#include "win32/linux/windows/dialogs.h"
+#include "win32/linux/windows/modal_loop.h"
+#include "win32/linux/windows/resources.h"
 
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
+#include <utility>
 
 namespace {
 
 using machine::DialogTemplate;
-using machine::PropertyPage;
 
-constexpr UINT MostPages = 100;
 constexpr size_t NoPage = SIZE_MAX; // behind the last one, and before the first
 
 // In dialog units.
 constexpr int Margin = 7;
 constexpr int ButtonWidth = 50;
 constexpr int ButtonHeight = 14;
-constexpr int LargestPage = 0x7000;
 
-using Pages = std::vector<std::shared_ptr<PropertyPage>>;
+struct Page {
+  PROPSHEETPAGEA record;
+  DialogTemplate dialog;
+  HWND window = nullptr; // from when it is first shown
+
+  bool HasHelp() const { return (record.dwFlags & PSP_HASHELP) != 0; }
+};
 
 // ---- The wizard ----
 
 class Sheet {
 public:
-  Sheet(const PROPSHEETHEADERA &given, Pages its) : header(given), pages(std::move(its)) {}
+  explicit Sheet(const PROPSHEETHEADERA &given);
 
   // Positive if the wizard was finished, 0 if it was cancelled, -1 if it never came up.
   INT_PTR Run();
@@ -50,28 +56,21 @@ private:
   void Back() { Turn(PSN_WIZBACK, -1); }
   void Next() { Turn(PSN_WIZNEXT, 1); }
   void Finish();
-  void Cancel() { Close(FALSE); }
+  void Cancel();
   void Help() { Notify(PSN_HELP); }
-  void Close(BOOL byClosing);
   bool Press(int Button::*name, int value);
   void SetButtons(DWORD flags);
 
   void Turn(UINT question, int step);
-  bool TurnTo(size_t index, int step);
   void Show(size_t index, int step);
   void Activate(size_t index, int step);
 
-  HWND CurrentWindow() const { return current < pages.size() ? pages[current]->Window() : nullptr; }
-  LRESULT Notify(UINT code) const { return Notify(CurrentWindow(), code, 0); }
-  LRESULT Notify(HWND page, UINT code, LPARAM parameter) const;
-  template <typename Value> size_t IndexOf(Value (PropertyPage::*property)() const, Value value) const;
-
-  bool HasHelp() const;
-  void Call(UINT event, const void *parameter) const;
+  HWND CurrentWindow() const { return current < pages.size() ? pages[current].window : nullptr; }
+  LRESULT Notify(UINT code) const;
   DialogTemplate Template() const;
 
   const PROPSHEETHEADERA &header;
-  const Pages pages;
+  std::vector<Page> pages;
   HWND window = nullptr;
   size_t current = NoPage;
   std::optional<INT_PTR> result; // as soon as the wizard is over
@@ -86,12 +85,9 @@ const std::array<Sheet::Button, 5> Sheet::Buttons = {{
 }};
 
 INT_PTR Sheet::Run() {
-  if (pages.empty() || machine::CurrentFrontEnd() == nullptr)
+  if (machine::CurrentFrontEnd() == nullptr)
     return -1;
-  alignas(DWORD) constexpr std::byte someTemplate[18] = {}; // nothing of it counts here
-  Call(PSCB_PRECREATE, someTemplate);
-  const HWND made = machine::CreateDialogFrom(Template(), header.hInstance, header.hwndParent, Procedure,
-                                              reinterpret_cast<LPARAM>(this));
+  const HWND made = machine::CreateDialogFrom(Template(), header.hwndParent, Procedure, reinterpret_cast<LPARAM>(this));
   if (current == NoPage) {
     DestroyWindow(made);
     return -1;
@@ -122,7 +118,7 @@ std::optional<LRESULT> Sheet::Answer(UINT message, WPARAM wParam, LPARAM lParam)
   case WM_COMMAND: // what isn't the sheet's is for its page
     return Press(&Button::id, LOWORD(wParam)) ? 0 : SendMessageA(CurrentWindow(), message, wParam, lParam);
   case WM_CLOSE:
-    Close(TRUE);
+    Cancel();
     return 0;
   case PSM_PRESSBUTTON:
     Press(&Button::number, static_cast<int>(wParam));
@@ -130,28 +126,21 @@ std::optional<LRESULT> Sheet::Answer(UINT message, WPARAM wParam, LPARAM lParam)
   case PSM_SETWIZBUTTONS:
     SetButtons(static_cast<DWORD>(lParam));
     return 0;
-  case PSM_SETCURSEL:
-    return TurnTo(wParam, 1);
   case PSM_GETCURRENTPAGEHWND:
     return reinterpret_cast<LRESULT>(CurrentWindow());
   case PSM_HWNDTOINDEX:
-    return static_cast<LRESULT>(IndexOf(&PropertyPage::Window, reinterpret_cast<HWND>(wParam)));
+    return std::ranges::find(pages, reinterpret_cast<HWND>(wParam), &Page::window) - pages.begin();
   case PSM_INDEXTOID:
-    return wParam < pages.size() ? pages[wParam]->Id() : 0;
+    return wParam < pages.size() ? reinterpret_cast<LRESULT>(pages[wParam].record.pszTemplate) : 0;
   default:
     return std::nullopt;
   }
 }
 
-LRESULT Sheet::Notify(HWND page, UINT code, LPARAM parameter) const {
+LRESULT Sheet::Notify(UINT code) const {
   const machine::Lock lock; // what a page reads, decides and writes is one piece to other processes
-  const PSHNOTIFY notification = {{window, 0, code}, parameter};
-  return SendMessageA(page, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notification));
-}
-
-void Sheet::Call(UINT event, const void *parameter) const {
-  if ((header.dwFlags & PSH_USECALLBACK) != 0)
-    header.pfnCallback(window, event, reinterpret_cast<LPARAM>(parameter));
+  const NMHDR notification = {window, 0, code};
+  return SendMessageA(CurrentWindow(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notification));
 }
 
 // ---- Buttons ----
@@ -169,15 +158,12 @@ void Sheet::Finish() {
     result = 1;
 }
 
-void Sheet::Close(BOOL byClosing) {
-  if (Notify(PSN_QUERYCANCEL) != 0)
-    return;
-  for (const auto &page : pages)
-    Notify(page->Window(), PSN_RESET, byClosing);
-  result = 0;
+void Sheet::Cancel() {
+  if (Notify(PSN_QUERYCANCEL) == 0)
+    result = 0;
 }
 
-// Next and Finish have one place. The default button is the one that leads on, or else back or out.
+// Of Next and Finish one is shown. The default button is the one that leads on, or else back or out.
 void Sheet::SetButtons(DWORD flags) {
   const bool finishes = (flags & PSWIZB_FINISH) != 0;
   const struct {
@@ -193,7 +179,7 @@ void Sheet::SetButtons(DWORD flags) {
     EnableWindow(GetDlgItem(window, state.id), state.enabled);
   }
   const auto *const first = std::ranges::find_if(states, [](const auto &each) { return each.shown && each.enabled; });
-  SendMessageA(window, DM_SETDEFID, static_cast<WPARAM>(first->id), 0);
+  SendMessageA(window, machine::DM_SETDEFID, static_cast<WPARAM>(first->id), 0);
   if (GetFocus() == nullptr) // it was on a button that can't be pressed any more
     SetFocus(GetDlgItem(window, first->id));
 }
@@ -203,22 +189,18 @@ void Sheet::SetButtons(DWORD flags) {
 void Sheet::Begin(HWND dialog) {
   window = dialog;
   SetButtons(PSWIZB_BACK | PSWIZB_NEXT);
-  ShowWindow(GetDlgItem(window, IDHELP), HasHelp() ? SW_SHOW : SW_HIDE);
-  Call(PSCB_INITIALIZED, nullptr);
-  Show(header.nStartPage < pages.size() ? header.nStartPage : 0, 1);
+  const bool hasHelp = (header.dwFlags & PSH_HASHELP) != 0 || std::ranges::any_of(pages, &Page::HasHelp);
+  ShowWindow(GetDlgItem(window, IDHELP), hasHelp ? SW_SHOW : SW_HIDE);
+  if ((header.dwFlags & PSH_USECALLBACK) != 0)
+    header.pfnCallback(window, PSCB_INITIALIZED, 0);
+  Show(0, 1);
 }
 
 void Sheet::Turn(UINT question, int step) {
-  const LRESULT answer = Notify(question);
-  if (answer != -1)
-    TurnTo(answer == 0 ? current + static_cast<size_t>(step) : IndexOf(&PropertyPage::Id, answer), step);
-}
-
-bool Sheet::TurnTo(size_t index, int step) {
-  if (index >= pages.size() || Notify(PSN_KILLACTIVE) != 0)
-    return false;
-  Show(index, step);
-  return true;
+  if (Notify(question) != 0)
+    return;
+  if (const size_t index = current + static_cast<size_t>(step); index < pages.size())
+    Show(index, step);
 }
 
 void Sheet::Show(size_t index, int step) {
@@ -227,82 +209,58 @@ void Sheet::Show(size_t index, int step) {
   const HWND page = CurrentWindow();
   if (page == nullptr)
     return;
-  SetWindowTextA(window, pages[current]->Title().c_str());
-  EnableWindow(GetDlgItem(window, IDHELP), pages[current]->HasHelp());
-  SetWindowPos(page, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE); // its controls come before the buttons
-  HWND focus = GetNextDlgTabItem(page, nullptr, FALSE);
+  SetWindowTextA(window, pages[current].dialog.window.text.c_str());
+  EnableWindow(GetDlgItem(window, IDHELP), pages[current].HasHelp());
+  machine::Raise(*machine::WindowOf(page)); // its controls come before the buttons
+  HWND focus = machine::NextTabStop(page, nullptr, false);
   if (focus == nullptr)
     focus = GetDlgItem(window, LOWORD(static_cast<uintptr_t>(SendMessageA(window, DM_GETDEFID, 0, 0))));
   SendMessageA(window, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(focus), TRUE);
   ShowWindow(page, SW_SHOW);
 }
 
-// Asks one page after the other until one agrees to be shown; where there is no further one, the last one has to.
+// Asks one page after the other whether it may be shown, up to the first that agrees or the last that there is.
 void Sheet::Activate(size_t index, int step) {
-  while (index < pages.size()) {
-    LRESULT answer = -1;
-    if (pages[index]->MakeWindow(window)) {
-      current = index;
-      answer = Notify(PSN_SETACTIVE);
-    }
-    if (answer == 0)
+  for (; index < pages.size(); index += static_cast<size_t>(step)) {
+    auto &[record, dialog, page] = pages[index];
+    if (page == nullptr)
+      page = machine::CreateDialogFrom(dialog, window, record.pfnDlgProc, reinterpret_cast<LPARAM>(&record));
+    if (page == nullptr)
+      continue;
+    current = index;
+    if (Notify(PSN_SETACTIVE) == 0)
       return;
-    index = answer == -1 ? index + static_cast<size_t>(step) : IndexOf(&PropertyPage::Id, answer);
   }
-}
-
-template <typename Value> size_t Sheet::IndexOf(Value (PropertyPage::*property)() const, Value value) const {
-  const auto found = std::ranges::find_if(pages, [&](const auto &page) { return ((*page).*property)() == value; });
-  return found != pages.end() ? static_cast<size_t>(found - pages.begin()) : NoPage;
 }
 
 // ---- The window ----
 
-bool Sheet::HasHelp() const {
-  return (header.dwFlags & PSH_HASHELP) != 0 ||
-         std::ranges::any_of(pages, [](const auto &page) { return page->HasHelp(); });
+// The pages whose templates can't be had are left out.
+Sheet::Sheet(const PROPSHEETHEADERA &given) : header(given) {
+  for (const PROPSHEETPAGEA &page : std::span(header.ppsp, header.nPages))
+    if (auto dialog = machine::ReadTemplate(machine::DialogResource(page.hInstance, page.pszTemplate))) {
+      dialog->window.style = WS_CHILD; // whatever the template says: the sheet shows it
+      pages.push_back({page, *std::move(dialog)});
+    }
 }
 
 DialogTemplate Sheet::Template() const {
   int width = 2 * Margin + 4 * ButtonWidth;
   int height = 0;
-  for (const auto &page : pages) {
-    width = std::max<int>(width, page->Template().window.width);
-    height = std::max<int>(height, page->Template().window.height);
+  for (const Page &page : pages) {
+    width = std::max(width, page.dialog.window.width);
+    height = std::max(height, page.dialog.window.height);
   }
-  width = std::min(width, LargestPage);
-  height = std::min(height, LargestPage);
-  const auto units = [](int value) { return static_cast<int16_t>(value); };
   DialogTemplate dialog;
-  dialog.window.style = WS_POPUP | WS_CAPTION | WS_SYSMENU;
-  dialog.window.exStyle = WS_EX_CONTROLPARENT;
-  dialog.window.width = units(width);
-  dialog.window.height = units(height + Margin + ButtonHeight + Margin);
+  dialog.window.style = WS_POPUP;
+  dialog.window.width = width;
+  dialog.window.height = height + Margin + ButtonHeight + Margin;
   for (const Button &button : Buttons)
-    dialog.controls.push_back({WS_VISIBLE | WS_TABSTOP, 0, units(width - Margin - button.column * ButtonWidth),
-                               units(height + Margin), ButtonWidth, ButtonHeight, static_cast<DWORD>(button.id),
-                               "Button", button.text});
+    dialog.controls.push_back({WS_VISIBLE | machine::WS_TABSTOP, width - Margin - button.column * ButtonWidth,
+                               height + Margin, ButtonWidth, ButtonHeight, button.id, "Button", button.text});
   return dialog;
-}
-
-// The pages of the caller's records, which lie one behind the other; those that can't be made are left out.
-Pages MakePages(const PROPSHEETHEADERA &header) {
-  Pages pages;
-  const auto *place = reinterpret_cast<const std::byte *>(header.ppsp);
-  for (UINT index = 0; index < std::min(header.nPages, MostPages); ++index) {
-    const auto *const record = reinterpret_cast<const PROPSHEETPAGEA *>(place);
-    if (std::shared_ptr<PropertyPage> page = PropertyPage::Make(record))
-      pages.push_back(std::move(page));
-    place += record->dwSize;
-  }
-  return pages;
 }
 
 } // namespace
 
-INT_PTR PropertySheetA(const PROPSHEETHEADERA *header) {
-  constexpr DWORD Needed = PSH_WIZARD | PSH_PROPSHEETPAGE;
-  if (header == nullptr || header->dwSize < sizeof *header || (header->dwFlags & Needed) != Needed)
-    return -1;
-  return Sheet(*header, MakePages(*header)).Run();
-}
+INT_PTR PropertySheetA(const PROPSHEETHEADERA *header) { return Sheet(*header).Run(); }

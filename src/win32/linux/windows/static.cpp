@@ -1,5 +1,6 @@
 // Static texts, icons and bitmaps.
-#include "win32/linux/windows/window_classes.h"
+#include "win32/linux/windows/painting.h"
+#include "win32/linux/windows/system_controls.h"
 
 #include <utility>
 
@@ -12,8 +13,8 @@ struct StaticState : machine::WindowState {
 } // namespace
 
 LRESULT machine::StaticProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const std::shared_ptr<Window> control = WindowOf(handle);
-  const auto state = ControlState<StaticState>(control, message);
+  const WindowPtr control = WindowOf(handle);
+  const auto state = StateOf<StaticState>(control, message);
   if (!state)
     return DefWindowProcA(handle, message, wParam, lParam);
   switch (message) {

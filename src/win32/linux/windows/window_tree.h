@@ -1,20 +1,27 @@
-// The windows behind the calls: records that are looked up by their handles, so that a handle of a window that is gone
-// finds nothing. They belong to the thread that made them; to every other thread they aren't there.
+// The windows behind the calls: records that are looked up by their handles, so that the handle of a window that is
+// gone finds nothing. A window belongs to the thread that made it; to every other thread it isn't there.
 #pragma once
 
 #include "win32/win32_ui.h"
 
-#include "win32/linux/public/front_end.h"
-
 #include <cstddef>
 #include <deque>
-#include <functional>
 #include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 namespace machine {
+
+// Messages that only the layer sends by itself.
+constexpr UINT WM_CREATE = 0x0001; // which can't refuse here
+constexpr UINT WM_SETTEXT = 0x000C;
+constexpr UINT WM_GETTEXT = 0x000D;
+constexpr UINT WM_GETTEXTLENGTH = 0x000E;
+
+// Styles that nobody outside looks at.
+constexpr DWORD WS_DISABLED = 0x08000000;
+constexpr DWORD WS_TABSTOP = 0x00010000;
 
 // What a window procedure of the layer keeps with its window.
 struct WindowState {
@@ -26,58 +33,66 @@ struct Window {
   std::string className;
   WNDPROC procedure = nullptr;
   DWORD style = 0;
-  DWORD exStyle = 0;
   HWND parent = nullptr;      // of a child
-  HWND owner = nullptr;       // of a window that is none
+  HWND owner = nullptr;       // of a top-level window
   std::vector<HWND> children; // the topmost first
-  LONG_PTR id = 0;
-  LONG_PTR userData = 0;
-  std::vector<std::byte> extra; // as many bytes as the class asks for
+  int id = 0;
+  LONG_PTR messageResult = 0; // DWLP_MSGRESULT
+  LONG_PTR userData = 0;      // DWLP_USER
   std::string text;
   HFONT font = nullptr;
-  RECT place = {};          // in the parent's client area, which is the whole of it
+  RECT bounds = {};         // in the parent's client area, which is the whole of it
   HWND lastFocus = nullptr; // where the focus goes when this top-level window is activated
   bool invalid = false;     // BeginPaint makes it valid
-  bool going = false;       // DestroyWindow is at it
+  bool destroying = false;
   std::shared_ptr<WindowState> state;
 
   bool Has(DWORD bits) const { return (style & bits) == bits; }
 };
 
-using WindowRecord = std::shared_ptr<Window>;
+using WindowPtr = std::shared_ptr<Window>;
 
-// What a thread has of windows. The desktop's children are the windows that are no child.
-struct Desk {
-  std::unordered_map<HWND, std::shared_ptr<Window>> windows;
+struct PostedMessage {
+  HWND window;
+  UINT message;
+  WPARAM wParam;
+  LPARAM lParam;
+};
+
+// The windows of a thread. The top-level windows are the children of the desktop.
+struct ThreadWindows {
+  std::unordered_map<HWND, WindowPtr> windows;
   HWND focus = nullptr;
   HWND active = nullptr;
-  std::deque<MSG> posted;
+  std::deque<PostedMessage> posted;
 };
-Desk &DeskOfThread();
+ThreadWindows &ThisThread();
 
-// Null for a handle that is no window of this thread, which GetLastError then says too.
-std::shared_ptr<Window> WindowOf(HWND handle);
+// Gives a new window a handle, and its position among its siblings: behind those of a child, in front of other
+// top-level windows.
+HWND AddToTree(const WindowPtr &window);
 
-// The state that the procedure of a layer's class keeps, null for a window that has another or none.
-template <typename State> std::shared_ptr<State> StateOf(HWND handle) {
-  const std::shared_ptr<Window> window = WindowOf(handle);
-  return window ? std::dynamic_pointer_cast<State>(window->state) : nullptr;
+// Null for a handle that is no window of this thread.
+WindowPtr WindowOf(HWND handle);
+
+// The state that the procedure of a layer's class keeps, which it makes with the first message; null for a window that
+// has another or none.
+template <typename State> std::shared_ptr<State> StateOf(const WindowPtr &window, UINT message = WM_NULL) {
+  if (!window)
+    return nullptr;
+  if (message == WM_CREATE)
+    window->state = std::make_shared<State>();
+  return std::dynamic_pointer_cast<State>(window->state);
 }
 
 // The window itself or the topmost of its parents.
-std::shared_ptr<Window> TopOf(std::shared_ptr<Window> window);
+WindowPtr TopLevelOf(WindowPtr window);
 
-// Makes the top-level window of this one the active one and gives it the focus that it had last.
-void Activate(HWND window);
+// Whether a window lies in another, however deep.
+bool IsWithin(HWND handle, HWND outer);
 
-// The window and all that is in it are to be painted.
-void Invalidate(const std::shared_ptr<Window> &window);
-
-// Runs until `done` says so or the top window is gone: hands out the posted messages, has the visible windows painted
-// that are invalid, and when there is nothing left to do waits for the user. False if there is no user (any more).
-bool RunModalLoop(HWND top, const std::function<bool()> &done);
-
-FrontEnd *CurrentFrontEnd();
+// Puts a window in front of its siblings.
+void Raise(const Window &window);
 
 // Copies a text as the calls answer one, cut to whole characters and terminated, and answers its length.
 int CopyText(const std::string &text, char *buffer, size_t size);

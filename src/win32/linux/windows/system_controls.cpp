@@ -1,10 +1,12 @@
 // What the controls have in common.
-#include "win32/linux/windows/window_classes.h"
+#include "win32/linux/windows/system_controls.h"
+
+#include "win32/linux/windows/painting.h"
 
 namespace machine {
 
 LRESULT ControlDefault(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const std::shared_ptr<Window> control = WindowOf(handle);
+  const WindowPtr control = WindowOf(handle);
   if (!control)
     return 0;
   switch (message) {
@@ -17,7 +19,7 @@ LRESULT ControlDefault(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) 
     return reinterpret_cast<LRESULT>(control->font);
   case WM_SETTEXT:
     Invalidate(control);
-    return DefWindowProcA(handle, message, wParam, lParam);
+    [[fallthrough]];
   default:
     return DefWindowProcA(handle, message, wParam, lParam);
   }

@@ -1,4 +1,4 @@
-// The procedures of the classes that are there without registration, and what they have in common.
+// The procedures of the controls that every system has, and what they have in common.
 #pragma once
 
 #include "win32/linux/windows/window_tree.h"
@@ -14,6 +14,13 @@ constexpr LRESULT DLGC_WANTCHARS = 0x0080;
 constexpr LRESULT DLGC_STATIC = 0x0100;
 constexpr LRESULT DLGC_BUTTON = 0x2000;
 
+// What edit controls tell their parents.
+constexpr WORD EN_SETFOCUS = 0x0100;
+constexpr WORD EN_KILLFOCUS = 0x0200;
+constexpr WORD EN_CHANGE = 0x0300;
+constexpr WORD EN_UPDATE = 0x0400;
+constexpr WORD EN_MAXTEXT = 0x0501;
+
 // The edit control that is part of a combo box.
 constexpr DWORD ES_COMBO = 0x0200;
 constexpr int ComboEditId = 1001;
@@ -22,15 +29,6 @@ LRESULT ButtonProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam)
 LRESULT StaticProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT EditProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT ComboBoxProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
-
-// The state of a control, which it gets with its first message; null for a window that is none of that kind.
-template <typename State> std::shared_ptr<State> ControlState(const std::shared_ptr<Window> &control, UINT message) {
-  if (!control)
-    return nullptr;
-  if (message == WM_NCCREATE && !control->state)
-    control->state = std::make_shared<State>();
-  return std::dynamic_pointer_cast<State>(control->state);
-}
 
 // What every control does that has nothing of its own to do: it keeps a font and is painted anew when it changes.
 LRESULT ControlDefault(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
