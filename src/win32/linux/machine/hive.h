@@ -20,6 +20,8 @@ namespace machine {
 // Whether two names are the same, which case doesn't matter for.
 bool SameName(std::u16string_view left, std::u16string_view right);
 
+constexpr DWORD REG_MULTI_SZ = 7;
+
 // Whether values of a type are texts.
 bool IsText(DWORD type);
 

@@ -19,10 +19,10 @@ HiveFile::Identity HiveFile::IdentityOf(const struct stat &status) {
   return {status.st_dev, status.st_ino, status.st_mode, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
-LSTATUS HiveFile::Fail(LSTATUS code, const std::string &what) {
-  fault = file.string() + ": " + what;
+LSTATUS HiveFile::NotUsable(const std::string &why) {
+  fault = file.string() + ": " + why;
   RecordFault(fault);
-  return code;
+  return ERROR_BADDB;
 }
 
 LSTATUS HiveFile::Refresh() {
@@ -50,7 +50,7 @@ LSTATUS HiveFile::Load() {
   if (const LSTATUS result = ReadText(text); result != ERROR_SUCCESS)
     return result;
   if (const std::string damage = hive->Load(std::move(text)); !damage.empty())
-    return Fail(ERROR_BADDB, "the registry is damaged, " + damage);
+    return NotUsable("the registry is damaged, " + damage);
   if (hive->Is64Bit() && IsLocalMachine())
     hive->Create(hive->Root(), u"Software\\Wow6432Node"); // as Wine does when it starts
   return ERROR_SUCCESS;
@@ -61,13 +61,13 @@ LSTATUS HiveFile::ReadText(std::string &text) {
   if (!opened && errno == ENOENT)
     return MakeText(text);
   if (!opened)
-    return Fail(ErrorOf(errno), std::strerror(errno));
+    return NotUsable(std::strerror(errno));
   struct stat status;
   if (fstat(opened.Get(), &status) != 0 || !S_ISREG(status.st_mode))
-    return Fail(ERROR_BADDB, "no file");
+    return NotUsable("no file");
   text.resize(static_cast<size_t>(status.st_size) + 1);
   if (!ReadAll(opened.Get(), text))
-    return Fail(ERROR_READ_FAULT, std::strerror(errno));
+    return NotUsable(std::strerror(errno));
   identity = IdentityOf(status);
   read = std::move(opened);
   return ERROR_SUCCESS;
@@ -83,7 +83,7 @@ LSTATUS HiveFile::MakeText(std::string &text) {
   return ERROR_SUCCESS;
 }
 
-bool HiveFile::IsReadOnly() const { return read && (identity.mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0; }
+bool HiveFile::IsReadOnly() const { return read && !IsWritable(identity.mode); }
 
 std::string HiveFile::WriteProblem() const {
   return IsReadOnly() ? file.string() + ": the registry may not be written" : ServerProblem(file.parent_path());
@@ -117,10 +117,8 @@ LSTATUS HiveFile::Replace() {
                                                                      : file);
   struct stat status;
   if (!replacement.File() || !WriteAll(replacement.File().Get(), hive->Text()) || !replacement.Commit() ||
-      fstat(replacement.File().Get(), &status) != 0) {
-    const int reason = errno;
-    return Fail(ErrorOf(reason), std::string("the registry can't be written: ") + std::strerror(reason));
-  }
+      fstat(replacement.File().Get(), &status) != 0)
+    return NotUsable(std::string("the registry can't be written: ") + std::strerror(errno));
   identity = IdentityOf(status);
   read = replacement.TakeFile();
   return ERROR_SUCCESS;

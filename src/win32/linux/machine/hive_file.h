@@ -20,7 +20,8 @@ public:
   HiveFile(std::filesystem::path file, std::string_view root);
 
   // Makes sure that the content is that of the file; one look at the file's identity if it is. ERROR_BADDB for a
-  // damaged file, ERROR_FILE_NOT_FOUND for a machine folder that isn't there; `Fault` then says why.
+  // file that is damaged, or can't be read, ERROR_FILE_NOT_FOUND for a machine folder that isn't there; `Fault` then
+  // says why.
   LSTATUS Refresh();
   // The same in half the time, for a key that is open: looks at the file that was read, whatever its name is now, and
   // so misses one that was given another name and not replaced.
@@ -38,8 +39,7 @@ public:
   using EditFunction = std::function<LSTATUS(Hive &hive, bool &changed)>;
   LSTATUS Edit(const EditFunction &edit);
 
-  // Whether the mode of the file that was read lets nobody write it. The file is replaced and not written to, so this
-  // has to be asked for; it binds the superuser too.
+  // Whether the mode of the file that was read lets nobody write it.
   bool IsReadOnly() const;
   // Why the hive can't be written by anybody, empty if it can.
   std::string WriteProblem() const;
@@ -63,7 +63,7 @@ private:
   LSTATUS ReadText(std::string &text);
   LSTATUS MakeText(std::string &text); // for a machine that doesn't have this hive yet
   LSTATUS Replace();
-  LSTATUS Fail(LSTATUS code, const std::string &what);
+  LSTATUS NotUsable(const std::string &why);
 
   std::filesystem::path file;
   std::string_view root;

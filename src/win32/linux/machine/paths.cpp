@@ -17,9 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr LONG BadNetPath = 53;
-constexpr LONG FileNameTooLong = 206;
-
 struct CloseFolder {
   void operator()(DIR *folder) const { closedir(folder); }
 };
@@ -112,14 +109,6 @@ std::u16string Absolute(const std::u16string &path) {
   return program.substr(0, path.starts_with(u'\\') ? 2 : program.rfind(u'\\') + 1) + path;
 }
 
-LONG CheckForm(std::u16string_view path) {
-  if (path.empty())
-    return ERROR_PATH_NOT_FOUND;
-  if (path.size() >= MAX_PATH)
-    return FileNameTooLong;
-  return path.starts_with(u"\\\\") ? BadNetPath : ERROR_SUCCESS;
-}
-
 // Goes down from a drive's folder by one name after the other.
 DiskPath Descend(const fs::path &drive, const std::vector<std::u16string> &names) {
   std::error_code error;
@@ -128,12 +117,12 @@ DiskPath Descend(const fs::path &drive, const std::vector<std::u16string> &names
     found = Look(fs::canonical(drive, error));
   for (const std::u16string &name : names) {
     if (!found.IsFolder())
-      return {.error = ERROR_PATH_NOT_FOUND};
+      return {};
     found = LookFor(found.path, name);
     if (found.IsLink()) {
       const fs::path target = LinkTarget(found.path, drive);
       if (target.empty())
-        return {.error = ERROR_ACCESS_DENIED};
+        return {};
       found = Look(target);
     }
   }
@@ -157,16 +146,14 @@ std::u16string WidePath(const char *path) {
 
 DiskPath FindOnDisk(const char *path) {
   const std::u16string given = WidePath(path);
-  if (const LONG error = CheckForm(given); error != ERROR_SUCCESS)
-    return {.error = error};
+  if (given.empty() || given.size() >= MAX_PATH || given.starts_with(u"\\\\"))
+    return {};
   const std::u16string absolute = Absolute(given);
-  if (!HasDrive(absolute) || !IsLetter(absolute[0]))
-    return {.error = ERROR_PATH_NOT_FOUND};
   std::vector<std::u16string> names;
-  if (!SplitNames(std::u16string_view(absolute).substr(2), names))
-    return {.error = ERROR_INVALID_NAME};
+  if (!HasDrive(absolute) || !IsLetter(absolute[0]) || !SplitNames(std::u16string_view(absolute).substr(2), names))
+    return {};
   const fs::path drive = DriveFolder(absolute[0]);
-  return drive.empty() ? DiskPath{.error = ERROR_PATH_NOT_FOUND} : Descend(drive, names);
+  return drive.empty() ? DiskPath() : Descend(drive, names);
 }
 
 namespace {

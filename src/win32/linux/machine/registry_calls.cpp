@@ -19,8 +19,14 @@ using machine::Hive;
 using machine::HiveFile;
 using machine::HiveValue;
 
-constexpr LSTATUS BadPathname = 161;
-constexpr LSTATUS KeyDeleted = 1018;
+// Results that nobody tells apart.
+constexpr LSTATUS ERROR_INVALID_HANDLE = 6;
+constexpr LSTATUS ERROR_INVALID_PARAMETER = 87;
+constexpr LSTATUS ERROR_BAD_PATHNAME = 161;
+constexpr LSTATUS ERROR_KEY_DELETED = 1018;
+
+constexpr REGSAM KEY_QUERY_VALUE = 0x0001;
+constexpr REGSAM KEY_CREATE_SUB_KEY = 0x0004;
 constexpr REGSAM RightsToWrite = KEY_SET_VALUE | KEY_CREATE_SUB_KEY | 0x000D0000; // and to delete, or change who may
 constexpr REGSAM MaximumAllowed = 0x02000000;
 
@@ -70,7 +76,7 @@ LSTATUS Resolve(OpenKey &open) {
     open.key = open.file->Content().Find(open.file->Content().Root(), open.path);
     open.generation = open.file->Generation();
   }
-  return open.key != nullptr ? ERROR_SUCCESS : KeyDeleted;
+  return open.key != nullptr ? ERROR_SUCCESS : ERROR_KEY_DELETED;
 }
 
 // Does a call's work at the key of its handle, which must have been opened with the rights that are needed.
@@ -92,7 +98,7 @@ template <typename Work> LSTATUS AtPath(HKEY handle, const char *subkey, Work wo
   return At(handle, 0, [&](const OpenKey &place) -> LSTATUS {
     std::u16string path = ToWideOrEmpty(subkey);
     if (path.starts_with(u'\\'))
-      return BadPathname;
+      return ERROR_BAD_PATHNAME;
     while (path.ends_with(u'\\'))
       path.pop_back();
     return work(place, path);
@@ -103,7 +109,7 @@ template <typename Work> LSTATUS AtPath(HKEY handle, const char *subkey, Work wo
 template <typename Change> LSTATUS Edit(const OpenKey &place, Change change) {
   return place.file->Edit([&](Hive &hive, bool &changed) -> LSTATUS {
     Hive::Key *const key = hive.Find(hive.Root(), place.path);
-    return key != nullptr ? change(hive, *key, changed) : KeyDeleted;
+    return key != nullptr ? change(hive, *key, changed) : ERROR_KEY_DELETED;
   });
 }
 
@@ -180,8 +186,6 @@ LSTATUS Give(const std::string &ansi, bool isText, BYTE *buffer, DWORD &size) {
 } // namespace
 
 LSTATUS RegOpenKeyExA(HKEY key, const char *subkey, DWORD, REGSAM access, HKEY *result) {
-  if (result == nullptr)
-    return ERROR_INVALID_PARAMETER;
   *result = nullptr;
   return AtPath(key, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
     Hive::Key *const found = Find(place, path);
@@ -204,7 +208,7 @@ LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD, char *, DWORD, REGS
     return opened;
 
   const machine::Lock lock;
-  const LSTATUS created = AtPath(key, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
+  return AtPath(key, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
     Hive::Key *made = nullptr;
     if (const LSTATUS making = MakeKey(place, path, made); making != ERROR_SUCCESS)
       return making;
@@ -212,12 +216,9 @@ LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD, char *, DWORD, REGS
       *disposition = REG_CREATED_NEW_KEY;
     return HandOut({place.file, PathOf(*made), access, made, place.file->Generation()}, result);
   });
-  return created != ERROR_FILE_NOT_FOUND ? created : ERROR_PATH_NOT_FOUND; // no machine to make it on
 }
 
 LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE *data, DWORD *size) {
-  if (data != nullptr && size == nullptr)
-    return ERROR_INVALID_PARAMETER;
   return At(key, KEY_QUERY_VALUE, [&](const OpenKey &place) -> LSTATUS {
     HiveValue value;
     const Hive::Found found = place.file->Content().ReadValue(*place.key, ToWideOrEmpty(name), value);
@@ -257,10 +258,7 @@ LSTATUS RegDeleteValueA(HKEY key, const char *name) {
   });
 }
 
-LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *size, DWORD *, char *className, DWORD *classSize,
-                      FILETIME *lastWrite) {
-  if (name == nullptr || size == nullptr)
-    return ERROR_INVALID_PARAMETER;
+LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *size, DWORD *, char *, DWORD *, FILETIME *) {
   return At(key, KEY_ENUMERATE_SUB_KEYS, [&](const OpenKey &place) -> LSTATUS {
     const Hive::Key *const subkey = place.key->Subkey(index);
     if (subkey == nullptr)
@@ -270,12 +268,6 @@ LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *size, DWORD *, c
       return ERROR_MORE_DATA;
     std::memcpy(name, found.c_str(), found.size() + 1);
     *size = static_cast<DWORD>(found.size());
-    if (className != nullptr && classSize != nullptr && *classSize > 0) {
-      className[0] = '\0';
-      *classSize = 0;
-    }
-    if (lastWrite != nullptr)
-      *lastWrite = {};
     return ERROR_SUCCESS;
   });
 }

@@ -20,7 +20,7 @@ std::string WideToUtf8(std::u16string_view wide);
 bool Utf8ToWide(std::string_view utf8, std::u16string &wide);
 // False for bytes that aren't code page 932, or for characters that it doesn't have.
 bool Cp932ToWide(std::string_view cp932, std::u16string &wide);
-bool WideToCp932(std::u16string_view wide, std::string &cp932, std::string_view replacement);
+bool WideToCp932(std::u16string_view wide, std::string &cp932);
 
 // Whether a byte of code page 932 begins a character of two bytes.
 bool IsLeadByte(unsigned char byte);

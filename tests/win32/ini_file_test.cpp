@@ -1,15 +1,15 @@
-// How profile files are read.
+// How ini files are read.
 #include "support/test_machine.h"
 
 namespace {
 
-const char *const Profile = "C:\\acctkit-test\\profile.ini";
+const char *const IniFile = "C:\\acctkit-test\\service.ini";
 
-class ProfileTest : public MachineTest {
+class IniFileTest : public MachineTest {
 protected:
   // What the call puts into a buffer of that size: the result's length of it.
   static std::string Get(const char *section, const char *key, const char *defaultText = "none", DWORD size = 1000,
-                         const char *path = Profile) {
+                         const char *path = IniFile) {
     std::string buffer(200000, '#');
     const DWORD length = GetPrivateProfileStringA(section, key, defaultText, buffer.data(), size, path);
     EXPECT_EQ(buffer[length], '\0');
@@ -19,8 +19,8 @@ protected:
   }
 };
 
-TEST_F(ProfileTest, ReadsValues) {
-  PutFile(Profile, "before=any section\r\n"
+TEST_F(IniFileTest, ReadsValues) {
+  PutFile(IniFile, "before=any section\r\n"
                    "[Server]\r\n"
                    "Key=value\r\n"
                    " \tspaced out \t=\t v a l \t\r\n"
@@ -52,15 +52,15 @@ TEST_F(ProfileTest, ReadsValues) {
     EXPECT_EQ(Get(test.section, test.key), test.value) << test.section << " " << test.key;
 }
 
-TEST_F(ProfileTest, DefaultsStandInForWhatIsMissing) {
-  PutFile(Profile, "[A]\nk=v\n");
+TEST_F(IniFileTest, DefaultsStandInForWhatIsMissing) {
+  PutFile(IniFile, "[A]\nk=v\n");
   EXPECT_EQ(Get("A", "none", ""), "");
   for (const char *path : {"C:\\acctkit-test\\missing.ini", "C:\\acctkit-test\\missing\\p.ini", "C:\\acctkit-test"})
     EXPECT_EQ(Get("A", "k", "default", 100, path), "default") << path;
 }
 
-TEST_F(ProfileTest, CutsWhatDoesNotFit) {
-  PutFile(Profile, "[First]\nkey=value\nother=\x95\x5c\x83\x5c\n[Second]\n");
+TEST_F(IniFileTest, CutsWhatDoesNotFit) {
+  PutFile(IniFile, "[First]\nkey=value\nother=\x95\x5c\x83\x5c\n[Second]\n");
   for (const auto &[size, given] : {std::pair{7U, "value"}, {6U, "value"}, {5U, "valu"}, {2U, "v"}, {1U, ""}})
     EXPECT_EQ(Get("First", "key", "none", size), given) << size;
   // No half of a character; Wine leaves whatever stood in its place.
@@ -68,8 +68,8 @@ TEST_F(ProfileTest, CutsWhatDoesNotFit) {
   EXPECT_EQ(Get("First", "other", "none", 4).find('\x83'), std::string::npos);
 }
 
-TEST_F(ProfileTest, LineEndsAndLongLines) {
-  PutFile(Profile, "\n\r\n[A]\r\rk=crs\r\nl=crlf\n\n[B]\nk=" + std::string(100000, 'x') + "\n" +
+TEST_F(IniFileTest, LineEndsAndLongLines) {
+  PutFile(IniFile, "\n\r\n[A]\r\rk=crs\r\nl=crlf\n\n[B]\nk=" + std::string(100000, 'x') + "\n" +
                        std::string(100000, 'y') + "=long\nl=" + std::string("zero\0byte", 9) + "\nm=no end");
   EXPECT_EQ(Get("A", "k"), "crs");
   EXPECT_EQ(Get("A", "l"), "crlf");
@@ -77,17 +77,17 @@ TEST_F(ProfileTest, LineEndsAndLongLines) {
   EXPECT_EQ(Get("B", "k", "none", 10), "xxxxxxxxx");
   EXPECT_EQ(Get("B", "l"), "zero");
   EXPECT_EQ(Get("B", "m"), "no end");
-  PutFile(Profile, "");
+  PutFile(IniFile, "");
   EXPECT_EQ(Get("A", "k"), "none");
 }
 
-TEST_F(ProfileTest, JapaneseText) {
-  PutFile(Profile, "[\x83\x5d\x95\x5c]\n\x83\x5c=\"\x95\x5c\"\n\x82\x60=\x8f\x5d\n\x81\x40=\x81\x40\n\xb1= \xb2\n");
+TEST_F(IniFileTest, JapaneseText) {
+  PutFile(IniFile, "[\x83\x5d\x95\x5c]\n\x83\x5c=\"\x95\x5c\"\n\x82\x60=\x8f\x5d\n\x81\x40=\x81\x40\n\xb1= \xb2\n");
   const std::pair<const char *, const char *> cases[] = {
       {"\x83\x5c", "\x95\x5c"}, {"\x82\x60", "\x8f\x5d"}, {"\x81\x40", "\x81\x40"}, {"\xb1", "\xb2"}};
   for (const auto &[key, value] : cases)
     EXPECT_EQ(Get("\x83\x5d\x95\x5c", key), value) << key;
-  PutFile(Profile, std::string("\xff\xfe[\0A\0]\0\r\0\n\0k\0=\0\x68\x88 \0", 20)); // UTF-16
+  PutFile(IniFile, std::string("\xff\xfe[\0A\0]\0\r\0\n\0k\0=\0\x68\x88 \0", 20)); // UTF-16
   EXPECT_EQ(Get("A", "k"), "\x95\x5c");
 }
 
