@@ -14,8 +14,8 @@ class CPropertyPage : public CDialog {
 public:
   PROPSHEETPAGEA_V2 m_psp{};
 
-  // The dialog's template, a resource of the library. The page's title is its dialog's caption, which idCaption, always
-  // 0, doesn't replace.
+  // The number of the dialog's template among the library's resources. The page's title is its dialog's caption, and
+  // idCaption has to be 0.
   explicit CPropertyPage(UINT idTemplate, UINT idCaption = 0);
 
 protected:

@@ -207,8 +207,6 @@ TEST_F(WindowsTest, EditsTakeWhatIsTyped) {
       {0, "", "ab\bc", "ac", 4},
       {0, "", "a\r\t\x1b", "a", 1},
       {0, "", "\b", "", 0},
-      {ES_MULTILINE, "", "a\rb", "a\r\nb", 3},
-      {ES_MULTILINE, "a\r\n", "\b", "a", 1},
       {ES_MULTILINE | ES_READONLY, "text", "x\b", "text", 0},
   };
   for (const auto &test : cases) {

@@ -13,20 +13,18 @@ struct ButtonState : machine::WindowState {
 
 DWORD TypeOf(const Window &button) { return button.style & BS_TYPEMASK; }
 
-bool IsPushButton(const Window &button) {
-  return TypeOf(button) == BS_PUSHBUTTON || TypeOf(button) == BS_DEFPUSHBUTTON;
-}
-
 LRESULT DialogCode(const Window &button) {
-  if (!IsPushButton(button))
-    return machine::DLGC_BUTTON;
-  const bool isDefault = TypeOf(button) == BS_DEFPUSHBUTTON;
-  return machine::DLGC_BUTTON | (isDefault ? machine::DLGC_DEFPUSHBUTTON : machine::DLGC_UNDEFPUSHBUTTON);
+  switch (TypeOf(button)) {
+  case BS_PUSHBUTTON:
+    return machine::DLGC_UNDEFPUSHBUTTON;
+  case BS_DEFPUSHBUTTON:
+    return machine::DLGC_DEFPUSHBUTTON;
+  default:
+    return 0;
+  }
 }
 
 void Check(const WindowPtr &button, ButtonState &state, bool checked) {
-  if (IsPushButton(*button))
-    return;
   state.checked = checked;
   machine::Invalidate(button);
 }
@@ -53,6 +51,6 @@ LRESULT machine::ButtonProcedure(HWND handle, UINT message, WPARAM wParam, LPARA
     NotifyParent(*button, BN_CLICKED);
     return 0;
   default:
-    return ControlDefault(handle, message, wParam, lParam);
+    return DefWindowProcA(handle, message, wParam, lParam);
   }
 }

@@ -302,17 +302,7 @@ LRESULT AnswerDestroy(const ComboBox &box, WPARAM, LPARAM) {
 }
 
 LRESULT AnswerDialogCode(const ComboBox &box, WPARAM key, LPARAM) {
-  return machine::DLGC_WANTARROWS | machine::DLGC_WANTCHARS | (ClosesList(box, key) ? DLGC_WANTALLKEYS : 0);
-}
-
-LRESULT AnswerSetFont(const ComboBox &box, WPARAM font, LPARAM redraw) {
-  SendMessageA(box.state->edit, WM_SETFONT, font, redraw);
-  return machine::ControlDefault(box.window->handle, WM_SETFONT, font, redraw);
-}
-
-LRESULT AnswerEnable(const ComboBox &box, WPARAM enabled, LPARAM) {
-  EnableWindow(box.state->edit, enabled != FALSE);
-  return 0;
+  return ClosesList(box, key) ? DLGC_WANTALLKEYS : 0;
 }
 
 // What the edit control tells becomes what the combo box tells.
@@ -393,8 +383,6 @@ constexpr Answer Answers[] = {
     {machine::WM_SETTEXT, AnswerSetText},
     {machine::WM_GETTEXT, AnswerText},
     {machine::WM_GETTEXTLENGTH, AnswerTextLength},
-    {WM_SETFONT, AnswerSetFont},
-    {WM_ENABLE, AnswerEnable},
     {WM_SETFOCUS, AnswerSetFocus},
     {WM_KILLFOCUS, AnswerKillFocus},
     {WM_COMMAND, AnswerCommand},
@@ -412,5 +400,5 @@ LRESULT machine::ComboBoxProcedure(HWND handle, UINT message, WPARAM wParam, LPA
     return DefWindowProcA(handle, message, wParam, lParam);
   const auto answer = std::ranges::find(Answers, message, &Answer::message);
   return answer != std::end(Answers) ? answer->answer(box, wParam, lParam)
-                                     : ControlDefault(handle, message, wParam, lParam);
+                                     : DefWindowProcA(handle, message, wParam, lParam);
 }

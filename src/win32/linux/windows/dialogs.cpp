@@ -70,11 +70,8 @@ void FocusFirstStop(HWND dialog) {
 // ---- What a dialog does if its procedure doesn't ----
 
 void SetButtonType(HWND button, DWORD type) {
-  const WindowPtr window = WindowOf(button);
-  if (!window || window->className != "Button" || (window->style & BS_TYPEMASK) > BS_DEFPUSHBUTTON)
-    return;
-  window->style = (window->style & ~BS_TYPEMASK) | type;
-  machine::Invalidate(window);
+  if (const WindowPtr window = WindowOf(button))
+    window->style = (window->style & ~BS_TYPEMASK) | type;
 }
 
 LRESULT SetDefaultId(HWND dialog, DialogState &state, int id) {
@@ -97,8 +94,7 @@ void Close(HWND dialog) {
     PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED), reinterpret_cast<LPARAM>(cancel));
 }
 
-LRESULT DialogDefault(const Window &dialog, DialogState &state, UINT message, WPARAM wParam, LPARAM lParam) {
-  const HWND handle = dialog.handle;
+LRESULT DialogDefault(HWND handle, DialogState &state, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
   case DM_GETDEFID:
     return state.defaultId != 0 ? MAKELPARAM(static_cast<unsigned>(state.defaultId), DC_HASDEFID) : 0;
@@ -111,7 +107,7 @@ LRESULT DialogDefault(const Window &dialog, DialogState &state, UINT message, WP
     FocusFirstStop(handle);
     return 0;
   case WM_GETFONT:
-    return reinterpret_cast<LRESULT>(dialog.font);
+    return reinterpret_cast<LRESULT>(state.font);
   case WM_CLOSE:
     Close(handle);
     return 0;
@@ -148,24 +144,14 @@ HWND CreateFrom(const TemplateWindow &window, const char *className, DWORD style
                          PixelsAcross(window.width), PixelsDown(window.height), parent, id, nullptr, nullptr);
 }
 
-bool CreateControl(const TemplateWindow &control, HWND dialog, DialogState &state) {
-  const HWND made = CreateFrom(control, control.className.c_str(), control.style | WS_CHILD, dialog);
-  if (made == nullptr)
-    return false;
-  if (state.font != nullptr)
-    SendMessageA(made, WM_SETFONT, reinterpret_cast<WPARAM>(state.font), FALSE);
-  if ((SendMessageA(made, WM_GETDLGCODE, 0, 0) & machine::DLGC_DEFPUSHBUTTON) != 0)
-    state.defaultId = control.id;
-  return true;
-}
-
-// Fills a dialog that was just made; false if one of the controls can't be had.
-bool Populate(HWND dialog, DialogState &state, const DialogTemplate &from) {
+// Fills a dialog that was just made.
+void Populate(HWND dialog, DialogState &state, const DialogTemplate &from) {
   state.font = FontOf(from);
-  if (state.font != nullptr)
-    SendMessageA(dialog, WM_SETFONT, reinterpret_cast<WPARAM>(state.font), FALSE);
-  return std::ranges::all_of(from.controls,
-                             [&](const TemplateWindow &control) { return CreateControl(control, dialog, state); });
+  for (const TemplateWindow &control : from.controls) {
+    const HWND made = CreateFrom(control, control.className.c_str(), control.style | WS_CHILD, dialog);
+    if ((SendMessageA(made, WM_GETDLGCODE, 0, 0) & machine::DLGC_DEFPUSHBUTTON) != 0)
+      state.defaultId = control.id;
+  }
 }
 
 } // namespace
@@ -178,10 +164,7 @@ HWND CreateDialogFrom(const DialogTemplate &dialog, HWND parent, DLGPROC procedu
   if (!state)
     return nullptr;
   state->procedure = procedure;
-  if (!Populate(handle, *state, dialog)) {
-    DestroyWindow(handle);
-    return nullptr;
-  }
+  Populate(handle, *state, dialog);
   const auto first = reinterpret_cast<WPARAM>(NextTabStop(handle, nullptr, false));
   if (SendMessageA(handle, WM_INITDIALOG, first, parameter) != FALSE && (dialog.window.style & WS_CHILD) == 0)
     FocusFirstStop(handle);
@@ -222,15 +205,13 @@ LRESULT DialogProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam)
   const auto state = StateOf<DialogState>(dialog, message);
   if (!state)
     return 0;
-  if (message == WM_SETFONT)
-    dialog->font = reinterpret_cast<HFONT>(wParam);
   dialog->messageResult = 0;
   const INT_PTR handled = state->procedure != nullptr ? state->procedure(handle, message, wParam, lParam) : FALSE;
   if (message == WM_INITDIALOG) // whose answer isn't in DWLP_MSGRESULT
     return handled;
   if (IsWindow(handle) == FALSE)
     return 0;
-  return handled != FALSE ? dialog->messageResult : DialogDefault(*dialog, *state, message, wParam, lParam);
+  return handled != FALSE ? dialog->messageResult : DialogDefault(handle, *state, message, wParam, lParam);
 }
 
 } // namespace machine

@@ -8,8 +8,8 @@ namespace machine {
 
 constexpr UINT DM_SETDEFID = WM_USER + 1;
 
-// Makes a dialog, which isn't shown yet: the window, its controls, WM_SETFONT, then WM_INITDIALOG with the control that
-// gets the focus if the procedure answers TRUE and the dialog is no child. Null if it can't be made.
+// Makes a dialog, which isn't shown yet: the window, its controls, and then WM_INITDIALOG with the control that gets
+// the focus if the procedure answers TRUE and the dialog is no child. Null if it can't be made.
 HWND CreateDialogFrom(const DialogTemplate &dialog, HWND parent, DLGPROC procedure, LPARAM parameter);
 
 // The procedure of the class of dialogs.

@@ -1,4 +1,5 @@
-// Edit controls. What is typed is cut at the limit, what a program puts in isn't.
+// Edit controls. What is typed is cut at the limit, what a program puts in isn't. One of several lines is only for a
+// program to fill.
 #include "win32/linux/text/code_page.h"
 #include "win32/linux/windows/painting.h"
 #include "win32/linux/windows/system_controls.h"
@@ -45,8 +46,7 @@ void ReplaceSelection(const Edit &edit, std::string_view with) {
   state->begin = std::min(state->begin, state->end);
   const size_t selected = state->end - state->begin;
   const size_t kept = window->text.size() - selected;
-  if (!edit.IsMultiline())
-    with = with.substr(0, with.find_first_of("\r\n"));
+  with = with.substr(0, with.find_first_of("\r\n"));
   const std::string_view fitting = text::WholeCharacters(with, state->limit > kept ? state->limit - kept : 0);
   window->text.replace(state->begin, selected, fitting);
   state->begin = state->end = state->begin + fitting.size();
@@ -64,8 +64,7 @@ void EraseBack(const Edit &edit) {
   const auto &[window, state] = edit;
   if (state->begin == state->end && state->begin > 0) {
     const std::string_view before = std::string_view(window->text).substr(0, state->end);
-    state->begin =
-        before.ends_with("\r\n") ? before.size() - 2 : text::WholeCharacters(before, before.size() - 1).size();
+    state->begin = text::WholeCharacters(before, before.size() - 1).size();
   }
   ReplaceSelection(edit, "");
 }
@@ -80,15 +79,13 @@ void Type(const Edit &edit, char character) {
     state->lead = character;
   else if (character == VK_BACK)
     EraseBack(edit);
-  else if (character == '\r' && edit.IsMultiline())
-    ReplaceSelection(edit, "\r\n");
   else if (static_cast<unsigned char>(character) >= ' ' && character != '\x7F')
     ReplaceSelection(edit, {&character, 1});
 }
 
 // A program's text. The parent of a multi-line control isn't told, nor is a combo box of its own doing.
 LRESULT SetText(const Edit &edit, const char *text) {
-  machine::ControlDefault(edit.window->handle, machine::WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+  DefWindowProcA(edit.window->handle, machine::WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
   edit.state->begin = edit.state->end = 0;
   if (edit.IsMultiline() || edit.window->Has(machine::ES_COMBO))
     return TRUE;
@@ -106,7 +103,7 @@ LRESULT machine::EditProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM 
     return DefWindowProcA(handle, message, wParam, lParam);
   switch (message) {
   case WM_GETDLGCODE:
-    return DLGC_HASSETSEL | DLGC_WANTCHARS | DLGC_WANTARROWS | (edit.IsMultiline() ? DLGC_WANTALLKEYS : 0) |
+    return DLGC_HASSETSEL | (edit.IsMultiline() ? DLGC_WANTALLKEYS : 0) |
            (window->Has(ES_COMBO) ? SendMessageA(window->parent, message, wParam, lParam) : 0);
   case WM_SETFOCUS:
   case WM_KILLFOCUS:
@@ -135,6 +132,6 @@ LRESULT machine::EditProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM 
   case EM_GETLIMITTEXT:
     return static_cast<LRESULT>(edit.state->limit);
   default:
-    return ControlDefault(handle, message, wParam, lParam);
+    return DefWindowProcA(handle, message, wParam, lParam);
   }
 }

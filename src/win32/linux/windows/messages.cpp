@@ -1,5 +1,5 @@
 // How messages reach the windows, and what becomes of those that nobody wants.
-#include "win32/linux/windows/window_tree.h"
+#include "win32/linux/windows/painting.h"
 
 using machine::WindowOf;
 using machine::WindowPtr;
@@ -27,6 +27,7 @@ LRESULT DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) 
   switch (message) {
   case machine::WM_SETTEXT:
     window->text = reinterpret_cast<const char *>(lParam);
+    machine::Invalidate(window);
     return TRUE;
   case machine::WM_GETTEXT:
     return machine::CopyText(window->text, reinterpret_cast<char *>(lParam), wParam);

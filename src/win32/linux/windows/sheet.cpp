@@ -225,8 +225,6 @@ void Sheet::Activate(size_t index, int step) {
     auto &[record, dialog, page] = pages[index];
     if (page == nullptr)
       page = machine::CreateDialogFrom(dialog, window, record.pfnDlgProc, reinterpret_cast<LPARAM>(&record));
-    if (page == nullptr)
-      continue;
     current = index;
     if (Notify(PSN_SETACTIVE) == 0)
       return;

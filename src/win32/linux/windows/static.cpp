@@ -18,16 +18,12 @@ LRESULT machine::StaticProcedure(HWND handle, UINT message, WPARAM wParam, LPARA
   if (!state)
     return DefWindowProcA(handle, message, wParam, lParam);
   switch (message) {
-  case WM_GETDLGCODE:
-    return DLGC_STATIC;
   case STM_SETICON:
-    if ((control->style & SS_TYPEMASK) != SS_ICON)
-      return 0;
     Invalidate(control);
     return reinterpret_cast<LRESULT>(std::exchange(state->icon, reinterpret_cast<HICON>(wParam)));
   case STM_GETICON:
     return reinterpret_cast<LRESULT>(state->icon);
   default:
-    return ControlDefault(handle, message, wParam, lParam);
+    return DefWindowProcA(handle, message, wParam, lParam);
   }
 }

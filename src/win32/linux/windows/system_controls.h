@@ -5,14 +5,10 @@
 
 namespace machine {
 
-// What WM_GETDLGCODE answers, besides DLGC_WANTALLKEYS.
-constexpr LRESULT DLGC_WANTARROWS = 0x0001;
+// What a dialog reads of an answer to WM_GETDLGCODE, besides DLGC_WANTALLKEYS.
 constexpr LRESULT DLGC_HASSETSEL = 0x0008;
 constexpr LRESULT DLGC_DEFPUSHBUTTON = 0x0010;
 constexpr LRESULT DLGC_UNDEFPUSHBUTTON = 0x0020;
-constexpr LRESULT DLGC_WANTCHARS = 0x0080;
-constexpr LRESULT DLGC_STATIC = 0x0100;
-constexpr LRESULT DLGC_BUTTON = 0x2000;
 
 // What edit controls tell their parents.
 constexpr WORD EN_SETFOCUS = 0x0100;
@@ -30,10 +26,10 @@ LRESULT StaticProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam)
 LRESULT EditProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT ComboBoxProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 
-// What every control does that has nothing of its own to do: it keeps a font and is painted anew when it changes.
-LRESULT ControlDefault(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
-
 // Tells a control's parent by WM_COMMAND.
-void NotifyParent(const Window &control, WORD code);
+inline void NotifyParent(const Window &control, WORD code) {
+  SendMessageA(control.parent, WM_COMMAND, MAKEWPARAM(static_cast<unsigned>(control.id), code),
+               reinterpret_cast<LPARAM>(control.handle));
+}
 
 } // namespace machine

@@ -40,7 +40,6 @@ struct Window {
   LONG_PTR messageResult = 0; // DWLP_MSGRESULT
   LONG_PTR userData = 0;      // DWLP_USER
   std::string text;
-  HFONT font = nullptr;
   RECT bounds = {};         // in the parent's client area, which is the whole of it
   HWND lastFocus = nullptr; // where the focus goes when this top-level window is activated
   bool invalid = false;     // BeginPaint makes it valid
