@@ -28,7 +28,7 @@ ValueMap ValuesOf(Hive &hive, const Hive::Key &key) {
   for (const HiveValue &listed : hive.Values(key)) {
     HiveValue value;
     const Hive::Found found = hive.ReadValue(key, listed.name, value);
-    REQUIRE(found != Hive::Found::No && machine::SameName(value.name, listed.name));
+    REQUIRE(found != Hive::Found::No && text::SameName(value.name, listed.name));
     values[listed.name] = {found, value};
   }
   return values;

@@ -114,7 +114,7 @@ TEST_F(HiveTest, ADamagedHiveIsRefusedAndLeftAlone) {
               ERROR_BADDB);
     EXPECT_EQ(HiveText(), damaged.text);
     const std::string fault = machine::TakeFault();
-    EXPECT_EQ(fault, machine::Problem(false));
+    EXPECT_EQ(fault, machine::FindFault(false));
     EXPECT_TRUE(fault.starts_with(Path().string()) && fault.find(damaged.said) != std::string::npos) << fault;
   }
 }
@@ -126,8 +126,8 @@ TEST_F(HiveTest, AHiveThatMayNotBeWrittenStays) {
   EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "b", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
             ERROR_ACCESS_DENIED);
   EXPECT_EQ(HiveText(), WineHive);
-  EXPECT_NE(machine::Problem(true).find("may not be written"), std::string::npos);
-  EXPECT_EQ(machine::Problem(false), "");
+  EXPECT_NE(machine::FindFault(true).find("may not be written"), std::string::npos);
+  EXPECT_EQ(machine::FindFault(false), "");
 }
 
 // An open key goes on with what somebody else wrote meanwhile.

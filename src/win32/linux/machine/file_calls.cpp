@@ -2,8 +2,8 @@
 #include "win32/win32.h"
 
 #include "win32/linux/machine/descriptor.h"
-#include "win32/linux/machine/faults.h"
 #include "win32/linux/machine/handle_table.h"
+#include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/paths.h"
 #include "win32/linux/machine/replacement.h"
 #include "win32/linux/text/code_page.h"

@@ -17,9 +17,6 @@
 
 namespace machine {
 
-// Whether two names are the same, which case doesn't matter for.
-bool SameName(std::u16string_view left, std::u16string_view right);
-
 constexpr DWORD REG_MULTI_SZ = 7;
 
 // Whether values of a type are texts.
@@ -88,10 +85,10 @@ private:
 
   // The line that says where the hive is damaged: where just the rest of it hasn't been read yet.
   std::string Damage(std::string_view rest, std::string_view what) const;
-  // These tell of a line that can't be by a problem.
+  // These tell of a line that can't be by a damage.
   std::string LoadSections(std::string_view rest);
-  Key *BeginSection(std::string_view heading, std::string_view &problem);
-  Key *KeyOfHeading(std::string_view heading, std::string_view &problem);
+  Key *BeginSection(std::string_view heading, std::string_view &damage);
+  Key *KeyOfHeading(std::string_view heading, std::string_view &damage);
   std::string_view ReadPlainLine(std::string_view line, Key *key);
 
   Key &Subkey(Key &parent, std::u16string_view name);

@@ -1,7 +1,8 @@
+// When the content is read again, and how an edit gets to the disk.
 #include "win32/linux/machine/hive_file.h"
 
 #include "win32/linux/machine/descriptor.h"
-#include "win32/linux/machine/faults.h"
+#include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/replacement.h"
 #include "win32/linux/public/machine.h"
 
@@ -74,7 +75,7 @@ LSTATUS HiveFile::ReadText(std::string &text) {
 }
 
 LSTATUS HiveFile::MakeText(std::string &text) {
-  fault = FolderProblem(file.parent_path());
+  fault = FolderFault(file.parent_path());
   if (!fault.empty()) {
     RecordFault(fault);
     return ERROR_FILE_NOT_FOUND;
@@ -85,16 +86,16 @@ LSTATUS HiveFile::MakeText(std::string &text) {
 
 bool HiveFile::IsReadOnly() const { return read && !IsWritable(identity.mode); }
 
-std::string HiveFile::WriteProblem() const {
-  return IsReadOnly() ? file.string() + ": the registry may not be written" : ServerProblem(file.parent_path());
+std::string HiveFile::WriteFault() const {
+  return IsReadOnly() ? file.string() + ": the registry may not be written" : ServerFault(file.parent_path());
 }
 
 LSTATUS HiveFile::Edit(const EditFunction &edit) {
   const Lock lock;
   if (const LSTATUS result = Refresh(); result != ERROR_SUCCESS)
     return result;
-  if (const std::string problem = WriteProblem(); !problem.empty()) {
-    RecordFault(problem);
+  if (const std::string found = WriteFault(); !found.empty()) {
+    RecordFault(found);
     return ERROR_ACCESS_DENIED;
   }
   bool changed = true;

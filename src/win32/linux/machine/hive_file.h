@@ -42,7 +42,7 @@ public:
   // Whether the mode of the file that was read lets nobody write it.
   bool IsReadOnly() const;
   // Why the hive can't be written by anybody, empty if it can.
-  std::string WriteProblem() const;
+  std::string WriteFault() const;
   // Why the last Refresh failed.
   const std::string &Fault() const { return fault; }
 

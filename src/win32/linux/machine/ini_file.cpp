@@ -2,7 +2,6 @@
 // anew when it has changed: who asks for many values asks for one after the other.
 #include "win32/win32.h"
 
-#include "win32/linux/machine/hive.h"
 #include "win32/linux/text/code_page.h"
 
 #include <algorithm>
@@ -115,7 +114,7 @@ const std::vector<Section> &ReadSections(const char *path) {
 template <typename Named> const Named *FindNamed(const std::vector<Named> &all, const char *name) {
   const std::u16string wide = text::ToWide(name);
   const auto found = std::ranges::find_if(
-      all, [wanted = Trimmed(wide)](Text known) { return machine::SameName(known, wanted); }, &Named::name);
+      all, [wanted = Trimmed(wide)](Text known) { return text::SameName(known, wanted); }, &Named::name);
   return found != all.end() ? &*found : nullptr;
 }
 

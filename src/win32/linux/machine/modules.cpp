@@ -1,7 +1,7 @@
 // Loadable libraries of the machine: shared objects, whatever their names end in.
 #include "win32/win32.h"
 
-#include "win32/linux/machine/faults.h"
+#include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/paths.h"
 
 #include <dlfcn.h>

@@ -1,6 +1,6 @@
+// From a path of the calls down to the file on disk, name by name, without leaving the machine.
 #include "win32/linux/machine/paths.h"
 
-#include "win32/linux/machine/hive.h"
 #include "win32/linux/public/machine.h"
 #include "win32/linux/text/code_page.h"
 
@@ -42,7 +42,7 @@ DiskPath LookFor(const fs::path &folder, std::u16string_view name) {
     return found;
   ForEachEntry(folder, [&](const std::string &entry) {
     std::u16string wide;
-    if (!text::Utf8ToWide(entry, wide) || !SameName(wide, name))
+    if (!text::Utf8ToWide(entry, wide) || !text::SameName(wide, name))
       return false;
     found = Look(folder / entry);
     return true;

@@ -1,9 +1,13 @@
-// The registry calls, on the two hives of the machine folder.
+// The registry calls, on the two hives of the machine folder. The divisions: where a call works (handle, path, edit),
+// keys, values, and the calls themselves.
+//
+// An edit takes the machine's lock before the registry's own, in this order always: whoever holds the machine over
+// several calls takes the registry's within it.
 #include "win32/win32.h"
 
-#include "win32/linux/machine/faults.h"
 #include "win32/linux/machine/handle_table.h"
 #include "win32/linux/machine/hive_file.h"
+#include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/wow64.h"
 #include "win32/linux/public/machine.h"
 #include "win32/linux/text/code_page.h"
@@ -46,7 +50,6 @@ struct Machine {
   std::shared_ptr<OpenKey> currentUser;
 };
 
-// Whoever holds the machine's own lock over several calls takes this one within it, and so does every call that edits.
 std::mutex guard;
 Machine current;
 machine::HandleTable<HKEY, OpenKey> openKeys{0x90000000}; // behind the roots
@@ -82,33 +85,33 @@ LSTATUS Resolve(OpenKey &open) {
 // Does a call's work at the key of its handle, which must have been opened with the rights that are needed.
 template <typename Work> LSTATUS At(HKEY handle, REGSAM needed, Work work) {
   const std::lock_guard lock(guard);
-  const std::shared_ptr<OpenKey> place = IsRoot(handle) ? RootOf(handle) : openKeys.Find(handle);
-  if (place == nullptr)
+  const std::shared_ptr<OpenKey> open = IsRoot(handle) ? RootOf(handle) : openKeys.Find(handle);
+  if (open == nullptr)
     return ERROR_INVALID_HANDLE;
-  LSTATUS result = IsRoot(handle) ? place->file->Refresh() : place->file->RefreshOpened();
+  LSTATUS result = IsRoot(handle) ? open->file->Refresh() : open->file->RefreshOpened();
   if (result == ERROR_SUCCESS)
-    result = Resolve(*place);
+    result = Resolve(*open);
   if (result != ERROR_SUCCESS)
     return result;
-  return (place->access & needed) == needed ? work(*place) : ERROR_ACCESS_DENIED;
+  return (open->access & needed) == needed ? work(*open) : ERROR_ACCESS_DENIED;
 }
 
 // The same with the path that a caller names below the key.
 template <typename Work> LSTATUS AtPath(HKEY handle, const char *subkey, Work work) {
-  return At(handle, 0, [&](const OpenKey &place) -> LSTATUS {
+  return At(handle, 0, [&](const OpenKey &open) -> LSTATUS {
     std::u16string path = ToWideOrEmpty(subkey);
     if (path.starts_with(u'\\'))
       return ERROR_BAD_PATHNAME;
     while (path.ends_with(u'\\'))
       path.pop_back();
-    return work(place, path);
+    return work(open, path);
   });
 }
 
 // Changes the key that a call works at, in its hive as the file holds it now.
-template <typename Change> LSTATUS Edit(const OpenKey &place, Change change) {
-  return place.file->Edit([&](Hive &hive, bool &changed) -> LSTATUS {
-    Hive::Key *const key = hive.Find(hive.Root(), place.path);
+template <typename Change> LSTATUS Edit(const OpenKey &open, Change change) {
+  return open.file->Edit([&](Hive &hive, bool &changed) -> LSTATUS {
+    Hive::Key *const key = hive.Find(hive.Root(), open.path);
     return key != nullptr ? change(hive, *key, changed) : ERROR_KEY_DELETED;
   });
 }
@@ -122,8 +125,8 @@ std::u16string PathOf(const Hive::Key &key) {
 }
 
 // The key at a path below another one, null if there is none.
-Hive::Key *Find(const OpenKey &place, const std::u16string &path) {
-  const machine::Reached reached = machine::Reach(*place.file, *place.key, path);
+Hive::Key *Find(const OpenKey &open, const std::u16string &path) {
+  const machine::Reached reached = machine::Reach(*open.file, *open.key, path);
   return reached.rest.empty() ? reached.key : nullptr;
 }
 
@@ -141,9 +144,9 @@ LSTATUS HandOut(OpenKey opened, HKEY *result) {
 }
 
 // Makes the keys of a path that are missing below another one.
-LSTATUS MakeKey(const OpenKey &place, const std::u16string &path, Hive::Key *&made) {
-  return Edit(place, [&](Hive &hive, Hive::Key &from, bool &) -> LSTATUS {
-    const machine::Reached nearest = machine::Reach(*place.file, from, path);
+LSTATUS MakeKey(const OpenKey &open, const std::u16string &path, Hive::Key *&made) {
+  return Edit(open, [&](Hive &hive, Hive::Key &from, bool &) -> LSTATUS {
+    const machine::Reached nearest = machine::Reach(*open.file, from, path);
     made = hive.Create(*nearest.key, nearest.rest);
     return made != nullptr ? ERROR_SUCCESS : ERROR_INVALID_PARAMETER;
   });
@@ -185,13 +188,15 @@ LSTATUS Give(const std::string &ansi, bool isText, BYTE *buffer, DWORD &size) {
 
 } // namespace
 
+// ---- The calls ----
+
 LSTATUS RegOpenKeyExA(HKEY key, const char *subkey, DWORD, REGSAM access, HKEY *result) {
   *result = nullptr;
-  return AtPath(key, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
-    Hive::Key *const found = Find(place, path);
+  return AtPath(key, subkey, [&](const OpenKey &open, const std::u16string &path) -> LSTATUS {
+    Hive::Key *const found = Find(open, path);
     if (found == nullptr)
       return ERROR_FILE_NOT_FOUND;
-    return HandOut({place.file, PathOf(*found), access, found, place.generation}, result);
+    return HandOut({open.file, PathOf(*found), access, found, open.generation}, result);
   });
 }
 
@@ -208,20 +213,20 @@ LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD, char *, DWORD, REGS
     return opened;
 
   const machine::Lock lock;
-  return AtPath(key, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
+  return AtPath(key, subkey, [&](const OpenKey &open, const std::u16string &path) -> LSTATUS {
     Hive::Key *made = nullptr;
-    if (const LSTATUS making = MakeKey(place, path, made); making != ERROR_SUCCESS)
+    if (const LSTATUS making = MakeKey(open, path, made); making != ERROR_SUCCESS)
       return making;
     if (disposition != nullptr)
       *disposition = REG_CREATED_NEW_KEY;
-    return HandOut({place.file, PathOf(*made), access, made, place.file->Generation()}, result);
+    return HandOut({open.file, PathOf(*made), access, made, open.file->Generation()}, result);
   });
 }
 
 LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE *data, DWORD *size) {
-  return At(key, KEY_QUERY_VALUE, [&](const OpenKey &place) -> LSTATUS {
+  return At(key, KEY_QUERY_VALUE, [&](const OpenKey &open) -> LSTATUS {
     HiveValue value;
-    const Hive::Found found = place.file->Content().ReadValue(*place.key, ToWideOrEmpty(name), value);
+    const Hive::Found found = open.file->Content().ReadValue(*open.key, ToWideOrEmpty(name), value);
     if (found != Hive::Found::Yes)
       return found == Hive::Found::No ? ERROR_FILE_NOT_FOUND : ERROR_BADDB;
     if (type != nullptr)
@@ -235,9 +240,9 @@ LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE 
 
 LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE *data, DWORD size) {
   const machine::Lock lock;
-  return At(key, KEY_SET_VALUE, [&](const OpenKey &place) {
+  return At(key, KEY_SET_VALUE, [&](const OpenKey &open) {
     const HiveValue value = {ToWideOrEmpty(name), type, StoredData(type, data, size)};
-    return Edit(place, [&](Hive &hive, Hive::Key &target, bool &changed) -> LSTATUS {
+    return Edit(open, [&](Hive &hive, Hive::Key &target, bool &changed) -> LSTATUS {
       hive.Create(target, {}); // a key of the path alone gets its section now
       HiveValue old;
       changed = hive.ReadValue(target, value.name, old) != Hive::Found::Yes || old.type != value.type ||
@@ -251,16 +256,16 @@ LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE
 
 LSTATUS RegDeleteValueA(HKEY key, const char *name) {
   const machine::Lock lock;
-  return At(key, KEY_SET_VALUE, [&](const OpenKey &place) {
-    return Edit(place, [&](Hive &hive, Hive::Key &target, bool &) -> LSTATUS {
+  return At(key, KEY_SET_VALUE, [&](const OpenKey &open) {
+    return Edit(open, [&](Hive &hive, Hive::Key &target, bool &) -> LSTATUS {
       return hive.RemoveValue(target, ToWideOrEmpty(name)) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
     });
   });
 }
 
 LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *size, DWORD *, char *, DWORD *, FILETIME *) {
-  return At(key, KEY_ENUMERATE_SUB_KEYS, [&](const OpenKey &place) -> LSTATUS {
-    const Hive::Key *const subkey = place.key->Subkey(index);
+  return At(key, KEY_ENUMERATE_SUB_KEYS, [&](const OpenKey &open) -> LSTATUS {
+    const Hive::Key *const subkey = open.key->Subkey(index);
     if (subkey == nullptr)
       return ERROR_NO_MORE_ITEMS;
     const std::string found = text::FromWide(subkey->name);

@@ -4,7 +4,6 @@
 
 #include "win32/linux/machine/byte_reader.h"
 #include "win32/linux/machine/descriptor.h"
-#include "win32/linux/machine/hive.h"
 #include "win32/linux/machine/paths.h"
 #include "win32/linux/text/code_page.h"
 
@@ -170,7 +169,7 @@ std::optional<Node> FindChild(std::string_view block, const Node &parent, std::u
     std::optional<Node> child = ReadNode(block, at, end);
     if (!child)
       return std::nullopt;
-    if (machine::SameName(child->key, key))
+    if (text::SameName(child->key, key))
       return child;
     at = Aligned(at + child->size);
   }

@@ -1,3 +1,5 @@
+// The divisions: single characters of code page 932, single sequences of UTF-8, whole texts, names of paths and their
+// case, and the calls.
 #include "win32/linux/text/code_page.h"
 
 #include "win32/win32.h"
@@ -298,6 +300,10 @@ std::u16string ToUpper(std::u16string_view wide) {
   for (char16_t &unit : upper)
     unit = Upper(unit);
   return upper;
+}
+
+bool SameName(std::u16string_view left, std::u16string_view right) {
+  return left.size() == right.size() && std::ranges::equal(left, right, {}, text::Upper, text::Upper);
 }
 
 } // namespace text

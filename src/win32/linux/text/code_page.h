@@ -41,5 +41,7 @@ inline char16_t Upper(char16_t character) {
   return UpperBeyondAscii(character);
 }
 std::u16string ToUpper(std::u16string_view wide);
+// Whether two names are the same, which case doesn't matter for.
+bool SameName(std::u16string_view left, std::u16string_view right);
 
 } // namespace text
