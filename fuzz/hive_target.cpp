@@ -1,5 +1,5 @@
 // A hive of anybody's making: it is refused, or comes out byte for byte as it was but for what was edited.
-#include "win32/linux/machine/hive.h"
+#include "hooks/hive_hooks.h"
 #include "win32/linux/text/code_page.h"
 
 #include "fuzzing.h"
@@ -25,7 +25,7 @@ using Snapshot = std::map<KeyPath, ValueMap>;
 
 ValueMap ValuesOf(Hive &hive, const Hive::Key &key) {
   ValueMap values;
-  for (const HiveValue &listed : hive.Values(key)) {
+  for (const HiveValue &listed : machine::HiveHooks::Values(hive, key)) {
     HiveValue value;
     const Hive::Found found = hive.ReadValue(key, listed.name, value);
     REQUIRE(found != Hive::Found::No && text::SameName(value.name, listed.name));
