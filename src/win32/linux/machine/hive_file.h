@@ -33,9 +33,15 @@ public:
   // Changes with every load: keys of another generation are gone.
   uint64_t Generation() const { return generation; }
 
-  // Applies an edit to the content, as the file holds it at that moment, and replaces the file, with the machine locked
-  // all the while. An edit that answers another code than ERROR_SUCCESS, or false by `changed`, is not written. Where
-  // the file can't be replaced, the content is again what the file holds.
+  // Changes the hive and replaces its file, with the machine locked all the while:
+  //
+  //   file.Edit([&](Hive &hive, bool &) -> LSTATUS {
+  //     hive.WriteValue(*hive.Create(hive.Root(), u"Software\\Mine"), value);
+  //     return ERROR_SUCCESS;
+  //   });
+  //
+  // The edit gets the content as the file holds it at that moment. If it answers another code than ERROR_SUCCESS, or
+  // false by `changed`, nothing is written. Where the file can't be replaced, the content is again what the file holds.
   using EditFunction = std::function<LSTATUS(Hive &hive, bool &changed)>;
   LSTATUS Edit(const EditFunction &edit);
 
