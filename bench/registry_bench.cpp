@@ -16,7 +16,7 @@ constexpr const char *AccountsKey = "Software\\Microsoft\\Internet Account Manag
 
 void ReadValue(benchmark::State &state) {
   const ScratchMachine machine;
-  WriteValues(HKEY_CURRENT_USER, AccountsKey, {{"Server", "pop.example"}});
+  WriteValuesFullAccess(HKEY_CURRENT_USER, AccountsKey, {{"Server", "pop.example"}});
   char text[RegistryTextSize];
   for (auto _ : state) {
     HKEY key = nullptr;

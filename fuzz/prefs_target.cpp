@@ -24,7 +24,8 @@ constexpr const char *PrefsFile = "Users/profile/prefs.js";
 struct ProfileMachine : ScratchMachine {
   ProfileMachine() {
     std::filesystem::create_directories(Drive() / "Users/profile");
-    WriteValues(HKEY_CURRENT_USER, "Software\\Netscape\\Netscape Navigator\\Main", {{"Install Directory", {"C:"}}});
+    WriteValuesFullAccess(HKEY_CURRENT_USER, "Software\\Netscape\\Netscape Navigator\\Main",
+                          {{"Install Directory", {"C:"}}});
   }
 };
 const ProfileMachine Machine;
@@ -47,26 +48,26 @@ struct PlainPrefs {
     size_t begin, needle, end;
   };
   std::optional<Span> Find(const std::string &needle) const {
-    const size_t place = text.find(needle);
-    const size_t end = text.find('\n', place);
-    if (place == std::string::npos || end == std::string::npos)
+    const size_t position = text.find(needle);
+    const size_t end = text.find('\n', position);
+    if (position == std::string::npos || end == std::string::npos)
       return std::nullopt;
-    const size_t before = text.rfind('\n', place);
+    const size_t before = text.rfind('\n', position);
     const size_t begin = before == std::string::npos ? 0 : before;
-    return place - begin > 1024 ? std::nullopt : std::optional<Span>({begin, place, end});
+    return position - begin > 1024 ? std::nullopt : std::optional<Span>({begin, position, end});
   }
-  void Insert(size_t place, const std::string &line) {
+  void Insert(size_t position, const std::string &line) {
     if (text.size() + line.size() > PrefsCapacity)
       whole = false;
     else
-      text.insert(place, line);
+      text.insert(position, line);
   }
   std::optional<std::string> Value(const std::string &needle) const {
-    size_t place = text.find(needle);
-    for (int quotes = 0; quotes < 2 && place != std::string::npos; ++quotes)
-      place = text.find('"', place) == std::string::npos ? std::string::npos : text.find('"', place) + 1;
-    const size_t end = place == std::string::npos ? place : text.find('"', place);
-    return end == std::string::npos ? std::nullopt : std::optional(text.substr(place, end - place));
+    size_t position = text.find(needle);
+    for (int quotes = 0; quotes < 2 && position != std::string::npos; ++quotes)
+      position = text.find('"', position) == std::string::npos ? std::string::npos : text.find('"', position) + 1;
+    const size_t end = position == std::string::npos ? position : text.find('"', position);
+    return end == std::string::npos ? std::nullopt : std::optional(text.substr(position, end - position));
   }
 };
 
@@ -140,8 +141,8 @@ void Operate(PrefsText &prefs, PlainPrefs &plain, FuzzedDataProvider &input) {
   }
   case 3: {
     const std::string line = TakeText(input, 400);
-    const size_t place = plain.text.find(needle);
-    const size_t end = place == std::string::npos ? place : plain.text.find('\n', place);
+    const size_t position = plain.text.find(needle);
+    const size_t end = position == std::string::npos ? position : plain.text.find('\n', position);
     REQUIRE(InsertPrefLine(needle.c_str(), prefs, line.c_str()) == (end != std::string::npos));
     if (end != std::string::npos)
       plain.Insert(end + 1, line);

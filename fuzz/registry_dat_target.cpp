@@ -17,7 +17,8 @@ constexpr const char *Path = "C:\\registry.dat";
 bool IsString(const ProfileRegistryNode &node) { return node.type == ProfileRegistryNode::StringType; }
 bool IsKey(const ProfileRegistryNode &node) { return node.type == ProfileRegistryNode::KeyType; }
 
-// Has every record that the chains lead to know its place and its key, so that more files are sound than by chance.
+// Has every record that the chains lead to know its own offset and its key, so that more files are sound than by
+// chance.
 void Mend(std::string &file) {
   constexpr size_t Type = 10, Left = 12, Down = 16, Value = 20, Parent = 28, RecordSize = 32;
   std::vector<std::pair<uint32_t, uint32_t>> ahead = {{ProfileRegistry::RootOffset, 0}};
@@ -28,9 +29,9 @@ void Mend(std::string &file) {
       continue;
     char *const record = file.data() + offset;
     const auto next = [&](size_t field) {
-      uint32_t place = 0;
-      std::memcpy(&place, record + field, sizeof place);
-      return place;
+      uint32_t linked = 0;
+      std::memcpy(&linked, record + field, sizeof linked);
+      return linked;
     };
     std::memcpy(record, &offset, sizeof offset);
     std::memcpy(record + Parent, &parent, sizeof parent);
@@ -42,7 +43,7 @@ void Mend(std::string &file) {
   }
 }
 
-// FindChild without its index of names.
+// What FindChild answers, by the fields of the nodes alone.
 int32_t Scan(const ProfileRegistry &registry, int32_t parent, const std::string &name, bool wantKey) {
   for (int32_t index = 1; index < registry.NodeCount(); ++index) {
     const ProfileRegistryNode &node = registry.Node(index);
@@ -101,21 +102,21 @@ std::map<uint32_t, std::string> Edit(ProfileRegistry &registry, FuzzedDataProvid
     return std::string(input.ConsumeIntegralInRange<size_t>(0, 40), input.ConsumeIntegralInRange('a', 'z'));
   };
   for (int number = input.ConsumeIntegralInRange(1, 8); number > 0; --number) {
-    const int32_t place = input.ConsumeIntegralInRange(-1, registry.NodeCount());
-    const bool isKey = place >= 0 && place < registry.NodeCount() && IsKey(registry.Node(place));
+    const int32_t parent = input.ConsumeIntegralInRange(-1, registry.NodeCount());
+    const bool isKey = parent >= 0 && parent < registry.NodeCount() && IsKey(registry.Node(parent));
     const bool addsKey = input.ConsumeBool();
     const std::string name = text();
     const std::string value = addsKey ? "" : text();
     const uint32_t length = registry.ImageLength();
-    const int32_t index = addsKey ? registry.AddKey(place, name) : registry.SetValue(place, name, value);
+    const int32_t index = addsKey ? registry.AddKey(parent, name) : registry.SetValue(parent, name, value);
     // An existing key is found whatever its name.
     const bool fits = isKey && !name.empty() && name.size() <= Longest && value.size() <= Longest;
-    REQUIRE((index >= 0) == fits || (addsKey && index >= 0 && index == registry.FindChild(place, name, 1)));
+    REQUIRE((index >= 0) == fits || (addsKey && index >= 0 && index == registry.FindChild(parent, name, 1)));
     if (index < 0) {
       REQUIRE(registry.ImageLength() == length);
       continue;
     }
-    REQUIRE(index == Scan(registry, place, name, addsKey) && registry.Node(index).value == value);
+    REQUIRE(index == Scan(registry, parent, name, addsKey) && registry.Node(index).value == value);
     if (!addsKey)
       edited[registry.Node(index).location] = value;
   }

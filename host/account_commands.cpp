@@ -12,10 +12,10 @@
 
 namespace {
 
-// An account's texts, by their place in the plain exports' array. Positions 4 and 5 are SMTP and POP host for mail,
+// An account's texts, by their index in the plain exports' array. Indexes 4 and 5 are SMTP and POP host for mail,
 // host and display name of the server for news.
 constexpr size_t TextCount = 8;
-enum Position : size_t { User, Name, Title, Reserved, FirstServer, SecondServer, Address, Connection };
+enum TextIndex : size_t { User, Name, Title, Reserved, FirstServer, SecondServer, Address, Connection };
 
 constexpr int Communicator = 1; // as a client index
 
@@ -37,14 +37,13 @@ struct Family {
   const char *option; // that chooses it
   SearchExport search;
   SetupExport setup;
-  std::vector<Position> positions;
-  std::vector<Position> matched;
+  std::vector<TextIndex> indexes;
+  std::vector<TextIndex> matched;
 };
 
-const std::vector<Position> AllPositions = {User,        Name,         Title,   Reserved,
-                                            FirstServer, SecondServer, Address, Connection};
-const Family PlainMail = {"", IsExistMailAccount, SetupMailAccount, AllPositions, {Title}};
-const Family PlainNews = {"", IsExistNewsAccount, SetupNewsAccount, AllPositions, {Title, SecondServer}};
+const std::vector<TextIndex> AllTexts = {User, Name, Title, Reserved, FirstServer, SecondServer, Address, Connection};
+const Family PlainMail = {"", IsExistMailAccount, SetupMailAccount, AllTexts, {Title}};
+const Family PlainNews = {"", IsExistNewsAccount, SetupNewsAccount, AllTexts, {Title, SecondServer}};
 const Family ZuvioMail = {"--zuvio", IsExistZuvioMailAccount, SetupZuvioMailAccount, {User, Name, Address}, {User}};
 const Family ZuvioNews = {"--zuvio", IsExistZuvioNewsAccount, SetupZuvioNewsAccount, {User, Name, Address}, {User}};
 const Family KermMail = {"--kerm",
@@ -98,27 +97,27 @@ const Family &ChosenFamily(const Kind &kind, const Options &options) {
   return options.zuvio ? ZuvioMail : options.kerm ? KermMail : PlainMail;
 }
 
-bool Has(const std::vector<Position> &positions, Position position) {
-  return std::ranges::find(positions, position) != positions.end();
+bool Has(const std::vector<TextIndex> &indexes, TextIndex index) {
+  return std::ranges::find(indexes, index) != indexes.end();
 }
 
 // A search needs what it finds an account by, and takes the rest too.
-bool IsNeeded(const Family &family, Position position, bool sets, int client) {
+bool IsNeeded(const Family &family, TextIndex index, bool sets, int client) {
   if (sets)
-    return Has(family.positions, position) && position != Reserved && position != Connection;
-  const bool unread = position == SecondServer && client == Communicator;
-  return Has(family.matched, position) && !unread;
+    return Has(family.indexes, index) && index != Reserved && index != Connection;
+  const bool unread = index == SecondServer && client == Communicator;
+  return Has(family.matched, index) && !unread;
 }
 
 // What the family needs must have been given, and nothing that it doesn't take.
 void CheckTexts(const Kind &kind, const Options &options, bool sets) {
   const Family &family = ChosenFamily(kind, options);
-  for (const Position position : AllPositions) {
-    const bool given = !options.texts[position].empty();
-    const std::string option = kind.texts[position].option;
-    if (given && !Has(family.positions, position))
+  for (const TextIndex index : AllTexts) {
+    const bool given = !options.texts[index].empty();
+    const std::string option = kind.texts[index].option;
+    if (given && !Has(family.indexes, index))
       throw UsageError(option + " doesn't go with " + family.option);
-    if (!given && IsNeeded(family, position, sets, options.client))
+    if (!given && IsNeeded(family, index, sets, options.client))
       throw UsageError(option + " is required");
   }
 }
@@ -126,8 +125,8 @@ void CheckTexts(const Kind &kind, const Options &options, bool sets) {
 // The array that the export takes: its texts, and the news server's number in place of a pointer.
 std::vector<const char *> ExportArray(const Family &family, const Options &options) {
   std::vector<const char *> array;
-  for (const Position position : family.positions)
-    array.push_back(options.texts[position].c_str());
+  for (const TextIndex index : family.indexes)
+    array.push_back(options.texts[index].c_str());
   if (family.search == IsExistZuvioNewsAccount)
     array.push_back(reinterpret_cast<const char *>(static_cast<intptr_t>(options.server)));
   array.push_back(nullptr); // no account of the original domain
@@ -145,9 +144,9 @@ Outcome Search(const Kind &kind, const Options &options) {
 
 void CheckPreferences(const Kind &kind, const Options &options) {
   std::vector<NamedText> texts;
-  for (const Position position : AllPositions)
-    if (kind.texts[position].isPreference)
-      texts.push_back({kind.texts[position].option, options.texts[position]});
+  for (const TextIndex index : AllTexts)
+    if (kind.texts[index].isPreference)
+      texts.push_back({kind.texts[index].option, options.texts[index]});
   CheckCommunicatorTexts(texts);
 }
 
@@ -166,9 +165,9 @@ void AddCommand(CLI::App &group, const Kind &kind, bool sets, Action &action, bo
            : group.add_subcommand("exists",
                                   std::string("Tells whether there is such an account, found by ") + kind.known);
   AddClientOption(*command, options->client)->required();
-  for (const Position position : AllPositions)
-    if (const Text &text = kind.texts[position]; *text.option != '\0')
-      AddTextOption(*command, text.option, options->texts[position], text.help);
+  for (const TextIndex index : AllTexts)
+    if (const Text &text = kind.texts[index]; *text.option != '\0')
+      AddTextOption(*command, text.option, options->texts[index], text.help);
   CLI::Option *const zuvio = command->add_flag("--zuvio", options->zuvio, "the service's own titles and servers");
   if (kind.news)
     command->add_option("--server", options->server, "with --zuvio: 1 forum, 2 second server")

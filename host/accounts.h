@@ -1,4 +1,5 @@
-// What a person wants to see after a set-up: every client, its accounts or profiles, and where their values stand.
+// Prints what a person wants to see after a set-up: every client, its accounts or profiles, and where their values
+// stand.
 #pragma once
 
 // Prints to the standard output, as text or as one JSON document.

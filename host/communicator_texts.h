@@ -1,6 +1,6 @@
-// What Communicator's preference file can hold. Its lines read user_pref("name", "text"); and nothing in a text is
-// escaped when it is written, but Communicator reads it back as a string of JavaScript, byte by byte:
-// a quote ends it, and a backslash's byte, which in code page 932 also ends 表 and 能, changes the byte behind it.
+// Which texts Communicator's preference file can hold. Its lines read user_pref("name", "text"); where nothing in the
+// text is escaped. But Communicator reads the text as a string of JavaScript, byte by byte: a quote ends it, and the
+// byte of a backslash, which in code page 932 is also the last one of 表 and 能, changes what the byte behind it means.
 #pragma once
 
 #include <string>
@@ -11,6 +11,6 @@ struct NamedText {
   std::string text; // in the system's code page
 };
 
-// Throws UsageError for a text that would cost Communicator the lines behind it; `where`, if any, begins its message.
-// Warns on the standard error of each text that Communicator would read back as another.
+// Throws UsageError for a text that would make the rest of the file unreadable to Communicator; `where`, if any, begins
+// its message. Warns on the standard error of each text that Communicator would read as another.
 void CheckCommunicatorTexts(const std::vector<NamedText> &texts, const std::string &where = "");

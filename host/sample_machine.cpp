@@ -1,9 +1,15 @@
 #include "sample_machine.h"
 
+#include "clients/communicator/communicator_layout.h"
+#include "clients/external_mailer_layout.h"
 #include "clients/file_queries.h"
+#include "clients/netscape6/netscape6_layout.h"
+#include "clients/outlook_express/outlook_express_layout.h"
+#include "clients/profile_prefs.h"
 #include "clients/registry_key.h"
+#include "clients/service_names.h"
+#include "clients/windows_layout.h"
 #include "platform.h"
-#include "registry_view.h"
 #include "samples/programs.h"
 #include "stores/file_handle.h"
 #include "stores/profile_registry.h"
@@ -13,92 +19,109 @@
 #include <fstream>
 #include <iterator>
 #include <string_view>
+#include <variant>
+
+namespace oe = outlook_express;
+namespace nc = communicator;
+namespace n6 = netscape6;
 
 const std::vector<std::string> SampleClients = {"oe4", "oe5", "communicator", "netscape6", "mailer"};
 
 namespace {
 
-// A value of the sample machine, entered with one of the clients; a null text is a number.
+// Folders of the samples. For the first two the machine may have others, which are then taken.
+const std::string ProgramFiles = "%ProgramFiles%";
+const std::string AppData = "C:\\WINDOWS\\Application Data";
+const std::string DefaultProgramFiles = "C:\\Program Files";
+const std::string CommunicatorFolder = DefaultProgramFiles + "\\Netscape\\Communicator";
+const std::string MailerFolder = external_mailer::SampleFolder;
+
+const std::string Account = oe::AccountKey("00000001");
+const std::string OutlookExpressProgram = ProgramFiles + "\\Outlook Express\\" + oe::Program.file;
+
+const std::string Profile = "home";
+const std::string ProfileFolder = nc::ProfileDirectory(CommunicatorFolder, Profile);
+const std::string CommunicatorProgram = CommunicatorFolder + "\\Program\\" + nc::Program.file;
+constexpr const char *PopServer = "pop.company.example";
+
+const std::string MozillaProfile = n6::ProfileFolder(AppData, "default") + "\\4x7q2k1m.slt";
+const std::string Netscape6Program = DefaultProgramFiles + "\\Netscape\\Netscape 6\\" + n6::Program.file;
+
+constexpr const char *PluginFile = "sample_mailer.dll";
+
+// A value of the sample machine, entered with one of the clients; "oe" stands for either version.
 struct SampleValue {
   const char *client;
   HKEY root;
-  const char *key;
+  std::string key;
   const char *name;
-  const char *text;
-  DWORD number;
+  std::variant<std::string, DWORD> data;
 };
-
-#define ACCOUNT_MANAGER "Software\\Microsoft\\Internet Account Manager"
-#define ACCOUNT ACCOUNT_MANAGER "\\Accounts\\00000001"
-#define NAVIGATOR "Software\\Netscape\\Netscape Navigator"
-#define CURRENT_VERSION "SOFTWARE\\Microsoft\\Windows\\CurrentVersion"
-#define APP_PATHS CURRENT_VERSION "\\App Paths\\"
-#define PROGRAM_FILES "%ProgramFiles%"
-#define DEFAULT_PROGRAM_FILES "C:\\Program Files"
-#define COMMUNICATOR_FOLDER "C:\\Program Files\\Netscape\\Communicator"
-#define PROFILE_FOLDER COMMUNICATOR_FOLDER "\\Users\\home"
-#define APP_DATA "C:\\WINDOWS\\Application Data"
-#define MOZILLA APP_DATA "\\Mozilla"
-#define MOZILLA_PROFILE MOZILLA "\\Users50\\default\\4x7q2k1m.slt"
-#define MAILER_FOLDER "C:\\Program Files\\Harveld\\SampleMailer"
-#define NETSCAPE6_PROGRAM "C:\\Program Files\\Netscape\\Netscape 6\\Netscp6.exe"
-#define SHELL_FOLDERS "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\"
-#define IDENTITY "{5B8E2F40-1C11-4D5A-9E0B-7A6D3C2F1E00}"
-
 const SampleValue Values[] = {
-    {"oe4", HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Outlook Express", "MediaVer", "4,72,3110,0", 0},
-    {"oe5", HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Outlook Express", "MediaVer", "5,50,4522,1200", 0},
-    {"oe5", HKEY_CURRENT_USER, "Identities", "Default User ID", IDENTITY, 0},
-    {"oe", HKEY_LOCAL_MACHINE, APP_PATHS "msimn.exe", nullptr, PROGRAM_FILES "\\Outlook Express\\msimn.exe", 0},
-    {"oe", HKEY_LOCAL_MACHINE, CURRENT_VERSION, "ProgramFilesDir", DEFAULT_PROGRAM_FILES, 0},
-    {"oe", HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Explorer\\Main", "Start Page", "http://old.example/", 0},
-    {"oe", HKEY_CURRENT_USER, ACCOUNT_MANAGER, "Account Name", nullptr, 2},
-    {"oe", HKEY_CURRENT_USER, ACCOUNT_MANAGER, "Default Mail Account", "00000001", 0},
-    {"oe", HKEY_CURRENT_USER, ACCOUNT, "Account Name", "会社のメール", 0},
-    {"oe", HKEY_CURRENT_USER, ACCOUNT, "POP3 Server", "pop.company.example", 0},
-    {"oe", HKEY_CURRENT_USER, ACCOUNT, "POP3 User Name", "yamada", 0},
-    {"oe", HKEY_CURRENT_USER, ACCOUNT, "SMTP Server", "smtp.company.example", 0},
-    {"oe", HKEY_CURRENT_USER, ACCOUNT, "SMTP Email Address", "yamada@company.example", 0},
-    {"oe", HKEY_CURRENT_USER, ACCOUNT, "SMTP Display Name", "山田 太郎", 0},
-    {"oe", HKEY_CURRENT_USER, ACCOUNT, "Connection Type", nullptr, 2},
-    {"oe", HKEY_CURRENT_USER, ACCOUNT, "Connectoid", "@zuvioダイヤラ", 0},
-    {"communicator", HKEY_LOCAL_MACHINE, NAVIGATOR, "CurrentVersion", "4.75", 0},
-    {"communicator", HKEY_LOCAL_MACHINE, "SOFTWARE\\Netscape\\Conference", "CurrentVersion", "4.75 [ja]", 0},
-    {"communicator", HKEY_LOCAL_MACHINE, APP_PATHS "NETSCAPE.EXE", nullptr,
-     COMMUNICATOR_FOLDER "\\Program\\NETSCAPE.EXE", 0},
-    {"communicator", HKEY_CURRENT_USER, NAVIGATOR "\\Main", "Install Directory", COMMUNICATOR_FOLDER, 0},
-    {"communicator", HKEY_LOCAL_MACHINE, NAVIGATOR "\\Users\\home", "DirRoot", PROFILE_FOLDER, 0},
-    {"communicator", HKEY_LOCAL_MACHINE, NAVIGATOR "\\Users\\home", "EmailAddr", "yamada@company.example", 0},
-    {"communicator", HKEY_LOCAL_MACHINE, NAVIGATOR "\\Users\\home", "UserName", "山田 太郎", 0},
-    {"communicator", HKEY_CURRENT_USER, NAVIGATOR "\\biff\\users\\home", "defaultServer", "pop.company.example", 0},
-    {"communicator", HKEY_CURRENT_USER, NAVIGATOR "\\biff\\users\\home\\servers\\pop.company.example", "popstatePath",
-     PROFILE_FOLDER "\\mail\\popstate.dat", 0},
-    {"netscape6", HKEY_LOCAL_MACHINE, "SOFTWARE\\Netscape\\Netscape 6", "CurrentVersion", "6.2 (ja)", 0},
-    {"netscape6", HKEY_LOCAL_MACHINE, APP_PATHS "Netscp6.exe", nullptr, NETSCAPE6_PROGRAM, 0},
-    {"netscape6", HKEY_CURRENT_USER, SHELL_FOLDERS "Shell Folders", "AppData", APP_DATA, 0},
-    {"netscape6", HKEY_CURRENT_USER, SHELL_FOLDERS "User Shell Folders", "AppData", APP_DATA, 0},
-    {"mailer", HKEY_LOCAL_MACHINE, "SOFTWARE\\Harveld\\@zuvioSetup", "InstPath", MAILER_FOLDER, 0},
-    {"mailer", HKEY_LOCAL_MACHINE, "SOFTWARE\\Harveld\\@zuvioSetup", "ProgramName", "sample_mailer.dll", 0},
+    {"oe4", HKEY_LOCAL_MACHINE, oe::ProductKey, oe::Program.versionValue, "4,72,3110,0"},
+    {"oe5", HKEY_LOCAL_MACHINE, oe::ProductKey, oe::Program.versionValue, "5,50,4522,1200"},
+    {"oe5", HKEY_CURRENT_USER, oe::IdentitiesKey, oe::DefaultIdentityValue, "{5B8E2F40-1C11-4D5A-9E0B-7A6D3C2F1E00}"},
+    {"oe", HKEY_LOCAL_MACHINE, ProgramKey(oe::Program.file), nullptr, OutlookExpressProgram},
+    {"oe", HKEY_LOCAL_MACHINE, WindowsKey, ProgramFilesValue, DefaultProgramFiles},
+    {"oe", HKEY_CURRENT_USER, oe::BrowserKey, oe::StartPageValue, "http://old.example/"},
+    {"oe", HKEY_CURRENT_USER, oe::ManagerKey, oe::AccountNameValue, DWORD{2}},
+    {"oe", HKEY_CURRENT_USER, oe::ManagerKey, oe::DefaultMailAccountValue, "00000001"},
+    {"oe", HKEY_CURRENT_USER, Account, oe::AccountNameValue, "会社のメール"},
+    {"oe", HKEY_CURRENT_USER, Account, oe::Pop3ServerValue, PopServer},
+    {"oe", HKEY_CURRENT_USER, Account, oe::Pop3UserValue, "yamada"},
+    {"oe", HKEY_CURRENT_USER, Account, oe::SmtpServerValue, "smtp.company.example"},
+    {"oe", HKEY_CURRENT_USER, Account, oe::SmtpAddressValue, "yamada@company.example"},
+    {"oe", HKEY_CURRENT_USER, Account, oe::SmtpSenderValue, "山田 太郎"},
+    {"oe", HKEY_CURRENT_USER, Account, oe::ConnectionTypeValue, DWORD{oe::DialUpConnection}},
+    {"oe", HKEY_CURRENT_USER, Account, oe::ConnectoidValue, ServiceConnectionName},
+    // Where this makes the key "Software", it is spelled as below HKEY_CURRENT_USER.
+    {"communicator", HKEY_LOCAL_MACHINE, nc::SettingsKey, CurrentVersionValue, "4.75"},
+    {"communicator", HKEY_LOCAL_MACHINE, nc::Program.versionKey, nc::Program.versionValue, "4.75 [ja]"},
+    {"communicator", HKEY_LOCAL_MACHINE, ProgramKey(nc::Program.file), nullptr, CommunicatorProgram},
+    {"communicator", HKEY_CURRENT_USER, nc::MainKey, nc::InstallDirectoryValue, CommunicatorFolder},
+    {"communicator", HKEY_LOCAL_MACHINE, nc::UserKey(Profile), nc::DirectoryValue, ProfileFolder},
+    {"communicator", HKEY_LOCAL_MACHINE, nc::UserKey(Profile), nc::AddressValue, "yamada@company.example"},
+    {"communicator", HKEY_LOCAL_MACHINE, nc::UserKey(Profile), nc::SenderValue, "山田 太郎"},
+    {"communicator", HKEY_CURRENT_USER, nc::BiffUserKey(Profile), nc::DefaultServerValue, PopServer},
+    {"communicator", HKEY_CURRENT_USER, nc::BiffServerKey(Profile, PopServer), nc::MailboxStateValue,
+     ProfileFolder + nc::MailboxStateFile},
+    {"netscape6", HKEY_LOCAL_MACHINE, n6::ProductKey, CurrentVersionValue, "6.2 (ja)"},
+    {"netscape6", HKEY_LOCAL_MACHINE, ProgramKey(n6::Program.file), nullptr, Netscape6Program},
+    {"netscape6", HKEY_CURRENT_USER, ShellFoldersKey, AppDataValue, AppData},
+    {"netscape6", HKEY_CURRENT_USER, UserShellFoldersKey, AppDataValue, AppData},
+    {"mailer", HKEY_LOCAL_MACHINE, external_mailer::PluginKey, external_mailer::FolderValue, MailerFolder},
+    {"mailer", HKEY_LOCAL_MACHINE, external_mailer::PluginKey, external_mailer::FileValue, PluginFile},
 };
+
+// The lines of preferences, with the given line end.
+std::string Prefs(std::initializer_list<PrefLine> prefs, const char *lineEnd) {
+  std::string lines;
+  for (const PrefLine &pref : prefs) {
+    lines += LineText(pref);
+    lines.replace(lines.size() - 1, 1, lineEnd);
+  }
+  return lines;
+}
+const PrefLine OldStartPage = {nc::StartPagePref, QuotedPref("http://old.example/")};
 
 struct SampleFile {
   const char *client; // empty: on every machine
-  const char *path;
-  std::string_view bytes;
+  std::string path;
+  std::string bytes;
 };
 const SampleFile Files[] = {
-    {"oe", PROGRAM_FILES "\\Outlook Express\\msimn.exe", sample_programs::outlook_express},
-    {"communicator", COMMUNICATOR_FOLDER "\\Program\\NETSCAPE.EXE", sample_programs::communicator},
-    {"communicator", PROFILE_FOLDER "\\prefs.js",
-     "// Netscape User Preferences\r\n// This is a generated file!  Do not edit.\r\n\r\n"
-     "user_pref(\"browser.startup.homepage\", \"http://old.example/\");\r\n"
-     "user_pref(\"mail.identity.useremail\", \"yamada@company.example\");\r\n"
-     "user_pref(\"mail.identity.username\", \"山田 太郎\");\r\n"
-     "user_pref(\"mail.pop_name\", \"yamada\");\r\n"},
-    {"netscape6", NETSCAPE6_PROGRAM, sample_programs::netscape6},
-    {"netscape6", MOZILLA_PROFILE "\\prefs.js",
-     "# Mozilla User Preferences\n\nuser_pref(\"browser.startup.homepage\", \"http://old.example/\");\n"},
-    {"mailer", MAILER_FOLDER "\\mailer.exe", sample_programs::mailer},
+    {"oe", OutlookExpressProgram, std::string(sample_programs::outlook_express)},
+    {"communicator", CommunicatorProgram, std::string(sample_programs::communicator)},
+    {"communicator", PrefsPath(ProfileFolder),
+     "// Netscape User Preferences\r\n// This is a generated file!  Do not edit.\r\n\r\n" +
+         Prefs({OldStartPage,
+                {nc::AddressPref, QuotedPref("yamada@company.example")},
+                {nc::SenderPref, QuotedPref("山田 太郎")},
+                {nc::UserPref, QuotedPref("yamada")}},
+               "\r\n")},
+    {"netscape6", Netscape6Program, std::string(sample_programs::netscape6)},
+    {"netscape6", PrefsPath(MozillaProfile), "# Mozilla User Preferences\n\n" + Prefs({OldStartPage}, "\n")},
+    {"mailer", Below(MailerFolder, external_mailer::SampleProgram), std::string(sample_programs::mailer)},
     {"", "C:\\Program Files\\Zuvio\\service.ini",
      "[MAIL_SERVER]\r\nserver_max=2\r\n"
      "disp1=mail.zuvio.example\r\npop1=pop.zuvio.example\r\nsmtp1=smtp.zuvio.example\r\n"
@@ -111,35 +134,38 @@ const SampleFile Files[] = {
 
 // A value that is there stays: the machine may be a Wine prefix that somebody uses.
 bool EnterValue(const SampleValue &value) {
-  if (ShownValue(value.root, value.key, value.name))
+  if (ReadAnyValue(value.root, value.key.c_str(), value.name))
     return true;
   RegistryKey key;
-  const int32_t entered = value.text != nullptr ? key.WriteValue(value.root, value.key, value.name, REG_SZ, value.text,
-                                                                 static_cast<DWORD>(std::strlen(value.text) + 1))
-                                                : key.WriteValue(value.root, value.key, value.name, REG_DWORD,
-                                                                 &value.number, sizeof value.number);
-  return entered != 0;
+  const auto write = [&](DWORD type, const void *data, size_t size) {
+    return key.WriteValue(value.root, value.key.c_str(), value.name, type, data, static_cast<DWORD>(size)) != 0;
+  };
+  if (const auto *text = std::get_if<std::string>(&value.data))
+    return write(REG_SZ, text->c_str(), text->size() + 1);
+  return write(REG_DWORD, &std::get<DWORD>(value.data), sizeof(DWORD));
 }
 
-// A folder that each machine has in a place of its own, which a value tells.
+// A folder that isn't the same on every machine; a value tells it.
 struct MachineFolder {
-  std::string_view sample; // as it is in the samples' paths
+  const std::string &sample; // as it is in the samples' paths
   HKEY root;
   const char *key;
   const char *name;
-  const char *fallback;
+  const std::string &fallback;
 };
 const MachineFolder MachineFolders[] = {
-    {APP_DATA, HKEY_CURRENT_USER, SHELL_FOLDERS "Shell Folders", "AppData", APP_DATA},
-    {PROGRAM_FILES, HKEY_LOCAL_MACHINE, CURRENT_VERSION, "ProgramFilesDir", DEFAULT_PROGRAM_FILES},
+    {AppData, HKEY_CURRENT_USER, ShellFoldersKey, AppDataValue, AppData},
+    {ProgramFiles, HKEY_LOCAL_MACHINE, WindowsKey, ProgramFilesValue, DefaultProgramFiles},
 };
 
 // Where the machine has what the samples have at a path.
 std::string Placed(const std::string &path) {
   for (const MachineFolder &folder : MachineFolders)
-    if (path.starts_with(folder.sample))
-      return ShownValue(folder.root, folder.key, folder.name).value_or(folder.fallback) +
-             path.substr(folder.sample.size());
+    if (path.starts_with(folder.sample)) {
+      std::string own;
+      const bool found = ReadStringValue(folder.root, folder.key, folder.name, own) != 0;
+      return (found ? own : folder.fallback) + path.substr(folder.sample.size());
+    }
   return path;
 }
 
@@ -162,7 +188,7 @@ bool EnterFile(const std::string &samplePath, const std::string &bytes) {
   return WriteWholeFile(path.c_str(), GENERIC_WRITE, bytes);
 }
 
-// Whether the entry belongs to one of the clients; "oe" stands for either version.
+// Whether an entry of the client is among what is wanted.
 bool IsWanted(const std::string &client, const std::vector<std::string> &clients) {
   return std::ranges::any_of(clients, [&](const std::string &wanted) {
     return client.empty() || client == wanted || (client == "oe" && wanted.starts_with("oe"));
@@ -175,14 +201,14 @@ std::string InstallPlugin() {
   const std::string bytes{std::istreambuf_iterator<char>(file), {}};
   if (bytes.empty())
     return plugin.string() + ": the sample plug-in can't be read";
-  return EnterFile(MAILER_FOLDER "\\sample_mailer.dll", bytes) ? "" : "the sample plug-in can't be written";
+  return EnterFile(Below(MailerFolder, PluginFile), bytes) ? "" : "the sample plug-in can't be written";
 }
 
 // A profile registry with one profile, in the order in which the client makes its entries. One that lists profiles
 // already stays.
 std::string InstallProfileRegistry() {
   constexpr size_t LengthOffset = 8;
-  const std::string path = Placed(MOZILLA "\\registry.dat");
+  const std::string path = Placed(n6::RegistryDatPath(AppData));
   // Magic number, version 1.2, the file's length, the root's offset; the root's name, and the root itself.
   std::string file("ADdv\1\0\2\0\0\0\0\0\x82\0\0\0", 16);
   file.resize(128);
@@ -192,31 +218,28 @@ std::string InstallProfileRegistry() {
   if (!EnterFile(path, file) || !registry.Open(path))
     return path + ": the profile registry can't be made";
   registry.Parse();
-  if (registry.FindPath("Common\\Profiles", "") >= 0)
+  if (registry.FindPath(n6::ProfilesPath, "") >= 0)
     return {};
   registry.AddKey(0, "Users");
-  const int32_t profiles = registry.AddKey(registry.AddKey(0, "Common"), "Profiles");
+  const int32_t profiles = registry.AddKey(registry.AddKey(0, n6::CommonKey), n6::ProfilesKey);
   registry.AddKey(0, "Version Registry");
   registry.AddKey(0, "Private Arenas");
-  registry.SetValue(profiles, "CurrentProfile", "default");
+  registry.SetValue(profiles, n6::CurrentProfileValue, "default");
   registry.SetValue(profiles, "Version", "1.0");
   registry.SetValue(profiles, "HavePregInfo", "no");
   const int32_t profile = registry.AddKey(profiles, "default");
-  registry.SetValue(profile, "migrated", "yes");
-  registry.SetValue(profile, "directory", Placed(MOZILLA_PROFILE));
+  registry.SetValue(profile, n6::MigratedValue, "yes");
+  registry.SetValue(profile, n6::DirectoryValue, Placed(MozillaProfile));
   const uint32_t length = registry.ImageLength();
-  const auto saved = registry.Save() ? FileBytes(path) : std::nullopt;
-  if (!saved)
+  if (!registry.Save() || !ReadWholeFile(OpenFileAlone(path.c_str(), GENERIC_READ, OPEN_EXISTING), length, file))
     return path + ": the profile registry can't be written";
-  file = *saved;
   std::memcpy(&file[LengthOffset], &length, sizeof length);
   return WriteWholeFile(path.c_str(), GENERIC_WRITE, file) ? "" : path + ": the profile registry can't be written";
 }
 
 // The entry of a client that is on the machine already; empty if none is.
 std::string EarlierClient() {
-  for (const char *key : {"SOFTWARE\\Netscape\\Netscape Navigator", "SOFTWARE\\Netscape\\Netscape 6",
-                          "SOFTWARE\\Microsoft\\Outlook Express", "SOFTWARE\\Harveld\\@zuvioSetup"})
+  for (const char *key : {nc::ProductKey, n6::ProductKey, oe::ProductKey, external_mailer::PluginKey})
     if (KeyReadable(HKEY_LOCAL_MACHINE, key))
       return key;
   return {};
@@ -228,14 +251,14 @@ std::string InstallSamples(const std::vector<std::string> &clients) {
   if (const std::string key = EarlierClient(); !key.empty())
     return platform::MachineName() + ": there is a client already, HKEY_LOCAL_MACHINE\\" + key;
   for (const SampleFile &file : Files)
-    if (IsWanted(file.client, clients) && !EnterFile(file.path, std::string(file.bytes)))
-      return std::string(file.path) + ": the file can't be written";
-  std::string problem = IsWanted("netscape6", clients) ? InstallProfileRegistry() : "";
-  if (problem.empty() && IsWanted("mailer", clients))
-    problem = InstallPlugin();
-  // Last, since what the registry names counts as installed, and as no place for a sample machine.
+    if (IsWanted(file.client, clients) && !EnterFile(file.path, file.bytes))
+      return file.path + ": the file can't be written";
+  std::string error = IsWanted("netscape6", clients) ? InstallProfileRegistry() : "";
+  if (error.empty() && IsWanted("mailer", clients))
+    error = InstallPlugin();
+  // Last: what the registry names counts as installed, and a machine with clients can't become a sample machine.
   for (const SampleValue &value : Values)
-    if (problem.empty() && IsWanted(value.client, clients) && !EnterValue(value))
-      problem = std::string(value.key) + ": the registry can't be written";
-  return problem;
+    if (error.empty() && IsWanted(value.client, clients) && !EnterValue(value))
+      error = value.key + ": the registry can't be written";
+  return error;
 }

@@ -1,5 +1,6 @@
 // The plug-in of a sample mailer: it keeps the account that it is handed in a text file of its own.
 #include "acctkit/acctkit.h"
+#include "clients/external_mailer_layout.h"
 #include "win32/win32.h"
 
 #include <cstdio>
@@ -8,10 +9,11 @@
 
 namespace {
 
-constexpr const char *SettingsFile = "C:\\Program Files\\Harveld\\SampleMailer\\settings.txt";
+std::string PathOf(const char *file) { return std::string(external_mailer::SampleFolder) + '\\' + file; }
 
 HANDLE OpenSettings(DWORD access, DWORD disposition) {
-  return CreateFileA(SettingsFile, access, 0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+  return CreateFileA(PathOf(external_mailer::SampleSettings).c_str(), access, 0, nullptr, disposition,
+                     FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
 } // namespace
@@ -22,7 +24,7 @@ ACCTKIT_API int32_t ACCTKIT_CALL GetMailerInfo(MailerInfo *info, int32_t size) {
   if (size != static_cast<int32_t>(sizeof *info))
     return 0;
   std::snprintf(info->name, sizeof info->name, "サンプルメーラー");
-  std::snprintf(info->path, sizeof info->path, "C:\\Program Files\\Harveld\\SampleMailer\\mailer.exe");
+  std::snprintf(info->path, sizeof info->path, "%s", PathOf(external_mailer::SampleProgram).c_str());
   return 1;
 }
 

@@ -33,10 +33,10 @@ struct NewsAccountSpec {
   int32_t serverIndex = 0;                    // 0 or 1
 
   // Of the server at `serverIndex`.
-  const std::string &Host() const { return newsHosts[Place()]; }
-  const std::string &ServerName() const { return newsServerNames[Place()]; }
-  bool IsServerOn() const { return newsServerOn[Place()] == 1; }
+  const std::string &Host() const { return newsHosts[Index()]; }
+  const std::string &ServerName() const { return newsServerNames[Index()]; }
+  bool IsServerOn() const { return newsServerOn[Index()] == 1; }
 
 private:
-  size_t Place() const { return serverIndex == 1 ? 1 : 0; }
+  size_t Index() const { return serverIndex == 1 ? 1 : 0; }
 };

@@ -1,5 +1,6 @@
 #include "clients/external_mailer.h"
 
+#include "clients/external_mailer_layout.h"
 #include "clients/file_queries.h"
 #include "clients/format.h"
 #include "clients/guarded.h"
@@ -18,8 +19,6 @@ static_assert(offsetof(MailEnvironment, mailAddress) == 1037 && offsetof(MailEnv
 static_assert(offsetof(MailEnvironment, smtpServer) == 1551);
 
 namespace {
-
-constexpr const char *PluginKey = "SOFTWARE\\Harveld\\@zuvioSetup";
 
 // Copies a text into a zeroed field; false if it doesn't fit with its terminator.
 template <size_t Size> bool Fill(char (&field)[Size], const std::string &text) {
@@ -50,16 +49,16 @@ int32_t ExternalMailer::LoadMailerLibrary() {
     return 0;
   std::string folder;
   std::string file;
-  if (!ReadStringValue(HKEY_LOCAL_MACHINE, PluginKey, "InstPath", folder) ||
-      !ReadStringValue(HKEY_LOCAL_MACHINE, PluginKey, "ProgramName", file))
+  if (!ReadStringValue(HKEY_LOCAL_MACHINE, external_mailer::PluginKey, external_mailer::FolderValue, folder) ||
+      !ReadStringValue(HKEY_LOCAL_MACHINE, external_mailer::PluginKey, external_mailer::FileValue, file))
     return 0;
-  module = LoadLibraryA(Format("%s\\%s", folder, file).c_str());
+  module = LoadLibraryA(Below(folder, file).c_str());
   if (module == nullptr)
     return 0;
   getMailerInfo = Resolve<GetMailerInfoEntry>(module, "GetMailerInfo");
   setMailEnvironment = Resolve<SetMailEnvironmentEntry>(module, "SetMailEnvironment");
   setCompleteFlag = Resolve<SetCompleteFlagEntry>(module, "SetCompleteFlag");
-  return getMailerInfo != nullptr && setMailEnvironment != nullptr && setCompleteFlag != nullptr ? 1 : 0;
+  return getMailerInfo != nullptr && setMailEnvironment != nullptr && setCompleteFlag != nullptr;
 }
 
 int32_t ExternalMailer::FreeMailerLibrary() {
@@ -79,20 +78,21 @@ int32_t ExternalMailer::SetMailEnvironment(const MailEnvironment &environment) c
 
 int32_t ExternalMailer::SetCompleteFlag() const { return Guarded(setCompleteFlag); }
 
-bool ExternalMailer::ReadMailerInfo(MailerInfo &info) {
+std::optional<MailerInfo> ExternalMailer::ReadMailerInfo() {
   if (!LoadMailerLibrary())
-    return false;
+    return std::nullopt;
+  MailerInfo info;
   const int32_t answer = Guarded([&] { return getMailerInfo(&info, sizeof info); });
   FreeMailerLibrary();
   // Whatever the plug-in left there, the texts end within their fields.
   info.name[sizeof info.name - 1] = '\0';
   info.path[sizeof info.path - 1] = '\0';
-  return answer == 1;
+  return answer == 1 ? std::optional(info) : std::nullopt;
 }
 
 int32_t ExternalMailer::IsInstall() {
-  MailerInfo info;
-  return ReadMailerInfo(info) ? PathExists(info.path) : 0;
+  const auto info = ReadMailerInfo();
+  return info && PathExists(info->path);
 }
 
 int32_t ExternalMailer::SetupAccount(const MailAccountSpec &spec, std::string &) {
@@ -101,39 +101,26 @@ int32_t ExternalMailer::SetupAccount(const MailAccountSpec &spec, std::string &)
     return 0;
   const int32_t answer = SetMailEnvironment(environment);
   FreeMailerLibrary();
-  return answer == 1 ? 1 : 0;
+  return answer == 1;
 }
 
-int32_t ExternalMailer::SetDefaultClient() { return 1; }
-
-int32_t ExternalMailer::IsExistAccount(const MailAccountSpec &, std::string &, std::string &) { return 0; }
-
-int32_t ExternalMailer::IsExistUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
-
-int32_t ExternalMailer::IsExistSecondUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
-
 int32_t ExternalMailer::GetClientName(std::string &name) {
-  MailerInfo info;
-  if (!ReadMailerInfo(info))
-    return 0;
-  name = info.name;
-  return 1;
+  const auto info = ReadMailerInfo();
+  if (info)
+    name = info->name;
+  return info.has_value();
 }
 
 int32_t ExternalMailer::GetClientPath(std::string &path) {
-  MailerInfo info;
-  if (!ReadMailerInfo(info))
-    return 0;
-  path = info.path;
-  return 1;
+  const auto info = ReadMailerInfo();
+  if (info)
+    path = info->path;
+  return info.has_value();
 }
 
 int32_t ExternalMailer::GetClientVersion(std::string &version) {
-  MailerInfo info;
-  if (!ReadMailerInfo(info))
-    return 0;
-  GetProductVersion(info.path, version);
-  return 1;
+  const auto info = ReadMailerInfo();
+  if (info)
+    GetProductVersion(info->path, version);
+  return info.has_value();
 }
-
-int32_t ExternalMailer::GetClientType() { return ClientExternalMailer; }

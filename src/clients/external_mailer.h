@@ -1,9 +1,11 @@
 // The external mailer: a mail client that is reached only through its plug-in, a library that the registry names. The
-// plug-in is loaded for the length of one operation; what it tells is copied.
+// plug-in is loaded for one operation at a time; what it tells is copied.
 #pragma once
 
 #include "acctkit/acctkit.h"
 #include "clients/mail_client.h"
+
+#include <optional>
 
 class ExternalMailer : public MailClient {
 public:
@@ -19,18 +21,18 @@ public:
   // too long for its field.
   int32_t SetupAccount(const MailAccountSpec &spec, std::string &key) override;
 
-  // What this client doesn't do: 1, and 0 for the three searches; the plug-in isn't loaded.
-  int32_t SetDefaultClient() override;
-  int32_t IsExistAccount(const MailAccountSpec &spec, std::string &key, std::string &message) override;
-  int32_t IsExistUser(const MailAccountSpec &spec, std::string &key, std::string &message) override;
-  int32_t IsExistSecondUser(const MailAccountSpec &spec, std::string &key, std::string &message) override;
+  // What this client doesn't do; the plug-in isn't loaded.
+  int32_t SetDefaultClient() override { return 1; }
+  int32_t IsExistAccount(const MailAccountSpec &, std::string &, std::string &) override { return 0; }
+  int32_t IsExistUser(const MailAccountSpec &, std::string &, std::string &) override { return 0; }
+  int32_t IsExistSecondUser(const MailAccountSpec &, std::string &, std::string &) override { return 0; }
 
   // The plug-in's texts; on 0 the argument stays as it was. The version is the product version of the mailer's file,
   // and the result is 1 also if there is none.
   int32_t GetClientName(std::string &name) override;
   int32_t GetClientPath(std::string &path) override;
   int32_t GetClientVersion(std::string &version) override;
-  int32_t GetClientType() override;
+  int32_t GetClientType() override { return ClientExternalMailer; }
 
   // 1 if the plug-in was loaded now and has all three entry points. One that lacks an entry point stays in memory, and
   // every later load answers 0, until it is freed.
@@ -38,14 +40,14 @@ public:
   // 1 if a plug-in was freed.
   int32_t FreeMailerLibrary();
 
-  // The entry points of a loaded plug-in, with its own answers; 0 if it throws, where that
-  // can be caught (not in the 32-bit DLL, whose run-time library isn't the plug-in's).
+  // Call a loaded plug-in and answer what it answers. 0 if it throws, where that can be caught (not in the 32-bit DLL,
+  // whose run-time library isn't the plug-in's).
   int32_t SetMailEnvironment(const MailEnvironment &environment) const;
   int32_t SetCompleteFlag() const;
 
 private:
-  // Loads the plug-in, has it fill the record, frees it; true if it did.
-  bool ReadMailerInfo(MailerInfo &info);
+  // What the plug-in tells, which is loaded for it and freed; nothing if it tells nothing.
+  std::optional<MailerInfo> ReadMailerInfo();
 
   HMODULE module = nullptr;
   GetMailerInfoEntry getMailerInfo = nullptr;

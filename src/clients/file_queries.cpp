@@ -33,13 +33,17 @@ bool QueryProductVersion(const BYTE *resource, Translation translation, std::str
 
 } // namespace
 
-int32_t PathExists(const char *path) {
+bool PathExists(const char *path) {
   WIN32_FIND_DATAA data;
   const HANDLE search = FindFirstFileA(path, &data);
-  if (search == INVALID_HANDLE_VALUE)
-    return 0;
-  FindClose(search);
-  return 1;
+  return search != INVALID_HANDLE_VALUE && FindClose(search);
+}
+
+bool PathIsMissing(const char *path) {
+  if (PathExists(path))
+    return false;
+  const DWORD error = GetLastError();
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
 int32_t GetProductVersion(const char *path, std::string &out) {

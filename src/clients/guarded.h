@@ -1,5 +1,5 @@
-// No exception leaves the library, whose callers may be C: every export does its work in here. So does every call of a
-// plug-in, which may throw anything: the destructor of what it threw is its own code, and has to have run before the
+// No exception may leave the library, since its callers may be C: every export does its work through Guarded. A plug-in
+// is called through it as well. What it throws is an object of its own code, which has to be destroyed before the
 // plug-in is unloaded.
 #pragma once
 

@@ -1,49 +1,68 @@
 #include "clients/installed_program.h"
 
 #include "clients/registry_key.h"
+#include "clients/windows_layout.h"
+
+#include <charconv>
+#include <string_view>
 
 namespace {
 
-// The test is for the number anywhere up to the first dot, so 14.1 passes for a 4.
+// Any number that ends in the wanted one passes, so 14.1 does for a 4.
 bool HasMajorVersion(const InstalledProgram &program) {
-  std::string version;
-  if (!ReadText(HKEY_LOCAL_MACHINE, program.productKey, "CurrentVersion", version))
+  const auto version = ReadTextFullAccess(HKEY_LOCAL_MACHINE, program.productKey, CurrentVersionValue);
+  if (!version)
     return false;
-  const size_t dot = version.find('.');
-  return dot != std::string::npos && version.substr(0, dot + 1).find(program.majorVersion) != std::string::npos;
+  const size_t dot = version->find('.');
+  return dot != std::string::npos && version->substr(0, dot + 1).find(program.majorVersion) != std::string::npos;
+}
+
+StoredPath ProgramPath(const InstalledProgram &program) {
+  return ReadPathFullAccess(HKEY_LOCAL_MACHINE, ProgramKey(program.file), nullptr);
+}
+
+// The number that a text begins with, 0 if it begins with anything else.
+int LeadingNumber(std::string_view text) {
+  int number = 0;
+  if (!text.starts_with('-'))
+    std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
 }
 
 } // namespace
 
-int32_t IsInstalled(const InstalledProgram &program) {
+bool IsInstalled(const InstalledProgram &program) {
   RegistryKey key;
-  std::string path;
   return key.KeyExists(HKEY_LOCAL_MACHINE, program.productKey) &&
-                 key.KeyExists(HKEY_LOCAL_MACHINE, program.programKey) &&
-                 ReadPath(HKEY_LOCAL_MACHINE, program.programKey, nullptr, path) &&
-                 (program.majorVersion == nullptr || HasMajorVersion(program))
-             ? 1
-             : 0;
+         key.KeyExists(HKEY_LOCAL_MACHINE, ProgramKey(program.file).c_str()) && ProgramPath(program).exists &&
+         (program.majorVersion == nullptr || HasMajorVersion(program));
 }
 
-int32_t ReadName(const InstalledProgram &program, std::string &name) {
-  const int32_t installed = IsInstalled(program);
+bool ReadName(const InstalledProgram &program, std::string &name) {
+  const bool installed = IsInstalled(program);
   name = installed ? program.name : "";
   return installed;
 }
 
-int32_t ReadProgramPath(const InstalledProgram &program, std::string &path) {
-  if (IsInstalled(program) && ReadPath(HKEY_LOCAL_MACHINE, program.programKey, nullptr, path))
-    return 1;
-  path.clear();
-  return 0;
+bool ReadProgramPath(const InstalledProgram &program, std::string &path) {
+  const StoredPath stored = IsInstalled(program) ? ProgramPath(program) : StoredPath{"", false};
+  path = stored.exists ? stored.text : "";
+  return stored.exists;
 }
 
-int32_t ReadVersion(const InstalledProgram &program, std::string &version) {
+bool ReadVersion(const InstalledProgram &program, std::string &version) {
   version.clear();
   if (!IsInstalled(program))
-    return 0;
-  if (!ReadText(HKEY_LOCAL_MACHINE, program.versionKey, program.versionValue, version))
-    version = program.versionFallback;
-  return 1;
+    return false;
+  version = ReadTextFullAccess(HKEY_LOCAL_MACHINE, program.versionKey, program.versionValue)
+                .value_or(program.versionFallback);
+  return true;
+}
+
+VersionNumbers SplitVersion(const std::string &version, char separator) {
+  const std::string_view text = version;
+  const size_t end = text.find(separator);
+  if (end == std::string_view::npos)
+    return {0, 0};
+  return {LeadingNumber(text.substr(0, end)), LeadingNumber(text.substr(end + 1))};
 }

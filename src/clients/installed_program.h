@@ -2,30 +2,37 @@
 // in which version. The same for a client's mail and news adapter.
 #pragma once
 
-#include <cstdint>
 #include <string>
-
-// The system's list of mail programs, below HKEY_LOCAL_MACHINE; its default value names the default one.
-inline constexpr const char *MailProgramsKey = "SOFTWARE\\Clients\\Mail";
 
 // Keys are below HKEY_LOCAL_MACHINE.
 struct InstalledProgram {
   const char *name;         // what the client is shown as
+  const char *file;         // the name under which the system's list of programs has it
   const char *productKey;   // the client's own key
-  const char *programKey;   // its entry in the system's list of programs; the default value is the program's path
   const char *majorVersion; // what `CurrentVersion` of the product key has to hold up to its first dot; null if any
                             // version will do
 
   const char *versionKey; // where the version text stands, and what it is if it can't be read
   const char *versionValue;
   const char *versionFallback;
+  char versionSeparator; // between the version text's first two numbers
 };
 
-// 1 if both keys are there, with the program's file, in the version wanted. Keys that the user may not write count as
-// missing.
-int32_t IsInstalled(const InstalledProgram &program);
+// The value that most clients keep their version in.
+inline constexpr const char *CurrentVersionValue = "CurrentVersion";
 
-// 1 and the text, or 0 and an empty text for a program that isn't installed.
-int32_t ReadName(const InstalledProgram &program, std::string &name);
-int32_t ReadProgramPath(const InstalledProgram &program, std::string &path);
-int32_t ReadVersion(const InstalledProgram &program, std::string &version);
+// Whether both keys are there, with the program's file, in the version wanted. Keys that the user may not write count
+// as missing.
+bool IsInstalled(const InstalledProgram &program);
+
+// False, with an empty text, for a program that isn't installed.
+bool ReadName(const InstalledProgram &program, std::string &name);
+bool ReadProgramPath(const InstalledProgram &program, std::string &path);
+bool ReadVersion(const InstalledProgram &program, std::string &version);
+
+// The first two numbers of a version text, each 0 if it isn't there.
+struct VersionNumbers {
+  int major;
+  int minor;
+};
+VersionNumbers SplitVersion(const std::string &version, char separator);

@@ -18,8 +18,9 @@ std::string QuotedPref(const std::string &text);
 std::string LineText(const PrefLine &line);
 
 // Appends preferences at the end of the text.
-void AppendPrefs(PrefsText &prefs, std::span<const PrefLine> lines);
 void AppendPref(PrefsText &prefs, const PrefLine &line);
+void AppendPrefs(PrefsText &prefs, std::span<const PrefLine> lines);
 
-// Replaces one preference: removes the line of its key and appends the new one.
+// Replaces a preference: removes the line of its key and appends the new one; and several, one after the other.
 void ReplacePref(PrefsText &prefs, const PrefLine &line);
+void ReplacePrefs(PrefsText &prefs, std::span<const PrefLine> lines);

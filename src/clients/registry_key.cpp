@@ -1,8 +1,8 @@
 #include "clients/registry_key.h"
 
 #include "clients/file_queries.h"
+#include "clients/windows_layout.h"
 
-#include <algorithm>
 #include <cstring>
 
 // ---- RegistryKey ----
@@ -84,8 +84,7 @@ int32_t RegistryKey::ReadPathValue(HKEY root, char (&subkey)[PathValueSize], con
     path.replace(drive, std::strlen(DriveToken), SystemDrive());
   } else if (const size_t programs = path.find(ProgramsToken); programs != std::string::npos) {
     char folder[PathValueSize];
-    if (!ReadBounded(*this, HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Windows\\CurrentVersion", "ProgramFilesDir",
-                     folder, sizeof folder))
+    if (!ReadBounded(*this, HKEY_LOCAL_MACHINE, WindowsKey, ProgramFilesValue, folder, sizeof folder))
       return 0;
     path = folder + path.substr(programs + std::strlen(ProgramsToken));
   }
@@ -96,7 +95,7 @@ int32_t RegistryKey::ReadPathValue(HKEY root, char (&subkey)[PathValueSize], con
   return PathExists(path.c_str());
 }
 
-void WriteValues(HKEY root, const std::string &subkey, std::initializer_list<NamedValue> values) {
+void WriteValuesFullAccess(HKEY root, const std::string &subkey, std::initializer_list<NamedValue> values) {
   RegistryKey key;
   for (const NamedValue &value : values) {
     if (const auto *text = std::get_if<std::string>(&value.data))
@@ -106,45 +105,53 @@ void WriteValues(HKEY root, const std::string &subkey, std::initializer_list<Nam
   }
 }
 
-int32_t ReadText(HKEY root, const std::string &subkey, const char *valueName, std::string &text) {
+std::optional<std::string> ReadTextFullAccess(HKEY root, const std::string &subkey, const char *valueName) {
   RegistryKey key;
   char buffer[RegistryTextSize];
-  const bool found = ReadBounded(key, root, subkey.c_str(), valueName, buffer, sizeof buffer);
-  text = found ? buffer : "";
-  return found ? 1 : 0;
+  if (!ReadBounded(key, root, subkey.c_str(), valueName, buffer, sizeof buffer))
+    return std::nullopt;
+  return buffer;
 }
 
-int32_t ReadPath(HKEY root, const char *subkey, const char *valueName, std::string &path) {
+StoredPath ReadPathFullAccess(HKEY root, const std::string &subkey, const char *valueName) {
   char buffer[PathValueSize] = "";
-  path.clear();
-  const size_t length = std::strlen(subkey);
-  if (length >= sizeof buffer)
-    return 0;
-  std::copy_n(subkey, length, buffer);
+  if (subkey.size() >= sizeof buffer)
+    return {"", false};
+  subkey.copy(buffer, subkey.size());
   RegistryKey key;
-  const int32_t there = key.ReadPathValue(root, buffer, valueName, "");
-  path = buffer;
-  return there;
+  const bool exists = key.ReadPathValue(root, buffer, valueName, "") != 0;
+  return {buffer, exists};
 }
 
-// ---- Utilities ----
-
-ScopedKey::ScopedKey(HKEY root, const char *subkey) {
-  if (RegOpenKeyA(root, subkey, &handle) != ERROR_SUCCESS)
-    handle = nullptr;
-}
-
-ScopedKey::ScopedKey(HKEY root, const char *subkey, REGSAM access) {
-  if (RegOpenKeyExA(root, subkey, 0, access, &handle) != ERROR_SUCCESS)
-    handle = nullptr;
-}
-
-ScopedKey::~ScopedKey() {
-  if (handle != nullptr)
-    RegCloseKey(handle);
-}
+// ---- With the access that is needed ----
 
 namespace {
+
+// A key that is open until the end of its scope, unless it couldn't be opened.
+class ScopedKey {
+public:
+  // With every right that the key gives.
+  ScopedKey(HKEY root, const char *subkey) {
+    if (RegOpenKeyA(root, subkey, &handle) != ERROR_SUCCESS)
+      handle = nullptr;
+  }
+  ScopedKey(HKEY root, const char *subkey, REGSAM access) {
+    if (RegOpenKeyExA(root, subkey, 0, access, &handle) != ERROR_SUCCESS)
+      handle = nullptr;
+  }
+  ~ScopedKey() {
+    if (handle != nullptr)
+      RegCloseKey(handle);
+  }
+  ScopedKey(const ScopedKey &) = delete;
+  ScopedKey &operator=(const ScopedKey &) = delete;
+
+  explicit operator bool() const { return handle != nullptr; }
+  HKEY Get() const { return handle; }
+
+private:
+  HKEY handle = nullptr;
+};
 
 int32_t SetValue(HKEY root, const char *subkey, const char *valueName, DWORD type, const void *data, size_t size) {
   const ScopedKey key(root, subkey, KEY_SET_VALUE);
@@ -179,21 +186,9 @@ int32_t WriteStringValue(HKEY root, const char *subkey, const char *valueName, c
 }
 
 int32_t ReadStringValue(HKEY root, const char *subkey, const char *valueName, std::string &out) {
-  // Beyond the value's own size, so that a text without a terminator gets one.
-  constexpr DWORD Spare = 10;
-
-  out.clear();
-  const ScopedKey key(root, subkey, KEY_READ);
-  DWORD size = 0;
-  if (!key || RegQueryValueExA(key.Get(), valueName, nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS)
-    return 0;
-  std::vector<char> buffer(size + Spare, '\0');
-  if (RegQueryValueExA(key.Get(), valueName, nullptr, nullptr, reinterpret_cast<BYTE *>(buffer.data()), &size) !=
-      ERROR_SUCCESS)
-    return 0;
-  buffer.back() = '\0';
-  out = buffer.data();
-  return 1;
+  const auto value = ReadAnyValue(root, subkey, valueName);
+  out = value ? value->data.c_str() : "";
+  return value ? 1 : 0;
 }
 
 int32_t DeleteNamedValue(HKEY root, const char *subkey, const char *valueName) {
@@ -219,10 +214,27 @@ int32_t CollectSubkeys(HKEY root, const std::string &path, std::vector<std::stri
   }
 }
 
-bool EnumSubkey(HKEY key, DWORD index, std::string &name) {
-  char buffer[RegistryTextSize];
-  if (RegEnumKeyA(key, index, buffer, sizeof buffer) != ERROR_SUCCESS)
-    return false;
-  name = buffer;
-  return true;
+std::vector<std::string> SubkeyNames(HKEY root, const std::string &subkey) {
+  const ScopedKey key(root, subkey.c_str());
+  std::vector<std::string> names;
+  char name[RegistryTextSize];
+  for (DWORD index = 0; key && RegEnumKeyA(key.Get(), index, name, sizeof name) == ERROR_SUCCESS; ++index)
+    names.emplace_back(name);
+  return names;
+}
+
+std::optional<RegistryValue> ReadAnyValue(HKEY root, const char *subkey, const char *valueName) {
+  // Beyond the value's own size, so that a text without a terminator gets one.
+  constexpr DWORD Spare = 10;
+
+  const ScopedKey key(root, subkey, KEY_READ);
+  DWORD size = 0;
+  if (!key || RegQueryValueExA(key.Get(), valueName, nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS)
+    return std::nullopt;
+  RegistryValue value = {REG_NONE, std::string(size + Spare, '\0')};
+  if (RegQueryValueExA(key.Get(), valueName, nullptr, &value.type, reinterpret_cast<BYTE *>(value.data.data()),
+                       &size) != ERROR_SUCCESS)
+    return std::nullopt;
+  value.data.resize(size);
+  return value;
 }

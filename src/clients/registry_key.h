@@ -1,14 +1,17 @@
-// What the adapters share for the registry: the class RegistryKey, which asks for every right to a key, and free
-// utilities that ask only for what they need. Nothing stays open behind any of them.
+// The registry as the adapters use it, with one of two accesses, which the name tells. The class RegistryKey and the
+// functions in ...FullAccess ask for every right to a key (KEY_ALL_ACCESS): a key that the user may read but not write
+// counts as missing. All others ask for the right that they need, and make no key.
 //
-// Texts are in the system's code page. Sizes of texts that are written don't count the terminator, sizes of texts that
-// are read do. A null value name is the key's default value. All answer 1 on success and 0 otherwise.
+// Nothing stays open behind any of them. Texts are in the system's code page. Sizes of texts that are written don't
+// count the terminator, sizes of texts that are read do. A null value name is the key's default value. An int32_t is 1
+// for success and 0 for failure.
 #pragma once
 
 #include "win32/win32.h"
 
 #include <cstdint>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -18,8 +21,7 @@ constexpr DWORD RegistryTextSize = 512;
 // The buffers of ReadPathValue.
 constexpr size_t PathValueSize = 256;
 
-// Each operation opens the key afresh with KEY_ALL_ACCESS and closes it, so a key that the user may read but not write
-// counts as missing. An operation succeeds only if every call did, the closing one too.
+// Each operation opens the key afresh and closes it. It succeeds only if every call did, the closing one too.
 class RegistryKey {
 public:
   virtual ~RegistryKey() = default;
@@ -36,9 +38,16 @@ public:
   int32_t ReadValue(HKEY root, const char *subkey, const char *valueName, DWORD &type, void *buffer, DWORD &size);
 
   // Reads a path, expands the first %SystemDrive% in it (else the first %ProgramFiles%, which drops what stands ahead
-  // of it), appends `suffix` and tells whether the path names an existing file or folder. `subkey` names the key going
-  // in and holds the expanded path coming back, also if there is no such file; it is empty if the value, or the folder
-  // that a token stands for, can't be read, or the path has more than 255 bytes.
+  // of it), appends `suffix` and tells whether the path names an existing file or folder. `subkey` is the key's path
+  // going in and the expanded path coming back:
+  //
+  //   char path[PathValueSize] = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\msimn.exe";
+  //   RegistryKey key;
+  //   const bool exists = key.ReadPathValue(HKEY_LOCAL_MACHINE, path, nullptr, "") == 1;
+  //   // "%ProgramFiles%\Outlook Express\msimn.exe" has left C:\Program Files\Outlook Express\msimn.exe in `path`.
+  //
+  // A path without such a file comes back too. It is empty if the value, or the folder that a token stands for, can't
+  // be read, or the path has more than 255 bytes.
   int32_t ReadPathValue(HKEY root, char (&subkey)[PathValueSize], const char *valueName, const char *suffix);
 
   // The result code of the last registry call.
@@ -60,15 +69,20 @@ struct NamedValue {
   std::variant<std::string, DWORD> data;
 };
 
-// Writes values in their order, making the key where it is missing. No result is looked at: what the clients' stores
-// don't take is passed over.
-void WriteValues(HKEY root, const std::string &subkey, std::initializer_list<NamedValue> values);
-// Reads a text of at most 511 bytes as RegistryKey does; `text` is empty on 0.
-int32_t ReadText(HKEY root, const std::string &subkey, const char *valueName, std::string &text);
-// RegistryKey::ReadPathValue without a suffix; `path` takes what that leaves in its buffer.
-int32_t ReadPath(HKEY root, const char *subkey, const char *valueName, std::string &path);
+// Writes values in their order, making the key where it is missing. A value that can't be written is passed over.
+void WriteValuesFullAccess(HKEY root, const std::string &subkey, std::initializer_list<NamedValue> values);
 
-// ---- Utilities that make no key and ask only for the access they need ----
+// A text of at most 511 bytes; nothing for a longer one.
+std::optional<std::string> ReadTextFullAccess(HKEY root, const std::string &subkey, const char *valueName);
+
+// What RegistryKey::ReadPathValue finds without a suffix.
+struct StoredPath {
+  std::string text; // expanded; empty if it can't be read
+  bool exists;
+};
+StoredPath ReadPathFullAccess(HKEY root, const std::string &subkey, const char *valueName);
+
+// ---- With the access that is needed ----
 
 int32_t KeyReadable(HKEY root, const char *subkey);
 int32_t WriteDwordValue(HKEY root, const char *subkey, const char *valueName, DWORD value);
@@ -82,22 +96,13 @@ int32_t DeleteNamedValue(HKEY root, const char *subkey, const char *valueName);
 // names of more than 255 bytes, which no client makes, are left out.
 int32_t CollectSubkeys(HKEY root, const std::string &path, std::vector<std::string> &list);
 
-// The name of the subkey at an index of an open key; false at the end. Names have at most 511 bytes.
-bool EnumSubkey(HKEY key, DWORD index, std::string &name);
+// The names of the subkeys, in the registry's order, up to the first of more than 511 bytes. None if the key can't be
+// opened.
+std::vector<std::string> SubkeyNames(HKEY root, const std::string &subkey);
 
-// Closes a key at the end of its scope; null if it couldn't be opened.
-class ScopedKey {
-public:
-  // With every right that the key gives, or with `access` alone.
-  ScopedKey(HKEY root, const char *subkey);
-  ScopedKey(HKEY root, const char *subkey, REGSAM access);
-  ~ScopedKey();
-  ScopedKey(const ScopedKey &) = delete;
-  ScopedKey &operator=(const ScopedKey &) = delete;
-
-  explicit operator bool() const { return handle != nullptr; }
-  HKEY Get() const { return handle; }
-
-private:
-  HKEY handle = nullptr;
+// A value as it stands in the registry, of any type and length; nothing if it can't be read.
+struct RegistryValue {
+  DWORD type;
+  std::string data;
 };
+std::optional<RegistryValue> ReadAnyValue(HKEY root, const char *subkey, const char *valueName);

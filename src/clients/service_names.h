@@ -6,9 +6,8 @@
 // Its dial-up connection, which is also the title of its message boxes.
 inline constexpr const char *ServiceConnectionName = "@zuvioダイヤラ";
 
-// What the wizards that know the subscriber's IDs call that connection in their records.
+// The name of that connection in the records of the wizards that are told the subscriber's IDs.
 inline constexpr const char *ShortConnectionName = "@zuvio";
 
-// The title of an account, after an ID or an address. One that is too long for a client is refused further on, by the
-// adapter's own bounds.
+// The title of an account, from an ID or an address. An adapter refuses one that is too long for its client.
 inline std::string ServiceTitle(const std::string &name) { return "@zuvio(" + name + ")"; }

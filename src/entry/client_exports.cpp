@@ -2,20 +2,20 @@
 // the index for one call.
 #include "acctkit/acctkit.h"
 
+#include "clients/communicator/communicator_layout.h"
 #include "clients/communicator/communicator_mail.h"
 #include "clients/communicator/communicator_news.h"
 #include "clients/guarded.h"
+#include "clients/outlook_express/outlook_express_layout.h"
 #include "clients/outlook_express/outlook_express_mail.h"
 #include "clients/outlook_express/outlook_express_news.h"
 
-#include <charconv>
 #include <cstring>
-#include <string_view>
 
 namespace {
 
-// How the version texts of the two clients divide their numbers.
-constexpr char VersionSeparators[] = {',', '.'};
+// The clients by their index.
+constexpr const InstalledProgram *Programs[] = {&outlook_express::Program, &communicator::Program};
 
 // Calls the operation with the adapter of the index; 0 for an index without one.
 template <typename Adapter0, typename Adapter1, typename Operation>
@@ -63,23 +63,13 @@ NewsAccountSpec NewsSpec(const char *const *spec) {
   return record;
 }
 
-// The number that a text begins with, 0 if it begins with anything else.
-int32_t LeadingNumber(std::string_view text) {
-  int32_t number = 0;
-  if (!text.starts_with('-'))
-    std::from_chars(text.data(), text.data() + text.size(), number);
-  return number;
-}
-
 // Asks a client's version and splits it.
-template <typename Client> int32_t ReadVersionNumbers(Client &adapter, char separator, int32_t *major, int32_t *minor) {
+template <typename Client> int32_t ReadVersionNumbers(Client &adapter, int32_t client, int32_t *major, int32_t *minor) {
   std::string version;
   const int32_t result = adapter.GetClientVersion(version);
-  const std::string_view text = version;
-  const size_t place = text.find(separator);
-  const bool divided = place != std::string_view::npos;
-  *major = divided ? LeadingNumber(text.substr(0, place)) : 0;
-  *minor = divided ? LeadingNumber(text.substr(place + 1)) : 0;
+  const VersionNumbers numbers = SplitVersion(version, Programs[client]->versionSeparator);
+  *major = numbers.major;
+  *minor = numbers.minor;
   return result;
 }
 
@@ -108,15 +98,11 @@ int32_t IsInstallNews(int32_t client) {
 }
 
 int32_t GetMailVersion(int32_t client, int32_t *major, int32_t *minor) {
-  return WithMailClient(client, [=](MailClient &adapter) {
-    return ReadVersionNumbers(adapter, VersionSeparators[client], major, minor);
-  });
+  return WithMailClient(client, [=](MailClient &adapter) { return ReadVersionNumbers(adapter, client, major, minor); });
 }
 
 int32_t GetNewsVersion(int32_t client, int32_t *major, int32_t *minor) {
-  return WithNewsClient(client, [=](NewsClient &adapter) {
-    return ReadVersionNumbers(adapter, VersionSeparators[client], major, minor);
-  });
+  return WithNewsClient(client, [=](NewsClient &adapter) { return ReadVersionNumbers(adapter, client, major, minor); });
 }
 
 int32_t IsExistMailAccount(int32_t client, const char *const *spec, char *key, char *message) {

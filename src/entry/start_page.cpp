@@ -1,12 +1,12 @@
-// What finishes off a subscriber's machine beyond the accounts: the browser's start page, and taking Outlook Express
-// accounts off the service's dial-up connection.
+// What is set besides the accounts: the browser's start page, and that Outlook Express accounts no longer use the
+// service's dial-up connection.
 #include "acctkit/acctkit.h"
 
+#include "clients/communicator/communicator_layout.h"
 #include "clients/communicator/communicator_mail.h"
-#include "clients/communicator/communicator_profiles.h"
 #include "clients/format.h"
 #include "clients/guarded.h"
-#include "clients/outlook_express/account_store.h"
+#include "clients/outlook_express/outlook_express_layout.h"
 #include "clients/registry_key.h"
 #include "clients/service_names.h"
 
@@ -28,8 +28,8 @@ int32_t SetCommunicatorStartPage(const char *profile, const char *url) {
 bool UsesServiceConnection(const char *account) {
   DWORD type = 0;
   std::string connection;
-  return ReadDwordValue(HKEY_CURRENT_USER, account, "Connection Type", type) &&
-         ReadStringValue(HKEY_CURRENT_USER, account, "Connectoid", connection) &&
+  return ReadDwordValue(HKEY_CURRENT_USER, account, outlook_express::ConnectionTypeValue, type) &&
+         ReadStringValue(HKEY_CURRENT_USER, account, outlook_express::ConnectoidValue, connection) &&
          type == outlook_express::DialUpConnection && SameIgnoringCase(connection, ServiceConnectionName);
 }
 
@@ -39,7 +39,7 @@ int32_t SetBrowserStartPage(int32_t client, const char *profile, const char *url
   return Guarded([=]() -> int32_t {
     switch (client) {
     case 0:
-      return WriteStringValue(HKEY_CURRENT_USER, "Software\\Microsoft\\Internet Explorer\\Main", "Start Page", url);
+      return WriteStringValue(HKEY_CURRENT_USER, outlook_express::BrowserKey, outlook_express::StartPageValue, url);
     case 1:
       return SetCommunicatorStartPage(profile, url);
     default:
@@ -59,8 +59,8 @@ int32_t OutlookDisable(void) {
     const DWORD replacement = major > 4 ? outlook_express::ConnectionOfVersion5 : outlook_express::ConnectionOfVersion4;
     for (const std::string &account : accounts)
       if (UsesServiceConnection(account.c_str())) {
-        WriteDwordValue(HKEY_CURRENT_USER, account.c_str(), "Connection Type", replacement);
-        DeleteNamedValue(HKEY_CURRENT_USER, account.c_str(), "Connectoid");
+        WriteDwordValue(HKEY_CURRENT_USER, account.c_str(), outlook_express::ConnectionTypeValue, replacement);
+        DeleteNamedValue(HKEY_CURRENT_USER, account.c_str(), outlook_express::ConnectoidValue);
       }
     return 1;
   });

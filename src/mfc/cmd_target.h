@@ -109,13 +109,13 @@ public:
   virtual void Enable(BOOL enabled = TRUE) { m_bEnabled = enabled; }
 };
 
-// Who would handle a command, for those who ask in place of having it handled.
+// Who would handle a command, for those who only ask.
 struct AFX_CMDHANDLERINFO {
   CCmdTarget *pTarget;
   AFX_PMSG pmf;
 };
 
-// A place within a window, as mouse messages give it.
+// A point of a window, as mouse messages pack it.
 class CPoint : public POINT {
 public:
   explicit CPoint(LPARAM packed)

@@ -6,15 +6,15 @@
 
 namespace {
 
-size_t CharacterLength(const std::string &text, size_t place) {
-  return IsDBCSLeadByte(static_cast<BYTE>(text[place])) && place + 1 < text.size() ? 2 : 1;
+size_t CharacterLength(const std::string &text, size_t position) {
+  return IsDBCSLeadByte(static_cast<BYTE>(text[position])) && position + 1 < text.size() ? 2 : 1;
 }
 
 // Moves the letters from `first` on, 26 of them, by a distance.
 void MoveLetters(std::string &text, char first, int distance) {
-  for (size_t place = 0; place < text.size(); place += CharacterLength(text, place))
-    if (text[place] >= first && text[place] < first + 26)
-      text[place] = static_cast<char>(text[place] + distance);
+  for (size_t position = 0; position < text.size(); position += CharacterLength(text, position))
+    if (text[position] >= first && text[position] < first + 26)
+      text[position] = static_cast<char>(text[position] + distance);
 }
 
 } // namespace
@@ -29,9 +29,9 @@ void CString::TrimRight() {
 }
 
 int CString::Find(const std::string &text) const {
-  for (size_t place = 0; place < size(); place += CharacterLength(*this, place))
-    if (compare(place, text.size(), text) == 0)
-      return static_cast<int>(place);
+  for (size_t position = 0; position < size(); position += CharacterLength(*this, position))
+    if (compare(position, text.size(), text) == 0)
+      return static_cast<int>(position);
   return -1;
 }
 

@@ -1,5 +1,5 @@
 // The framework's string: a text of bytes in the system's code page. It goes wherever a std::string goes; only the
-// operations that the standard string lacks, or has under another name, are added. Lengths and places count bytes.
+// operations that the standard string lacks, or has under another name, are added. Lengths and positions are in bytes.
 #pragma once
 
 #include <string>
@@ -23,6 +23,6 @@ public:
   // Where a text begins, only at the beginning of a character; -1 if it isn't there.
   int Find(const std::string &text) const;
 
-  // What stands from a place on.
+  // What stands from a position on.
   CString Mid(int first) const;
 };

@@ -67,7 +67,7 @@ protected:
   // A message that the parent got about this control.
   virtual BOOL OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result);
 
-  // What is answered in the place of a handler that threw an exception.
+  // The answer to a message whose handler threw an exception.
   virtual LRESULT OnFailure(UINT message, LPARAM lParam);
 
   // Gives the message that is being handled to the window's default handling.

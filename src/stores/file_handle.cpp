@@ -6,12 +6,13 @@ FileHandle OpenFileAlone(const char *path, DWORD access, DWORD disposition) {
 
 bool CanReadFile(const char *path) { return static_cast<bool>(OpenFileAlone(path, GENERIC_READ, OPEN_EXISTING)); }
 
-bool ReadWholeFile(const FileHandle &file, size_t limit, std::string &bytes) {
+bool ReadWholeFile(const FileHandle &file, size_t limit, std::string &bytes, size_t room) {
   DWORD high = 0;
   const DWORD size = GetFileSize(file.Get(), &high);
   DWORD read = 0;
   if (high != 0 || size == INVALID_FILE_SIZE || size > limit)
     return false;
+  bytes.reserve(size + room);
   bytes.resize(size);
   return ReadFile(file.Get(), bytes.data(), size, &read, nullptr) && read == size;
 }

@@ -32,9 +32,10 @@ FileHandle OpenFileAlone(const char *path, DWORD access, DWORD disposition);
 // Whether a file can be opened for reading.
 bool CanReadFile(const char *path);
 
-// Reads a file up to its end. False if it can't be read, or has more bytes than the limit.
-bool ReadWholeFile(const FileHandle &file, size_t limit, std::string &bytes);
+// Reads a file up to its end. False if it can't be read, or has more bytes than the limit. `bytes` can then grow by
+// `room` bytes without being moved.
+bool ReadWholeFile(const FileHandle &file, size_t limit, std::string &bytes, size_t room = 0);
 
-// Puts a file with these bytes at the path, in the place of the one that may be there. False if it couldn't be opened,
-// written or put in place.
+// Makes the file at the path, or replaces it, with these bytes. False if it couldn't be opened, written or put in
+// place.
 bool WriteWholeFile(const char *path, DWORD access, std::string_view bytes);

@@ -55,15 +55,15 @@ void Clear(char *out, int32_t size) {
     std::memset(out, 0, static_cast<size_t>(size));
 }
 
-// Puts a line at a place of the text. Without room the text stays as it is, and is no longer whole.
-void Insert(PrefsText &prefs, size_t place, const char *line) {
+// Puts a line at an offset of the text. Without room the text stays as it is, and is no longer whole.
+void Insert(PrefsText &prefs, size_t offset, const char *line) {
   const size_t length = std::strlen(line);
   if (length > PrefsCapacity - prefs.length) {
     prefs.whole = false;
     return;
   }
-  char *const gap = prefs.text + place;
-  std::memmove(gap + length, gap, prefs.length - place);
+  char *const gap = prefs.text + offset;
+  std::memmove(gap + length, gap, prefs.length - offset);
   std::copy_n(line, length, gap);
   prefs.length += length;
 }

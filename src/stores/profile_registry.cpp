@@ -3,7 +3,6 @@
 #include "stores/file_handle.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <exception>
 #include <utility>
@@ -33,10 +32,13 @@ Record RecordAt(std::string_view image, uint32_t offset) {
   return record;
 }
 
+// What an edit mostly adds to a file has room without a copy of all the rest.
+constexpr size_t EditRoom = 4096;
+
 // ---- Walking the tree ----
 
 // Where a record hangs: in one of the two chains of an owner, which is named by its number in the order of the walk.
-struct Place {
+struct Position {
   uint32_t offset;
   uint32_t level;
   int32_t owner;
@@ -44,25 +46,25 @@ struct Place {
 };
 
 // Comes to every record that hangs on the chain at an offset, in the order of the nodes: a key, its subkeys with all
-// that is below them, its values, the next record. `visit` reads the record at a place; the walk ends when it answers
-// false. What is still to come is kept in a list of our own, so a deep tree is no deeper call.
+// that is below them, its values, the next record. `visit` reads the record at a position; the walk ends when it
+// answers false. What is still to come is kept in a list of our own, so a deep tree is no deeper call.
 template <typename Visit> bool Walk(uint32_t offset, uint32_t level, Visit visit) {
-  std::vector<Place> ahead;
+  std::vector<Position> ahead;
   const auto push = [&](uint32_t next, uint32_t nextLevel, int32_t owner, bool inValues) {
     if (next != 0)
       ahead.push_back({next, nextLevel, owner, inValues});
   };
   push(offset, level, -1, false);
   for (int32_t number = 0; !ahead.empty(); ++number) {
-    const Place place = ahead.back();
+    const Position position = ahead.back();
     ahead.pop_back();
     Record record;
-    if (!visit(place, record))
+    if (!visit(position, record))
       return false;
-    push(record.left, place.level, place.owner, place.inValues);
+    push(record.left, position.level, position.owner, position.inValues);
     if (record.type == KeyType) {
-      push(record.value, place.level + 1, number, true);
-      push(record.down, place.level + 1, number, false);
+      push(record.value, position.level + 1, number, true);
+      push(record.down, position.level + 1, number, false);
     }
   }
   return true;
@@ -74,7 +76,7 @@ template <typename Visit> bool Walk(uint32_t offset, uint32_t level, Visit visit
 // and bounds what is read of a file by its size.
 class SoundnessCheck {
 public:
-  explicit SoundnessCheck(std::string_view file) : image(file), taken(file.size(), '\0') {}
+  explicit SoundnessCheck(std::string_view file) : image(file), taken(file.size() / WordBits + 1) {}
 
   // The number of records; 0 if the file isn't sound.
   size_t Count() {
@@ -82,13 +84,13 @@ public:
     if (image.size() < Root + sizeof(Record) || RecordAt(image, Root).type != KeyType)
       return 0;
     std::vector<uint32_t> locations; // of the records in the order of the walk
-    const bool sound = Walk(Root, 0, [&](const Place &place, Record &record) {
-      if (!Take(place.offset, sizeof(Record), Root))
+    const bool sound = Walk(Root, 0, [&](const Position &position, Record &record) {
+      if (!Take(position.offset, sizeof(Record), Root))
         return false;
-      record = RecordAt(image, place.offset);
-      locations.push_back(place.offset);
-      const bool knowsItself = record.location == place.offset;
-      const bool knowsItsKey = place.owner < 0 || record.parent == locations[static_cast<size_t>(place.owner)];
+      record = RecordAt(image, position.offset);
+      locations.push_back(position.offset);
+      const bool knowsItself = record.location == position.offset;
+      const bool knowsItsKey = position.owner < 0 || record.parent == locations[static_cast<size_t>(position.owner)];
       return knowsItself && knowsItsKey && TakeString(record.name, 0, 0) &&
              (record.type != StringType || TakeString(record.value, record.valuelen, Root));
     });
@@ -100,12 +102,15 @@ private:
   bool Take(uint32_t offset, size_t size, uint32_t lowest) {
     if (offset < lowest || offset > image.size() || size > image.size() - offset)
       return false;
-    char *const begin = taken.data() + offset;
-    char any = 0;
-    for (size_t index = 0; index < size; ++index)
-      any = static_cast<char>(any | begin[index]);
-    std::memset(begin, 1, size);
-    return any == 0;
+    bool free = true;
+    for (size_t at = offset; at < offset + size;) {
+      const size_t count = std::min(WordBits - at % WordBits, offset + size - at);
+      const uint64_t bits = ~uint64_t{0} >> (WordBits - count) << at % WordBits;
+      free = free && (taken[at / WordBits] & bits) == 0;
+      taken[at / WordBits] |= bits;
+      at += count;
+    }
+    return free;
   }
 
   // Takes a string with its terminator, and the room that it has.
@@ -116,8 +121,10 @@ private:
     return end != std::string_view::npos && Take(offset, std::max<size_t>(end + 1 - offset, room), lowest);
   }
 
+  static constexpr size_t WordBits = 64;
+
   std::string_view image;
-  std::string taken;
+  std::vector<uint64_t> taken; // a bit for each byte of the file
 };
 
 } // namespace
@@ -129,7 +136,7 @@ int32_t ProfileRegistry::Open(const std::string &path) {
   ClearNodes();
   FileHandle file = OpenFileAlone(path.c_str(), GENERIC_READ, OPEN_EXISTING);
   try {
-    recordCount = file && ReadWholeFile(file, LargestFile, image) ? SoundnessCheck(image).Count() : 0;
+    recordCount = file && ReadWholeFile(file, LargestFile, image, EditRoom) ? SoundnessCheck(image).Count() : 0;
   } catch (const std::exception &) { // no memory for it
     recordCount = 0;
   }
@@ -145,34 +152,21 @@ int32_t ProfileRegistry::Save() const {
 
 // ---- Nodes ----
 
-void ProfileRegistry::ClearNodes() {
-  children.Clear();
-  chainEnds.clear();
-  nodes.clear();
-}
+void ProfileRegistry::ClearNodes() { nodes.clear(); }
 
 void ProfileRegistry::Parse() {
   ClearNodes();
   if (image.empty())
     return;
-  nodes.reserve(recordCount);
-  chainEnds.reserve(recordCount);
-  children.Reserve(recordCount);
+  nodes.reserve(recordCount + EditRoom / sizeof(Record));
   ParseChain(RootOffset, 0);
 }
 
 void ProfileRegistry::ParseChain(uint32_t offset, uint32_t level) {
-  Walk(offset, level, [this](const Place &place, Record &record) {
-    record = RecordAt(image, place.offset);
-    const auto index = static_cast<int32_t>(nodes.size());
-    ReadNode(nodes.emplace_back(), place.offset);
-    nodes.back().depth = place.level;
-    chainEnds.emplace_back();
-    children.Add(nodes, static_cast<uint32_t>(index));
-    if (place.owner >= 0) {
-      ChainEnds &ends = chainEnds[static_cast<size_t>(place.owner)];
-      (place.inValues ? ends.value : ends.down) = index;
-    }
+  Walk(offset, level, [this](const Position &position, Record &record) {
+    record = RecordAt(image, position.offset);
+    ReadNode(nodes.emplace_back(), position.offset);
+    nodes.back().depth = position.level;
     return true;
   });
 }
@@ -200,68 +194,15 @@ void ProfileRegistry::WriteNode(uint32_t offset, const ProfileRegistryNode &node
 
 // ---- Searching ----
 
-// A polynomial in `base` over a prime field, so that no names share a hash for more than a few bases.
-uint32_t ProfileRegistry::Children::Hash(uint32_t parent, uint16_t type, std::string_view name) const {
-  constexpr uint64_t Prime = 0x7FFFFFFF;
-  uint64_t hash = parent % Prime;
-  for (const char byte : name)
-    hash = (hash * base + static_cast<unsigned char>(byte) + 1) % Prime;
-  return static_cast<uint32_t>((hash * base + type) % Prime);
-}
-
-size_t ProfileRegistry::Children::Locate(const std::vector<ProfileRegistryNode> &nodes, uint32_t hash, uint32_t parent,
-                                         uint16_t type, std::string_view name) const {
-  const size_t mask = slots.size() - 1;
-  size_t place = hash & mask;
-  for (; slots[place].index >= 0; place = (place + 1) & mask) {
-    if (slots[place].hash != hash)
-      continue;
-    const ProfileRegistryNode &node = nodes[static_cast<size_t>(slots[place].index)];
-    if (node.parent == parent && node.type == type && node.name == name)
-      break;
-  }
-  return place;
-}
-
-void ProfileRegistry::Children::Clear() {
-  slots.clear();
-  used = 0;
-}
-
-void ProfileRegistry::Children::Reserve(size_t count) {
-  if (2 * count < slots.size())
-    return;
-  const std::vector<Slot> old = std::exchange(slots, std::vector<Slot>(std::bit_ceil(2 * count + 2)));
-  const size_t mask = slots.size() - 1;
-  for (const Slot &slot : old) {
-    size_t place = slot.hash & mask;
-    while (slot.index >= 0 && slots[place].index >= 0)
-      place = (place + 1) & mask;
-    if (slot.index >= 0)
-      slots[place] = slot;
-  }
-}
-
-void ProfileRegistry::Children::Add(const std::vector<ProfileRegistryNode> &nodes, uint32_t index) {
-  Reserve(used + 1);
-  const ProfileRegistryNode &node = nodes[index];
-  const uint32_t hash = Hash(node.parent, node.type, node.name);
-  Slot &slot = slots[Locate(nodes, hash, node.parent, node.type, node.name)];
-  if (slot.index >= 0)
-    return;
-  slot = {hash, static_cast<int32_t>(index)};
-  ++used;
-}
-
-int32_t ProfileRegistry::Children::Find(const std::vector<ProfileRegistryNode> &nodes, uint32_t parent, uint16_t type,
-                                        std::string_view name) const {
-  return slots.empty() ? -1 : slots[Locate(nodes, Hash(parent, type, name), parent, type, name)].index;
-}
-
 int32_t ProfileRegistry::FindChild(int32_t index, const std::string &name, int32_t wantKey) const {
   if (index < 0 || index >= NodeCount())
     return -1;
-  return children.Find(nodes, Node(index).location, wantKey != 0 ? KeyType : StringType, name);
+  const uint32_t parent = Node(index).location;
+  const uint16_t type = wantKey != 0 ? KeyType : StringType;
+  const auto found = std::ranges::find_if(nodes, [&](const ProfileRegistryNode &node) {
+    return node.parent == parent && node.type == type && node.name == name;
+  });
+  return found == nodes.end() ? -1 : static_cast<int32_t>(found - nodes.begin());
 }
 
 std::vector<std::string> ProfileRegistry::SplitPath(const std::string &path) {
@@ -335,20 +276,20 @@ int32_t ProfileRegistry::AddNode(int32_t parentIndex, const std::string &name, u
   node.location = GrowImage(sizeof(Record));
   WriteNode(node.location, node);
 
-  // Behind the last record of the chain, whatever that is: clients have values of types that we have no use for.
-  const auto index = static_cast<int32_t>(nodes.size());
   ProfileRegistryNode &parent = nodes[static_cast<size_t>(parentIndex)];
-  ChainEnds &ends = chainEnds[static_cast<size_t>(parentIndex)];
-  int32_t &last = type == KeyType ? ends.down : ends.value;
-  ProfileRegistryNode &linked = last >= 0 ? nodes[static_cast<size_t>(last)] : parent;
-  (last >= 0 ? linked.left : type == KeyType ? linked.down : linked.valueOffset) = node.location;
-  WriteNode(linked.location, linked);
-  last = index;
-
+  ProfileRegistryNode &last = LastOfChain(parent, type == KeyType);
+  (&last != &parent ? last.left : type == KeyType ? parent.down : parent.valueOffset) = node.location;
+  WriteNode(last.location, last);
   nodes.push_back(std::move(node));
-  chainEnds.emplace_back();
-  children.Add(nodes, static_cast<uint32_t>(index));
-  return index;
+  return NodeCount() - 1;
+}
+
+// Whatever type the last record has: clients have values of types that we have no use for.
+ProfileRegistryNode &ProfileRegistry::LastOfChain(ProfileRegistryNode &key, bool ofSubkeys) {
+  uint32_t last = key.location;
+  for (uint32_t next = ofSubkeys ? key.down : key.valueOffset; next != 0; next = RecordAt(image, next).left)
+    last = next;
+  return *std::ranges::find(nodes, last, &ProfileRegistryNode::location);
 }
 
 int32_t ProfileRegistry::AddKey(int32_t parentIndex, const std::string &name) {

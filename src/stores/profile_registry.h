@@ -6,9 +6,7 @@
 #pragma once
 
 #include <cstdint>
-#include <ctime>
 #include <string>
-#include <string_view>
 #include <vector>
 
 // One record: a key, a value, or what we have no use for. The fields after `value` are the record's own.
@@ -45,7 +43,7 @@ public:
   ProfileRegistry &operator=(const ProfileRegistry &) = delete;
 
   // Reads the file. 0 if it can't be read, has more than 64 MB, or isn't sound: every record and string has to lie
-  // within the file and to overlap with no other, every record has to know its own place and the key it hangs below,
+  // within the file and to overlap with no other, every record has to hold its own offset and that of the key above it,
   // and the root has to be a key. So a file that was accepted can be edited without damage to what else it holds.
   int32_t Open(const std::string &path);
 
@@ -80,38 +78,6 @@ public:
   uint32_t ImageLength() const { return static_cast<uint32_t>(image.size()); }
 
 private:
-  // The nodes by the key that they hang below, their type and their name: a table of indexes with linear probing, at
-  // most half full, in which the first node of a name is found.
-  class Children {
-  public:
-    void Clear();
-    void Reserve(size_t count);
-    void Add(const std::vector<ProfileRegistryNode> &nodes, uint32_t index);
-    int32_t Find(const std::vector<ProfileRegistryNode> &nodes, uint32_t parent, uint16_t type,
-                 std::string_view name) const;
-
-  private:
-    struct Slot {
-      uint32_t hash = 0;
-      int32_t index = -1;
-    };
-    uint32_t Hash(uint32_t parent, uint16_t type, std::string_view name) const;
-    // Where a child stands, or the free slot where it would.
-    size_t Locate(const std::vector<ProfileRegistryNode> &nodes, uint32_t hash, uint32_t parent, uint16_t type,
-                  std::string_view name) const;
-
-    std::vector<Slot> slots; // a power of two
-    size_t used = 0;
-    // Not the same in every run: names that all have one hash would make a file that takes for ever. By the clock,
-    // since Windows 98 has no random numbers of its own.
-    uint32_t base = static_cast<uint32_t>(std::time(nullptr));
-  };
-  // The records that stand last in a key's two chains, as indexes; -1 for an empty chain.
-  struct ChainEnds {
-    int32_t down = -1;
-    int32_t value = -1;
-  };
-
   void ParseChain(uint32_t offset, uint32_t level);
   void ReadNode(ProfileRegistryNode &node, uint32_t offset) const;
   void WriteNode(uint32_t offset, const ProfileRegistryNode &node);
@@ -122,6 +88,8 @@ private:
   static std::vector<std::string> SplitPath(const std::string &path);
   void ClearNodes();
 
+  // The node whose record stands last in one of a key's chains; the key's own if the chain is empty.
+  ProfileRegistryNode &LastOfChain(ProfileRegistryNode &key, bool ofSubkeys);
   // Whether a child of that name can be put below the node, with these strings and a record behind the end.
   bool CanAdd(int32_t parentIndex, const std::string &name, const std::string &value) const;
   // Puts a child with its strings behind the end and links it to its key; the index of its node.
@@ -129,8 +97,6 @@ private:
 
   std::string image;
   std::vector<ProfileRegistryNode> nodes;
-  std::vector<ChainEnds> chainEnds; // of each node
-  Children children;
   size_t recordCount = 0; // of the file, as the check of Open counted them
   std::string filePath;
 };

@@ -6,8 +6,9 @@
 // What holds for all calls:
 // - Texts are terminated and code page 932, but for those of WCHAR. Pointers aren't null where it isn't said.
 // - A call may come from any thread. What a handle stands for belongs to one thread at a time.
-// - A call that fails answers so and has changed nothing. Nobody asks GetLastError for the reason; a user gets it from
-//   machine::TakeFault.
+// - A call that fails answers so and has changed nothing. A user gets the reason from machine::TakeFault; GetLastError
+// has
+//   it for one call alone.
 // - Arguments without a name here are ignored; Windows wants 0 for them.
 #pragma once
 
@@ -69,8 +70,9 @@ constexpr int MAX_PATH = 260;
 
 constexpr LSTATUS ERROR_SUCCESS = 0;
 constexpr LSTATUS ERROR_FILE_NOT_FOUND = 2; // no such key or value
-constexpr LSTATUS ERROR_ACCESS_DENIED = 5;  // the key doesn't give the right, or wasn't opened with it
-constexpr LSTATUS ERROR_MORE_DATA = 234;    // the buffer is too small
+constexpr LSTATUS ERROR_PATH_NOT_FOUND = 3;
+constexpr LSTATUS ERROR_ACCESS_DENIED = 5; // the key doesn't give the right, or wasn't opened with it
+constexpr LSTATUS ERROR_MORE_DATA = 234;   // the buffer is too small
 constexpr LSTATUS ERROR_NO_MORE_ITEMS = 259;
 constexpr LSTATUS ERROR_BADDB = 1009; // the registry is damaged, or can't be read or written
 
@@ -162,8 +164,10 @@ BOOL WriteFile(HANDLE file, const void *data, DWORD size, DWORD *written, void *
 // Here, FALSE if what was written to a CREATE_ALWAYS file couldn't be put in place; the old file then stands as it was.
 BOOL CloseHandle(HANDLE file);
 // Finds the file or folder that a path names; the last part may have the wildcards * and ?, and the first that matches
-// counts. INVALID_HANDLE_VALUE if there is none; else the search is ended by FindClose.
+// counts. The search is ended by FindClose. INVALID_HANDLE_VALUE if nothing is found; GetLastError tells then whether
+// there is nothing for certain (ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND) or something kept the system from looking.
 HANDLE FindFirstFileA(const char *path, WIN32_FIND_DATAA *data);
+DWORD GetLastError();
 BOOL FindClose(HANDLE search);
 // Makes one level. FALSE if the name is taken or the folder above is missing.
 BOOL CreateDirectoryA(const char *path, void *);

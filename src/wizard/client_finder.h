@@ -7,7 +7,7 @@
 #include <array>
 #include <memory>
 
-// The adapters in their fixed places; a place is empty if its client isn't installed.
+// The adapters at fixed indexes; null for a client that isn't installed.
 using MailClients = std::array<std::unique_ptr<MailClient>, 4>; // external mailer, Outlook Express, Communicator,
                                                                 // Netscape 6
 using NewsClients = std::array<std::unique_ptr<NewsClient>, 3>; // Outlook Express, Communicator, Netscape 6
@@ -20,7 +20,7 @@ public:
   int32_t HasMailClient() const;
   int32_t HasNewsClient() const;
 
-  // Puts an adapter into the place of each client that is installed, and empties the others. 1 if there is any.
+  // Makes an adapter for each client that is installed; the others are null. 1 if there is any.
   int32_t FindMailClients(MailClients &clients) const;
   int32_t FindNewsClients(NewsClients &clients) const;
 };

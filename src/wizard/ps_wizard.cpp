@@ -48,3 +48,7 @@ void CPsWizard::ShowHelp() {
   if (!WinHelpA(m_hWnd, file.c_str(), HELP_CONTEXT, wizardKind == News ? NewsTopic : MailTopic))
     AfxMessageBox("ヘルプファイルの読み込みに失敗しました。");
 }
+
+void PostButtons(const CWnd &page, DWORD buttons) {
+  ::PostMessageA(::GetParent(page.m_hWnd), PSM_SETWIZBUTTONS, 0, static_cast<LPARAM>(buttons));
+}

@@ -33,3 +33,11 @@ private:
   int32_t helpKeySeen = 0; // 1 from the help key until the next test
   bool shown = false;
 };
+
+// ---- What pages say to the sheet ----
+
+// Sets the wizard's buttons (PSWIZB_*). Posted, so they change just after the page has come up.
+void PostButtons(const CWnd &page, DWORD buttons);
+
+// What a Next button answers to keep the page.
+constexpr LRESULT Stay = -1;

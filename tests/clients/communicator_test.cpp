@@ -72,15 +72,15 @@ TEST_F(CommunicatorTest, EntersANewProfile) {
   EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, BiffKey + Profile), Lines{"defaultServer=pop.example"});
   EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, BiffKey + Profile + "\\servers\\pop.example"),
             Lines{"popstatePath=" + directory + "\\mail\\popstate.dat"});
-  EXPECT_EQ(GetFile(ProfilePrefs(Profile)), AccountLines());
+  EXPECT_EQ(GetFile(PrefsPathOf(Profile)), AccountLines());
   EXPECT_FALSE(CreateDirectoryA((directory + "\\mail").c_str(), nullptr)); // it's there
 }
 
 TEST_F(CommunicatorTest, OverwritesAProfileAndKeepsTheOtherLinesOfItsPrefs) {
-  PutFile(ProfilePrefs(OtherProfile), "// 表\r\nuser_pref(\"mail.pop_name\", \"a\");\r\nuser_pref(\"x\", 1);\r\n"
-                                      "user_pref(\"mail.pop_name\", \"b\");\r\n");
+  PutFile(PrefsPathOf(OtherProfile), "// 表\r\nuser_pref(\"mail.pop_name\", \"a\");\r\nuser_pref(\"x\", 1);\r\n"
+                                     "user_pref(\"mail.pop_name\", \"b\");\r\n");
   EXPECT_EQ(WriteAccount(adapter, SampleMailSpec(), OtherProfile), 1);
-  EXPECT_EQ(GetFile(ProfilePrefs(OtherProfile)),
+  EXPECT_EQ(GetFile(PrefsPathOf(OtherProfile)),
             "// 表\r\nuser_pref(\"x\", 1);\r\nuser_pref(\"mail.pop_name\", \"b\");\r\n" + AccountLines());
   EXPECT_EQ(GetString(HKEY_LOCAL_MACHINE, UsersKey + OtherProfile, "EmailAddr"), "taro@zuvio.example");
   EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, BiffKey + OtherProfile));
@@ -102,9 +102,9 @@ TEST_F(CommunicatorTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
   refused(spec);
   spec = SampleMailSpec();
   const std::string full(102400 - 20, '\n');
-  PutFile(ProfilePrefs(Profile), full);
+  PutFile(PrefsPathOf(Profile), full);
   refused(spec);
-  EXPECT_EQ(GetFile(ProfilePrefs(Profile)), full);
+  EXPECT_EQ(GetFile(PrefsPathOf(Profile)), full);
   ResetMachine(); // no install directory
   refused(spec);
 }
@@ -126,22 +126,22 @@ TEST_F(CommunicatorTest, FindsAListedProfileWhosePrefsCanBeOpened) {
   EXPECT_EQ(adapter.IsExistAccount(spec, key, message), 1);
   EXPECT_EQ(key, OtherProfile);
   EXPECT_EQ(message, "同名のプロファイルが存在します。\nプロファイル名：表示を上書きしますか？");
-  EXPECT_EQ(GetFile(ProfilePrefs(OtherProfile)), "");
+  EXPECT_EQ(GetFile(PrefsPathOf(OtherProfile)), "");
 
-  const HANDLE held = CreateFileA(ProfilePrefs(OtherProfile).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+  const HANDLE held = CreateFileA(PrefsPathOf(OtherProfile).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
                                   FILE_ATTRIBUTE_NORMAL, nullptr);
   EXPECT_EQ(adapter.IsExistAccount(spec, key, message), 0);
   CloseHandle(held);
 }
 
 TEST_F(CommunicatorTest, SetsTheStartPageInAnExistingDirectory) {
-  PutFile(ProfilePrefs(Profile), "user_pref(\"browser.startup.homepage_override\", true);\n1\n");
+  PutFile(PrefsPathOf(Profile), "user_pref(\"browser.startup.homepage_override\", true);\n1\n");
   const std::string directory = CommunicatorFolder() + "\\Users\\";
   EXPECT_EQ(adapter.SetStartPage(directory + Profile, "http://zuvio.example/"), 1);
   const std::string written = "\n1\nuser_pref(\"browser.startup.homepage\", \"http://zuvio.example/\");\n";
-  EXPECT_EQ(GetFile(ProfilePrefs(Profile)), written);
+  EXPECT_EQ(GetFile(PrefsPathOf(Profile)), written);
   EXPECT_EQ(adapter.SetStartPage(directory + Profile, std::string(250, 'u')), 1);
-  EXPECT_EQ(GetFile(ProfilePrefs(Profile)), written);
+  EXPECT_EQ(GetFile(PrefsPathOf(Profile)), written);
 }
 
 TEST_F(CommunicatorTest, EntersItselfAsDefaultClient) {
@@ -190,14 +190,14 @@ TEST_F(CommunicatorNewsTest, EntersTwoServersInOneProfile) {
   EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, UsersKey + Profile),
             (Lines{"DirRoot=" + directory, "EmailAddr=taro@zuvio.example", "UserName=山田 太郎"}));
   EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, BiffKey + Profile));
-  EXPECT_EQ(GetFile(ProfilePrefs(Profile)), ServerLine("forum-nntp.example") + SenderLines() + NewsLines());
+  EXPECT_EQ(GetFile(PrefsPathOf(Profile)), ServerLine("forum-nntp.example") + SenderLines() + NewsLines());
   EXPECT_EQ(GetFile(folder + "fat"), "netscape-newsrc-map-file\n" + Record("forum-nntp.example", "forum-nntp"));
   PutFile(folder + "forum-nntp.rc", "read: 1-5\n");
 
   EXPECT_EQ(WriteAccount(news, SampleNewsSpec(1), Profile), 1);
   EXPECT_EQ(WriteAccount(news, SampleNewsSpec(0), Profile), 1);
   // The first server's old line went, and its new one stands behind that of the second.
-  EXPECT_EQ(GetFile(ProfilePrefs(Profile)),
+  EXPECT_EQ(GetFile(PrefsPathOf(Profile)),
             "\n" + ServerLine("square.example") + ServerLine("forum-nntp.example") + SenderLines() + NewsLines());
   EXPECT_EQ(GetFile(folder + "fat"), "netscape-newsrc-map-file\n" + Record("forum-nntp.example", "forum-nntp") +
                                          Record("square.example", "square"));
@@ -222,9 +222,9 @@ TEST_F(CommunicatorNewsTest, LeavesASenderThatIsThere) {
   spec.newsServerOn[0] = 0;
   spec.newsHosts[0] = ""; // which isn't looked for as an empty value
   for (const Case &test : cases) {
-    PutFile(ProfilePrefs(Profile), test.before);
+    PutFile(PrefsPathOf(Profile), test.before);
     EXPECT_EQ(WriteAccount(news, spec, Profile), 1);
-    EXPECT_EQ(GetFile(ProfilePrefs(Profile)), test.after + NewsLines());
+    EXPECT_EQ(GetFile(PrefsPathOf(Profile)), test.after + NewsLines());
   }
   // Of a profile that is known the registry gets the directory alone.
   EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, UsersKey + Profile).size(), 1U);
@@ -235,7 +235,7 @@ TEST_F(CommunicatorNewsTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
   const auto refused = [&](const NewsAccountSpec &spec) {
     EXPECT_EQ(WriteAccount(news, spec), 0);
     EXPECT_FALSE(KeyThere(HKEY_LOCAL_MACHINE, UsersKey + spec.accountName));
-    EXPECT_EQ(GetFile(ProfilePrefs(Profile)), std::nullopt);
+    EXPECT_EQ(GetFile(PrefsPathOf(Profile)), std::nullopt);
   };
   NewsAccountSpec spec = SampleNewsSpec(0);
   spec.newsHosts[0] = "nodot";
@@ -289,13 +289,13 @@ TEST_F(CommunicatorNewsTest, RefusesATitleThatNamesNoProfile) {
   }
   EXPECT_FALSE(KeyThere(HKEY_LOCAL_MACHINE, "SOFTWARE\\Netscape\\Netscape Navigator\\Users"));
   EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, "Software\\Netscape\\Netscape Navigator\\biff"));
-  EXPECT_EQ(PathExists((CommunicatorFolder() + "\\Users").c_str()), 0);
+  EXPECT_FALSE(PathExists((CommunicatorFolder() + "\\Users").c_str()));
   // A key names a profile that is there.
   EXPECT_EQ(WriteAccount(adapter, mailSpec, "old.") + WriteAccount(news, newsSpec, "old."), 2);
   for (const char *title : {"表", "ソフト", "能", "太郎　", " .a.b"}) {
     mailSpec.accountName = newsSpec.accountName = title;
     EXPECT_EQ(WriteAccount(adapter, mailSpec) + WriteAccount(news, newsSpec), 2) << title;
-    EXPECT_NE(GetFile(ProfilePrefs(title)), std::nullopt) << title;
+    EXPECT_NE(GetFile(PrefsPathOf(title)), std::nullopt) << title;
   }
 }
 

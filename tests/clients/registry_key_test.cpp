@@ -41,10 +41,8 @@ TEST_F(RegistryUtilitiesTest, ReadsClearWhatTheyCannotRead) {
   EXPECT_EQ(text, "");
   EXPECT_EQ(ReadStringValue(HKEY_CURRENT_USER, key.c_str(), "text", text), 1);
   EXPECT_EQ(text, std::string(600, 'x'));
-  EXPECT_EQ(ReadText(HKEY_CURRENT_USER, key, "text", text), 0);
-  EXPECT_EQ(text, "");
-  EXPECT_EQ(ReadText(HKEY_CURRENT_USER, key, "open", text), 1);
-  EXPECT_EQ(text, "no end");
+  EXPECT_EQ(ReadTextFullAccess(HKEY_CURRENT_USER, key, "text"), std::nullopt);
+  EXPECT_EQ(ReadTextFullAccess(HKEY_CURRENT_USER, key, "open"), "no end");
 }
 
 TEST_F(RegistryUtilitiesTest, AKeyThatCanOnlyBeReadDoesNotExistForRegistryKey) {
@@ -53,7 +51,7 @@ TEST_F(RegistryUtilitiesTest, AKeyThatCanOnlyBeReadDoesNotExistForRegistryKey) {
   std::string text;
   EXPECT_EQ(registry.KeyExists(HKEY_LOCAL_MACHINE, key.c_str()), 0);
   EXPECT_EQ(registry.Status(), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(ReadText(HKEY_LOCAL_MACHINE, key, "v", text), 0);
+  EXPECT_EQ(ReadTextFullAccess(HKEY_LOCAL_MACHINE, key, "v"), std::nullopt);
   EXPECT_EQ(registry.WriteValue(HKEY_LOCAL_MACHINE, key.c_str(), "v", REG_SZ, "other", 5), 0);
   EXPECT_EQ(KeyReadable(HKEY_LOCAL_MACHINE, key.c_str()), 1);
   EXPECT_EQ(ReadStringValue(HKEY_LOCAL_MACHINE, key.c_str(), "v", text), 1);

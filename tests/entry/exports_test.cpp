@@ -123,7 +123,7 @@ TEST_F(ExportsTest, CompleteTheShorthandWithTheServicesOwnValues) {
     EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "NNTP Display Name"), "山田");
     InstallCommunicator();
     EXPECT_EQ(SetupZuvioNewsAccount(1, news, ""), 1);
-    EXPECT_NE(GetFile(ProfilePrefs("@zuvio(ABC01234)")).value_or("").find(server.host), std::string::npos);
+    EXPECT_NE(GetFile(PrefsPathOf("@zuvio(ABC01234)")).value_or("").find(server.host), std::string::npos);
   }
   const char *const thirdServer[] = {"ABC01234", "", "", Word(3)};
   EXPECT_EQ(SetupZuvioNewsAccount(0, thirdServer, "") + IsExistZuvioNewsAccount(0, thirdServer, key, message), 0);
@@ -145,10 +145,10 @@ TEST_F(ExportsTest, SetTheStartPage) {
   InstallCommunicator();
   const std::string line = "user_pref(\"browser.startup.homepage\", \"http://zuvio.example/\");\n";
   EXPECT_EQ(SetBrowserStartPage(1, "p", page), 1);
-  EXPECT_EQ(GetFile(ProfilePrefs("p")), std::nullopt); // its folder isn't there
-  PutFile(ProfilePrefs("p"), "");
+  EXPECT_EQ(GetFile(PrefsPathOf("p")), std::nullopt); // its folder isn't there
+  PutFile(PrefsPathOf("p"), "");
   EXPECT_EQ(SetBrowserStartPage(1, "p", page), 1);
-  EXPECT_EQ(GetFile(ProfilePrefs("p")), line);
+  EXPECT_EQ(GetFile(PrefsPathOf("p")), line);
   EXPECT_EQ(SetBrowserStartPage(1, "", page), 1);
   EXPECT_EQ(GetFile(CommunicatorFolder() + "\\Users\\prefs.js"), line);
 }

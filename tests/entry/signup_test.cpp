@@ -42,7 +42,7 @@ TEST_F(SignupTest, ConfiguresEveryClientAndASecondTimeOverwrites) {
     EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ManagerKey, "Account Name"), 2U);
     EXPECT_EQ(GetString(HKEY_CURRENT_USER, BrowserKey, "Start Page"), record.startPage);
     // The start page goes to the profile that was found; a profile made just now wasn't, and has none of its own yet.
-    const std::string prefs = GetFile(ProfilePrefs(Profile)).value_or("");
+    const std::string prefs = GetFile(PrefsPathOf(Profile)).value_or("");
     EXPECT_EQ(prefs.ends_with(startPageLine), round == 1) << prefs;
     EXPECT_EQ(GetFile(CommunicatorFolder() + "\\Users\\prefs.js"), startPageLine);
 
@@ -92,7 +92,7 @@ TEST_F(SignupTest, HandsOnThePluginsAnswers) {
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, BrowserKey, "Start Page"), record.startPage);
   InstallCommunicator(); // the only client
   EXPECT_EQ(SetupAfterSignup(&record), 0);
-  EXPECT_NE(GetFile(ProfilePrefs(Profile)), std::nullopt);
+  EXPECT_NE(GetFile(PrefsPathOf(Profile)), std::nullopt);
   InstallPlugin("plugin_complete");
   EXPECT_EQ(SetupCompleted(), 7);
   if (PluginsCanThrow) {

@@ -34,7 +34,7 @@ std::string CommunicatorFolder() { return std::string(ScratchFolder) + "\\Commun
 
 std::string MozillaFolder() { return std::string(ScratchFolder) + "\\AppData\\Mozilla"; }
 
-std::string ProfilePrefs(const std::string &profile) {
+std::string PrefsPathOf(const std::string &profile) {
   return CommunicatorFolder() + "\\Users\\" + profile + "\\prefs.js";
 }
 

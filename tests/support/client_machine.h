@@ -14,7 +14,7 @@ constexpr const char *PluginKey = "SOFTWARE\\Harveld\\@zuvioSetup";
 
 // Where Communicator is installed, and the prefs.js of one of its profiles.
 std::string CommunicatorFolder();
-std::string ProfilePrefs(const std::string &profile);
+std::string PrefsPathOf(const std::string &profile);
 
 // Where Netscape 6 keeps the user's profiles.
 std::string MozillaFolder();

@@ -80,7 +80,7 @@ TEST(InputRules, GiveTheMessageOfTheFirstTestThatRefuses) {
 
 using ClientFinderTest = ClientTest;
 
-TEST_F(ClientFinderTest, KeepsEveryClientInItsPlace) {
+TEST_F(ClientFinderTest, KeepsEveryClientAtItsIndex) {
   ClientFinder finder;
   MailClients mail;
   NewsClients news;

@@ -7,7 +7,7 @@
 #include "resources/resource.h"
 #include "support/client_machine.h"
 #include "support/user.h"
-#include "wizard/pages/page_parts.h"
+#include "wizard/account_writing.h"
 #include "wizard/ps_wizard.h"
 
 #include <gtest/gtest.h>
@@ -207,7 +207,6 @@ class KnowingClient : public OutlookExpressMail {
 };
 
 TEST_F(WizardTest, AsksBeforeItWritesAnAccount) {
-  using namespace page_parts;
   KnowingClient client;
   MailAccountSpec spec = SampleMailSpec();
   WriteAccount(client, spec);

@@ -1,5 +1,6 @@
 #include "clients/communicator/news_map.h"
 
+#include "clients/communicator/communicator_layout.h"
 #include "clients/communicator/communicator_profiles.h"
 #include "clients/file_queries.h"
 #include "stores/file_handle.h"
@@ -13,7 +14,7 @@ constexpr const char *HeadingWord = "netscape-newsrc-map-file";
 
 bool Holds(const std::string &map, const std::string &text) { return map.find(text) != std::string::npos; }
 
-// The map's text; nothing for one that can't be opened, or is none of ours: too large, or no text.
+// The map's text; nothing if it can't be opened, is too large, or isn't a text.
 std::optional<std::string> ReadMap(const FileHandle &file) {
   std::string map(NewsMap::Capacity + 1, '\0');
   DWORD read = 0;
@@ -27,14 +28,14 @@ std::optional<std::string> ReadMap(const FileHandle &file) {
 } // namespace
 
 NewsMap::NewsMap(const std::string &profileDirectory)
-    : directory(profileDirectory + "\\news"), path(directory + "\\fat") {}
+    : folder(NewsFolder(profileDirectory)), path(NewsMapPath(profileDirectory)) {}
 
 std::string NewsMap::NewsrcPath(const std::string &host) const {
-  return directory + '\\' + host.substr(0, host.find('.')) + ".rc";
+  return Below(folder, host.substr(0, host.find('.')) + ".rc");
 }
 
 std::string NewsMap::Record(const std::string &host) const {
-  return "newsrc-" + host + '\t' + NewsrcPath(host) + "\tFALSE\n";
+  return NewsRecordPrefix + host + '\t' + NewsrcPath(host) + "\tFALSE\n";
 }
 
 std::string NewsMap::WithServer(const std::string &map, const std::string &host) const {
@@ -42,7 +43,7 @@ std::string NewsMap::WithServer(const std::string &map, const std::string &host)
   return map + (lineIsOpen ? "\n" : "") + (Holds(map, HeadingWord) ? "" : Heading) + Record(host);
 }
 
-bool NewsMap::Takes(const std::string &host) const {
+bool NewsMap::CanEnter(const std::string &host) const {
   if (host.find('.') == std::string::npos || path.size() >= LineSize || NewsrcPath(host).size() >= LineSize ||
       Record(host).size() >= LineSize)
     return false;
@@ -50,13 +51,13 @@ bool NewsMap::Takes(const std::string &host) const {
     return true;
   const FileHandle file = OpenFileAlone(path.c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
   if (!file)
-    return true; // it stays as it is, and the account goes without
+    return true;
   const std::optional<std::string> map = ReadMap(file);
   return map && (Holds(*map, host) || WithServer(*map, host).size() <= Capacity);
 }
 
 void NewsMap::Enter(const std::string &host) const {
-  CreateDirectoryA(directory.c_str(), nullptr);
+  CreateDirectoryA(folder.c_str(), nullptr);
   const std::optional<std::string> map =
       ReadMap(OpenFileAlone(path.c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
   if (!map || Holds(*map, host))

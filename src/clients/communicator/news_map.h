@@ -1,8 +1,7 @@
-// The map of a profile's news servers, the file `fat` in its news directory, and the newsrc file that each server has
+// The map of a profile's news servers, the file `fat` in its news folder, and the newsrc file that each server has
 // there. The map only grows: no record is removed or changed.
 #pragma once
 
-#include <optional>
 #include <string>
 
 namespace communicator {
@@ -16,13 +15,13 @@ public:
   explicit NewsMap(const std::string &profileDirectory);
 
   // Whether the server can be entered: the host has a dot, which its newsrc file's name ends at, paths and record fit
-  // their buffers of 256 bytes, and a map that is there has room and is a text. A map that can't be opened takes any:
-  // the account goes without it.
-  bool Takes(const std::string &host) const;
+  // their buffers of 256 bytes, and the map, if there is one, has room and is a text. A map that can't be opened counts
+  // as having room: it stays as it is, and the account goes without it.
+  bool CanEnter(const std::string &host) const;
 
-  // Makes the news directory and enters the server with an empty newsrc file, cutting one of that name. Does nothing
-  // for a host that stands anywhere in the map, or for a map that can't be opened. A write that fails makes no newsrc
-  // file; on Windows, which cuts a file before it is written, such a write leaves a map that is cut as well.
+  // Makes the news folder and enters the server with an empty newsrc file, emptying one of that name. Does nothing for
+  // a host that stands anywhere in the map, or if the map can't be opened. If the map can't be written, no newsrc file
+  // is made; on Windows, which empties a file before it writes it, the map may then be cut short.
   void Enter(const std::string &host) const;
 
 private:
@@ -31,7 +30,7 @@ private:
   // The map with the server's record in a line of its own, also behind a last line that has no end.
   std::string WithServer(const std::string &map, const std::string &host) const;
 
-  std::string directory;
+  std::string folder;
   std::string path;
 };
 

@@ -1,11 +1,10 @@
 #include "clients/netscape6/account_graph.h"
 
 #include "clients/format.h"
-#include "clients/prefs_profile.h"
+#include "clients/netscape6/netscape6_layout.h"
 
 #include <algorithm>
 #include <charconv>
-#include <memory>
 #include <set>
 #include <string_view>
 #include <vector>
@@ -23,10 +22,10 @@ std::vector<bool> NamedNumbers(const PrefsText &prefs, std::string_view prefix, 
   const auto endsItem = [inLists](char byte) { return byte == '"' || (inLists && byte == ','); };
   std::vector<bool> named(LastNumber + 1);
   const std::string_view text(prefs.text, prefs.length);
-  for (size_t place = text.find(prefix, 1); place != std::string_view::npos; place = text.find(prefix, place + 1)) {
-    if (!endsItem(text[place - 1]))
+  for (size_t begin = text.find(prefix, 1); begin != std::string_view::npos; begin = text.find(prefix, begin + 1)) {
+    if (!endsItem(text[begin - 1]))
       continue;
-    const std::string_view digits = text.substr(place + prefix.size());
+    const std::string_view digits = text.substr(begin + prefix.size());
     int number = 0;
     const char *const end = std::from_chars(digits.data(), digits.data() + digits.size(), number).ptr;
     if (number > 0 && number <= LastNumber && digits[0] != '0' && end != digits.data() + digits.size() &&
@@ -46,40 +45,38 @@ std::string FreeName(const PrefsText &prefs, const char *prefix, bool inLists) {
 // The keys of an account of the list, if it is the one.
 std::optional<GraphKeys> Match(const PrefsText &prefs, const std::string &key, const GraphAccount &account) {
   // The likeliest mismatch first: each search goes through the text.
-  const auto server = FindPrefValue(Format("mail.account.%s.server", key), prefs);
-  if (!server ||
-      FindPrefValue(Format("mail.server.%s.%s", *server, std::string(account.matchedBy)), prefs) !=
-          account.matchedText ||
-      FindPrefValue(Format("mail.server.%s.type", *server), prefs) != account.type)
+  const auto server = FindPrefValue(Format(AccountServerPref, key), prefs);
+  if (!server || FindPrefValue(Format(account.matchedPref, *server), prefs) != account.matchedText ||
+      FindPrefValue(Format(ServerTypePref, *server), prefs) != account.type)
     return std::nullopt;
-  const auto identities = FindPrefValue(Format("mail.account.%s.identities", key), prefs);
+  const auto identities = FindPrefValue(Format(AccountIdentitiesPref, key), prefs);
   return identities ? std::optional(GraphKeys{key, *server, ListItems(*identities).front()}) : std::nullopt;
 }
 
 PrefLine TypeLine(const GraphKeys &keys, const GraphAccount &account) {
-  return {Format("mail.server.%s.type", keys.server), QuotedPref(account.type)};
+  return {Format(ServerTypePref, keys.server), QuotedPref(account.type)};
 }
 
 void AppendAccount(PrefsText &prefs, const GraphKeys &keys) {
-  AppendPref(prefs, {Format("mail.account.%s.identities", keys.account), QuotedPref(keys.identity)});
-  AppendPref(prefs, {Format("mail.account.%s.server", keys.account), QuotedPref(keys.server)});
+  AppendPref(prefs, {Format(AccountIdentitiesPref, keys.account), QuotedPref(keys.identity)});
+  AppendPref(prefs, {Format(AccountServerPref, keys.account), QuotedPref(keys.server)});
 }
 
 GraphKeys EnterFirst(PrefsText &prefs, const GraphAccount &account) {
   GraphKeys keys = {"account1", "server1", "id1"};
-  AppendPref(prefs, {AccountList, QuotedPref(keys.account)});
-  AppendPref(prefs, {"mail.accountmanager.defaultaccount", QuotedPref(keys.account)});
+  AppendPref(prefs, {AccountListPref, QuotedPref(keys.account)});
+  AppendPref(prefs, {DefaultAccountPref, QuotedPref(keys.account)});
   AppendAccount(prefs, keys);
   AppendPref(prefs, TypeLine(keys, account));
   return keys;
 }
 
 std::optional<GraphKeys> EnterNext(PrefsText &prefs, const std::string &list, const GraphAccount &account) {
-  GraphKeys keys = {NextName(prefs, list, "mail.account.", "account"), FreeName(prefs, "server", false),
+  GraphKeys keys = {NextName(prefs, list, AccountPrefs, "account"), FreeName(prefs, "server", false),
                     FreeName(prefs, "id", true)}; // an account may have several identities
   if (keys.server.empty() || keys.identity.empty())
     return std::nullopt;
-  ReplacePref(prefs, ExtendedList(AccountList, list, keys.account));
+  ReplacePref(prefs, ExtendedList(AccountListPref, list, keys.account));
   AppendAccount(prefs, keys);
   if (account.typedAtOnce)
     AppendPref(prefs, TypeLine(keys, account));
@@ -88,12 +85,12 @@ std::optional<GraphKeys> EnterNext(PrefsText &prefs, const std::string &list, co
 
 } // namespace
 
-std::string NextName(const PrefsText &prefs, const std::string &list, const char *keys, const char *prefix) {
+std::string NextName(const PrefsText &text, const std::string &list, const char *prefs, const char *prefix) {
   const std::vector<std::string> items = ListItems(list);
   const std::set<std::string> listed(items.begin(), items.end());
   auto number = static_cast<int>(items.size()) + 1;
   std::string name = Numbered(prefix, number);
-  while (listed.contains(name) || HasPrefText((keys + name + '.').c_str(), prefs))
+  while (listed.contains(name) || HasPrefText((prefs + name + '.').c_str(), text))
     name = Numbered(prefix, ++number);
   return name;
 }
@@ -103,27 +100,25 @@ PrefLine ExtendedList(const char *key, const std::string &list, const std::strin
 }
 
 std::optional<GraphKeys> FindOrEnter(PrefsText &prefs, const GraphAccount &account) {
-  if (!HasPrefText(AccountList, prefs))
+  if (!HasPrefText(AccountListPref, prefs))
     return EnterFirst(prefs, account);
-  const std::string list = FindPrefValue(AccountList, prefs).value_or("");
+  const std::string list = FindPrefValue(AccountListPref, prefs).value_or("");
   for (const std::string &key : ListItems(list))
     if (auto keys = Match(prefs, key, account))
       return keys;
   return EnterNext(prefs, list, account);
 }
 
-std::array<PrefLine, 8> AccountPrefs(const GraphKeys &keys, const GraphAccount &account) {
-  const std::string identity = "mail.identity." + keys.identity;
-  const std::string server = "mail.server." + keys.server;
+std::array<PrefLine, 8> AccountLines(const GraphKeys &keys, const GraphAccount &account) {
   return {{
-      {identity + ".useremail", QuotedPref(account.mailAddress)},
-      {identity + ".fullName", QuotedPref(account.fullName)},
-      {identity + ".compose_html", "false"},
-      {server + ".userName", QuotedPref(account.userName)},
-      {server + ".hostname", QuotedPref(account.hostname)},
+      {Format(IdentityAddressPref, keys.identity), QuotedPref(account.mailAddress)},
+      {Format(IdentitySenderPref, keys.identity), QuotedPref(account.fullName)},
+      {Format(IdentityHtmlPref, keys.identity), "false"},
+      {Format(ServerUserPref, keys.server), QuotedPref(account.userName)},
+      {Format(ServerHostPref, keys.server), QuotedPref(account.hostname)},
       TypeLine(keys, account),
-      {server + ".leave_on_server", "true"},
-      {server + ".name", QuotedPref(account.name)},
+      {Format(ServerLeaveMailPref, keys.server), "true"},
+      {Format(ServerNamePref, keys.server), QuotedPref(account.name)},
   }};
 }
 
@@ -136,17 +131,6 @@ bool TextsFit(const GraphAccount &account) {
 std::optional<std::string> Utf8(const std::string &text) {
   char converted[PrefValueSize];
   return ToUtf8Value(text.c_str(), converted) ? std::optional<std::string>(converted) : std::nullopt;
-}
-
-int32_t EditProfile(const std::string &directory, const std::function<bool(PrefsText &)> &edit) {
-  const std::string path = PrefsPath(directory);
-  const auto prefs = std::make_unique<PrefsText>();
-  LoadPrefsText(path.c_str(), *prefs);
-  if (!edit(*prefs) || (prefs->read && !prefs->whole))
-    return 0;
-  SavePrefsText(path.c_str(), *prefs);
-  MakeMailDirectory(directory);
-  return 1;
 }
 
 } // namespace netscape6

@@ -1,59 +1,59 @@
 #include "clients/netscape6/netscape6_news.h"
 
+#include "clients/found_account.h"
 #include "clients/netscape6/account_graph.h"
 #include "clients/netscape6/netscape6_profiles.h"
+#include "clients/profile_prefs.h"
+
+using namespace netscape6;
 
 namespace {
 
-using netscape6::GraphAccount;
-
 // Nothing if the sender's name or the server's can't be converted.
 std::optional<GraphAccount> AccountOf(const NewsAccountSpec &spec) {
-  const auto fullName = netscape6::Utf8(spec.senderName);
-  const auto serverName = netscape6::Utf8(spec.ServerName());
+  const auto fullName = Utf8(spec.senderName);
+  const auto serverName = Utf8(spec.ServerName());
   if (!fullName || !serverName)
     return std::nullopt;
-  return GraphAccount{"nntp",      "name",      *serverName,      false,    spec.userId,
-                      spec.Host(), *serverName, spec.mailAddress, *fullName};
+  return GraphAccount{.type = "nntp",
+                      .matchedPref = ServerNamePref,
+                      .matchedText = *serverName,
+                      .typedAtOnce = false,
+                      .userName = spec.userId,
+                      .hostname = spec.Host(),
+                      .name = *serverName,
+                      .mailAddress = spec.mailAddress,
+                      .fullName = *fullName};
 }
 
-void ApplyAccountPrefs(PrefsText &prefs, const netscape6::GraphKeys &keys, const GraphAccount &account) {
-  for (const PrefLine &line : netscape6::AccountPrefs(keys, account))
-    ReplacePref(prefs, line);
-  ReplacePref(prefs, {"signon.rememberSignons", "true"});
+void ApplyAccountPrefs(PrefsText &prefs, const GraphKeys &keys, const GraphAccount &account) {
+  ReplacePrefs(prefs, AccountLines(keys, account));
+  ReplacePref(prefs, {RememberPasswordsPref, "true"});
 }
 
-int32_t WriteAccount(const std::string &directory, const GraphAccount &account) {
-  return netscape6::EditProfile(directory, [&](PrefsText &prefs) {
-    const auto keys = netscape6::FindOrEnter(prefs, account);
-    if (keys)
-      ApplyAccountPrefs(prefs, *keys, account);
-    return keys.has_value();
-  });
+bool WriteAccount(const std::string &directory, const GraphAccount &account) {
+  ProfilePrefs prefs(directory);
+  const auto keys = FindOrEnter(prefs.Text(), account);
+  if (!keys)
+    return false;
+  ApplyAccountPrefs(prefs.Text(), *keys, account);
+  if (!prefs.HasRoom())
+    return false;
+  prefs.Save();
+  MakeMailFolder(directory);
+  return true;
 }
 
 } // namespace
 
-int32_t Netscape6News::IsInstall() { return IsInstalled(netscape6::Program); }
-
 int32_t Netscape6News::SetupAccount(const NewsAccountSpec &spec, std::string &key) {
   const auto account = AccountOf(spec);
-  if (!account || !netscape6::TextsFit(*account) || !netscape6::DirectoryFits(key) ||
-      (key.empty() && !netscape6::MakeProfile(spec.accountName, key)))
+  if (!account || !TextsFit(*account))
     return 0;
-  return WriteAccount(key, *account);
+  return EnsureProfile(spec.accountName, key) && WriteAccount(key, *account);
 }
-
-int32_t Netscape6News::SetDefaultClient() { return 1; }
 
 int32_t Netscape6News::IsExistAccount(const NewsAccountSpec &spec, std::string &key, std::string &message) {
-  return netscape6::FindProfile(spec.accountName, key, message);
+  key.clear();
+  return AnswerFound(FindProfile(spec.accountName), SameProfileQuestion(spec.accountName), key, message);
 }
-
-int32_t Netscape6News::GetClientName(std::string &name) { return ReadName(netscape6::Program, name); }
-
-int32_t Netscape6News::GetClientPath(std::string &path) { return ReadProgramPath(netscape6::Program, path); }
-
-int32_t Netscape6News::GetClientVersion(std::string &version) { return ReadVersion(netscape6::Program, version); }
-
-int32_t Netscape6News::GetClientType() { return ClientNetscape6; }

@@ -1,12 +1,15 @@
 #include "clients/outlook_express/outlook_express_mail.h"
 
 #include "clients/format.h"
-#include "clients/outlook_express/account_store.h"
+#include "clients/found_account.h"
+#include "clients/outlook_express/outlook_express_accounts.h"
 #include "clients/registry_key.h"
+#include "clients/windows_layout.h"
+
+using namespace outlook_express;
 
 namespace {
 
-constexpr const char *ClientName = "Outlook Express";
 constexpr const char *SameTitleQuestion = "同名のアカウントが存在します。\nアカウント名：%sを上書きしますか？";
 // The line feeds stand where the client's message box breaks its lines.
 constexpr const char *SameUserQuestion =
@@ -15,98 +18,75 @@ constexpr const char *SameUserQuestion =
     "信される可能性があります。新たな設定を追加しない場合は、「キャンセル」ボタン\n"
     "をクリックしてください。";
 
-// A mail account is one with a POP3 or an SMTP server; news accounts live in the same place.
-bool IsMailAccount(const std::string &path) {
-  std::string server;
-  for (const char *valueName : {"POP3 Server", "SMTP Server"})
-    if (ReadText(HKEY_CURRENT_USER, path, valueName, server) && !server.empty())
+// News accounts stand among the mail accounts.
+bool IsMailAccount(const std::string &accountKey) {
+  for (const char *valueName : {Pop3ServerValue, SmtpServerValue})
+    if (!ReadTextFullAccess(HKEY_CURRENT_USER, accountKey, valueName).value_or("").empty())
       return true;
   return false;
 }
 
-int32_t FindMailAccount(const char *valueName, const std::string &wanted, const char *question, std::string &key,
-                        std::string &message) {
-  const bool found = outlook_express::FindAccount(
-      [&](const std::string &path) {
-        return IsMailAccount(path) && outlook_express::HoldsText(path, valueName, wanted);
-      },
-      key);
-  if (found)
-    message = Format(question, wanted);
-  return found ? 1 : 0;
+std::optional<std::string> FindMailAccount(const char *valueName, const std::string &wanted) {
+  return FindAccount([&](const std::string &accountKey) {
+    return IsMailAccount(accountKey) && HoldsText(accountKey, valueName, wanted);
+  });
 }
 
-// Copies the default value of one of the client's keys to the system's key. A command line isn't a file, so whether the
-// path exists has no meaning here.
+// Copies the default value of one of the client's keys to the system's key. It is a command line and no file's path, so
+// whether there is such a file doesn't matter.
 void CopyDefaultValue(const std::string &from, const std::string &to) {
-  std::string stored;
-  std::string text;
-  const int32_t found = ReadText(HKEY_LOCAL_MACHINE, from, nullptr, stored);
-  ReadPath(HKEY_LOCAL_MACHINE, from.c_str(), nullptr, text);
-  if (found && (!text.empty() || stored.empty()))
-    WriteValues(HKEY_LOCAL_MACHINE, to, {{nullptr, text}});
+  const auto stored = ReadTextFullAccess(HKEY_LOCAL_MACHINE, from, nullptr);
+  const std::string text = ReadPathFullAccess(HKEY_LOCAL_MACHINE, from, nullptr).text;
+  if (stored && (!text.empty() || stored->empty()))
+    WriteValuesFullAccess(HKEY_LOCAL_MACHINE, to, {{nullptr, text}});
 }
 
 } // namespace
 
-int32_t OutlookExpressMail::IsInstall() { return IsInstalled(outlook_express::Program); }
-
 int32_t OutlookExpressMail::SetupAccount(const MailAccountSpec &spec, std::string &key) {
-  if (!outlook_express::TextsFit({spec.userId, spec.senderName, spec.accountName, spec.smtpServer, spec.popServer,
-                                  spec.mailAddress, outlook_express::AccountPath(key)}))
+  if (!TextsFit({spec.userId, spec.senderName, spec.accountName, spec.smtpServer, spec.popServer, spec.mailAddress,
+                 AccountKey(key)}))
     return 0;
-  if (!key.empty() && outlook_express::HasText(outlook_express::AccountPath(key), "NNTP Server"))
+  const auto name = EnterAccount(key, spec.accountName, NntpServerValue);
+  if (!name)
     return 0;
+  EnsureDefaultMailAccount(*name);
+  WriteValuesFullAccess(HKEY_CURRENT_USER, AccountKey(*name),
+                        {{Pop3ServerValue, spec.popServer},
+                         {Pop3UserValue, spec.userId},
+                         {SmtpServerValue, spec.smtpServer},
+                         {SmtpAddressValue, spec.mailAddress},
+                         {SmtpSenderValue, spec.senderName},
+                         {Pop3SkipValue, DWORD{0}},
+                         {LeaveOnServerValue, DWORD{1}},
+                         {Pop3PromptValue, DWORD{0}},
+                         {ConnectionTypeValue, ConnectionType()}});
 
-  const std::string name = key.empty() ? outlook_express::EnterAccount(spec.accountName) : key;
-  outlook_express::EnsureDefaultMailAccount(name);
-  WriteValues(HKEY_CURRENT_USER, outlook_express::AccountPath(name),
-              {{"POP3 Server", spec.popServer},
-               {"POP3 User Name", spec.userId},
-               {"SMTP Server", spec.smtpServer},
-               {"SMTP Email Address", spec.mailAddress},
-               {"SMTP Display Name", spec.senderName},
-               {"POP3 Skip Account", DWORD{0}},
-               {"Leave Mail On Server", DWORD{1}},
-               {"POP3 Prompt for Password", DWORD{0}},
-               {"Connection Type", outlook_express::ConnectionType()}});
-
-  const NamedValue plainText = {"Message Send HTML", DWORD{0}};
-  WriteValues(HKEY_CURRENT_USER, "Software\\Microsoft\\Outlook Express\\Mail", {plainText});
-  if (!outlook_express::IsVersion4())
-    if (const std::string settings = outlook_express::IdentitySettingsPath(); !settings.empty())
-      WriteValues(HKEY_CURRENT_USER, settings + "\\Mail", {plainText});
+  const NamedValue plainText = {SendHtmlValue, DWORD{0}};
+  WriteValuesFullAccess(HKEY_CURRENT_USER, MailSettingsKey(SettingsKey), {plainText});
+  if (!IsVersion4())
+    if (const std::string settings = DefaultIdentitySettings(); !settings.empty())
+      WriteValuesFullAccess(HKEY_CURRENT_USER, MailSettingsKey(settings), {plainText});
   return 1;
 }
 
 int32_t OutlookExpressMail::SetDefaultClient() {
-  const std::string clientKey = std::string(MailProgramsKey) + '\\' + ClientName;
+  const std::string clientKey = MailProgramKey(MailProgramName);
   RegistryKey key;
   if (!key.KeyExists(HKEY_LOCAL_MACHINE, clientKey.c_str()))
     return 0;
   const std::string protocols = clientKey + "\\Protocols";
   for (const char *below : {"\\mailto\\DefaultIcon", "\\mailto\\shell\\open\\command"})
     CopyDefaultValue(protocols + below, std::string("SOFTWARE\\Classes") + below);
-  WriteValues(HKEY_LOCAL_MACHINE, MailProgramsKey, {{nullptr, ClientName}});
+  WriteValuesFullAccess(HKEY_LOCAL_MACHINE, MailProgramsKey, {{nullptr, MailProgramName}});
   return 1;
 }
 
 int32_t OutlookExpressMail::IsExistAccount(const MailAccountSpec &spec, std::string &key, std::string &message) {
-  return FindMailAccount("Account Name", spec.accountName, SameTitleQuestion, key, message);
+  return AnswerFound(FindMailAccount(AccountNameValue, spec.accountName), Format(SameTitleQuestion, spec.accountName),
+                     key, message);
 }
 
 int32_t OutlookExpressMail::IsExistUser(const MailAccountSpec &spec, std::string &key, std::string &message) {
-  return FindMailAccount("POP3 User Name", spec.userId, SameUserQuestion, key, message);
+  return AnswerFound(FindMailAccount(Pop3UserValue, spec.userId), Format(SameUserQuestion, spec.userId), key, message);
 }
-
-int32_t OutlookExpressMail::IsExistSecondUser(const MailAccountSpec &, std::string &, std::string &) { return 0; }
-
-int32_t OutlookExpressMail::GetClientName(std::string &name) { return ReadName(outlook_express::Program, name); }
-
-int32_t OutlookExpressMail::GetClientPath(std::string &path) { return ReadProgramPath(outlook_express::Program, path); }
-
-int32_t OutlookExpressMail::GetClientVersion(std::string &version) {
-  return ReadVersion(outlook_express::Program, version);
-}
-
-int32_t OutlookExpressMail::GetClientType() { return ClientOutlookExpress; }

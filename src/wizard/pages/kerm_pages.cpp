@@ -1,13 +1,13 @@
 #include "wizard/pages/kerm_pages.h"
-#include "clients/service_names.h"
 
-using namespace page_parts;
+#include "clients/service_names.h"
+#include "wizard/account_writing.h"
+#include "wizard/page_fields.h"
+#include "wizard/ps_wizard.h"
 
 // ---- Mail account ----
 
 IMPLEMENT_DYNAMIC(CSetKERMMailerTop, CPropertyPage)
-
-CSetKERMMailerTop::CSetKERMMailerTop() : CPropertyPage(IDD_SET_KERM_MAILER_TOP, 0) {}
 
 BOOL CSetKERMMailerTop::OnSetActive() {
   PostButtons(*this, PSWIZB_NEXT);
@@ -28,8 +28,6 @@ BEGIN_MESSAGE_MAP(CSetKERMMailerSelect, CPropertyPage)
 ON_CBN_SELCHANGE(IDC_CHOICE, OnSelectClient)
 ON_WM_PAINT()
 END_MESSAGE_MAP()
-
-CSetKERMMailerSelect::CSetKERMMailerSelect() : CPropertyPage(IDD_SET_KERM_MAILER_SELECT, 0) {}
 
 void CSetKERMMailerSelect::DoDataExchange(CDataExchange *exchange) {
   CPropertyPage::DoDataExchange(exchange);
@@ -56,8 +54,6 @@ void CSetKERMMailerSelect::OnPaint() { choice.icon.Paint(*this, data->mailClient
 
 IMPLEMENT_DYNAMIC(CSetKERMMailerID, CPropertyPage)
 
-CSetKERMMailerID::CSetKERMMailerID() : CPropertyPage(IDD_SET_KERM_MAILER_ID, 0) {}
-
 // The buttons stay those of the page before.
 BOOL CSetKERMMailerID::OnSetActive() {
   constexpr WPARAM AddressLimit = 255;
@@ -75,8 +71,6 @@ LRESULT CSetKERMMailerID::OnWizardNext() {
 // ---- Servers ----
 
 IMPLEMENT_DYNAMIC(CSetKERMServer, CPropertyPage)
-
-CSetKERMServer::CSetKERMServer() : CPropertyPage(IDD_SET_KERM_SERVER, 0) {}
 
 BOOL CSetKERMServer::OnSetActive() {
   PostButtons(*this, PSWIZB_BACK | PSWIZB_NEXT);
@@ -98,13 +92,11 @@ BEGIN_MESSAGE_MAP(CSetKERMEnd, CPropertyPage)
 ON_WM_PAINT()
 END_MESSAGE_MAP()
 
-CSetKERMEnd::CSetKERMEnd() : CPropertyPage(IDD_SET_KERM_END, 0) {}
-
 BOOL CSetKERMEnd::OnSetActive() {
   PostButtons(*this, PSWIZB_BACK | PSWIZB_FINISH);
   const std::string clientName = data->mailClient != nullptr ? NameOf(*data->mailClient) : CString();
-  summary.Show(*this, MailSummary{data->userId, clientName, data->mailAddress, data->senderName, data->popServer,
-                                  data->smtpServer});
+  summary.Show(*this, MailSummary(data->userId, clientName, data->mailAddress, data->senderName, data->popServer,
+                                  data->smtpServer));
   return CPropertyPage::OnSetActive();
 }
 

@@ -1,7 +1,11 @@
 // The pages of the original-domain wizard, in their order: the user types everything, the servers too.
 #pragma once
 
-#include "wizard/pages/page_parts.h"
+#include "mfc/afxwin.h"
+#include "resources/resource.h"
+#include "wizard/client_choice.h"
+#include "wizard/client_finder.h"
+#include "wizard/summary_text.h"
 #include "wizard/wizard_data.h"
 
 // Mail account.
@@ -11,7 +15,7 @@ class CSetKERMMailerTop : public CPropertyPage {
 public:
   SpecWizardData *data = nullptr;
 
-  CSetKERMMailerTop();
+  CSetKERMMailerTop() : CPropertyPage(IDD_SET_KERM_MAILER_TOP, 0) {}
 
 protected:
   BOOL OnSetActive() override;
@@ -25,7 +29,7 @@ class CSetKERMMailerSelect : public CPropertyPage {
 public:
   SpecWizardData *data = nullptr;
 
-  CSetKERMMailerSelect();
+  CSetKERMMailerSelect() : CPropertyPage(IDD_SET_KERM_MAILER_SELECT, 0) {}
 
 protected:
   void DoDataExchange(CDataExchange *exchange) override;
@@ -37,7 +41,7 @@ protected:
   DECLARE_MESSAGE_MAP()
 
 private:
-  page_parts::ClientChoice choice;
+  ClientChoice choice;
   ClientFinder finder;
 };
 
@@ -48,7 +52,7 @@ class CSetKERMMailerID : public CPropertyPage {
 public:
   SpecWizardData *data = nullptr;
 
-  CSetKERMMailerID();
+  CSetKERMMailerID() : CPropertyPage(IDD_SET_KERM_MAILER_ID, 0) {}
 
 protected:
   BOOL OnSetActive() override;
@@ -62,7 +66,7 @@ class CSetKERMServer : public CPropertyPage {
 public:
   SpecWizardData *data = nullptr;
 
-  CSetKERMServer();
+  CSetKERMServer() : CPropertyPage(IDD_SET_KERM_SERVER, 0) {}
 
 protected:
   BOOL OnSetActive() override;
@@ -76,7 +80,7 @@ class CSetKERMEnd : public CPropertyPage {
 public:
   SpecWizardData *data = nullptr;
 
-  CSetKERMEnd();
+  CSetKERMEnd() : CPropertyPage(IDD_SET_KERM_END, 0) {}
 
 protected:
   BOOL OnSetActive() override;
@@ -86,6 +90,6 @@ protected:
   DECLARE_MESSAGE_MAP()
 
 private:
-  page_parts::SummaryText summary;
-  page_parts::ClientIcon icon;
+  SummaryText summary;
+  ClientIcon icon;
 };

@@ -1,9 +1,11 @@
 #include "wizard/pages/mailer_pages.h"
 
-#include "wizard/pages/id_pages.h"
+#include "wizard/account_writing.h"
+#include "wizard/build_stamp.h"
+#include "wizard/id_pages.h"
+#include "wizard/page_fields.h"
+#include "wizard/ps_wizard.h"
 #include "wizard/service_ini.h"
-
-using namespace page_parts;
 
 // ---- Which ID ----
 
@@ -13,8 +15,6 @@ BEGIN_MESSAGE_MAP(CSetMailerTop1, CPropertyPage)
 ON_CBN_SELCHANGE(IDC_CHOICE, OnSelectId)
 ON_WM_LBUTTONDBLCLK()
 END_MESSAGE_MAP()
-
-CSetMailerTop1::CSetMailerTop1() : CPropertyPage(IDD_SET_MAILER_TOP1, 0) {}
 
 BOOL CSetMailerTop1::OnSetActive() {
   PostButtons(*this, PSWIZB_NEXT);
@@ -43,8 +43,6 @@ BEGIN_MESSAGE_MAP(CSetMailerTop2, CPropertyPage)
 ON_WM_LBUTTONDBLCLK()
 END_MESSAGE_MAP()
 
-CSetMailerTop2::CSetMailerTop2() : CPropertyPage(IDD_SET_MAILER_TOP2, 0) {}
-
 BOOL CSetMailerTop2::OnSetActive() {
   PostButtons(*this, PSWIZB_NEXT);
   SetWindowText("MailerWizard (" + data->CurrentId() + ")");
@@ -63,8 +61,6 @@ BEGIN_MESSAGE_MAP(CSetMailerSelect, CPropertyPage)
 ON_CBN_SELCHANGE(IDC_CHOICE, OnSelectClient)
 ON_WM_PAINT()
 END_MESSAGE_MAP()
-
-CSetMailerSelect::CSetMailerSelect() : CPropertyPage(IDD_SET_MAILER_SELECT, 0) {}
 
 void CSetMailerSelect::DoDataExchange(CDataExchange *exchange) {
   CPropertyPage::DoDataExchange(exchange);
@@ -96,8 +92,6 @@ void CSetMailerSelect::OnPaint() { choice.icon.Paint(*this, data->mailClient); }
 // ---- Address and sender ----
 
 IMPLEMENT_DYNAMIC(CSetMailerID, CPropertyPage)
-
-CSetMailerID::CSetMailerID() : CPropertyPage(IDD_SET_MAILER_ID, 0) {}
 
 BOOL CSetMailerID::OnInitDialog() {
   CPropertyPage::OnInitDialog();
@@ -143,12 +137,10 @@ BEGIN_MESSAGE_MAP(CSetMailerEnd, CPropertyPage)
 ON_WM_PAINT()
 END_MESSAGE_MAP()
 
-CSetMailerEnd::CSetMailerEnd() : CPropertyPage(IDD_SET_MAILER_END, 0) {}
-
 BOOL CSetMailerEnd::OnSetActive() {
   PostButtons(*this, PSWIZB_BACK | PSWIZB_FINISH);
-  summary.Show(*this, MailSummary{data->CurrentId(), data->clientName, data->mailAddress, data->senderName,
-                                  data->popServer, data->smtpServer});
+  summary.Show(*this, MailSummary(data->CurrentId(), data->clientName, data->mailAddress, data->senderName,
+                                  data->popServer, data->smtpServer));
   return CPropertyPage::OnSetActive();
 }
 

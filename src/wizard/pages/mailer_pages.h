@@ -2,7 +2,10 @@
 // and shares the others.
 #pragma once
 
-#include "wizard/pages/page_parts.h"
+#include "mfc/afxwin.h"
+#include "resources/resource.h"
+#include "wizard/client_choice.h"
+#include "wizard/summary_text.h"
 #include "wizard/wizard_data.h"
 
 // Which ID: chosen from the list or typed.
@@ -12,7 +15,7 @@ class CSetMailerTop1 : public CPropertyPage {
 public:
   WizardData *data = nullptr;
 
-  CSetMailerTop1();
+  CSetMailerTop1() : CPropertyPage(IDD_SET_MAILER_TOP1, 0) {}
 
 protected:
   BOOL OnSetActive() override;
@@ -30,7 +33,7 @@ class CSetMailerTop2 : public CPropertyPage {
 public:
   WizardData *data = nullptr;
 
-  CSetMailerTop2();
+  CSetMailerTop2() : CPropertyPage(IDD_SET_MAILER_TOP2, 0) {}
 
 protected:
   BOOL OnSetActive() override;
@@ -46,7 +49,7 @@ class CSetMailerSelect : public CPropertyPage {
 public:
   WizardData *data = nullptr;
 
-  CSetMailerSelect();
+  CSetMailerSelect() : CPropertyPage(IDD_SET_MAILER_SELECT, 0) {}
 
 protected:
   void DoDataExchange(CDataExchange *exchange) override;
@@ -58,7 +61,7 @@ protected:
   DECLARE_MESSAGE_MAP()
 
 private:
-  page_parts::ClientChoice choice;
+  ClientChoice choice;
 };
 
 // Address and sender.
@@ -68,7 +71,7 @@ class CSetMailerID : public CPropertyPage {
 public:
   WizardData *data = nullptr;
 
-  CSetMailerID();
+  CSetMailerID() : CPropertyPage(IDD_SET_MAILER_ID, 0) {}
 
 protected:
   BOOL OnInitDialog() override;
@@ -84,7 +87,7 @@ class CSetMailerEnd : public CPropertyPage {
 public:
   WizardData *data = nullptr;
 
-  CSetMailerEnd();
+  CSetMailerEnd() : CPropertyPage(IDD_SET_MAILER_END, 0) {}
 
 protected:
   BOOL OnSetActive() override;
@@ -94,6 +97,6 @@ protected:
   DECLARE_MESSAGE_MAP()
 
 private:
-  page_parts::SummaryText summary;
-  page_parts::ClientIcon icon;
+  SummaryText summary;
+  ClientIcon icon;
 };

@@ -1,14 +1,14 @@
 #include "wizard/pages/news_pages.h"
 
-#include "clients/format.h"
 #include "clients/service_constants.h"
-#include "wizard/pages/id_pages.h"
+#include "wizard/account_writing.h"
+#include "wizard/build_stamp.h"
+#include "wizard/id_pages.h"
+#include "wizard/page_fields.h"
+#include "wizard/ps_wizard.h"
 #include "wizard/service_ini.h"
 
 #include <algorithm>
-#include <vector>
-
-using namespace page_parts;
 
 namespace {
 
@@ -31,8 +31,6 @@ IMPLEMENT_DYNAMIC(CSetNewsTop, CPropertyPage)
 BEGIN_MESSAGE_MAP(CSetNewsTop, CPropertyPage)
 ON_WM_LBUTTONDBLCLK()
 END_MESSAGE_MAP()
-
-CSetNewsTop::CSetNewsTop() : CPropertyPage(IDD_SET_NEWS_TOP, 0) {}
 
 BOOL CSetNewsTop::OnSetActive() {
   PostButtons(*this, PSWIZB_NEXT);
@@ -60,8 +58,6 @@ BEGIN_MESSAGE_MAP(CSetNewsSelect, CPropertyPage)
 ON_CBN_SELCHANGE(IDC_CHOICE, OnSelectClient)
 ON_WM_PAINT()
 END_MESSAGE_MAP()
-
-CSetNewsSelect::CSetNewsSelect() : CPropertyPage(IDD_SET_NEWS_SELECT, 0) {}
 
 void CSetNewsSelect::DoDataExchange(CDataExchange *exchange) {
   CPropertyPage::DoDataExchange(exchange);
@@ -93,8 +89,6 @@ void CSetNewsSelect::OnPaint() { choice.icon.Paint(*this, data->newsClient); }
 // ---- Address and name ----
 
 IMPLEMENT_DYNAMIC(CSetNewsId, CPropertyPage)
-
-CSetNewsId::CSetNewsId() : CPropertyPage(IDD_SET_NEWS_ID, 0) {}
 
 BOOL CSetNewsId::OnInitDialog() {
   CPropertyPage::OnInitDialog();
@@ -143,8 +137,6 @@ ON_BN_CLICKED(IDC_FORUM_SERVER, OnForum)
 ON_BN_CLICKED(IDC_SQUARE_SERVER, OnSquare)
 END_MESSAGE_MAP()
 
-CSetNewsServer::CSetNewsServer() : CPropertyPage(IDD_SET_NEWS_SERVER, 0) {}
-
 BOOL CSetNewsServer::OnInitDialog() {
   CPropertyPage::OnInitDialog();
   for (const Server &server : Servers)
@@ -186,22 +178,6 @@ void CSetNewsServer::Toggle(size_t server) { data->newsServerOn[server] = data->
 
 namespace {
 
-std::string NewsSummary(const WizardData &data) {
-  std::string summary = Format("\r\n"
-                               " 　     @zuvioID ： %s \r\n"
-                               "\r\n"
-                               " ニュースリーダー： %s \r\n",
-                               data.CurrentId(), data.newsClientName) +
-                        AddressAndSenderLines(data.mailAddress, data.senderName) + "    　サーバー名 ：";
-  const bool forum = data.newsServerOn[0] != 0;
-  const bool square = data.newsServerOn[1] != 0;
-  if (forum || square)
-    summary += Format(" %s \r\n", data.newsHosts[forum ? 0 : 1]);
-  if (forum && square)
-    summary += Format("    　　　　　　　　%s \r\n", data.newsHosts[1]);
-  return summary + "\r\n";
-}
-
 NewsAccountSpec NewsSpec(const WizardData &data) {
   NewsAccountSpec spec;
   spec.userId = data.CurrentId();
@@ -216,60 +192,6 @@ NewsAccountSpec NewsSpec(const WizardData &data) {
   return spec;
 }
 
-// The account of each server that is wanted.
-std::vector<NewsAccountSpec> WantedServers(NewsAccountSpec spec) {
-  std::vector<NewsAccountSpec> wanted;
-  for (; spec.serverIndex < static_cast<int32_t>(spec.newsServerOn.size()); ++spec.serverIndex)
-    if (spec.newsServerOn[static_cast<size_t>(spec.serverIndex)] != 0)
-      wanted.push_back(spec);
-  return wanted;
-}
-
-// What is there already of the accounts, each text once.
-std::vector<std::string> FindExisting(NewsClient &client, const std::vector<NewsAccountSpec> &accounts) {
-  std::vector<std::string> found;
-  for (const NewsAccountSpec &account : accounts) {
-    std::string key;
-    std::string message;
-    const auto isMessage = [&](const std::string &text) { return SameIgnoringCase(text, message); };
-    if (client.IsExistAccount(account, key, message) && std::ranges::none_of(found, isMessage))
-      found.push_back(message);
-  }
-  return found;
-}
-
-bool MayOverwrite(const std::vector<std::string> &existing) {
-  if (existing.empty())
-    return true;
-  std::string prompt = "同名の設定が存在します。\n上書きしますか？\n";
-  for (const std::string &text : existing)
-    prompt += "\n" + text;
-  return Confirmed(prompt);
-}
-
-bool SetUp(NewsClient &client, const std::vector<NewsAccountSpec> &accounts) {
-  for (const NewsAccountSpec &account : accounts) {
-    std::string key;
-    std::string message;
-    client.IsExistAccount(account, key, message);
-    if (!client.SetupAccount(account, key))
-      return false;
-  }
-  return true;
-}
-
-// Writes the accounts of the servers that are wanted, once the user has agreed to overwrite what is there already.
-// False if the wizard is to stay open.
-bool WriteNewsAccounts(NewsClient *client, const NewsAccountSpec &spec) {
-  if (client == nullptr) // every client has gone since it was found
-    return TellResult(false, 0);
-  const std::vector<NewsAccountSpec> accounts = WantedServers(spec);
-  if (!MayOverwrite(FindExisting(*client, accounts)))
-    return false;
-  const bool written = SetUp(*client, accounts);
-  return TellResult(written, client->GetClientType());
-}
-
 } // namespace
 
 IMPLEMENT_DYNAMIC(CSetNewsEnd, CPropertyPage)
@@ -277,8 +199,6 @@ IMPLEMENT_DYNAMIC(CSetNewsEnd, CPropertyPage)
 BEGIN_MESSAGE_MAP(CSetNewsEnd, CPropertyPage)
 ON_WM_PAINT()
 END_MESSAGE_MAP()
-
-CSetNewsEnd::CSetNewsEnd() : CPropertyPage(IDD_SET_NEWS_END, 0) {}
 
 BOOL CSetNewsEnd::OnSetActive() {
   PostButtons(*this, PSWIZB_BACK | PSWIZB_FINISH);

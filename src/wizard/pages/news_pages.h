@@ -1,7 +1,10 @@
 // The pages of the news wizard, in their order.
 #pragma once
 
-#include "wizard/pages/page_parts.h"
+#include "mfc/afxwin.h"
+#include "resources/resource.h"
+#include "wizard/client_choice.h"
+#include "wizard/summary_text.h"
 #include "wizard/wizard_data.h"
 
 // Which ID.
@@ -11,7 +14,7 @@ class CSetNewsTop : public CPropertyPage {
 public:
   WizardData *data = nullptr;
 
-  CSetNewsTop();
+  CSetNewsTop() : CPropertyPage(IDD_SET_NEWS_TOP, 0) {}
 
 protected:
   BOOL OnSetActive() override;
@@ -28,7 +31,7 @@ class CSetNewsSelect : public CPropertyPage {
 public:
   WizardData *data = nullptr;
 
-  CSetNewsSelect();
+  CSetNewsSelect() : CPropertyPage(IDD_SET_NEWS_SELECT, 0) {}
 
 protected:
   void DoDataExchange(CDataExchange *exchange) override;
@@ -40,7 +43,7 @@ protected:
   DECLARE_MESSAGE_MAP()
 
 private:
-  page_parts::ClientChoice choice;
+  ClientChoice choice;
 };
 
 // Address and name.
@@ -50,7 +53,7 @@ class CSetNewsId : public CPropertyPage {
 public:
   WizardData *data = nullptr;
 
-  CSetNewsId();
+  CSetNewsId() : CPropertyPage(IDD_SET_NEWS_ID, 0) {}
 
 protected:
   BOOL OnInitDialog() override;
@@ -66,7 +69,7 @@ class CSetNewsServer : public CPropertyPage {
 public:
   WizardData *data = nullptr;
 
-  CSetNewsServer();
+  CSetNewsServer() : CPropertyPage(IDD_SET_NEWS_SERVER, 0) {}
 
 protected:
   BOOL OnInitDialog() override;
@@ -88,7 +91,7 @@ class CSetNewsEnd : public CPropertyPage {
 public:
   WizardData *data = nullptr;
 
-  CSetNewsEnd();
+  CSetNewsEnd() : CPropertyPage(IDD_SET_NEWS_END, 0) {}
 
 protected:
   BOOL OnSetActive() override;
@@ -98,6 +101,6 @@ protected:
   DECLARE_MESSAGE_MAP()
 
 private:
-  page_parts::SummaryText summary;
-  page_parts::ClientIcon icon;
+  SummaryText summary;
+  ClientIcon icon;
 };

@@ -1,13 +1,11 @@
 #include "wizard/pages/second_mailer_page.h"
 
-#include "wizard/pages/id_pages.h"
+#include "wizard/id_pages.h"
+#include "wizard/page_fields.h"
+#include "wizard/ps_wizard.h"
 #include "wizard/service_ini.h"
 
-using namespace page_parts;
-
 IMPLEMENT_DYNAMIC(CSet2ndMailerID, CPropertyPage)
-
-CSet2ndMailerID::CSet2ndMailerID() : CPropertyPage(IDD_SET_2ND_MAILER_ID, 0) {}
 
 BOOL CSet2ndMailerID::OnInitDialog() {
   CPropertyPage::OnInitDialog();

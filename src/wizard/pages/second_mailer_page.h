@@ -1,7 +1,8 @@
-// The page of the second-mailer wizard that stands in the place of CSetMailerID.
+// The ID page of the second-mailer wizard, which it has instead of CSetMailerID.
 #pragma once
 
-#include "wizard/pages/page_parts.h"
+#include "mfc/afxwin.h"
+#include "resources/resource.h"
 #include "wizard/wizard_data.h"
 
 // Address and sender, of an account that isn't named after the ID: the domain can be typed.
@@ -11,7 +12,7 @@ class CSet2ndMailerID : public CPropertyPage {
 public:
   WizardData *data = nullptr;
 
-  CSet2ndMailerID();
+  CSet2ndMailerID() : CPropertyPage(IDD_SET_2ND_MAILER_ID, 0) {}
 
 protected:
   BOOL OnInitDialog() override;

@@ -2,9 +2,10 @@
 
 #include "clients/service_constants.h"
 #include "clients/service_names.h"
+#include "wizard/account_writing.h"
+#include "wizard/page_fields.h"
+#include "wizard/ps_wizard.h"
 #include "wizard/service_ini.h"
-
-using namespace page_parts;
 
 namespace {
 
@@ -20,8 +21,6 @@ BEGIN_MESSAGE_MAP(CSetShortMailerSelect, CPropertyPage)
 ON_CBN_SELCHANGE(IDC_CHOICE, OnClientChange)
 ON_WM_PAINT()
 END_MESSAGE_MAP()
-
-CSetShortMailerSelect::CSetShortMailerSelect() : CPropertyPage(IDD_SET_SHORT_MAILER_SELECT, 0) {}
 
 void CSetShortMailerSelect::DoDataExchange(CDataExchange *exchange) {
   CPropertyPage::DoDataExchange(exchange);
@@ -53,8 +52,6 @@ IMPLEMENT_DYNAMIC(CSetShortMailerID, CPropertyPage)
 BEGIN_MESSAGE_MAP(CSetShortMailerID, CPropertyPage)
 ON_MESSAGE(FocusControlMessage, OnFocusControl)
 END_MESSAGE_MAP()
-
-CSetShortMailerID::CSetShortMailerID() : CPropertyPage(IDD_SET_SHORT_MAILER_ID, 0) {}
 
 BOOL CSetShortMailerID::OnInitDialog() {
   CPropertyPage::OnInitDialog();

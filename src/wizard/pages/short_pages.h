@@ -1,7 +1,10 @@
 // The pages of the short wizard, in their order. Both ask before the wizard is cancelled.
 #pragma once
 
-#include "wizard/pages/page_parts.h"
+#include "mfc/afxwin.h"
+#include "resources/resource.h"
+#include "wizard/client_choice.h"
+#include "wizard/client_finder.h"
 #include "wizard/wizard_data.h"
 
 // Which mail client.
@@ -11,7 +14,7 @@ class CSetShortMailerSelect : public CPropertyPage {
 public:
   SpecWizardData *data = nullptr;
 
-  CSetShortMailerSelect();
+  CSetShortMailerSelect() : CPropertyPage(IDD_SET_SHORT_MAILER_SELECT, 0) {}
 
 protected:
   void DoDataExchange(CDataExchange *exchange) override;
@@ -24,7 +27,7 @@ protected:
   DECLARE_MESSAGE_MAP()
 
 private:
-  page_parts::ClientChoice choice;
+  ClientChoice choice;
   ClientFinder finder;
 };
 
@@ -35,7 +38,7 @@ class CSetShortMailerID : public CPropertyPage {
 public:
   SpecWizardData *data = nullptr;
 
-  CSetShortMailerID();
+  CSetShortMailerID() : CPropertyPage(IDD_SET_SHORT_MAILER_ID, 0) {}
 
 protected:
   BOOL OnInitDialog() override;

@@ -40,6 +40,8 @@ struct Search {};
 machine::HandleTable<HANDLE, OpenFile> openFiles{0x4000000};
 machine::HandleTable<HANDLE, Search> searches{0x5000000};
 
+thread_local DWORD lastError = ERROR_SUCCESS;
+
 // Tells what the disk did, for whoever asks why a call failed.
 BOOL Failed(const std::filesystem::path &path, int error) {
   machine::RecordFault(path.string() + ": " +
@@ -71,16 +73,17 @@ DiskPath FindEntry(const char *path) {
   const size_t begin = wide.rfind(u'\\') + 1;
   const std::u16string pattern = wide.substr(begin);
   if (!wide.empty() && pattern.empty())
-    return {}; // a folder's path with a backslash behind it names no entry
+    return {.missing = true}; // a folder's path with a backslash behind it names no entry
   if (pattern.find_first_of(u"*?") == std::u16string::npos)
     return FindOnDisk(path);
 
   DiskPath found = FindOnDisk(text::FromWide(wide.substr(0, begin)).c_str());
   if (!found.IsFolder())
-    return {};
+    return {.missing = found.exists || found.missing};
   const std::string name = machine::FirstMatch(found.path, pattern);
   found.path /= name;
   found.exists = !name.empty() && stat(found.path.c_str(), &found.status) == 0;
+  found.missing = !found.exists;
   return found;
 }
 
@@ -175,11 +178,15 @@ BOOL CloseHandle(HANDLE handle) {
 
 HANDLE FindFirstFileA(const char *path, WIN32_FIND_DATAA *data) {
   const DiskPath found = FindEntry(path);
-  if (!found.exists)
+  if (!found.exists) {
+    lastError = found.missing ? ERROR_FILE_NOT_FOUND : ERROR_ACCESS_DENIED;
     return INVALID_HANDLE_VALUE;
+  }
   *data = Describe(found);
   return searches.Add(std::make_shared<Search>());
 }
+
+DWORD GetLastError() { return lastError; }
 
 BOOL FindClose(HANDLE search) { return searches.Remove(search) ? TRUE : FALSE; }
 

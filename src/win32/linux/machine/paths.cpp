@@ -32,6 +32,7 @@ template <typename Take> void ForEachEntry(const fs::path &folder, Take take) {
 DiskPath Look(const fs::path &path) {
   DiskPath found = {.path = path};
   found.exists = lstat(path.c_str(), &found.status) == 0;
+  found.missing = !found.exists && (errno == ENOENT || errno == ENOTDIR);
   return found;
 }
 
@@ -117,7 +118,7 @@ DiskPath Descend(const fs::path &drive, const std::vector<std::u16string> &names
     found = Look(fs::canonical(drive, error));
   for (const std::u16string &name : names) {
     if (!found.IsFolder())
-      return {};
+      return {.missing = found.exists || found.missing};
     found = LookFor(found.path, name);
     if (found.IsLink()) {
       const fs::path target = LinkTarget(found.path, drive);
@@ -146,14 +147,16 @@ std::u16string WidePath(const char *path) {
 
 DiskPath FindOnDisk(const char *path) {
   const std::u16string given = WidePath(path);
-  if (given.empty() || given.size() >= MAX_PATH || given.starts_with(u"\\\\"))
+  if (given.size() >= MAX_PATH || given.starts_with(u"\\\\"))
     return {};
   const std::u16string absolute = Absolute(given);
+  if (given.empty() || !HasDrive(absolute) || !IsLetter(absolute[0]))
+    return {.missing = true};
   std::vector<std::u16string> names;
-  if (!HasDrive(absolute) || !IsLetter(absolute[0]) || !SplitNames(std::u16string_view(absolute).substr(2), names))
+  if (!SplitNames(std::u16string_view(absolute).substr(2), names))
     return {};
   const fs::path drive = DriveFolder(absolute[0]);
-  return drive.empty() ? DiskPath() : Descend(drive, names);
+  return drive.empty() ? DiskPath{.missing = true} : Descend(drive, names);
 }
 
 namespace {

@@ -12,6 +12,7 @@ namespace machine {
 struct DiskPath {
   std::filesystem::path path = {}; // also if there is no such file; empty if none can stand there
   bool exists = false;
+  bool missing = false;    // for certain, since nothing kept us from looking
   struct stat status = {}; // of an existing one
 
   bool IsFolder() const { return exists && S_ISDIR(status.st_mode); }

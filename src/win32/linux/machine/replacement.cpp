@@ -33,9 +33,11 @@ Replacement::Replacement(std::filesystem::path path)
     }
   } while (!IsStill(file, beside, made));
   pending = true;
-  if (ftruncate(file.Get(), 0) != 0 ||
-      (replaces && (fchmod(file.Get(), mode) != 0 ||
-                    (old.st_uid != geteuid() && fchown(file.Get(), old.st_uid, old.st_gid) != 0)))) {
+  // Only what isn't so already: each call costs as much as writing a small file.
+  const bool isEmpty = made.st_size == 0 || ftruncate(file.Get(), 0) == 0;
+  const bool hasMode = !replaces || (made.st_mode & Permissions) == mode || fchmod(file.Get(), mode) == 0;
+  const bool hasOwner = !replaces || made.st_uid == old.st_uid || fchown(file.Get(), old.st_uid, old.st_gid) == 0;
+  if (!isEmpty || !hasMode || !hasOwner) {
     const int reason = errno;
     file = Descriptor();
     errno = reason;

@@ -1,9 +1,8 @@
-#include "wizard/pages/id_pages.h"
+#include "wizard/id_pages.h"
 
 #include "clients/service_names.h"
-#include "wizard/pages/page_parts.h"
-
-using namespace page_parts;
+#include "resources/resource.h"
+#include "wizard/page_fields.h"
 
 void ListIds(const CWnd &page, const WizardData &data) {
   page.SendDlgItemMessage(IDC_CHOICE, CB_RESETCONTENT);
