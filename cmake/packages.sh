@@ -1,6 +1,6 @@
 # What ./run and ./test need of Debian, and how they get it. Sourced by both, and by what else builds.
 
-native_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libnewt-dev gcc-mingw-w64-x86-64)
+native_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libncurses-dev gcc-mingw-w64-x86-64)
 test_packages=(googletest tmux)
 windows_packages=(g++-mingw-w64-x86-64-win32 g++-mingw-w64-i686-win32)
 fuzz_packages=(clang libclang-rt-dev)

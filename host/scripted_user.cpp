@@ -1,8 +1,8 @@
 #include "scripted_user.h"
 
 #include "clients/file_queries.h"
+#include "transcript.h"
 #include "utf8.h"
-#include "window_view.h"
 
 #include <algorithm>
 #include <exception>
@@ -13,7 +13,7 @@
 
 namespace {
 
-// What a step found in place of what it needs.
+// A step found something other than it needs.
 class Difference : public std::runtime_error {
 public:
   Difference(const std::string &expected, const std::string &found)
@@ -26,19 +26,20 @@ HWND SheetOf(HWND top) { return IsSheet(top) ? top : throw Difference("a page", 
 
 HWND BoxOf(HWND top) { return IsBox(top) ? top : throw Difference("a message box", TopLine(top)); }
 
-HWND ControlOf(HWND top, const Step &step) {
+Control ControlOf(HWND top, const Step &step) {
   const HWND control = GetDlgItem(CurrentPage(SheetOf(top)), step.id);
-  return control != nullptr ? control : throw Difference("a control " + std::to_string(step.id), TopLine(top));
+  return control != nullptr ? ReadControl(control)
+                            : throw Difference("a control " + std::to_string(step.id), TopLine(top));
 }
 
-[[noreturn]] void RefuseControl(HWND control, const char *expected) {
-  throw Difference(std::string("a control ") + expected, ControlLine(control));
+[[noreturn]] void RefuseControl(const Control &control, const std::string &expected) {
+  throw Difference("a control " + expected, ControlLine(control));
 }
 
-// A control of a class that a user can work with.
-HWND UsableControl(HWND top, const Step &step, const char *className, const char *expected) {
-  const HWND control = ControlOf(top, step);
-  if (!IsUsable(control) || !IsClass(control, className))
+// A control of a kind that a user can work with.
+Control UsableControl(HWND top, const Step &step, bool (Control::*isOfKind)() const, const char *expected) {
+  Control control = ControlOf(top, step);
+  if (!control.IsUsable() || !(control.*isOfKind)())
     RefuseControl(control, expected);
   return control;
 }
@@ -47,32 +48,30 @@ HWND UsableControl(HWND top, const Step &step, const char *className, const char
 
 // Types over all that stands in an edit, or in the edit part of a combo box.
 void Set(HWND top, const Step &step) {
-  constexpr const char *Expected = "that takes a text";
-  const HWND control = ControlOf(top, step);
-  const HWND edit = IsClass(control, "combobox") ? GetWindow(control, GW_CHILD) : control;
-  if (edit == nullptr || !IsUsable(control) || !IsClass(edit, "edit") || IsReadOnly(edit))
-    RefuseControl(control, Expected);
-  SetFocus(edit);
-  SendMessageA(edit, EM_SETSEL, 0, -1);
-  SendMessageA(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(step.text.c_str()));
+  const Control control = ControlOf(top, step);
+  if (!control.IsUsable() || control.edit == nullptr)
+    RefuseControl(control, "that takes a text");
+  SetFocus(control.edit);
+  SendMessageA(control.edit, EM_SETSEL, 0, -1);
+  SendMessageA(control.edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(step.text.c_str()));
 }
 
 void Select(HWND top, const Step &step) {
-  const HWND list = UsableControl(top, step, "combobox", "with a list");
-  if (step.number >= SendMessageA(list, CB_GETCOUNT, 0, 0))
-    RefuseControl(list, ("with an entry " + std::to_string(step.number)).c_str());
-  SetFocus(list);
-  SendMessageA(list, CB_SETCURSEL, static_cast<WPARAM>(step.number), 0);
-  SendMessageA(GetParent(list), WM_COMMAND, MAKEWPARAM(static_cast<unsigned>(step.id), CBN_SELCHANGE),
-               reinterpret_cast<LPARAM>(list));
+  const Control list = UsableControl(top, step, &Control::IsList, "with a list");
+  if (static_cast<size_t>(step.number) >= list.items.size())
+    RefuseControl(list, "with an entry " + std::to_string(step.number));
+  SetFocus(list.window);
+  SendMessageA(list.window, CB_SETCURSEL, static_cast<WPARAM>(step.number), 0);
+  SendMessageA(GetParent(list.window), WM_COMMAND, MAKEWPARAM(static_cast<unsigned>(step.id), CBN_SELCHANGE),
+               reinterpret_cast<LPARAM>(list.window));
 }
 
 void Click(HWND top, const Step &step) {
-  SendMessageA(UsableControl(top, step, "button", "that can be clicked"), BM_CLICK, 0, 0);
+  SendMessageA(UsableControl(top, step, &Control::IsButton, "that can be clicked").window, BM_CLICK, 0, 0);
 }
 
 void Open(HWND top, const Step &step) {
-  SendMessageA(UsableControl(top, step, "combobox", "with a list"), CB_SHOWDROPDOWN, TRUE, 0);
+  SendMessageA(UsableControl(top, step, &Control::IsList, "with a list").window, CB_SHOWDROPDOWN, TRUE, 0);
 }
 
 // Posted, so that a box that the page then shows comes up from the sheet's loop and not from within the step.
@@ -115,8 +114,8 @@ void DoubleClick(HWND top, const Step &) {
 void Show(HWND top, const Step &) {
   std::cout << TopLine(top) << '\n';
   if (IsSheet(top))
-    for (const HWND control : ControlsOf(CurrentPage(top)))
-      std::cout << ControlLine(control) << '\n';
+    for (const std::string &line : PageLines(top))
+      std::cout << line << '\n';
 }
 
 struct ActionRow {
@@ -137,7 +136,7 @@ struct FindingRow {
 };
 constexpr FindingRow Findings[] = {
     {"expect caption", [](HWND top, const Step &) { return QuotedText(top); }},
-    {"expect text", [](HWND top, const Step &step) { return QuotedText(ControlOf(top, step)); }},
+    {"expect text", [](HWND top, const Step &step) { return Quoted(ControlOf(top, step).text); }},
     {"expect items", [](HWND top, const Step &step) { return QuotedItems(ControlOf(top, step)); }},
     {"expect checked", [](HWND top, const Step &step) { return CheckOf(ControlOf(top, step)); }},
     {"expect control", [](HWND top, const Step &step) { return Description(ControlOf(top, step)); }},
@@ -156,17 +155,17 @@ void Compare(const Step &step, const std::string &found) {
 
 bool ScriptedUser::Act(HWND top) noexcept {
   try {
-    NoticePage(top);
-    if (complained)
-      return Leave(top);
+    ReportNewPage(top);
+    if (failed)
+      return CancelAll(top);
     TakeStep(top);
   } catch (const std::exception &error) {
-    Complain(error.what());
+    ReportFailure(error.what());
   }
   return true;
 }
 
-void ScriptedUser::NoticePage(HWND top) {
+void ScriptedUser::ReportNewPage(HWND top) {
   if (!IsSheet(top) || CurrentPage(top) == page)
     return;
   page = CurrentPage(top);
@@ -191,7 +190,7 @@ void ScriptedUser::TakeStep(HWND top) {
   ++taken;
 }
 
-// Meanwhile the windows go on: another thread waits for the line.
+// Another thread waits for the line, so that the windows go on meanwhile.
 bool ScriptedUser::IsPauseOver(const Step &step) {
   if (pause == nullptr) {
     std::cout << "pause " << step.text << std::endl;
@@ -210,10 +209,10 @@ bool ScriptedUser::IsPauseOver(const Step &step) {
   return state == Pause::IsOver;
 }
 
-// Cancels whatever is open, and says yes to that. Should something stay open for all that, it is given up.
-bool ScriptedUser::Leave(HWND top) {
+// Cancels what is in front, and says yes if asked. Gives up when windows stay open all the same.
+bool ScriptedUser::CancelAll(HWND top) {
   constexpr int Attempts = 20;
-  if (++leaving > Attempts)
+  if (++cancelled > Attempts)
     return false;
   if (IsSheet(top)) {
     Press(top, *FindButton(SheetButtons, "cancel"));
@@ -233,9 +232,9 @@ bool ScriptedUser::SeeHelp(const char *file, ULONG_PTR topic) noexcept {
   return PathExists(file) != 0;
 }
 
-bool ScriptedUser::IsContent(int32_t result) {
+bool ScriptedUser::CheckResult(int32_t result) {
   std::cout << "result " << result << '\n';
-  if (complained)
+  if (failed)
     return false;
   try {
     const Step *const next = taken < script.steps.size() ? &script.steps[taken] : nullptr;
@@ -246,14 +245,14 @@ bool ScriptedUser::IsContent(int32_t result) {
     else if (result == 0)
       throw Difference("a wizard", "that none came up");
   } catch (const Difference &difference) {
-    Complain(difference.what());
+    ReportFailure(difference.what());
   }
-  return !complained;
+  return !failed;
 }
 
-void ScriptedUser::Complain(const std::string &difference) {
+void ScriptedUser::ReportFailure(const std::string &difference) {
   const size_t line = taken < script.steps.size() ? script.steps[taken].line : std::max<size_t>(script.lines, 1);
-  complained = true;
+  failed = true;
   std::cout.flush();
   std::cerr << script.path << ':' << line << ": " << difference << '\n';
 }

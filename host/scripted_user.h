@@ -1,4 +1,4 @@
-// The user of a wizard who does what a script says, and writes down on the standard output what comes up.
+// A wizard's user who does what a script says and writes a transcript of it to the standard output.
 #pragma once
 
 #include "platform.h"
@@ -16,24 +16,24 @@ public:
   bool Act(HWND top) noexcept override;
   bool SeeHelp(const char *file, ULONG_PTR topic) noexcept override;
 
-  // Once the wizard has ended with a result: whether all went as the script says. What didn't is told in a line on the
-  // standard error output.
-  bool IsContent(int32_t result);
+  // To be called with the wizard's result at its end. Whether all went as the script says; if not, a line on the
+  // standard error output has told what didn't.
+  bool CheckResult(int32_t result);
 
 private:
-  void NoticePage(HWND top);
+  void ReportNewPage(HWND top);
   void TakeStep(HWND top);
   bool IsPauseOver(const Step &step);
-  bool Leave(HWND top);
-  // Once, of the step that is next.
-  void Complain(const std::string &difference);
+  bool CancelAll(HWND top); // one window at each call; false if that leads nowhere
+  // Prints what went wrong with the next step; the script has then failed.
+  void ReportFailure(const std::string &difference);
 
   const WizardScript &script;
   size_t taken = 0; // steps
   HWND page = nullptr;
   std::string helpTopic = "none";
-  bool complained = false;
-  int leaving = 0;
+  bool failed = false;
+  int cancelled = 0; // calls of CancelAll
   enum class Pause { Lasts, IsOver, HasNoEnd };
   std::shared_ptr<std::atomic<Pause>> pause; // null but during one
 };

@@ -51,7 +51,7 @@ int RunScript(const Wizard &wizard, const Handed &handed, const WizardScript &sc
   ScriptedUser user(script);
   int32_t result = 0;
   platform::WithUser(user, [&] { result = wizard.run(handed); });
-  return user.IsContent(result) ? 0 : 1;
+  return user.CheckResult(result) ? 0 : 1;
 }
 
 int RunOnScreen(const Wizard &wizard, const Handed &handed) {

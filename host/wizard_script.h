@@ -1,5 +1,5 @@
-// A script of what a user does to a wizard and expects to see: a step a line, in UTF-8. docs/wizard-scripts.md tells
-// the language.
+// Reads a script of what a user does in a wizard and expects to see: one step a line, in UTF-8. The language is
+// described in docs/wizard-scripts.md.
 #pragma once
 
 #include <cstddef>

@@ -1,106 +1,77 @@
 #include "terminal/columns.h"
 
-#include "utf8.h"
-
 #include <algorithm>
+#include <cstdlib>
 #include <cwchar>
-#include <string_view>
 
 namespace terminal {
 
 namespace {
 
-// How many bytes the first character takes; a byte that begins none stands for itself.
-size_t LengthOfFirst(std::string_view text) {
-  std::mbstate_t state{};
-  const size_t length = std::mbrlen(text.data(), text.size(), &state);
-  return length == 0 || length > text.size() ? 1 : length;
+// How many characters stand in so many columns.
+size_t CountWithin(std::wstring_view text, int width) {
+  size_t count = 0;
+  while (count < text.size() && (width -= wcwidth(text[count])) >= 0)
+    ++count;
+  return count;
 }
-
-int CharacterWidth(const std::string &character) {
-  std::mbstate_t state{};
-  wchar_t wide = 0;
-  const size_t length = std::mbrtowc(&wide, character.data(), character.size(), &state);
-  return length > character.size() ? 1 : std::max(wcwidth(wide), 0);
-}
-
-bool IsBlank(const std::string &character) { return character == " " || character == "\t"; }
 
 // Whether a line may end between the two.
-bool MayBreak(const std::string &before, const std::string &after) {
-  static const std::vector<std::string> neverFirst = Characters(ToUtf8("、。」）！？ー"));
-  if (std::ranges::find(neverFirst, after) != neverFirst.end())
-    return false;
-  return IsBlank(before) || CharacterWidth(before) > 1 || CharacterWidth(after) > 1;
+bool MayBreak(wchar_t before, wchar_t after) {
+  constexpr std::wstring_view NeverFirst = L"、。」）！？ー";
+  return NeverFirst.find(after) == NeverFirst.npos && (before == L' ' || wcwidth(before) > 1 || wcwidth(after) > 1);
 }
 
-// How many of the characters make the first line.
-size_t CountOfFirstLine(const std::vector<std::string> &characters, size_t from, int width) {
-  size_t fitting = from;
-  for (int used = 0; fitting < characters.size(); ++fitting)
-    if ((used += CharacterWidth(characters[fitting])) > width)
-      break;
-  if (fitting == characters.size())
-    return fitting - from;
+size_t LengthOfFirstLine(std::wstring_view text, int width) {
+  const size_t fitting = CountWithin(text, width);
+  if (fitting == text.size())
+    return fitting;
   size_t end = fitting;
-  while (end > from && !MayBreak(characters[end - 1], characters[end]))
+  while (end > 0 && !MayBreak(text[end - 1], text[end]))
     --end;
-  return std::max<size_t>((end > from ? end : fitting) - from, 1);
-}
-
-void WrapLine(const std::string &line, int width, std::vector<std::string> &lines) {
-  const std::vector<std::string> characters = Characters(line);
-  size_t from = 0;
-  do {
-    const size_t end = from + CountOfFirstLine(characters, from, width);
-    std::string &made = lines.emplace_back();
-    for (; from < end && from < characters.size(); ++from)
-      made += characters[from];
-  } while (from < characters.size());
+  return std::max<size_t>(end > 0 ? end : fitting, 1);
 }
 
 } // namespace
 
-std::vector<std::string> Characters(const std::string &text) {
-  std::vector<std::string> characters;
-  for (size_t at = 0; at < text.size();) {
-    const size_t length = LengthOfFirst(std::string_view(text).substr(at));
-    characters.push_back(text.substr(at, length));
-    at += length;
-  }
-  return characters;
+std::wstring Widen(const std::string &utf8) {
+  std::wstring text(utf8.size(), L'\0');
+  const size_t length = std::mbstowcs(text.data(), utf8.c_str(), text.size());
+  text.resize(std::min(length, text.size()));
+  std::erase(text, L'\r');
+  std::ranges::replace_if(
+      text, [](wchar_t character) { return character != L'\n' && wcwidth(character) < 0; }, L' ');
+  return text;
 }
 
-int Width(const std::string &text) {
+std::string Narrow(wchar_t character) {
+  std::string utf8(MB_CUR_MAX, '\0');
+  utf8.resize(static_cast<size_t>(std::max(std::wctomb(utf8.data(), character), 0)));
+  return utf8;
+}
+
+int Width(std::wstring_view text) {
   int width = 0;
-  for (const std::string &character : Characters(text))
-    width += CharacterWidth(character);
+  for (const wchar_t character : text)
+    width += wcwidth(character);
   return width;
 }
 
-std::string Fit(const std::string &text, int width) {
-  std::string fitting;
-  int used = 0;
-  for (const std::string &character : Characters(text)) {
-    if (used + CharacterWidth(character) > width)
-      break;
-    used += CharacterWidth(character);
-    fitting += character;
-  }
-  return fitting.append(static_cast<size_t>(std::max(width - used, 0)), ' ');
+std::wstring Fit(std::wstring_view text, int width) {
+  std::wstring fitting(text.substr(0, CountWithin(text, width)));
+  return fitting.append(static_cast<size_t>(std::max(width - Width(fitting), 0)), L' ');
 }
 
-std::vector<std::string> Wrap(const std::string &text, int width) {
-  std::vector<std::string> lines;
-  for (size_t at = 0; at <= text.size();) {
-    const size_t end = std::min(text.find('\n', at), text.size());
-    std::string line = text.substr(at, end - at);
-    if (line.ends_with('\r'))
-      line.pop_back();
-    WrapLine(line, width, lines);
-    at = end + 1;
+std::vector<std::wstring> Wrap(std::wstring_view text, int width) {
+  std::vector<std::wstring> lines;
+  for (;;) {
+    const std::wstring_view line = text.substr(0, text.find(L'\n'));
+    const size_t length = LengthOfFirstLine(line, width);
+    lines.emplace_back(line.substr(0, length));
+    if (length == text.size())
+      return lines;
+    text.remove_prefix(length < line.size() ? length : length + 1); // with the line feed
   }
-  return lines;
 }
 
 } // namespace terminal

@@ -1,19 +1,24 @@
-// Texts in a terminal's columns, of which most Japanese characters take two. All texts are UTF-8, and so is the locale.
+// Texts in a terminal's columns, of which most Japanese characters take two.
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace terminal {
 
-std::vector<std::string> Characters(const std::string &text);
-int Width(const std::string &text);
+// From UTF-8, which the locale's encoding has to be, and back. Characters that can't be shown become blanks, but for
+// line feeds.
+std::wstring Widen(const std::string &utf8);
+std::string Narrow(wchar_t character);
+
+int Width(std::wstring_view text);
 
 // The text in just so many columns: cut, or with blanks behind it.
-std::string Fit(const std::string &text, int width);
+std::wstring Fit(std::wstring_view text, int width);
 
 // The lines of a text, which break where they are too long: at blanks and between Japanese characters, but not
 // before a full stop or a closing bracket.
-std::vector<std::string> Wrap(const std::string &text, int width);
+std::vector<std::wstring> Wrap(std::wstring_view text, int width);
 
 } // namespace terminal

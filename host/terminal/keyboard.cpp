@@ -1,16 +1,18 @@
 #include "terminal/keyboard.h"
 
+#include "terminal/columns.h"
 #include "utf8.h"
-#include "window_reader.h"
+#include "window_controls.h"
 
 #include <algorithm>
-#include <cctype>
+#include <curses.h>
+#include <cwctype>
 
 namespace terminal {
 
 namespace {
 
-// The window as it is when the key comes.
+// The window as it is when a key is pressed.
 struct Scene {
   HWND top;
   std::vector<Control> controls;
@@ -21,17 +23,17 @@ struct Scene {
     for (const Control &control : controls) {
       if (control.focused)
         focused = &control;
-      if (IsListOpen(control))
+      if (control.listIsOpen)
         open = &control;
     }
   }
   Scene(const Scene &) = delete;
   Scene &operator=(const Scene &) = delete;
 
-  bool IsFocused(Kind kind) const { return focused != nullptr && focused->kind == kind; }
-  bool IsListFocused() const { return IsFocused(Kind::List) || IsFocused(Kind::EditableList); }
+  bool IsFocused(ControlKind kind) const { return focused != nullptr && focused->kind == kind; }
+  bool IsListFocused() const { return focused != nullptr && focused->IsList(); }
   // Where typed characters go, null for nowhere.
-  HWND Edit() const { return focused != nullptr ? EditOf(*focused) : nullptr; }
+  HWND Edit() const { return focused != nullptr ? focused->edit : nullptr; }
 };
 
 void ShowList(const Control &list, bool open) { SendMessageA(list.window, CB_SHOWDROPDOWN, open ? TRUE : FALSE, 0); }
@@ -41,10 +43,7 @@ void CloseList(const Scene &scene) {
     ShowList(*scene.open, false);
 }
 
-void Click(HWND button) {
-  if (button != nullptr)
-    SendMessageA(button, BM_CLICK, 0, 0);
-}
+void Click(HWND button) { SendMessageA(button, BM_CLICK, 0, 0); }
 
 void MoveFocus(HWND top, bool back) { SendMessageA(top, WM_NEXTDLGCTL, back ? TRUE : FALSE, FALSE); }
 
@@ -66,26 +65,26 @@ bool IsFull(HWND edit, size_t more) {
   return kept + more > static_cast<size_t>(SendMessageA(edit, EM_GETLIMITTEXT, 0, 0));
 }
 
-std::string TypeInto(HWND edit, const std::string &character) {
-  const std::optional<std::string> bytes = FromUtf8(character);
+std::wstring TypeInto(HWND edit, wchar_t character) {
+  const std::optional<std::string> bytes = FromUtf8(Narrow(character));
   if (!bytes)
-    return ToUtf8("この文字は使えません: ") + character;
+    return std::wstring(L"この文字は使えません: ") + character;
   if (IsFull(edit, bytes->size()))
-    return ToUtf8("これ以上は入力できません。");
+    return L"これ以上は入力できません。";
   for (const char byte : *bytes)
     SendMessageA(edit, WM_CHAR, static_cast<unsigned char>(byte), 0);
   return {};
 }
 
-// Where the character before a place in a text of the code page begins, and where the one behind it ends.
-Selection Around(const std::string &text, size_t place) {
+// From the beginning of the character before an offset to the end of the one behind it, in a text of the code page.
+Selection Around(const std::string &text, size_t offset) {
   Selection around;
   for (size_t at = 0; at < text.size();) {
     const size_t next = std::min(at + (IsDBCSLeadByte(static_cast<BYTE>(text[at])) != FALSE ? 2 : 1), text.size());
-    if (next <= place)
+    if (next <= offset)
       around.begin = at;
     around.end = next;
-    if (next > place)
+    if (next > offset)
       return around;
     at = next;
   }
@@ -98,8 +97,8 @@ void MoveCaret(HWND edit, bool back) {
   const Selection selection = SelectionIn(edit);
   const Selection around = Around(ReadRawText(edit), back ? selection.begin : selection.end);
   const bool selected = selection.begin != selection.end;
-  const size_t place = back ? (selected ? selection.begin : around.begin) : (selected ? selection.end : around.end);
-  Select(edit, place, place);
+  const size_t caret = back ? (selected ? selection.begin : around.begin) : (selected ? selection.end : around.end);
+  Select(edit, caret, caret);
 }
 
 void EraseAhead(HWND edit) {
@@ -111,18 +110,19 @@ void EraseAhead(HWND edit) {
 
 // ---- Mnemonics ----
 
-bool TakesFocus(const Control &control) { return control.enabled && control.kind != Kind::Text; }
+bool TakesFocus(const Control &control) {
+  return control.IsUsable() && (control.IsButton() || control.IsList() || control.IsEdit());
+}
 
 // A button or check box of that letter is clicked; behind a text of that letter the next control gets the focus.
-void PressMnemonic(const Scene &scene, const std::string &letter) {
-  if (letter.size() != 1)
-    return;
-  const auto key = static_cast<char>(std::tolower(static_cast<unsigned char>(letter.front())));
-  const auto found = std::ranges::find_if(
-      scene.controls, [&](const Control &control) { return control.mnemonic == key && control.enabled; });
+void PressMnemonic(const Scene &scene, wchar_t letter) {
+  const wint_t key = std::towlower(static_cast<wint_t>(letter));
+  const auto found = std::ranges::find_if(scene.controls, [&](const Control &control) {
+    return control.mnemonic != '\0' && static_cast<wint_t>(control.mnemonic) == key && control.IsUsable();
+  });
   if (found == scene.controls.end())
     return;
-  if (found->kind != Kind::Text)
+  if (found->kind != ControlKind::Label)
     return Click(found->window);
   const auto next = std::find_if(found, scene.controls.end(), TakesFocus);
   if (next != scene.controls.end())
@@ -131,17 +131,22 @@ void PressMnemonic(const Scene &scene, const std::string &letter) {
 
 // ---- Keys ----
 
-std::string PressCharacter(const Scene &scene, const std::string &character) {
+void ToggleList(const Scene &scene) {
+  if (scene.IsListFocused())
+    ShowList(*scene.focused, scene.open != scene.focused);
+}
+
+std::wstring PressCharacter(const Scene &scene, wchar_t character) {
   if (scene.open != scene.focused)
     CloseList(scene);
   if (const HWND edit = scene.Edit())
     return TypeInto(edit, character);
-  if (scene.IsFocused(Kind::List)) {
-    if (character == " ")
-      ShowList(*scene.focused, scene.open != scene.focused);
-    else if (character.size() == 1)
-      SendMessageA(scene.focused->window, WM_CHAR, static_cast<unsigned char>(character.front()), 0);
-  } else if (character == " " && (scene.IsFocused(Kind::Button) || scene.IsFocused(Kind::Check))) {
+  if (scene.IsFocused(ControlKind::List)) {
+    if (character == L' ')
+      ToggleList(scene);
+    else if (character < 0x80)
+      SendMessageA(scene.focused->window, WM_CHAR, static_cast<WPARAM>(character), 0);
+  } else if (character == L' ' && (scene.focused != nullptr && scene.focused->IsButton())) {
     Click(scene.focused->window);
   } else {
     PressMnemonic(scene, character);
@@ -149,23 +154,12 @@ std::string PressCharacter(const Scene &scene, const std::string &character) {
   return {};
 }
 
-void ToggleList(const Scene &scene) {
-  if (scene.IsListFocused())
-    ShowList(*scene.focused, scene.open != scene.focused);
-}
-
-void PressEnter(const Scene &scene) {
+// Enter or Esc.
+void CloseListOrPost(const Scene &scene, int key) {
   if (scene.open != nullptr)
     CloseList(scene);
   else
-    PostKey(scene.top, VK_RETURN);
-}
-
-void PressEscape(const Scene &scene) {
-  if (scene.open != nullptr)
-    CloseList(scene);
-  else
-    PostKey(scene.top, VK_ESCAPE);
+    PostKey(scene.top, key);
 }
 
 void PressTab(const Scene &scene, bool back) {
@@ -175,7 +169,8 @@ void PressTab(const Scene &scene, bool back) {
 
 void PressHelp(const Scene &scene) {
   CloseList(scene);
-  Click(EnabledButton(scene.top, IDHELP));
+  if (const HWND help = GetDlgItem(scene.top, IDHELP); IsUsable(help))
+    Click(help);
 }
 
 void Scroll(Scrolling &scrolling, int lines) {
@@ -186,7 +181,7 @@ void Scroll(Scrolling &scrolling, int lines) {
 void PressUpOrDown(const Scene &scene, bool up, Scrolling &scrolling) {
   if (scene.open != nullptr || scene.IsListFocused())
     SendKey((scene.open != nullptr ? scene.open : scene.focused)->window, up ? VK_UP : VK_DOWN);
-  else if (scene.IsFocused(Kind::Document))
+  else if (scene.IsFocused(ControlKind::Document))
     Scroll(scrolling, up ? -1 : 1);
   else
     MoveFocus(scene.top, up);
@@ -200,7 +195,7 @@ void PressLeftOrRight(const Scene &scene, bool left) {
 }
 
 void PressHomeOrEnd(const Scene &scene, bool home, Scrolling &scrolling) {
-  if (scene.open != nullptr || scene.IsFocused(Kind::List))
+  if (scene.open != nullptr || scene.IsFocused(ControlKind::List))
     SendKey((scene.open != nullptr ? scene.open : scene.focused)->window, home ? VK_HOME : VK_END);
   else if (const HWND edit = scene.Edit())
     Select(edit, home ? 0 : ReadRawText(edit).size(), home ? 0 : ReadRawText(edit).size());
@@ -208,53 +203,52 @@ void PressHomeOrEnd(const Scene &scene, bool home, Scrolling &scrolling) {
     Scroll(scrolling, home ? -scrolling.lines : scrolling.lines);
 }
 
-void EraseIn(const Scene &scene, KeyCode code) {
+void EraseIn(const Scene &scene, int key) {
   const HWND edit = scene.Edit();
   if (edit == nullptr)
     return;
-  if (code == KeyCode::Backspace)
+  if (key == KEY_BACKSPACE) {
     SendMessageA(edit, WM_CHAR, VK_BACK, 0);
-  else if (code == KeyCode::Delete)
+  } else if (key == KEY_DC) {
     EraseAhead(edit);
-  else {
+  } else {
     Select(edit, 0, ReadRawText(edit).size());
     Erase(edit);
   }
 }
 
-// What the keys do that bring no character with them.
 constexpr struct {
-  KeyCode code;
+  int key;
   void (*press)(const Scene &scene, Scrolling &scrolling);
 } Actions[] = {
-    {KeyCode::Enter, [](const Scene &scene, Scrolling &) { PressEnter(scene); }},
-    {KeyCode::Escape, [](const Scene &scene, Scrolling &) { PressEscape(scene); }},
-    {KeyCode::Tab, [](const Scene &scene, Scrolling &) { PressTab(scene, false); }},
-    {KeyCode::BackTab, [](const Scene &scene, Scrolling &) { PressTab(scene, true); }},
-    {KeyCode::Backspace, [](const Scene &scene, Scrolling &) { EraseIn(scene, KeyCode::Backspace); }},
-    {KeyCode::Delete, [](const Scene &scene, Scrolling &) { EraseIn(scene, KeyCode::Delete); }},
-    {KeyCode::EraseAll, [](const Scene &scene, Scrolling &) { EraseIn(scene, KeyCode::EraseAll); }},
-    {KeyCode::Left, [](const Scene &scene, Scrolling &) { PressLeftOrRight(scene, true); }},
-    {KeyCode::Right, [](const Scene &scene, Scrolling &) { PressLeftOrRight(scene, false); }},
-    {KeyCode::Up, [](const Scene &scene, Scrolling &scrolling) { PressUpOrDown(scene, true, scrolling); }},
-    {KeyCode::Down, [](const Scene &scene, Scrolling &scrolling) { PressUpOrDown(scene, false, scrolling); }},
-    {KeyCode::Home, [](const Scene &scene, Scrolling &scrolling) { PressHomeOrEnd(scene, true, scrolling); }},
-    {KeyCode::End, [](const Scene &scene, Scrolling &scrolling) { PressHomeOrEnd(scene, false, scrolling); }},
-    {KeyCode::PageUp, [](const Scene &, Scrolling &scrolling) { Scroll(scrolling, -scrolling.shown); }},
-    {KeyCode::PageDown, [](const Scene &, Scrolling &scrolling) { Scroll(scrolling, scrolling.shown); }},
-    {KeyCode::Help, [](const Scene &scene, Scrolling &) { PressHelp(scene); }},
-    {KeyCode::ToggleList, [](const Scene &scene, Scrolling &) { ToggleList(scene); }},
+    {KEY_ENTER, [](const Scene &scene, Scrolling &) { CloseListOrPost(scene, VK_RETURN); }},
+    {KEY_CANCEL, [](const Scene &scene, Scrolling &) { CloseListOrPost(scene, VK_ESCAPE); }},
+    {KEY_NEXT, [](const Scene &scene, Scrolling &) { PressTab(scene, false); }},
+    {KEY_BTAB, [](const Scene &scene, Scrolling &) { PressTab(scene, true); }},
+    {KEY_BACKSPACE, [](const Scene &scene, Scrolling &) { EraseIn(scene, KEY_BACKSPACE); }},
+    {KEY_DC, [](const Scene &scene, Scrolling &) { EraseIn(scene, KEY_DC); }},
+    {KEY_DL, [](const Scene &scene, Scrolling &) { EraseIn(scene, KEY_DL); }},
+    {KEY_LEFT, [](const Scene &scene, Scrolling &) { PressLeftOrRight(scene, true); }},
+    {KEY_RIGHT, [](const Scene &scene, Scrolling &) { PressLeftOrRight(scene, false); }},
+    {KEY_UP, [](const Scene &scene, Scrolling &scrolling) { PressUpOrDown(scene, true, scrolling); }},
+    {KEY_DOWN, [](const Scene &scene, Scrolling &scrolling) { PressUpOrDown(scene, false, scrolling); }},
+    {KEY_HOME, [](const Scene &scene, Scrolling &scrolling) { PressHomeOrEnd(scene, true, scrolling); }},
+    {KEY_END, [](const Scene &scene, Scrolling &scrolling) { PressHomeOrEnd(scene, false, scrolling); }},
+    {KEY_PPAGE, [](const Scene &, Scrolling &scrolling) { Scroll(scrolling, -scrolling.shown); }},
+    {KEY_NPAGE, [](const Scene &, Scrolling &scrolling) { Scroll(scrolling, scrolling.shown); }},
+    {KEY_F(1), [](const Scene &scene, Scrolling &) { PressHelp(scene); }},
+    {KEY_F(4), [](const Scene &scene, Scrolling &) { ToggleList(scene); }},
 };
 
 } // namespace
 
-std::string Press(HWND top, const Key &key, Scrolling &scrolling) {
+std::wstring Press(HWND top, const Key &key, Scrolling &scrolling) {
   const Scene scene(top);
-  if (key.code == KeyCode::Character)
-    return PressCharacter(scene, key.text);
-  if (key.code == KeyCode::Mnemonic) {
+  if (key.alt) {
     CloseList(scene);
-    PressMnemonic(scene, key.text);
+    PressMnemonic(scene, key.character);
+  } else if (key.character != L'\0') {
+    return PressCharacter(scene, key.character);
   }
   for (const auto &[code, press] : Actions)
     if (code == key.code)

@@ -1,14 +1,13 @@
-// What a key does to a window, by the messages that the platform's own dialogs would get of it.
+// Keys of the terminal become the messages that a dialog gets for them.
 #pragma once
 
-#include "terminal/key.h"
-#include "terminal/layout.h"
+#include "terminal/screen.h"
 
 #include <string>
 
 namespace terminal {
 
-// Does to the window what the key does. A line for the user if the key was refused, else an empty text.
-std::string Press(HWND top, const Key &key, Scrolling &scrolling);
+// Sends the window what the key means to it. A line for the user if the key was refused, else an empty text.
+std::wstring Press(HWND top, const Key &key, Scrolling &scrolling);
 
 } // namespace terminal

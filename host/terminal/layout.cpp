@@ -1,10 +1,13 @@
 #include "terminal/layout.h"
 
 #include "terminal/columns.h"
-#include "window_reader.h"
+#include "utf8.h"
+#include "window_controls.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cwchar>
+#include <utility>
 
 namespace terminal {
 
@@ -23,7 +26,7 @@ constexpr int MostItems = 8;   // of an open list
 // A window with pages takes some of the room that a screen has, a message box is as wide as its text.
 constexpr double WidestStretch = 1.45;
 
-constexpr const char *DropButton = "[v]";
+constexpr const wchar_t *DropButton = L"[v]";
 constexpr int DropButtonWidth = 3;
 
 // A control where it is to be, in columns and rows within the pane.
@@ -31,7 +34,7 @@ struct Placed {
   Control control;
   int column = 0;
   int width = 0;
-  std::vector<std::string> lines;
+  std::vector<std::wstring> lines;
 };
 
 struct Row {
@@ -53,31 +56,56 @@ struct Scale {
 
 int Rounded(double value) { return static_cast<int>(std::lround(value)); }
 
-bool IsText(Kind kind) { return kind == Kind::Text || kind == Kind::Document; }
+// Whether it is as wide as in the window, whatever stands in it.
+bool HasOwnWidth(const Control &control) { return control.kind == ControlKind::Field || control.IsList(); }
 
-bool HasOwnWidth(Kind kind) { return kind == Kind::Field || kind == Kind::List || kind == Kind::EditableList; }
-
-int WidthOf(const std::vector<std::string> &lines) {
+int WidthOf(const std::vector<std::wstring> &lines) {
   int width = 0;
-  for (const std::string &line : lines)
+  for (const std::wstring &line : lines)
     width = std::max(width, Width(line));
   return width;
 }
 
-std::string ShownText(const Control &control) {
+std::wstring ShownText(const Control &control) {
+  std::wstring label = Widen(control.label);
   switch (control.kind) {
-  case Kind::Check:
-    return (IsChecked(control.window) ? "[*] " : "[ ] ") + control.text;
-  case Kind::Button:
-    return control.enabled ? "[ " + control.text + " ]" : "  " + control.text + "  ";
+  case ControlKind::CheckBox:
+    return (control.checked ? L"[*] " : L"[ ] ") + label;
+  case ControlKind::Button:
+    return control.enabled ? L"[ " + label + L" ]" : L"  " + label + L"  ";
   default:
-    return control.text;
+    return label;
   }
 }
 
 // The buttons of the window itself stand below all else.
 bool IsInButtonRow(HWND top, const Control &control) {
-  return control.kind == Kind::Button && GetParent(control.window) == top;
+  return control.kind == ControlKind::Button && GetParent(control.window) == top;
+}
+
+// What shows a text or can be worked, with its bounds from the corner of the window.
+std::vector<Control> ShownControls(HWND top) {
+  std::vector<Control> controls = ControlsIn(top);
+  std::erase_if(controls, [](const Control &control) {
+    const bool isPicture = control.kind == ControlKind::Icon || control.kind == ControlKind::Other;
+    return !control.visible || isPicture || (control.kind == ControlKind::Label && control.text.empty());
+  });
+  RECT window{};
+  GetWindowRect(top, &window);
+  for (Control &control : controls) {
+    RECT &bounds = control.bounds;
+    bounds = {bounds.left - window.left, bounds.top - window.top, bounds.right - window.left,
+              bounds.bottom - window.top};
+  }
+  return controls;
+}
+
+// The button that Enter presses: the focused one, also of another window, or else the window's default one.
+HWND DefaultButton(HWND top) {
+  if (const HWND focus = GetFocus(); focus != nullptr && ReadControl(focus).kind == ControlKind::Button)
+    return focus;
+  const LRESULT answer = SendMessageA(top, DM_GETDEFID, 0, 0);
+  return GetDlgItem(top, LOWORD(static_cast<uintptr_t>(answer)));
 }
 
 // ---- Measuring ----
@@ -96,9 +124,9 @@ Scale MeasureWindow(HWND top, const std::vector<Control> &controls, Size screen)
   LONG bottom = area.bottom;
   for (const Control &control : controls)
     if (IsInButtonRow(top, control))
-      bottom = std::min(bottom, control.place.top);
+      bottom = std::min(bottom, control.bounds.top);
     else
-      left = std::min(left, control.place.left);
+      left = std::min(left, control.bounds.left);
 
   const int mostColumns = screen.columns - 2 * (Frame + Margin) - 2 * Shadow;
   const int mostRows = screen.rows - 2 * Frame - Shadow - HintRow - ButtonRow;
@@ -112,15 +140,15 @@ Scale MeasureWindow(HWND top, const std::vector<Control> &controls, Size screen)
 
 // What begins at about the same height stands in one row, from left to right.
 std::vector<Row> GroupInRows(std::vector<Control> controls, LONG tolerance) {
-  std::ranges::stable_sort(controls, {}, [](const Control &control) { return control.place.top; });
+  std::ranges::stable_sort(controls, {}, [](const Control &control) { return control.bounds.top; });
   std::vector<Row> rows;
   for (Control &control : controls) {
-    if (rows.empty() || control.place.top - rows.back().naturalTop >= tolerance)
-      rows.emplace_back().naturalTop = static_cast<int>(control.place.top);
+    if (rows.empty() || control.bounds.top - rows.back().naturalTop >= tolerance)
+      rows.emplace_back().naturalTop = static_cast<int>(control.bounds.top);
     rows.back().parts.push_back({std::move(control), 0, 0, {}});
   }
   for (Row &row : rows)
-    std::ranges::stable_sort(row.parts, {}, [](const Placed &part) { return part.control.place.left; });
+    std::ranges::stable_sort(row.parts, {}, [](const Placed &part) { return part.control.bounds.left; });
   return rows;
 }
 
@@ -136,16 +164,16 @@ int WidthSideBySide(const Row &buttons) {
 void PlaceAcross(Row &row, const Scale &scale) {
   int behind = 0;
   for (Placed &part : row.parts) {
-    const RECT &place = part.control.place;
-    const int natural = Rounded(static_cast<double>(place.right - place.left) * scale.across);
-    part.column = std::max(Rounded(static_cast<double>(place.left - scale.left) * scale.across), behind);
+    const RECT &bounds = part.control.bounds;
+    const int natural = Rounded(static_cast<double>(bounds.right - bounds.left) * scale.across);
+    part.column = std::max(Rounded(static_cast<double>(bounds.left - scale.left) * scale.across), behind);
     const int space = std::max(scale.columns - part.column, 1);
-    if (HasOwnWidth(part.control.kind)) {
+    if (HasOwnWidth(part.control)) {
       part.width = std::min(std::max(natural, NarrowestField), space);
-      part.lines = {part.control.text};
-    } else if (part.control.kind == Kind::Document) {
+      part.lines = {Widen(part.control.text)};
+    } else if (part.control.kind == ControlKind::Document) {
       part.width = space;
-      part.lines = Wrap(part.control.text, std::max(space - 1, 1)); // the last column has the marks of scrolling
+      part.lines = Wrap(Widen(part.control.text), std::max(space - 1, 1)); // the last column has the marks of scrolling
     } else {
       part.lines = Wrap(ShownText(part.control), space);
       part.width = WidthOf(part.lines);
@@ -157,11 +185,11 @@ void PlaceAcross(Row &row, const Scale &scale) {
 void MeasureHeight(Row &row, const Scale &scale) {
   for (const Placed &part : row.parts) {
     int lines = static_cast<int>(part.lines.size());
-    const RECT &place = part.control.place;
-    if (part.control.kind == Kind::Document)
-      lines = std::max(lines, Rounded(static_cast<double>(place.bottom - place.top) * scale.down));
+    const RECT &bounds = part.control.bounds;
+    if (part.control.kind == ControlKind::Document)
+      lines = std::max(lines, Rounded(static_cast<double>(bounds.bottom - bounds.top) * scale.down));
     row.height = std::max(row.height, lines);
-    row.mayShrink = row.mayShrink || (IsText(part.control.kind) && lines > FewestLines);
+    row.mayShrink = row.mayShrink || (!part.control.IsButton() && lines > FewestLines);
   }
 }
 
@@ -213,11 +241,11 @@ Row TakeButtons(HWND top, std::vector<Control> &contents) {
   const auto first = std::stable_partition(contents.begin(), contents.end(),
                                            [&](const Control &control) { return !IsInButtonRow(top, control); });
   std::stable_sort(first, contents.end(),
-                   [](const Control &left, const Control &right) { return left.place.left < right.place.left; });
+                   [](const Control &left, const Control &right) { return left.bounds.left < right.bounds.left; });
   Row row;
   for (auto button = first; button != contents.end(); ++button) {
-    row.naturalTop = static_cast<int>(button->place.top);
-    const std::string text = ShownText(*button);
+    row.naturalTop = static_cast<int>(button->bounds.top);
+    const std::wstring text = ShownText(*button);
     row.parts.push_back({std::move(*button), 0, Width(text), {text}});
   }
   contents.erase(first, contents.end());
@@ -225,7 +253,7 @@ Row TakeButtons(HWND top, std::vector<Control> &contents) {
 }
 
 Plan MakePlan(HWND top, Size screen) {
-  std::vector<Control> contents = ControlsIn(top);
+  std::vector<Control> contents = ShownControls(top);
   const Scale scale = MeasureWindow(top, contents, screen);
   Plan plan;
   plan.buttons = TakeButtons(top, contents);
@@ -236,7 +264,8 @@ Plan MakePlan(HWND top, Size screen) {
   }
   PlaceDown(plan.rows, scale);
 
-  const int columns = std::max({scale.columns, WidthSideBySide(plan.buttons), Width(ReadText(top)) + AroundTitle});
+  const int columns =
+      std::max({scale.columns, WidthSideBySide(plan.buttons), Width(Widen(ReadText(top))) + AroundTitle});
   PlaceButtons(plan.buttons, columns);
   const int end = plan.rows.empty() ? 0 : plan.rows.back().row + plan.rows.back().height;
   plan.buttons.row = std::min(std::max(Rounded(plan.buttons.naturalTop * scale.down), end + 1), scale.rows);
@@ -246,31 +275,36 @@ Plan MakePlan(HWND top, Size screen) {
 
 // ---- Drawing ----
 
-class Artist {
+// How many characters are within the first so many bytes of an edit's text.
+size_t CharactersIn(HWND edit, size_t bytes) { return Widen(ToUtf8(ReadRawText(edit).substr(0, bytes))).size(); }
+
+class PaneBuilder {
 public:
-  Artist(HWND itsTop, Size itsScreen, const Scrolling &before) : top(itsTop), screen(itsScreen), scrolled(before) {}
+  PaneBuilder(HWND itsTop, Size itsScreen, const Scrolling &before)
+      : top(itsTop), screen(itsScreen), defaultButton(DefaultButton(itsTop)), scrolled(before) {}
 
   Layout Draw();
 
 private:
   void DrawRow(const Row &row);
-  void DrawField(const Placed &part, Place place, int width);
-  void DrawLines(const Placed &part, Place place, int height);
+  void DrawField(const Placed &part, Position position, int width);
+  void DrawLines(const Placed &part, Position position, int height);
   Look LookOf(const Control &control) const;
   Pane OpenList(const Placed &part, int row) const;
 
-  void Put(Place place, const std::string &text, Look look) { pane.labels.push_back({place, text, look}); }
+  void Put(Position position, const std::wstring &text, Look look) { pane.texts.push_back({position, text, look}); }
 
   HWND top;
   Size screen;
+  HWND defaultButton;
   Scrolling scrolled; // before
   Scrolling scrolling;
   Pane pane;
 };
 
-Layout Artist::Draw() {
+Layout PaneBuilder::Draw() {
   const Plan plan = MakePlan(top, screen);
-  pane.title = ReadText(top);
+  pane.title = Widen(ReadText(top));
   pane.size = plan.size;
   pane.corner = {(screen.columns - pane.size.columns) / 2,
                  std::max((screen.rows - HintRow - pane.size.rows) / 2, Frame)};
@@ -281,73 +315,71 @@ Layout Artist::Draw() {
   Layout layout = {{pane}, scrolling};
   for (const Row &row : plan.rows)
     for (const Placed &part : row.parts)
-      if (IsListOpen(part.control))
+      if (part.control.listIsOpen)
         layout.panes.push_back(OpenList(part, row.row));
   return layout;
 }
 
-Look Artist::LookOf(const Control &control) const {
+Look PaneBuilder::LookOf(const Control &control) const {
   if (!control.enabled)
     return Look::Disabled;
   if (control.focused)
-    return control.kind == Kind::Document || EditOf(control) != nullptr ? Look::FocusedField : Look::Focused;
-  if (HasOwnWidth(control.kind) || control.kind == Kind::Document)
+    return control.IsEdit() || control.edit != nullptr ? Look::FocusedField : Look::Focused;
+  if (control.IsEdit() || control.IsList())
     return Look::Field;
-  if (control.kind == Kind::Button)
-    return control.window == DefaultButton(top) ? Look::DefaultButton : Look::Button;
-  return Look::Plain;
+  return control.window == defaultButton ? Look::DefaultButton : Look::Plain;
 }
 
-void Artist::DrawRow(const Row &row) {
+void PaneBuilder::DrawRow(const Row &row) {
   for (const Placed &part : row.parts) {
-    const Place place = {Margin + part.column, row.row};
+    const Position position = {Margin + part.column, row.row};
     const Look look = LookOf(part.control);
     if (part.control.focused)
-      pane.cursor = place;
+      pane.cursor = position;
     const int beforeButton = part.width - DropButtonWidth;
     switch (part.control.kind) {
-    case Kind::Field:
-      DrawField(part, place, part.width);
+    case ControlKind::Field:
+      DrawField(part, position, part.width);
       break;
-    case Kind::EditableList:
-      DrawField(part, place, beforeButton);
-      Put({place.column + beforeButton, place.row}, DropButton, look);
+    case ControlKind::EditableList:
+      DrawField(part, position, beforeButton);
+      Put({position.column + beforeButton, position.row}, DropButton, look);
       break;
-    case Kind::List:
-      Put(place, Fit(part.control.text, beforeButton) + DropButton, look);
+    case ControlKind::List:
+      Put(position, Fit(part.lines.front(), beforeButton) + DropButton, look);
       break;
     default:
-      DrawLines(part, place, row.height);
+      DrawLines(part, position, row.height);
     }
   }
 }
 
 // The part of a field's text that the caret is in, with the selection as it is before the next key.
-void Artist::DrawField(const Placed &part, Place place, int width) {
+void PaneBuilder::DrawField(const Placed &part, Position position, int width) {
   const Look look = LookOf(part.control);
   const bool focused = look == Look::FocusedField;
-  const Typed typed = TypedIn(EditOf(part.control));
-  const int caret = Width(typed.before + typed.selected);
+  const std::wstring &text = part.lines.front();
+  const Selection selection = SelectionIn(part.control.edit);
+  const size_t begin = CharactersIn(part.control.edit, selection.begin);
+  const size_t end = CharactersIn(part.control.edit, selection.end);
+  const int caret = Width(text.substr(0, end));
   const int hidden = focused ? std::max(caret - width + 1, 0) : 0;
-  Put(place, Fit("", width), look);
 
-  const std::pair<const std::string &, Look> pieces[] = {
-      {typed.before, look}, {typed.selected, focused ? Look::Selected : look}, {typed.behind, look}};
+  Put(position, Fit(L"", width), look);
   int column = -hidden;
-  for (const auto &[text, pieceLook] : pieces)
-    for (const std::string &character : Characters(text)) {
-      const int end = column + Width(character);
-      if (column >= 0 && end <= width)
-        Put({place.column + column, place.row}, character, pieceLook);
-      column = end;
-    }
+  for (size_t at = 0; at < text.size(); ++at) {
+    const int from = std::exchange(column, column + wcwidth(text[at]));
+    if (from >= 0 && column <= width)
+      Put({position.column + from, position.row}, {text[at]},
+          focused && at >= begin && at < end ? Look::Selected : look);
+  }
   if (focused)
-    pane.cursor = {place.column + caret - hidden, place.row};
+    pane.cursor = {position.column + caret - hidden, position.row};
 }
 
-void Artist::DrawLines(const Placed &part, Place place, int height) {
+void PaneBuilder::DrawLines(const Placed &part, Position position, int height) {
   const Look look = LookOf(part.control);
-  const bool isDocument = part.control.kind == Kind::Document;
+  const bool isDocument = part.control.kind == ControlKind::Document;
   const int lines = static_cast<int>(part.lines.size());
   const int shown = isDocument ? height : std::min(lines, height);
   const bool scrolls = lines > height;
@@ -358,20 +390,21 @@ void Artist::DrawLines(const Placed &part, Place place, int height) {
   }
   for (int line = 0; line < shown; ++line) {
     const auto index = static_cast<size_t>(first) + static_cast<size_t>(line);
-    const std::string text = index < part.lines.size() ? part.lines[index] : "";
-    Put({place.column, place.row + line}, isDocument ? Fit(text, part.width) : text, look);
+    const std::wstring text = index < part.lines.size() ? part.lines[index] : L"";
+    Put({position.column, position.row + line}, isDocument ? Fit(text, part.width) : text, look);
   }
-  const int markColumn = place.column + part.width - (isDocument ? 1 : 0);
+  const int markColumn = position.column + part.width - (isDocument ? 1 : 0);
   if (first > 0)
-    Put({markColumn, place.row}, "^", look);
+    Put({markColumn, position.row}, L"^", look);
   if (scrolls && first + shown < lines)
-    Put({markColumn, place.row + shown - 1}, "v", look);
+    Put({markColumn, position.row + shown - 1}, L"v", look);
 }
 
 // The list of a combo box, below it or else above.
-Pane Artist::OpenList(const Placed &part, int row) const {
-  const std::vector<std::string> items = ReadItems(part.control.window);
-  const int selection = SelectedItem(part.control.window);
+Pane PaneBuilder::OpenList(const Placed &part, int row) const {
+  std::vector<std::wstring> items(part.control.items.size());
+  std::ranges::transform(part.control.items, items.begin(), Widen);
+  const int selection = part.control.selected;
   const int lineOfList = pane.corner.row + row;
   const int below = screen.rows - HintRow - (lineOfList + 1) - 2 * Frame;
   const int above = lineOfList - 2 * Frame;
@@ -388,15 +421,15 @@ Pane Artist::OpenList(const Placed &part, int row) const {
   list.cursor = {0, std::max(selection - first, 0)};
   for (int line = 0; line < list.size.rows && first + line < static_cast<int>(items.size()); ++line) {
     const int item = first + line;
-    list.labels.push_back({{0, line},
-                           Fit(" " + items[static_cast<size_t>(item)], list.size.columns),
-                           item == selection ? Look::Selected : Look::Plain});
+    list.texts.push_back({{0, line},
+                          Fit(L" " + items[static_cast<size_t>(item)], list.size.columns),
+                          item == selection ? Look::Selected : Look::Plain});
   }
   return list;
 }
 
 } // namespace
 
-Layout LayOut(HWND top, Size screen, const Scrolling &scrolling) { return Artist(top, screen, scrolling).Draw(); }
+Layout LayOut(HWND top, Size screen, const Scrolling &scrolling) { return PaneBuilder(top, screen, scrolling).Draw(); }
 
 } // namespace terminal

@@ -1,7 +1,8 @@
-// What a window looks like in a terminal: its controls as texts in rows and columns, placed like the window's own.
+// Lays out a window for a terminal: its controls become texts in rows and columns, about where they stand in the
+// window.
 #pragma once
 
-#include "terminal/shown_controls.h"
+#include "win32/win32_ui.h"
 
 #include <string>
 #include <vector>
@@ -9,12 +10,14 @@
 namespace terminal {
 
 enum class Look {
+  Backdrop,
+  Shadow,
+  Title,
   Plain,
   Disabled,
   Field,
   FocusedField,
-  Selected, // in a field, and the entry in a list
-  Button,
+  Selected, // in a field or a list
   DefaultButton,
   Focused,
 };
@@ -23,24 +26,24 @@ struct Size {
   int columns = 0;
   int rows = 0;
 };
-struct Place {
+struct Position {
   int column = 0;
   int row = 0;
 };
-struct Label {
-  Place place; // from the corner of its pane
-  std::string text;
+// A text in one look.
+struct TextRun {
+  Position position; // from the corner of its pane
+  std::wstring text;
   Look look = Look::Plain;
 };
 
-// A part of the screen, mostly in a frame.
+// A part of the screen, in a frame.
 struct Pane {
-  bool framed = true;
-  Place corner; // within the frame
+  Position corner; // within the frame
   Size size;
-  std::string title;
-  std::vector<Label> labels;
-  Place cursor;
+  std::wstring title;
+  std::vector<TextRun> texts;
+  Position cursor;
 };
 
 // The text of a window that has more lines than are shown.

@@ -1,13 +1,17 @@
 #include "terminal/screen.h"
 
+#include "terminal/columns.h"
+
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
+#include <curses.h>
+#include <cwchar>
+#include <iterator>
 #include <langinfo.h>
-#include <newt.h>
-#include <slang.h>
+#include <poll.h>
+#include <termcap.h>
 #include <unistd.h>
 #include <utility>
 
@@ -15,95 +19,179 @@ namespace terminal {
 
 namespace {
 
-struct Colours {
-  Look look;
-  const char *foreground;
-  const char *background;
-  SLtt_Char_Type withoutColours;
+constexpr int KeyTimeout = 200; // milliseconds between the bytes of one key
+constexpr wint_t Escape = 0x1B;
+
+// ---- Colours ----
+
+constexpr short Bright = 8;
+
+struct Style {
+  short foreground;
+  short background;
+  attr_t withoutColours;
 };
-constexpr Colours colours[] = {
-    {Look::Plain, "black", "lightgray", 0},
-    {Look::Disabled, "gray", "lightgray", 0},
-    {Look::Field, "black", "cyan", SLTT_ULINE_MASK},
-    {Look::FocusedField, "white", "blue", SLTT_ULINE_MASK},
-    {Look::Selected, "black", "yellow", SLTT_REV_MASK},
-    {Look::Button, "black", "lightgray", 0},
-    {Look::DefaultButton, "blue", "lightgray", SLTT_BOLD_MASK},
-    {Look::Focused, "white", "red", SLTT_REV_MASK},
+// In the order of Look.
+constexpr Style Styles[] = {
+    {COLOR_WHITE + Bright, COLOR_BLUE, A_NORMAL},    // Backdrop
+    {COLOR_WHITE + Bright, COLOR_BLACK, A_NORMAL},   // Shadow
+    {COLOR_RED, COLOR_WHITE, A_NORMAL},              // Title
+    {COLOR_BLACK, COLOR_WHITE, A_NORMAL},            // Plain
+    {COLOR_BLACK + Bright, COLOR_WHITE, A_NORMAL},   // Disabled
+    {COLOR_BLACK, COLOR_CYAN, A_UNDERLINE},          // Field
+    {COLOR_WHITE + Bright, COLOR_BLUE, A_UNDERLINE}, // FocusedField
+    {COLOR_BLACK, COLOR_YELLOW + Bright, A_REVERSE}, // Selected
+    {COLOR_BLUE, COLOR_WHITE, A_BOLD},               // DefaultButton
+    {COLOR_WHITE + Bright, COLOR_RED, A_REVERSE},    // Focused
 };
 
-int ColourSet(Look look) { return NEWT_COLORSET_CUSTOM(static_cast<int>(look)); }
+bool HasBrightColours() { return COLORS >= 2 * Bright; }
 
 void SetColours() {
-  for (const auto &[look, foreground, background, withoutColours] : colours) {
-    newtSetColor(ColourSet(look), const_cast<char *>(foreground), const_cast<char *>(background));
-    SLtt_set_mono(ColourSet(look), nullptr, withoutColours);
-  }
+  start_color();
+  const short colours = HasBrightColours() ? 2 * Bright : Bright;
+  for (short pair = 1; const Style &style : Styles)
+    init_pair(pair++, style.foreground % colours, style.background % colours);
 }
 
-// What undoes the setting up of the screen: attributes, keypad, cursor, the other screen.
-std::string RestoringSequences() {
-  std::string sequences;
-  for (const char *const capability : {"me", "ke", "ve", "te"})
-    if (const char *const sequence = SLtt_tgetstr(const_cast<char *>(capability)))
-      sequences += sequence;
-  return sequences + "\r\n";
+// A_PROTECT changes nothing that is shown, but it keeps curses from clearing columns where it can write blanks: in
+// tmux, half of a character of two columns that is cleared loses its colour.
+attr_t AttributesOf(Look look) {
+  const Style &style = Styles[static_cast<size_t>(look)];
+  if (!has_colors())
+    return style.withoutColours;
+  const bool isBold = style.foreground >= Bright && !HasBrightColours();
+  return static_cast<attr_t>(COLOR_PAIR(static_cast<int>(look) + 1)) | (isBold ? A_BOLD : A_NORMAL) | A_PROTECT;
 }
 
-// newt throws away what was typed ahead whenever it opens a window, and slang takes of it to know whether drawing is
-// worth while. So they are given an input that nothing comes from, but when they set the terminal's modes.
-class EmptyInput {
+// ---- Drawing ----
+
+// What the screen is to show, put together before curses gets it: curses itself draws in the wrong place what is to
+// cover half of a character of two columns.
+class Canvas {
 public:
-  EmptyInput() {
-    if (pipe2(files, O_CLOEXEC) == 0)
-      Swap();
-  }
-  EmptyInput(const EmptyInput &) = delete;
-  EmptyInput &operator=(const EmptyInput &) = delete;
-  ~EmptyInput() {
-    if (files[1] == -1)
-      return;
-    Swap();
-    close(files[0]);
-    close(files[1]);
+  explicit Canvas(Size itsSize)
+      : size(itsSize), cells(static_cast<size_t>(size.columns * size.rows), {L' ', Look::Backdrop}) {}
+
+  void Put(Position position, std::wstring_view text, Look look) {
+    for (const wchar_t character : text) {
+      const int end = position.column + wcwidth(character);
+      if (position.row >= 0 && position.row < size.rows && position.column >= 0 && end <= size.columns)
+        for (wchar_t part = character; position.column < end; part = SecondHalf)
+          Set(position.row * size.columns + position.column++, {part, look});
+      position.column = end;
+    }
   }
 
-  void Swap() { std::swap(SLang_TT_Read_FD, files[0]); }
+  void Show() const {
+    erase();
+    for (int index = 0; const auto &[character, look] : cells) {
+      if (character != SecondHalf) {
+        attrset(static_cast<int>(AttributesOf(look)));
+        mvaddnwstr(index / size.columns, index % size.columns, &character, 1);
+      }
+      ++index;
+    }
+  }
 
 private:
-  int files[2] = {-1, -1};
+  static constexpr wchar_t SecondHalf = L'\0';
+  struct Cell {
+    wchar_t character;
+    Look look;
+  };
+
+  // What is left of a character whose other half goes becomes a blank.
+  void Set(int index, Cell cell) {
+    const auto replaced = cells.begin() + index;
+    if (replaced->character == SecondHalf && cell.character != SecondHalf)
+      std::prev(replaced)->character = L' ';
+    if (const auto next = std::next(replaced); next != cells.end() && next->character == SecondHalf)
+      next->character = L' ';
+    *replaced = cell;
+  }
+
+  Size size;
+  std::vector<Cell> cells;
 };
 
-// What the terminal itself says that its keys send.
-void LearnKeys(KeyReader &reader) {
-  constexpr std::pair<const char *, KeyCode> keys[] = {
-      {"ku", KeyCode::Up},     {"kd", KeyCode::Down},    {"kl", KeyCode::Left},   {"kr", KeyCode::Right},
-      {"kh", KeyCode::Home},   {"@7", KeyCode::End},     {"kP", KeyCode::PageUp}, {"kN", KeyCode::PageDown},
-      {"kD", KeyCode::Delete}, {"kB", KeyCode::BackTab}, {"k1", KeyCode::Help},   {"k4", KeyCode::ToggleList},
-  };
-  for (const auto &[capability, code] : keys)
-    reader.Learn(SLtt_tgetstr(const_cast<char *>(capability)), code);
+void Draw(Canvas &canvas, const Pane &pane) {
+  const auto [left, top] = pane.corner;
+  const int bottom = top + pane.size.rows;
+  const std::wstring line(static_cast<size_t>(pane.size.columns), L'─');
+  const std::wstring blanks(line.size(), L' ');
+  for (int row = top; row <= bottom + 1; ++row)
+    canvas.Put({left, row}, blanks + L"  ", Look::Shadow);
+  canvas.Put({left - 1, top - 1}, L'┌' + line + L'┐', Look::Plain);
+  for (int row = top; row < bottom; ++row)
+    canvas.Put({left - 1, row}, L'│' + blanks + L'│', Look::Plain);
+  canvas.Put({left - 1, bottom}, L'└' + line + L'┘', Look::Plain);
+  if (!pane.title.empty()) {
+    const int column = left + (pane.size.columns - Width(pane.title)) / 2;
+    canvas.Put({column - 2, top - 1}, L"┤ ", Look::Plain);
+    canvas.Put({column, top - 1}, pane.title, Look::Title);
+    canvas.Put({column + Width(pane.title), top - 1}, L" ├", Look::Plain);
+  }
+  for (const auto &[position, text, look] : pane.texts)
+    canvas.Put({left + position.column, top + position.row}, text, look);
 }
 
-newtComponent MakeForm(const Pane &pane) {
-  const newtComponent form = newtForm(nullptr, nullptr, NEWT_FLAG_NOF12);
-  for (const auto &[place, text, look] : pane.labels) {
-    const newtComponent label = newtLabel(place.column, place.row, text.c_str());
-    newtLabelSetColors(label, ColourSet(look));
-    newtFormAddComponent(form, label);
+// ---- Keys ----
+
+// What curses is to read as a key besides what the terminal's own description says.
+const std::vector<std::pair<int, std::vector<const char *>>> MoreKeys = {
+    {KEY_ENTER, {"\r", "\n"}},
+    {KEY_NEXT, {"\t"}},
+    {KEY_BTAB, {"\033[Z"}},
+    {KEY_BACKSPACE, {"\b", "\x7F"}},
+    {KEY_DC, {"\033[3~"}},
+    {KEY_UP, {"\033[A", "\033OA"}},
+    {KEY_DOWN, {"\033[B", "\033OB"}},
+    {KEY_RIGHT, {"\033[C", "\033OC"}},
+    {KEY_LEFT, {"\033[D", "\033OD"}},
+    {KEY_HOME, {"\x01" /* Ctrl+A */, "\033[H", "\033OH", "\033[1~", "\033[7~"}},
+    {KEY_END, {"\x05" /* Ctrl+E */, "\033[F", "\033OF", "\033[4~", "\033[8~"}},
+    {KEY_PPAGE, {"\033[5~"}},
+    {KEY_NPAGE, {"\033[6~"}},
+    {KEY_F(1), {"\033OP", "\033[11~", "\033[[A"}},
+    {KEY_F(4), {"\033OS", "\033[14~", "\033[[D", "\033[1;3A" /* Alt+Up */, "\033[1;3B" /* Alt+Down */}},
+    {KEY_EXIT, {"\x03"}},    // Ctrl+C
+    {KEY_REFRESH, {"\x0C"}}, // Ctrl+L
+    {KEY_DL, {"\x15"}},      // Ctrl+U
+    {KEY_SUSPEND, {"\x1A"}}, // Ctrl+Z
+};
+
+void DefineMoreKeys() {
+  for (const auto &[code, sequences] : MoreKeys)
+    for (const char *const sequence : sequences)
+      if (const int known = key_defined(sequence); known == 0 || known > KEY_MAX) // no key or one without a name
+        define_key(sequence, code);
+}
+
+bool IsHungUp() {
+  pollfd input = {STDIN_FILENO, 0, 0};
+  return poll(&input, 1, 0) > 0;
+}
+
+// Escape itself, Alt and a character, or a key that nobody knows. What belongs to the Escape has come with it.
+Key ReadBehindEscape() {
+  wint_t read = 0;
+  timeout(0);
+  const int kind = get_wch(&read);
+  timeout(KeyTimeout);
+  if (kind == OK && (read == '[' || read == 'O')) {
+    while (get_wch(&read) == OK && (read < '@' || read == '[')) {
+    }
+    return {};
   }
-  // The cursor stays where the last thing was drawn.
-  newtFormAddComponent(form, newtLabel(pane.cursor.column, pane.cursor.row, ""));
-  return form;
+  if (kind == OK && read >= ' ')
+    return {0, static_cast<wchar_t>(read), true};
+  if (kind != ERR)
+    ungetch(static_cast<int>(read));
+  return {KEY_CANCEL};
 }
 
 } // namespace
-
-struct Screen::Forms {
-  EmptyInput input;
-  std::vector<newtComponent> all; // one for each pane
-  size_t windows = 0;             // those of them that have a frame
-};
 
 std::string Problem() {
   const char *const terminal = std::getenv("TERM");
@@ -113,79 +201,69 @@ std::string Problem() {
     return "TERM: this terminal has no full screen, which a wizard needs";
   if (std::setlocale(LC_CTYPE, "") == nullptr || std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0)
     return "LANG: the locale isn't one with UTF-8, which a wizard needs";
-  if (SLtt_initialize(const_cast<char *>(terminal)) != 0)
+  if (tgetent(nullptr, terminal) != 1 || tgetstr("cm", nullptr) == nullptr)
     return std::string("TERM: this terminal isn't known or has too little for a full screen: ") + terminal;
   return {};
 }
 
-Screen::Screen() {
-  RememberModes();
-  newtInit();
-  newtCursorOn();
-  forms = std::make_unique<Forms>();
+Screen::Screen() : opened(newterm(nullptr, stdout, stdin)) {
+  raw();
+  noecho();
+  nonl();
+  keypad(stdscr, TRUE);
+  set_escdelay(KeyTimeout);
+  timeout(KeyTimeout);
   SetColours();
-  guard = std::make_unique<Guard>(RestoringSequences().c_str());
-  reader = std::make_unique<KeyReader>(guard->Waker());
-  LearnKeys(*reader);
+  DefineMoreKeys();
 }
 
-Screen::~Screen() {
-  Clear();
-  forms.reset();
-  newtFinished();
+void Screen::Closer::operator()(screen *opened) const {
+  erase(); // for terminals that don't bring back what they showed before
+  refresh();
+  endwin();
+  delscreen(opened);
 }
 
-Size Screen::Dimensions() const {
-  Size size;
-  newtGetScreenSize(&size.columns, &size.rows);
-  return size;
+Screen::~Screen() = default;
+
+Size Screen::Dimensions() const { return {COLS, LINES}; }
+
+void Screen::Show(const std::vector<Pane> &panes, const std::wstring &hints) {
+  Canvas canvas(Dimensions());
+  canvas.Put({0, LINES - 1}, hints, Look::Backdrop);
+  for (const Pane &pane : panes)
+    Draw(canvas, pane);
+  canvas.Show();
+  const Pane &front = panes.back();
+  move(front.corner.row + front.cursor.row, front.corner.column + front.cursor.column);
+  refresh();
 }
 
-// All is drawn anew, and what has changed goes to the terminal: what newt puts back beneath a window is broken where
-// characters are two columns wide.
-void Screen::Clear() {
-  for (newtComponent form : forms->all)
-    newtFormDestroy(form);
-  for (; forms->windows > 0; --forms->windows)
-    newtPopWindowNoRefresh();
-  forms->all.clear();
-  SLsmg_set_color(NEWT_COLORSET_ROOT);
-  SLsmg_gotorc(0, 0);
-  SLsmg_erase_eos();
-}
-
-void Screen::Show(const std::vector<Pane> &panes, const std::string &hints) {
-  Clear();
-  newtPopHelpLine();
-  newtPushHelpLine(hints.c_str());
-  for (const Pane &pane : panes) {
-    if (pane.framed) {
-      newtOpenWindow(pane.corner.column, pane.corner.row, static_cast<unsigned>(pane.size.columns),
-                     static_cast<unsigned>(pane.size.rows), pane.title.empty() ? nullptr : pane.title.c_str());
-      ++forms->windows;
-    }
-    forms->all.push_back(MakeForm(pane));
-    newtDrawForm(forms->all.back());
-  }
-  newtRefresh();
+void Screen::ShowText(const std::wstring &text) {
+  Canvas canvas(Dimensions());
+  for (int row = 0; const std::wstring &line : Wrap(text, COLS))
+    canvas.Put({0, row++}, line, Look::Backdrop);
+  canvas.Show();
+  refresh();
 }
 
 Key Screen::ReadKey() {
-  Key key = reader->Read();
-  if (Guard::AskedToEnd() != 0)
-    return {KeyCode::Quit, {}};
-  if (key.code == KeyCode::Suspend) {
-    forms->input.Swap();
-    newtSuspend();
-    kill(0, SIGTSTP); // with the script that started it, which otherwise would go on waiting
-    newtResume();
-    forms->input.Swap();
-  } else if (key.code == KeyCode::Redraw) {
-    guard->Rest();
-    SLtt_get_screen_size();
-    SLsmg_reinit_smg();
+  for (;;) {
+    wint_t read = 0;
+    const int kind = get_wch(&read); // which wakes up now and then
+    if (EndingSignals::Asked() != 0 || (kind == ERR && IsHungUp()))
+      return {KEY_EXIT};
+    if (kind == KEY_CODE_YES && read == KEY_SUSPEND)
+      kill(0, SIGTSTP); // with the script that started it, which otherwise would go on waiting
+    if (kind == KEY_CODE_YES && read == KEY_REFRESH)
+      clearok(curscr, TRUE);
+    if (kind == KEY_CODE_YES)
+      return {static_cast<int>(read)};
+    if (kind == OK && read == Escape)
+      return ReadBehindEscape();
+    if (kind == OK && read >= ' ')
+      return {0, static_cast<wchar_t>(read)};
   }
-  return key;
 }
 
 } // namespace terminal

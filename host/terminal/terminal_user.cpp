@@ -3,21 +3,21 @@
 #include "clients/file_queries.h"
 #include "terminal/columns.h"
 #include "terminal/keyboard.h"
-#include "utf8.h"
 
 #include <csignal>
+#include <curses.h>
 #include <vector>
 
 namespace terminal {
 
 namespace {
 
-constexpr const char *Hints = " Tab 次へ  F4 一覧  Enter 決定  Esc キャンセル  F1 ヘルプ";
-constexpr const char *ListHints = " ↑↓ 選択  Enter 決定  Esc 一覧を閉じる";
+constexpr const wchar_t *Hints = L" Tab 次へ  F4 一覧  Enter 決定  Esc キャンセル  F1 ヘルプ";
+constexpr const wchar_t *ListHints = L" ↑↓ 選択  Enter 決定  Esc 一覧を閉じる";
 
-std::string TooSmall() {
-  return ToUtf8("端末が小さすぎます。" + std::to_string(SmallestScreen.columns) + " 桁 " +
-                std::to_string(SmallestScreen.rows) + " 行以上にして下さい。");
+std::wstring TooSmall() {
+  return L"端末が小さすぎます。" + std::to_wstring(SmallestScreen.columns) + L" 桁 " +
+         std::to_wstring(SmallestScreen.rows) + L" 行以上にして下さい。";
 }
 
 // The window and those that it belongs to and lies over, the hindmost first.
@@ -34,24 +34,16 @@ std::vector<HWND> WindowsUpTo(HWND top) {
 void User::Draw(HWND top) {
   const Size size = screen.Dimensions();
   std::vector<Pane> panes;
-  std::string hints = ToUtf8(Hints);
+  std::wstring hints = Hints;
   for (const HWND window : WindowsUpTo(top)) {
     Layout layout = LayOut(window, size, scrolling);
     if (layout.scrolling.window != nullptr)
       scrolling = layout.scrolling;
     if (window == top && layout.panes.size() > 1)
-      hints = ToUtf8(ListHints);
+      hints = ListHints;
     panes.insert(panes.end(), layout.panes.begin(), layout.panes.end());
   }
-  screen.Show(panes, Fit(notice.empty() ? hints : " " + notice, size.columns - 1));
-}
-
-// Until the terminal has grown again.
-void User::TellTooSmall() {
-  Pane pane;
-  pane.framed = false;
-  pane.labels.push_back({{0, 0}, Fit(TooSmall(), screen.Dimensions().columns)});
-  screen.Show({pane}, "");
+  screen.Show(panes, Fit(notice.empty() ? hints : L" " + notice, size.columns - 1));
 }
 
 bool User::Act(HWND top) noexcept {
@@ -60,11 +52,11 @@ bool User::Act(HWND top) noexcept {
   const Size size = screen.Dimensions();
   const bool tooSmall = size.columns < SmallestScreen.columns || size.rows < SmallestScreen.rows;
   if (tooSmall)
-    TellTooSmall();
+    screen.ShowText(TooSmall()); // until it has grown again
   else
     Draw(top);
   const Key key = screen.ReadKey();
-  left = key.code == KeyCode::Quit;
+  left = key.code == KEY_EXIT;
   if (!left && !tooSmall)
     notice = Press(top, key, scrolling);
   return !left;
@@ -85,7 +77,7 @@ bool Run(const std::function<void()> &run) {
     platform::WithUser(user, run);
     left = user.HasLeft();
   }
-  if (const int signal = Guard::AskedToEnd(); signal != 0) {
+  if (const int signal = EndingSignals::Asked(); signal != 0) {
     std::signal(signal, SIG_DFL);
     std::raise(signal);
   }

@@ -1,4 +1,4 @@
-// A user before the terminal, who sees the windows full screen.
+// A user who works the windows in the terminal, full screen.
 #pragma once
 
 #include "terminal/screen.h"
@@ -19,16 +19,15 @@ public:
 
 private:
   void Draw(HWND top);
-  void TellTooSmall();
 
   Screen screen;
   Scrolling scrolling;
-  std::string notice; // about the last key
+  std::wstring notice; // about the last key
   bool left = false;
 };
 
-// Runs what opens windows before this program's terminal. False if the user has left before its end. What asked the
-// program to end meanwhile ends it here, when the terminal is again as it was.
+// Runs what opens windows, which are shown in this program's terminal. False if the user has left before its end. A
+// signal that meanwhile asked the program to end ends it here, when the terminal is again as it was.
 bool Run(const std::function<void()> &run);
 
 } // namespace terminal

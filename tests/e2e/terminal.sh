@@ -109,6 +109,13 @@ touch "$ACCTKIT_MACHINE/drive_c/Program Files/Zuvio/kantan.hlp"
 start second
 see '(1/4)' && keys F1 && see 'kantan.hlp' 'トピック 5'
 
+# Keys that a terminal's description doesn't name.
+for terminal in linux vt100; do
+  open env TERM=$terminal "$host" wizard mailer --id ABC01234
+  see '(1/4)' && keys M-Down && see '一覧を閉じる' && keys Escape && see 'F4 一覧'
+  keys Tab BTab F4 && see '一覧を閉じる'
+done
+
 # Where there is no screen, a line says so.
 refused() { # NAMED COMMAND...
   local said

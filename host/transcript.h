@@ -1,7 +1,7 @@
-// What a user sees of a wizard's windows, in the words of a transcript: UTF-8, texts in quotes.
+// The words of a transcript for what a user sees of a wizard's windows: UTF-8, texts in quotes.
 #pragma once
 
-#include "window_reader.h"
+#include "window_controls.h"
 
 #include <span>
 #include <string>
@@ -23,9 +23,9 @@ HWND CurrentPage(HWND sheet);
 const NamedButton *FindButton(std::span<const NamedButton> buttons, const std::string &name);
 
 std::string QuotedText(HWND window);
-std::string QuotedItems(HWND comboBox);
+std::string QuotedItems(const Control &list);
 // yes or no, or that the control is no check box.
-std::string CheckOf(HWND control);
+std::string CheckOf(const Control &control);
 // The buttons that can be pressed, of a sheet those that lead through the wizard.
 std::string ButtonsOf(HWND top);
 // The control of the page, or the button, that has the focus.
@@ -34,9 +34,9 @@ std::string MessageOf(HWND box);
 std::string IconOf(HWND box);
 
 // A control's kind, text and state, and the same with its id before it.
-std::string Description(HWND control);
-std::string ControlLine(HWND control);
+std::string Description(const Control &control);
+std::string ControlLine(const Control &control);
 // A line about the window in front.
 std::string TopLine(HWND top);
-// The controls of a page that have an id.
-std::vector<HWND> ControlsOf(HWND page);
+// A line about each control of a sheet's page that has an id.
+std::vector<std::string> PageLines(HWND sheet);

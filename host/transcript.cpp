@@ -1,4 +1,4 @@
-#include "window_view.h"
+#include "transcript.h"
 
 #include "wizard_script.h"
 
@@ -12,7 +12,7 @@ constexpr NamedButton SheetButtonList[] = {{"back", ID_WIZBACK, PSBTN_BACK},
                                            {"finish", ID_WIZFINISH, PSBTN_FINISH},
                                            {"cancel", IDCANCEL, PSBTN_CANCEL},
                                            {"help", IDHELP, PSBTN_HELP}};
-constexpr size_t WayButtonCount = 3;
+constexpr size_t NavigationButtonCount = 3;
 constexpr NamedButton BoxButtonList[] = {{"ok", IDOK, 0}, {"cancel", IDCANCEL, 0}, {"yes", IDYES, 0}, {"no", IDNO, 0}};
 
 constexpr int BoxTextId = 0xFFFF;
@@ -23,10 +23,6 @@ struct NamedIcon {
 };
 const NamedIcon BoxIcons[] = {
     {"stop", IDI_HAND}, {"question", IDI_QUESTION}, {"exclamation", IDI_EXCLAMATION}, {"information", IDI_ASTERISK}};
-
-bool IsIcon(HWND control) { return IsClass(control, "static") && (StyleOf(control) & SS_TYPEMASK) == SS_ICON; }
-
-HICON ShownIcon(HWND control) { return reinterpret_cast<HICON>(SendMessageA(control, STM_GETICON, 0, 0)); }
 
 // The number of the dialog that a page was made from.
 int PageId(HWND sheet) {
@@ -52,73 +48,72 @@ const NamedButton *FindButton(std::span<const NamedButton> buttons, const std::s
 
 std::string QuotedText(HWND window) { return Quoted(ReadText(window)); }
 
-std::string QuotedItems(HWND comboBox) {
-  std::vector<std::string> items = ReadItems(comboBox);
+std::string QuotedItems(const Control &list) {
+  std::vector<std::string> items = list.items;
   std::ranges::transform(items, items.begin(), Quoted);
   return Listed(items);
 }
 
-std::string CheckOf(HWND control) {
-  if (!IsCheckBox(control))
+std::string CheckOf(const Control &control) {
+  if (control.kind != ControlKind::CheckBox)
     return "no check box";
-  return IsChecked(control) ? "yes" : "no";
+  return control.checked ? "yes" : "no";
 }
 
 std::string ButtonsOf(HWND top) {
   std::string names;
-  for (const NamedButton &button : IsSheet(top) ? SheetButtons.first(WayButtonCount) : BoxButtons)
+  for (const NamedButton &button : IsSheet(top) ? SheetButtons.first(NavigationButtonCount) : BoxButtons)
     if (IsUsable(GetDlgItem(top, button.id)))
       names.append(names.empty() ? "" : ",").append(button.name);
   return names;
 }
 
 std::string FocusOf(HWND top) {
-  const HWND page = IsSheet(top) ? CurrentPage(top) : nullptr;
-  for (HWND window = GetFocus(); window != nullptr && window != top && window != page; window = GetParent(window)) {
-    const HWND parent = GetParent(window);
-    if (page != nullptr && parent == page)
-      return std::to_string(GetDlgCtrlID(window));
-    if (parent == top)
-      for (const NamedButton &button : IsSheet(top) ? SheetButtons : BoxButtons)
-        if (button.id == GetDlgCtrlID(window))
-          return button.name;
-  }
-  return "none";
+  const std::span<const NamedButton> buttons = IsSheet(top) ? SheetButtons : BoxButtons;
+  const std::vector<Control> controls = ControlsIn(top);
+  const auto focused = std::ranges::find_if(controls, &Control::focused);
+  if (focused == controls.end())
+    return "none";
+  if (GetParent(focused->window) != top)
+    return std::to_string(focused->id);
+  const auto button = std::ranges::find(buttons, focused->id, &NamedButton::id);
+  return button != buttons.end() ? button->name : "none";
 }
 
 std::string MessageOf(HWND box) { return QuotedText(GetDlgItem(box, BoxTextId)); }
 
 std::string IconOf(HWND box) {
-  const std::vector<HWND> children = ChildrenOf(box);
-  const auto shown = std::ranges::find_if(children, IsIcon);
-  if (shown != children.end())
+  const std::vector<Control> controls = ControlsIn(box);
+  const auto shown = std::ranges::find(controls, ControlKind::Icon, &Control::kind);
+  if (shown != controls.end())
     for (const NamedIcon &icon : BoxIcons)
-      if (LoadIconA(nullptr, icon.resource) == ShownIcon(*shown))
+      if (LoadIconA(nullptr, icon.resource) == shown->icon)
         return icon.name;
   return "none";
 }
 
-std::string Description(HWND control) {
+std::string Description(const Control &control) {
+  const std::string text = Quoted(control.text);
   std::string line;
-  if (IsIcon(control))
-    line = ShownIcon(control) != nullptr ? "icon set" : "icon empty";
-  else if (IsClass(control, "combobox"))
-    line = "combo " + QuotedText(control) + ' ' + QuotedItems(control);
-  else if (IsCheckBox(control))
-    line = "check " + QuotedText(control) + (IsChecked(control) ? " checked" : " unchecked");
+  if (control.kind == ControlKind::Icon)
+    line = control.icon != nullptr ? "icon set" : "icon empty";
+  else if (control.IsList())
+    line = "combo " + text + ' ' + QuotedItems(control);
+  else if (control.kind == ControlKind::CheckBox)
+    line = "check " + text + (control.checked ? " checked" : " unchecked");
   else
-    line = ClassOf(control) + ' ' + QuotedText(control);
-  if (IsClass(control, "edit") && IsReadOnly(control))
+    line = control.className + ' ' + text;
+  if (control.IsEdit() && control.edit == nullptr)
     line += " readonly";
-  if (!IsWindowEnabled(control))
+  if (!control.enabled)
     line += " disabled";
-  if (!IsWindowVisible(control))
+  if (!control.visible)
     line += " hidden";
   return line;
 }
 
-std::string ControlLine(HWND control) {
-  return "control " + std::to_string(GetDlgCtrlID(control)) + ' ' + Description(control);
+std::string ControlLine(const Control &control) {
+  return "control " + std::to_string(control.id) + ' ' + Description(control);
 }
 
 std::string TopLine(HWND top) {
@@ -129,12 +124,11 @@ std::string TopLine(HWND top) {
   return "window " + QuotedText(top);
 }
 
-std::vector<HWND> ControlsOf(HWND page) {
+std::vector<std::string> PageLines(HWND sheet) {
   constexpr int NoId = 0xFFFF;
-  std::vector<HWND> controls = ChildrenOf(page);
-  std::erase_if(controls, [](HWND control) {
-    const int id = GetDlgCtrlID(control) & NoId;
-    return id == 0 || id == NoId;
-  });
-  return controls;
+  std::vector<std::string> lines;
+  for (const Control &control : ControlsIn(CurrentPage(sheet)))
+    if (const int id = control.id & NoId; id != 0 && id != NoId)
+      lines.push_back(ControlLine(control));
+  return lines;
 }
