@@ -1,4 +1,4 @@
-// One sign-up as a process's first call, timed from within: `cold_signup`, on the machine that ACCTKIT_MACHINE names.
+// Times one sign-up as the first call of a process: `cold_signup`, on the machine in ACCTKIT_MACHINE.
 #include "acctkit/acctkit.h"
 
 #include <chrono>

@@ -1,4 +1,5 @@
-// The operations on a prefs.js of 100,000 bytes, each beside the plain memory or file operation on the same bytes.
+// The operations on a prefs.js of 100,000 bytes, each compared with the plain memory or file operation on the same
+// bytes.
 #include "stores/prefs_file.h"
 
 #include "support/scratch_machine.h"
@@ -17,7 +18,7 @@ constexpr size_t Size = 100000;
 constexpr const char *LastKey = "mail.pop_name";
 const std::string LastLine = "user_pref(\"mail.pop_name\", \"ABC01234\");\n";
 
-// Lines as a client writes them, with the one that is looked for at the end.
+// Lines as a client writes them; the line that is searched for is the last.
 std::string SampleText() {
   std::string text;
   for (int number = 0; text.size() < Size - LastLine.size() - 80; ++number)
@@ -44,7 +45,7 @@ void FindPlain(benchmark::State &state) {
     benchmark::DoNotOptimize(memmem(prefs->text, prefs->length, LastKey, std::strlen(LastKey)));
 }
 
-// Removing a line in the middle and appending it again, beside finding it and moving what stands behind it.
+// Removes a line in the middle and appends it again; compared with finding it and moving the bytes after it.
 void RemoveAndAppend(benchmark::State &state) {
   const auto prefs = SamplePrefs();
   AppendPrefLine(*prefs, "\n");
@@ -63,7 +64,7 @@ void RemoveAndAppendPlain(benchmark::State &state) {
   }
 }
 
-// Removing the first line moves all the rest.
+// Removing the first line moves all other bytes.
 void RemoveFirst(benchmark::State &state) {
   const auto prefs = SamplePrefs();
   const auto work = std::make_unique<PrefsText>();
@@ -108,7 +109,7 @@ void Save(benchmark::State &state) {
   for (auto _ : state)
     SavePrefsText("C:\\prefs.js", *prefs);
 }
-// As a program does that replaces a file whole: write another, rename it.
+// The usual way to replace a whole file: write another one and rename it.
 void SavePlain(benchmark::State &state) {
   const ScratchMachine machine;
   const auto prefs = SamplePrefs();

@@ -1,5 +1,5 @@
-// registry.dat with more and more profiles: reading it, finding a profile, entering one, and what memory that takes.
-// And an account written into a large prefs.js of Netscape 6.
+// registry.dat with more and more profiles: reading it, finding a profile, entering one, and the memory needed. Also
+// writing an account into a large prefs.js of Netscape 6.
 #include "clients/netscape6/netscape6_mail.h"
 #include "stores/profile_registry.h"
 
@@ -17,11 +17,11 @@ namespace {
 
 constexpr const char *Path = "C:\\registry.dat";
 
-// What the client itself keeps in each profile, beside our two values.
+// The values that the client itself stores for each profile, besides our two.
 constexpr std::initializer_list<const char *> OwnValues = {"NCProfileName", "NCServiceDenial", "NCEmailAddress",
                                                            "NCHavePregInfo"};
 
-// A registry as a client has it.
+// Writes a registry as a client has it.
 void WriteRegistry(const std::filesystem::path &folder, int64_t profiles,
                    std::initializer_list<const char *> ownValues = OwnValues) {
   std::string empty("ADdv\1\0\2\0\0\0\0\0\x82\0\0\0", 16);
@@ -77,7 +77,7 @@ void FindPath(benchmark::State &state) {
     benchmark::DoNotOptimize(registry.FindPath(path, "directory"));
 }
 
-// The edits alone; reading and writing the file is what the others measure.
+// Only the edits; the other benchmarks measure reading and writing the file.
 void EnterProfile(benchmark::State &state) {
   const ScratchMachine machine;
   WriteRegistry(machine.Folder(), state.range(0));
@@ -89,7 +89,7 @@ void EnterProfile(benchmark::State &state) {
     Enter(registry, "profile" + std::to_string(number++));
 }
 
-// All of it with what a client of its first years has of each profile, two values: files of 20 kB, 200 kB and 1 MB.
+// All steps, on files with the two values per profile that an early client stores: 20 kB, 200 kB and 1 MB.
 void EnterOneProfile(benchmark::State &state) {
   const ScratchMachine machine;
   WriteRegistry(machine.Folder(), state.range(0), {});
@@ -110,7 +110,7 @@ void EnterOneProfile(benchmark::State &state) {
   state.counters["bytes"] = static_cast<double>(std::filesystem::file_size(before));
 }
 
-// 100 accounts in 100,000 bytes, none of which is the one that is written.
+// A file of 100,000 bytes with 100 accounts; the written account isn't among them.
 void WriteAccountAmong100(benchmark::State &state) {
   const ScratchMachine machine;
   std::string list = "account1";

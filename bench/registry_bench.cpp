@@ -1,5 +1,5 @@
-// A registry value opened, read and closed with the hives loaded, and the search for a mail account over more and more
-// accounts.
+// Opening, reading and closing a registry value with the hives loaded, and the search for a mail account among more and
+// more accounts.
 #include "acctkit/acctkit.h"
 #include "clients/registry_key.h"
 
@@ -27,7 +27,7 @@ void ReadValue(benchmark::State &state) {
   }
 }
 
-// The accounts are put into the hive as text: entering them one by one would be the measurement of another thing.
+// Writes the accounts into the hive as text, since entering them one by one isn't what this measures.
 void WriteAccounts(const std::filesystem::path &folder, int64_t count) {
   std::ofstream hive(folder / "user.reg");
   hive << "WINE REGISTRY Version 2\n;; All keys relative to \\\\User\\\\S-1-5-21-0-0-0-1000\n\n";

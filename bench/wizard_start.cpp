@@ -1,6 +1,6 @@
-// From the call of a wizard to the moment when its first page waits for the user, beside plain property sheets of the
-// same number of pages, empty ones and the wizard's own dialogs: `wizard_start`, on the machine it runs on, where a
-// mail client has to be installed.
+// The time from the call of a wizard until its first page waits for the user, compared with plain property sheets of
+// the same number of pages: empty ones, and ones with the wizard's own dialogs. `wizard_start` runs on this machine,
+// where a mail client has to be installed.
 #include "acctkit/acctkit.h"
 
 #include "resources/resource.h"
@@ -80,7 +80,7 @@ BOOL CALLBACK FindSheet(HWND window, LPARAM found) {
   return FALSE;
 }
 
-// Gets its message from the loop of the sheet, which is then complete but for what is still to be painted.
+// Gets its message from the message loop of the sheet, which is then complete except for painting.
 LRESULT CALLBACK Watch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message != WM_APP)
     return DefWindowProcA(window, message, wParam, lParam);

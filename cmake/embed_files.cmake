@@ -1,5 +1,5 @@
-# cmake -DOUTPUT=FILE.h -DNAMESPACE=NAME "-DFILES=NAME=PATH;..." -P embed_files.cmake: writes a header that has the bytes
-# of each file as a text of that name.
+# cmake -DOUTPUT=FILE.h -DNAMESPACE=NAME "-DFILES=NAME=PATH;..." -P embed_files.cmake: writes a header that has the bytes of
+# each file as a text of that name.
 set(text "#pragma once\n\n#include <string_view>\n\nnamespace ${NAMESPACE} {\n\n")
 foreach(entry IN LISTS FILES)
   string(REGEX MATCH "^([^=]+)=(.+)$" entry "${entry}")

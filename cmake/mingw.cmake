@@ -1,5 +1,5 @@
-# MinGW-w64; MINGW_ARCH is i686 (what ships) or x86_64. Of its two run-time libraries the one without POSIX threads: the
-# other's imports keep a library from being loaded by any Windows before Vista.
+# MinGW-w64; MINGW_ARCH is i686 (what ships) or x86_64. Uses its run-time library without POSIX threads: with the imports of
+# the other one, no Windows before Vista loads a library.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR ${MINGW_ARCH})
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES MINGW_ARCH)

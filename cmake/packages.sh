@@ -1,11 +1,11 @@
-# What ./run and ./test need of Debian, and how they get it. Sourced by both, and by what else builds.
+# The Debian packages that ./run and ./test need, and how they are installed. Other scripts that build source this file too.
 
 native_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libncurses-dev gcc-mingw-w64-x86-64)
 test_packages=(googletest tmux)
 windows_packages=(g++-mingw-w64-x86-64-win32 g++-mingw-w64-i686-win32)
 fuzz_packages=(clang libclang-rt-dev)
 
-# as_root COMMAND...: runs it with the rights to change the system.
+# as_root COMMAND...: runs the command as root.
 as_root() {
   if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
 }
@@ -24,7 +24,7 @@ need() {
   as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
 
-# build PRESET [--target TARGET]: configures and builds, quietly as long as all is well.
+# build PRESET [--target TARGET]: configures and builds; prints output only on an error.
 build() {
   local log
   log=$(mktemp)
@@ -41,8 +41,8 @@ build() {
   rm -f "$log"
 }
 
-# need_wine: a Wine for programs of 32 and 64 bits, on PATH. Where the system has none of its own there is one in a root
-# below build, which is made once and kept. False if there can't be one.
+# need_wine: puts a Wine for programs of 32 and 64 bits on PATH. If the system has none, it makes one in a root below build,
+# once, and keeps it. False if that isn't possible.
 need_wine() {
   local top log
   if is_installed wine && is_installed wine64 && is_installed wine32:i386 && is_installed locales; then
@@ -62,8 +62,8 @@ need_wine() {
   export PATH=$top/cmake/wine-root:$PATH
 }
 
-# wine_environment FOLDER [win32|win64]: a Wine that speaks Japanese, with a prefix of that architecture (win64 if none is
-# named) and a locale of its own in that folder.
+# wine_environment FOLDER [win32|win64]: sets up a Japanese Wine, with a prefix of that architecture (by default win64) and
+# a locale in that folder.
 wine_environment() {
   export WINEPREFIX=$1/prefix WINEARCH=${2:-win64} WINEDEBUG=-all DISPLAY='' LOCPATH=$1/locales
   mkdir -p "$LOCPATH"
@@ -71,10 +71,10 @@ wine_environment() {
   export LC_ALL=ja_JP.UTF-8
 }
 
-# fresh_wine_prefix: makes the environment's prefix anew. Its windows stand on no display, so none is needed.
+# fresh_wine_prefix: makes the environment's prefix anew. Its windows need no display.
 fresh_wine_prefix() {
   rm -rf "$WINEPREFIX"
   wineboot -i >/dev/null 2>&1
   wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null
-  wineserver -w # the next one knows of it
+  wineserver -w # the next one reads it
 }

@@ -1,5 +1,5 @@
-# How others get and find the library: what `cmake --install` adds to the programs, and the packages made of it all, a
-# .deb of the native build and a .zip of a Windows build (target `package`).
+# What others need to get and find the library: the files that `cmake --install` adds to the programs, and the packages of
+# everything, a .deb of the native build and a .zip of a Windows build (target `package`).
 include(CMakePackageConfigHelpers)
 
 # find_package(AcctKit), which gives the target AcctKit::acctkit, and pkg-config.
@@ -15,12 +15,12 @@ get_target_property(ACCTKIT_LIBRARY_NAME acctkit OUTPUT_NAME)
 if(NOT ACCTKIT_LIBRARY_NAME)
   set(ACCTKIT_LIBRARY_NAME acctkit)
 endif()
-# From the .pc file's own folder, so that an installed tree can be moved.
+# Relative to the .pc file's own folder, so that an installed tree can be moved.
 file(RELATIVE_PATH PREFIX_FROM_PKGCONFIG /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/acctkit.pc.in ${PROJECT_BINARY_DIR}/acctkit.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/acctkit.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-# What there is to read, with the links between the pages intact.
+# The documentation, with the links between the pages intact.
 if(WIN32)
   set(documentation_dir .)
 else()
@@ -56,7 +56,7 @@ external mailer on a machine folder, which has the layout of a Wine prefix
 or is one. There is a library for host programs, with its header, and the
 host program acctkit.")
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-  # What a package that is linked with the libraries depends on, and when the linker's cache is made anew.
+  # The dependency of a package that is linked with the libraries, and when the linker's cache is rebuilt.
   foreach(library libacctkit libacctkit-machine)
     list(APPEND dependencies "${library} 0 acctkit (>= ${PROJECT_VERSION})\n")
   endforeach()

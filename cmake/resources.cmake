@@ -1,17 +1,17 @@
-# Windows resources on both platforms, from one source. On Linux they stand in the module as windres writes them into a
-# file, in an ELF note whose owner is "Win32".
+# Windows resources on both platforms, from one source. On Linux the module contains the file that windres makes, in an
+# ELF note whose owner is "Win32".
 if(NOT WIN32)
   enable_language(ASM)
   find_program(WINDRES x86_64-w64-mingw32-windres REQUIRED)
 endif()
 
-# The version, for those that include resources/version_info.h.
+# The version, for files that include resources/version_info.h.
 set(version_info ${PROJECT_BINARY_DIR}/generated/resources/version_info.h)
 configure_file(${PROJECT_SOURCE_DIR}/src/resources/version_info.h.in ${version_info} @ONLY)
 
-# embed_resources(TARGET FILE.rc [FILES...]) puts the resources into TARGET, or into what is linked with it if it is an
-# interface library. Paths in FILE.rc start at src, and it tells its own encoding (#pragma code_page), since CMake hands no
-# such flag to windres. FILES are what it reads besides its own folder and the version.
+# embed_resources(TARGET FILE.rc [FILES...]) puts the resources into TARGET, or, if that is an interface library, into the
+# targets that link it. Paths in FILE.rc start at src. FILE.rc must name its own encoding (#pragma code_page), since CMake
+# passes no such flag to windres. FILES are the files that it reads besides its own folder and the version.
 function(embed_resources target source)
   cmake_path(ABSOLUTE_PATH source)
   cmake_path(GET source PARENT_PATH folder)

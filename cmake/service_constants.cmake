@@ -1,4 +1,4 @@
-# Host names and domains of the service, to be set for the build that a service ships. The defaults are neutral.
+# Host names and domains of the service. A service sets its own for the build that it ships; the defaults are neutral.
 set(ACCTKIT_ISP_PRIMARY_DOMAIN "mail.zuvio.example" CACHE STRING "The service's main mail domain")
 set(ACCTKIT_ISP_LEGACY_DOMAIN "legacy.zuvio.example" CACHE STRING "The service's older mail domain")
 set(ACCTKIT_ISP_MERGED_DOMAIN "merged.zuvio.example" CACHE STRING "Mail domain of a service merged into this one")

@@ -1,4 +1,4 @@
-// What the fuzz targets share: requirements whose failure is a finding, and inputs of two parts.
+// Shared by the fuzz targets: requirements, whose failure is a finding, and inputs of two parts.
 #pragma once
 
 #include <fuzzer/FuzzedDataProvider.h>
@@ -18,8 +18,8 @@
   std::abort();
 }
 
-// The two parts of an input, divided by the first byte 0xFF: the text under test, which as a rule has no such byte, and
-// what to do with it. So a plain text file is a seed.
+// The two parts of an input, separated by the first byte 0xFF: the text under test, which usually has no such byte, and
+// the commands for it. So a plain text file is a seed.
 struct TextAndCommands {
   std::string text;
   FuzzedDataProvider commands;
@@ -42,7 +42,7 @@ inline std::vector<std::string_view> Lines(std::string_view text) {
   return lines;
 }
 
-// Whether every line of a text that `keeps` names is still there after an edit, and in the same order.
+// Whether all lines of a text for which `keeps` is true are still there after an edit, in the same order.
 template <typename Keeps> bool KeepsLines(std::string_view before, std::string_view after, Keeps keeps) {
   const std::vector<std::string_view> lines = Lines(after);
   auto at = lines.begin();

@@ -1,4 +1,4 @@
-// A hive of anybody's making: it is refused, or comes out byte for byte as it was but for what was edited.
+// Untrusted hives: a hive is refused, or written back byte for byte except for what was edited.
 #include "hooks/hive_hooks.h"
 #include "win32/linux/text/code_page.h"
 
@@ -17,9 +17,9 @@ struct FoldedLess {
   }
 };
 
-// The values that a search by name finds, and whether they can be read.
+// The values by name, and whether they can be read.
 using ValueMap = std::map<std::u16string, std::pair<Hive::Found, HiveValue>, FoldedLess>;
-// A key by the names on its path.
+// A key, by the names on its path.
 using KeyPath = std::vector<std::u16string>;
 using Snapshot = std::map<KeyPath, ValueMap>;
 
@@ -76,7 +76,7 @@ HiveValue TakeValue(FuzzedDataProvider &input) {
   return value;
 }
 
-// One edit, of the hive and of what it should hold then.
+// Makes the same edit in the hive and in the expected content.
 void Edit(Hive &hive, Snapshot &expected, FuzzedDataProvider &input) {
   KeyPath path =
       std::next(expected.begin(), input.ConsumeIntegralInRange<int>(0, static_cast<int>(expected.size()) - 1))->first;
@@ -89,7 +89,7 @@ void Edit(Hive &hive, Snapshot &expected, FuzzedDataProvider &input) {
   if (made == nullptr)
     return;
   REQUIRE(hive.Find(*key, below) == made);
-  // Every key on the way from the root, by the names that they have now.
+  // Every key on the way from the root, by its current name.
   path.clear();
   for (const Hive::Key *at = made; at->parent != nullptr; at = at->parent)
     path.insert(path.begin(), at->name);
@@ -110,7 +110,7 @@ void Edit(Hive &hive, Snapshot &expected, FuzzedDataProvider &input) {
   }
   HiveValue old;
   if (hive.ReadValue(*made, value.name, old) != Hive::Found::No)
-    value.name = old.name; // the case first written
+    value.name = old.name; // the case in which it was first written
   hive.WriteValue(*made, value);
   values[value.name] = {Hive::Found::Yes, value};
 }

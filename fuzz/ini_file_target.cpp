@@ -1,5 +1,5 @@
-// Ini files of anybody's making: what a query answers stays within the buffer, is terminated, and is the same
-// whatever the size of the buffer but for its end. The text is the file, the commands name what is asked for.
+// Untrusted INI files: the answer to a query fits the buffer, is terminated, and is the same for every size of the
+// buffer except at its end. The text is the file, the commands choose the query.
 #include "win32/win32.h"
 
 #include "fuzzing.h"
@@ -12,7 +12,7 @@ namespace {
 const ScratchMachine Machine;
 constexpr const char *Path = "C:\\service.ini";
 
-// Into a buffer of just that size, whose end ASan watches.
+// Queries with a buffer of exactly that size, whose end ASan watches.
 std::string Ask(const char *section, const char *key, const char *fallback, size_t size) {
   std::vector<char> buffer(size, 'x');
   const DWORD length = GetPrivateProfileStringA(section, key, fallback, buffer.data(), static_cast<DWORD>(size), Path);

@@ -1,5 +1,5 @@
-// A prefs.js of anybody's making: every operation does to the text what a plain one on a std::string does, and no edit
-// of an account loses a line that isn't the account's.
+// Untrusted prefs.js: every operation changes the text as a plain operation on a std::string does, and no edit of an
+// account loses a line that doesn't belong to the account.
 #include "clients/communicator/communicator_mail.h"
 #include "clients/communicator/communicator_news.h"
 #include "clients/netscape6/netscape6_mail.h"
@@ -20,7 +20,7 @@ constexpr const char *ProfileDirectory = "C:\\Users\\profile";
 constexpr const char *PrefsPath = "C:\\Users\\profile\\prefs.js";
 constexpr const char *PrefsFile = "Users/profile/prefs.js";
 
-// A machine whose Communicator, installed in C:\, has a profile; the adapters of Netscape 6 are handed its directory.
+// A machine whose Communicator, installed in C:\, has a profile; the adapters of Netscape 6 get that profile's folder.
 struct ProfileMachine : ScratchMachine {
   ProfileMachine() {
     std::filesystem::create_directories(Drive() / "Users/profile");
@@ -30,7 +30,7 @@ struct ProfileMachine : ScratchMachine {
 };
 const ProfileMachine Machine;
 
-// ---- The operations, as they would be on a text of any length ----
+// ---- The operations on a text of any length ----
 
 struct PlainPrefs {
   std::string text;
@@ -43,7 +43,7 @@ struct PlainPrefs {
       Insert(text.size(), "\n");
   }
 
-  // The line of a needle from the LF ahead of it up to its own.
+  // The line of a needle, from the LF before it to its own LF.
   struct Span {
     size_t begin, needle, end;
   };
@@ -71,7 +71,7 @@ struct PlainPrefs {
   }
 };
 
-// A buffer of just so many bytes.
+// A buffer of exactly this many bytes.
 struct Buffer {
   explicit Buffer(int32_t room) : size(room), bytes(new char[static_cast<size_t>(room)]) {
     std::fill_n(bytes.get(), size, '?');
@@ -99,7 +99,7 @@ std::string TakeText(FuzzedDataProvider &input, size_t longest) {
   return text;
 }
 
-// A needle: a part of the text, a key that clients use, or anything.
+// A needle: a part of the text, a key that clients use, or random bytes.
 std::string TakeNeedle(FuzzedDataProvider &input, const std::string &text) {
   const char *const keys[] = {"mail.pop_name", "mail.server.server1.name", "user_pref(\"", "\"", "\n", ""};
   switch (input.ConsumeIntegralInRange(0, 2)) {
@@ -176,7 +176,7 @@ void Operate(PrefsText &prefs, PlainPrefs &plain, FuzzedDataProvider &input) {
 
 // ---- The adapters' edits ----
 
-// What a line has to hold for an edit to take it away.
+// An edit may remove a line that contains one of these.
 constexpr const char *AccountWords[] = {"mail.",
                                         "network.hosts.",
                                         "news.remember_password",
@@ -241,7 +241,7 @@ void EditAccounts(const std::string &file, FuzzedDataProvider &input) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   TextAndCommands input(data, size);
   std::string file = input.text;
-  // Now and then a file near the end of the room there is.
+  // Sometimes a file that nearly fills the room for it.
   if (input.commands.ConsumeIntegralInRange(0, 15) == 15)
     file.insert(0, PrefsCapacity - std::min(PrefsCapacity, file.size() + input.commands.ConsumeIntegral<uint8_t>()),
                 input.commands.ConsumeBool() ? '\n' : '/');

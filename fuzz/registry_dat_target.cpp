@@ -1,5 +1,5 @@
-// registry.dat of anybody's making: it is refused, or can be searched and edited without harm to what else it holds.
-// The input is the file; its bytes also choose the edits.
+// Untrusted registry.dat: a file is refused, or can be searched and edited without damage to its other content. The
+// input is the file; its bytes also choose the edits.
 #include "stores/profile_registry.h"
 
 #include "fuzzing.h"
@@ -17,8 +17,7 @@ constexpr const char *Path = "C:\\registry.dat";
 bool IsString(const ProfileRegistryNode &node) { return node.type == ProfileRegistryNode::StringType; }
 bool IsKey(const ProfileRegistryNode &node) { return node.type == ProfileRegistryNode::KeyType; }
 
-// Has every record that the chains lead to know its own offset and its key, so that more files are sound than by
-// chance.
+// Writes into every record of the chains its own offset and that of its key, so that more random files are sound.
 void Mend(std::string &file) {
   constexpr size_t Type = 10, Left = 12, Down = 16, Value = 20, Parent = 28, RecordSize = 32;
   std::vector<std::pair<uint32_t, uint32_t>> ahead = {{ProfileRegistry::RootOffset, 0}};
@@ -43,7 +42,7 @@ void Mend(std::string &file) {
   }
 }
 
-// What FindChild answers, by the fields of the nodes alone.
+// The result of FindChild, computed from the fields of the nodes alone.
 int32_t Scan(const ProfileRegistry &registry, int32_t parent, const std::string &name, bool wantKey) {
   for (int32_t index = 1; index < registry.NodeCount(); ++index) {
     const ProfileRegistryNode &node = registry.Node(index);
@@ -63,12 +62,12 @@ std::map<uint32_t, int32_t> IndexesByLocation(const ProfileRegistry &registry) {
 // Searches for every node by its key and name, and along its path.
 void Search(const ProfileRegistry &registry) {
   const std::map<uint32_t, int32_t> indexes = IndexesByLocation(registry);
-  std::vector<std::string> paths(static_cast<size_t>(registry.NodeCount())); // of the keys that a path leads to
+  std::vector<std::string> paths(static_cast<size_t>(registry.NodeCount())); // of the keys that have a path
   for (int32_t index = 1; index < registry.NodeCount(); ++index) {
     const ProfileRegistryNode &node = registry.Node(index);
     const auto above = indexes.find(node.parent);
     if (above == indexes.end())
-      continue; // beside the root, where nothing tells what a record hangs below
+      continue; // beside the root: nothing says which key the record belongs to
     const int32_t parent = above->second;
     const int32_t found = registry.FindChild(parent, node.name, IsKey(node));
     REQUIRE(found == Scan(registry, parent, node.name, IsKey(node)));
@@ -90,7 +89,7 @@ void Search(const ProfileRegistry &registry) {
   REQUIRE(registry.FindChild(-1, "a", 1) == -1 && registry.FindChild(registry.NodeCount(), "a", 0) == -1);
 }
 
-// Makes some keys and values; tells the new texts by the locations of their records.
+// Makes some keys and values. Returns the new texts by the locations of their records.
 std::map<uint32_t, std::string> Edit(ProfileRegistry &registry, FuzzedDataProvider &input) {
   constexpr size_t Longest = ProfileRegistry::LongestString;
   const std::string names[] = {
@@ -109,7 +108,7 @@ std::map<uint32_t, std::string> Edit(ProfileRegistry &registry, FuzzedDataProvid
     const std::string value = addsKey ? "" : text();
     const uint32_t length = registry.ImageLength();
     const int32_t index = addsKey ? registry.AddKey(parent, name) : registry.SetValue(parent, name, value);
-    // An existing key is found whatever its name.
+    // An existing key is found, even if its name could not be added.
     const bool fits = isKey && !name.empty() && name.size() <= Longest && value.size() <= Longest;
     REQUIRE((index >= 0) == fits || (addsKey && index >= 0 && index == registry.FindChild(parent, name, 1)));
     if (index < 0) {

@@ -1,6 +1,5 @@
-// Version resources of anybody's making: in a program file, and as a block that GetFileVersionInfoA would have laid
-// out. What a query answers lies within the block. The input is the file if it begins like a program, else the
-// resource.
+// Untrusted version resources, in a program file and as a block that GetFileVersionInfoA filled. The answer to a query
+// lies within the block. The input is the file if it begins like a program, otherwise the resource.
 #include "clients/file_queries.h"
 #include "win32/win32.h"
 
@@ -16,7 +15,7 @@ const ScratchMachine Machine;
 constexpr const char *FileName = "program.exe";
 constexpr const char *Path = "C:\\program.exe";
 
-// What stands in the block ahead of the resource, and the room for texts behind it.
+// The header in the block before the resource, and the room for texts after it.
 constexpr size_t HeaderSize = sizeof(DWORD);
 size_t BlockSize(size_t resourceSize) { return HeaderSize + 2 * ((resourceSize + 3) & ~size_t{3}); }
 
@@ -27,7 +26,7 @@ std::string Answer(BYTE *block, size_t blockSize, const char *query) {
     return "nothing";
   const auto *const begin = static_cast<const char *>(value);
   const std::string answer(begin, size); // ASan watches the ends of the block
-  // Bytes of the resource, a text converted into the room behind it, or an empty text that stands anywhere.
+  // Either bytes of the resource, or a text converted into the room after it, or an empty text anywhere.
   const auto *const resource = reinterpret_cast<const char *>(block) + HeaderSize;
   DWORD length = 0;
   std::memcpy(&length, block, sizeof length);
@@ -37,7 +36,7 @@ std::string Answer(BYTE *block, size_t blockSize, const char *query) {
   return answer;
 }
 
-// Texts that were converted for one query stand in the way of no other.
+// Texts that were converted for one query don't disturb another.
 void Query(BYTE *block, size_t blockSize, FuzzedDataProvider &input) {
   const std::string anything = "\\" + input.ConsumeRandomLengthString(40);
   const char *const queries[] = {"\\",
@@ -68,7 +67,7 @@ void QueryFile(const std::string &file, FuzzedDataProvider &input) {
     REQUIRE(found == 0 && !GetFileVersionInfoA(Path, 0, 1, &none));
     return;
   }
-  // A block that is too small holds the resource's beginning.
+  // A block that is too small holds the beginning of the resource.
   for (const DWORD room : {size, size - 1, size / 2}) {
     const std::unique_ptr<BYTE[]> block(new BYTE[room]);
     if (GetFileVersionInfoA(Path, 0, room, block.get()))

@@ -168,6 +168,7 @@ void DefineMoreKeys() {
         define_key(sequence, code);
 }
 
+// poll is asked for no event, so it reports a hang-up or an error alone, and not a key that comes just now.
 bool IsHungUp() {
   pollfd input = {STDIN_FILENO, 0, 0};
   return poll(&input, 1, 0) > 0;

@@ -1,5 +1,5 @@
-// The plain exports: is a client installed, in which version, is there an account, write one. Each makes the adapter of
-// the index for one call.
+// The plain exports: whether a client is installed and in which version, and finding and writing an account. Each call
+// makes the adapter that belongs to the client index.
 #include "acctkit/acctkit.h"
 
 #include "clients/communicator/communicator_layout.h"
@@ -17,7 +17,7 @@ namespace {
 // The clients by their index.
 constexpr const InstalledProgram *Programs[] = {&outlook_express::Program, &communicator::Program};
 
-// Calls the operation with the adapter of the index; 0 for an index without one.
+// Calls the operation with the adapter of the client index; 0 for any other index.
 template <typename Adapter0, typename Adapter1, typename Operation>
 int32_t WithClient(int32_t client, Operation operation) {
   return Guarded([&]() -> int32_t {
@@ -73,8 +73,8 @@ template <typename Client> int32_t ReadVersionNumbers(Client &adapter, int32_t c
   return result;
 }
 
-// Searches for an account and hands the texts back to the host. A key that doesn't fit isn't handed out in part, since
-// it would name another account; a question is cut.
+// Searches for an account and copies the texts to the host's buffers. A key that doesn't fit isn't cut, since the cut
+// key would name another account; a question is cut.
 template <typename Client, typename Spec> int32_t Search(Client &adapter, const Spec &spec, char *key, char *message) {
   std::string foundKey = key;
   std::string question;

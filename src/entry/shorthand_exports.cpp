@@ -1,5 +1,5 @@
-// The shorthand exports: complete what a host knows of a subscriber with the service's own titles and servers, and call
-// the plain export.
+// The shorthand exports: they add the service's own titles and servers to the host's values, and call the plain
+// exports.
 #include "acctkit/acctkit.h"
 
 #include "clients/guarded.h"
@@ -10,7 +10,7 @@
 
 namespace {
 
-// A plain export's array: eight texts, and the integer that its search reads.
+// The array for a plain export: eight texts, and the integer that only the search reads.
 using SpecArray = std::array<const char *, 9>;
 
 SpecArray ZuvioMailSpec(const char *const *values, const std::string &title) {
@@ -31,7 +31,7 @@ constexpr NewsServer NewsServers[] = {
     {IspSquareNewsHostLegacy, "@zuvio(QZX00000) カモメ（web会議室）"},
 };
 
-// Calls the operation with the array for the server that position 3 numbers from 1; 0 for any other number.
+// Calls the operation with the array for the server whose number, from 1, is at position 3; 0 for any other number.
 template <typename Operation> int32_t WithChosenServer(const char *const *values, Operation operation) {
   const auto number = static_cast<int32_t>(reinterpret_cast<intptr_t>(values[3]));
   if (number != 1 && number != 2)

@@ -1,4 +1,4 @@
-// One call after a sign-up configures all that can be reached; another tells the mailer plug-in that all is done.
+// One call after a sign-up configures every client; another tells the mailer plug-in that the sign-up is complete.
 #include "acctkit/acctkit.h"
 
 #include "clients/external_mailer.h"
@@ -8,13 +8,13 @@
 #include <cstring>
 #include <string>
 
-// The host's sign-up program agrees with us on the record byte for byte.
+// The host's sign-up program and the library must agree on every byte of the record.
 static_assert(sizeof(SignupRecord) == 2072 && offsetof(SignupRecord, smtpServer) == 1551);
 static_assert(offsetof(SignupRecord, startPage) == 1808 && offsetof(SignupRecord, serviceKind) == 2068);
 
 namespace {
 
-// The buffers that a search hands its key and its question back in.
+// The buffers in which a search returns its key and its question.
 struct SearchBuffers {
   char key[ACCTKIT_KEY_SIZE] = "";
   char message[ACCTKIT_MESSAGE_SIZE] = "";
@@ -23,22 +23,23 @@ struct SearchBuffers {
 using SearchExport = int32_t(ACCTKIT_CALL *)(int32_t, const char *const *, char *, char *);
 using SetupExport = int32_t(ACCTKIT_CALL *)(int32_t, const char *const *, const char *);
 
-// The shorthand exports that serve a kind of service.
+// The shorthand exports for one kind of service.
 struct ServiceFamily {
   SearchExport search;
   SetupExport setup;
 };
 
-// A record's text as far as its field goes, also if the host left out the terminator.
+// The text of a record's field, which ends with the field if the host left out the terminator.
 template <size_t Size> std::string FieldText(const char (&field)[Size]) { return {field, strnlen(field, Size - 1)}; }
 
-// Writes the account into one client, over the account of the same title if there is one, which `buffers` then names.
+// Writes the account into one client. The search before it puts the key of an account with the same title into
+// `buffers`, and that account is then overwritten.
 void WriteAccount(int32_t client, const ServiceFamily &family, const char *const *values, SearchBuffers &buffers) {
   family.search(client, values, buffers.key, buffers.message);
   family.setup(client, values, buffers.key);
 }
 
-// Accounts and start pages of the clients that the plain exports reach. A client that fails is passed over.
+// Accounts and start pages of the clients that the plain exports support. If a client fails, the next one follows.
 void SetupClients(const SignupRecord &record) {
   static constexpr ServiceFamily Zuvio = {IsExistZuvioMailAccount, SetupZuvioMailAccount};
   static constexpr ServiceFamily Kerm = {IsExistKERMMailAccount, SetupKERMMailAccount};

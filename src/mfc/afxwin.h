@@ -1,4 +1,4 @@
-// All of the framework.
+// Includes the whole framework.
 #pragma once
 
 #include "mfc/app.h"

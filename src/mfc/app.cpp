@@ -8,7 +8,7 @@ namespace {
 
 AFX_MODULE_STATE *currentState = nullptr;
 
-// A module's handle is the address that it was loaded at, which every Windows tells of anything within it.
+// A module's handle is its base address, which every Windows gives for any address inside the module.
 HINSTANCE LibraryModule() {
   static const char withinLibrary = 0;
   MEMORY_BASIC_INFORMATION region{};

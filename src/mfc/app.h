@@ -1,6 +1,6 @@
-// The library's application object, and the state of the module that the framework works for: outside of the library's
-// exports and windows that is the host, whose resources aren't the library's. The framework works for one thread at a
-// time, the one that has a wizard open.
+// The library's application object, and the module state that the framework works with. Outside the library's exports
+// and windows the current state is the host's, so resources aren't looked up in the library. The framework works for
+// one thread at a time, the one that has a wizard open.
 #pragma once
 
 #include "mfc/wnd.h"
@@ -15,7 +15,7 @@ struct AFX_MODULE_STATE {
 AFX_MODULE_STATE *AfxGetStaticModuleState();
 AFX_MODULE_STATE *AfxGetModuleState();
 
-// Makes a state the current one as long as it lives.
+// Makes a state the current one for the lifetime of this object.
 class AFX_MAINTAIN_STATE2 {
 public:
   explicit AFX_MAINTAIN_STATE2(AFX_MODULE_STATE *state);
@@ -27,7 +27,7 @@ private:
   AFX_MODULE_STATE *m_pPrevModuleState;
 };
 
-// The module's one application object, a global of a class of its own; it enters itself into the library's state.
+// The base of the module's only application object, a global, which registers itself in the library's state.
 class CWinApp : public CCmdTarget {
   DECLARE_DYNAMIC(CWinApp)
 
@@ -37,13 +37,13 @@ public:
   explicit CWinApp(const char *appName = nullptr);
   ~CWinApp() override;
 
-  // Where every AfxMessageBox ends. The id of the button, 0 if no box came up.
+  // Every AfxMessageBox calls this. Returns the id of the pressed button, 0 if no box was shown.
   virtual int DoMessageBox(const char *prompt, UINT type, UINT helpId) = 0;
 };
 
-// The current module's application object, null if it has none, and the module with its resources, null for the host's
-// program.
+// The current module's application object, null if it has none, and the module that holds its resources, null for the
+// host's program.
 CWinApp *AfxGetApp();
 HINSTANCE AfxGetResourceHandle();
-// A box of the library's; only while its state is current.
+// Shows a message box of the library; works only while the library's state is the current one.
 int AfxMessageBox(const std::string &text, UINT type = MB_OK, UINT helpId = 0);

@@ -1,8 +1,8 @@
-// What commands and messages are sent to, and the maps by which a class names its handlers.
+// The base class of all receivers of commands and messages, and the message maps, in which a class names its handlers.
 //
-// A map stands in the class's source file, between BEGIN_MESSAGE_MAP and END_MESSAGE_MAP; what it has no entry for goes
-// on to the map of the base class. An entry's handler is a function that calls the member with the message's parameters
-// in their types, so that a handler of another form doesn't compile.
+// A map is in the class's source file, between BEGIN_MESSAGE_MAP and END_MESSAGE_MAP. A message without an entry is
+// looked up in the base class's map. An entry's handler is a function that calls the member with the message's
+// parameters in their types, so a handler with other parameters doesn't compile.
 #pragma once
 
 #include "mfc/object.h"
@@ -17,16 +17,16 @@ using AFX_PMSG = LRESULT (*)(CCmdTarget &target, WPARAM wParam, LPARAM lParam);
 
 struct AFX_MSGMAP_ENTRY {
   UINT nMessage;
-  int nCode; // of a WM_COMMAND, with the control or command that it comes from
+  int nCode; // of a WM_COMMAND, like nID, the control or command
   UINT nID;
   AFX_PMSG pfn;
 };
 
 struct AFX_MSGMAP {
-  const AFX_MSGMAP *(*pfnGetBaseMap)(); // null for the last
+  const AFX_MSGMAP *(*pfnGetBaseMap)(); // null in the last map
   std::vector<AFX_MSGMAP_ENTRY> lpEntries;
 
-  // The entry of this map or of one that it is based on; null if none has it.
+  // The entry in this map or in a base class's map; null if there is none.
   const AFX_MSGMAP_ENTRY *Find(UINT message, int code, UINT id) const;
 };
 
@@ -92,14 +92,14 @@ private:
 #define ON_BN_CLICKED(id, handler) ON_CONTROL(BN_CLICKED, id, handler)
 #define ON_CBN_SELCHANGE(id, handler) ON_CONTROL(CBN_SELCHANGE, id, handler)
 
-// The codes with which commands that come from no control travel, beside the notification codes of controls: to carry
-// the command out, and to ask beforehand whether it can be.
+// Codes of commands that come from no control, in addition to the notification codes of controls: to run the command,
+// and to ask first whether it is enabled.
 constexpr int CN_COMMAND = 0;
 constexpr int CN_UPDATE_COMMAND_UI = -1;
 
 constexpr UINT ID_HELP = 0xE146;
 
-// The question of CN_UPDATE_COMMAND_UI, handed along as the extra argument of OnCmdMsg.
+// The state that a CN_UPDATE_COMMAND_UI handler sets; the extra argument of OnCmdMsg.
 class CCmdUI {
 public:
   UINT m_nID = 0;
@@ -109,13 +109,13 @@ public:
   virtual void Enable(BOOL enabled = TRUE) { m_bEnabled = enabled; }
 };
 
-// Who would handle a command, for those who only ask.
+// The handler that would get a command, for callers that only want to know it.
 struct AFX_CMDHANDLERINFO {
   CCmdTarget *pTarget;
   AFX_PMSG pmf;
 };
 
-// A point of a window, as mouse messages pack it.
+// A point in a window, from the packed form in mouse messages.
 class CPoint : public POINT {
 public:
   explicit CPoint(LPARAM packed)
@@ -127,7 +127,7 @@ class CCmdTarget : public CObject {
   DECLARE_DYNAMIC(CCmdTarget)
 
 public:
-  // Hands a command to its handler in the message map, or tells of it in `pHandlerInfo`. FALSE if there is none.
+  // Calls a command's handler in the message map, or only returns it in `pHandlerInfo`. FALSE if there is none.
   virtual BOOL OnCmdMsg(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo);
 
 protected:

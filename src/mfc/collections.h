@@ -14,7 +14,7 @@ public:
   const CString &GetAt(int index) const { return m_strings[static_cast<size_t>(index)]; }
   CString &operator[](int index) { return m_strings[static_cast<size_t>(index)]; }
   const CString &operator[](int index) const { return GetAt(index); }
-  // The index of the new entry.
+  // Returns the index of the new entry.
   int Add(const CString &text);
 
 private:

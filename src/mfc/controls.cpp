@@ -22,7 +22,7 @@ void CComboBox::PreSubclassWindow() {
   measure.CtlID = static_cast<UINT>(::GetDlgCtrlID(m_hWnd));
   measure.itemHeight = static_cast<UINT>(SendMessage(CB_GETITEMHEIGHT));
   MeasureItem(&measure);
-  for (const WPARAM part : {static_cast<WPARAM>(-1), WPARAM{0}}) // what is always shown, and the entries of the list
+  for (const WPARAM part : {static_cast<WPARAM>(-1), WPARAM{0}}) // the selection field, and the entries of the list
     SendMessage(CB_SETITEMHEIGHT, part, static_cast<LPARAM>(measure.itemHeight));
 }
 

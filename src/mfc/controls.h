@@ -1,9 +1,9 @@
-// Controls with operations of their own.
+// Classes for controls.
 #pragma once
 
 #include "mfc/wnd.h"
 
-// Positions count from 0; -1 (CB_ERR) for none.
+// Indexes count from 0; CB_ERR (-1) means no entry.
 class CComboBox : public CWnd {
   DECLARE_DYNAMIC(CComboBox)
 
@@ -14,14 +14,14 @@ public:
   DWORD_PTR GetItemData(int index) const;
   int SetItemData(int index, DWORD_PTR data);
 
-  // Of a list that draws its entries itself.
+  // For a list that draws its entries itself.
   virtual void DrawItem(DRAWITEMSTRUCT *) {}
   virtual void MeasureItem(MEASUREITEMSTRUCT *) {}
   virtual int CompareItem(COMPAREITEMSTRUCT *) { return 0; }
   virtual void DeleteItem(DELETEITEMSTRUCT *) {}
 
 protected:
-  // A list of a dialog asks for the height of its entries before the object is attached to it.
+  // A dialog's list sends WM_MEASUREITEM before the object is attached to it, so this sets the entries' height.
   void PreSubclassWindow() override;
   BOOL OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result) override;
 };

@@ -10,7 +10,7 @@ size_t CharacterLength(const std::string &text, size_t position) {
   return IsDBCSLeadByte(static_cast<BYTE>(text[position])) && position + 1 < text.size() ? 2 : 1;
 }
 
-// Moves the letters from `first` on, 26 of them, by a distance.
+// Shifts the codes of the 26 letters from `first` on by a distance.
 void MoveLetters(std::string &text, char first, int distance) {
   for (size_t position = 0; position < text.size(); position += CharacterLength(text, position))
     if (text[position] >= first && text[position] < first + 26)
@@ -24,7 +24,7 @@ void CString::MakeUpper() { MoveLetters(*this, 'a', 'A' - 'a'); }
 void CString::MakeLower() { MoveLetters(*this, 'A', 'a' - 'A'); }
 
 void CString::TrimRight() {
-  // No second byte of a character is white space.
+  // The second byte of a character is never white space.
   erase(find_last_not_of(" \t\n\v\f\r") + 1);
 }
 

@@ -1,5 +1,5 @@
-// The framework's string: a text of bytes in the system's code page. It goes wherever a std::string goes; only the
-// operations that the standard string lacks, or has under another name, are added. Lengths and positions are in bytes.
+// The framework's string: bytes in the system's code page. It can be used wherever a std::string can; it adds only the
+// operations that the standard string lacks or names differently. Lengths and positions are in bytes.
 #pragma once
 
 #include <string>
@@ -14,15 +14,15 @@ public:
 
   bool IsEmpty() const { return empty(); }
 
-  // Latin letters of one byte change; characters of two bytes stay.
+  // Changes Latin letters of one byte; characters of two bytes stay.
   void MakeUpper();
   void MakeLower();
   // Removes white space of one byte at the end.
   void TrimRight();
 
-  // Where a text begins, only at the beginning of a character; -1 if it isn't there.
+  // The position of a text; it matches only at the beginning of a character. -1 if it isn't found.
   int Find(const std::string &text) const;
 
-  // What stands from a position on.
+  // The text from a position on.
   CString Mid(int first) const;
 };

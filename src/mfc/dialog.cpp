@@ -17,7 +17,7 @@ LRESULT CDialogWnd::Open(HWND window, WPARAM wParam, LPARAM lParam) noexcept {
 BOOL CDialogWnd::OnCmdMsg(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo) {
   if (CWnd::OnCmdMsg(nID, nCode, pExtra, pHandlerInfo))
     return TRUE;
-  // What a control notifies of is its own dialog's business, and its numbers aren't those of commands.
+  // A control's notification concerns only its own dialog, and control numbers aren't command numbers.
   const bool isCommand = (nCode == CN_COMMAND || nCode == CN_UPDATE_COMMAND_UI) && nID >= 0x8000 && nID < 0xF000;
   if (!isCommand)
     return FALSE;

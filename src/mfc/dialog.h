@@ -1,9 +1,9 @@
-// Dialogs, and the exchange between their controls and their fields.
+// Dialogs, and the exchange of data between a dialog's controls and its member variables.
 #pragma once
 
 #include "mfc/wnd.h"
 
-// A window that is opened as a dialog: it handles the first message, and hands on what commands it has no handler for.
+// A window that is opened as a dialog. It handles the first message, and passes on commands without a handler.
 class CDialogWnd : public CWnd {
   DECLARE_DYNAMIC(CDialogWnd)
 
@@ -11,10 +11,10 @@ public:
   BOOL OnCmdMsg(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo) override;
 
 protected:
-  // Attaches the object to a window whose controls are there, and tells it so. No exception comes out of it.
+  // Attaches the object to a window whose controls exist already, and calls OnInitDialog. Throws nothing.
   LRESULT Open(HWND window, WPARAM wParam = 0, LPARAM lParam = 0) noexcept;
 
-  // TRUE to have the focus set to the first control.
+  // TRUE lets the dialog set the focus to the first control.
   virtual BOOL OnInitDialog() { return TRUE; }
 
   BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result) override;
@@ -27,7 +27,7 @@ public:
   explicit CDataExchange(CWnd *dialog) : m_pDlgWnd(dialog) {}
 };
 
-// Makes a field stand for a control, until the control's window ends.
+// Attaches a member variable to a control until the control's window is destroyed.
 void DDX_Control(CDataExchange *exchange, int id, CWnd &control);
 
 class CDialog : public CDialogWnd {

@@ -1,5 +1,5 @@
-// Drawing objects and the contexts that they draw in. An object deletes what it holds; a context is given back by the
-// classes that took it from a window, and a plain CDC owns nothing.
+// Drawing objects and device contexts. An object deletes its handle. The classes that take a context from a window
+// release it; a plain CDC owns nothing.
 #pragma once
 
 #include "mfc/object.h"
@@ -48,7 +48,7 @@ public:
 
   void Attach(HDC context) { m_hDC = context; }
 
-  // The object that was selected before.
+  // Returns the object that was selected before.
   HGDIOBJ SelectObject(HGDIOBJ object) { return ::SelectObject(m_hDC, object); }
   int SetBkMode(int mode) { return ::SetBkMode(m_hDC, mode); }
   COLORREF SetTextColor(COLORREF colour) { return ::SetTextColor(m_hDC, colour); }
@@ -59,7 +59,7 @@ public:
   }
 };
 
-// Begins and ends the painting of a window, in its WM_PAINT handler alone.
+// Begins and ends the painting of a window; only for its WM_PAINT handler.
 class CPaintDC : public CDC {
   DECLARE_DYNAMIC(CPaintDC)
 

@@ -1,4 +1,4 @@
-// The root of the framework's classes, with the record that names a class and its base at run time.
+// The root of the framework's classes, with the run-time record of a class's name and base.
 #pragma once
 
 struct CRuntimeClass {

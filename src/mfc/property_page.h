@@ -1,7 +1,7 @@
 // A page of a wizard. Its dialog is made when the page is first shown.
 //
-// The page's record has the form that came with Internet Explorer 5: a common controls library of that time makes no
-// page from the larger one of Windows XP, which is what the headers of today mean by its plain name.
+// The page's record has the form of Internet Explorer 5: a common controls library of that time refuses the larger form
+// of Windows XP, which is what today's headers declare under the plain name.
 #pragma once
 
 #include "mfc/dialog.h"
@@ -19,9 +19,9 @@ public:
   explicit CPropertyPage(UINT idTemplate, UINT idCaption = 0);
 
 protected:
-  // The page is shown; FALSE skips it.
+  // Called when the page is about to be shown; FALSE skips it.
   virtual BOOL OnSetActive() { return TRUE; }
-  // 0 goes to the page before or behind, -1 stays.
+  // 0 goes to the previous or next page, -1 stays.
   virtual LRESULT OnWizardBack() { return 0; }
   virtual LRESULT OnWizardNext() { return 0; }
   // FALSE keeps the wizard open.
@@ -30,7 +30,7 @@ protected:
   virtual BOOL OnQueryCancel() { return TRUE; }
 
   BOOL OnNotify(WPARAM wParam, LPARAM lParam, LRESULT *result) override;
-  // A page whose Next or Finish failed stays.
+  // If Next or Finish failed with an exception, the page stays.
   LRESULT OnFailure(UINT message, LPARAM lParam) override;
 
 private:

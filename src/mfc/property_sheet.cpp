@@ -9,7 +9,7 @@ IMPLEMENT_DYNAMIC(CPropertySheet, CDialogWnd)
 
 namespace {
 
-// The sheet whose window is about to be made: its first message comes without a word of whose it is.
+// The sheet whose window is about to be made: the window's first message doesn't say which sheet it belongs to.
 CPropertySheet *opening = nullptr;
 
 } // namespace
@@ -32,12 +32,12 @@ INT_PTR CPropertySheet::DoModal() {
   header.hwndParent = GetSafeOwner_(&topLevel);
   header.hInstance = AfxGetResourceHandle();
   header.nPages = static_cast<UINT>(pages.size());
-  header.ppsp = reinterpret_cast<const PROPSHEETPAGEA *>(pages.data()); // dwSize tells which form they have
+  header.ppsp = reinterpret_cast<const PROPSHEETPAGEA *>(pages.data()); // dwSize says which form they have
   header.pfnCallback = SheetProc;
 
   opening = this;
   const INT_PTR result = ::PropertySheetA(&header);
-  // The result alone doesn't tell a sheet whose window couldn't be made, or whose loop broke off, from a cancelled one.
+  // The result alone doesn't distinguish a cancelled sheet from one whose window couldn't be made or whose loop failed.
   const bool cameUp = std::exchange(opening, nullptr) == nullptr;
   if (topLevel)
     ::EnableWindow(topLevel, TRUE);

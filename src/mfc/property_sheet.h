@@ -5,7 +5,7 @@
 
 #include <vector>
 
-// A sheet made without a caption shows that of the page in front.
+// A sheet without a caption of its own shows the caption of the current page.
 class CPropertySheet : public CDialogWnd {
   DECLARE_DYNAMIC(CPropertySheet)
 
@@ -14,9 +14,9 @@ public:
 
   CPropertySheet();
 
-  // The page isn't owned and has to outlive DoModal.
+  // The sheet doesn't own the page, which must outlive DoModal.
   void AddPage(CPropertyPage *page) { m_pages.push_back(page); }
-  // Runs the sheet until it is closed. Positive if it was finished, 0 if cancelled, -1 if it never came up.
+  // Runs the sheet until it is closed. Positive if it was finished, 0 if it was cancelled, -1 if it was never shown.
   virtual INT_PTR DoModal();
 
 private:

@@ -21,7 +21,7 @@ struct Message {
   LPARAM lParam = 0;
 };
 
-// Which object stands for which window.
+// The objects of the windows.
 struct WindowObjects {
   std::unordered_map<HWND, CWnd *> attached;
   std::unordered_map<HWND, std::unique_ptr<CWnd>> others;
@@ -29,7 +29,7 @@ struct WindowObjects {
 
 WindowObjects objects;
 
-Message innermost; // of those that are being handled
+Message innermost; // the innermost message being handled
 
 class HandledMessage {
 public:
@@ -115,7 +115,8 @@ BOOL CWnd::SubclassWindow(HWND window) {
 }
 
 HWND CWnd::UnsubclassWindow() {
-  // Whoever put a procedure ahead of ours goes on calling it; without the object it does the default.
+  // If somebody subclassed the window after us, their procedure goes on calling ours, which then does only the default
+  // handling.
   if (reinterpret_cast<WNDPROC>(::GetWindowLongPtrA(m_hWnd, GWLP_WNDPROC)) == AttachedProc)
     SetProc(m_hWnd, m_pfnSuper);
   m_pfnSuper = nullptr;
@@ -157,7 +158,7 @@ LRESULT CWnd::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 LRESULT CWnd::OnFailure(UINT message, LPARAM) {
-  // A window that stays invalid would be asked to paint for ever.
+  // A window that stays invalid would get WM_PAINT forever.
   return message == WM_PAINT ? Default() : 0;
 }
 
@@ -236,7 +237,7 @@ BOOL CWnd::OnHelpInfo(HELPINFO *) {
   return TRUE;
 }
 
-// ---- What a window does ----
+// ---- Calls on the window ----
 
 void CWnd::GetWindowText(CString &text) const {
   const int length = ::GetWindowTextLengthA(m_hWnd);

@@ -1,5 +1,5 @@
-// A window that an object of the framework stands for. A window whose messages an object handles is attached to it and
-// found by its handle; for any other window there is an object that lives as long as the window and only calls it.
+// A window of the framework. An object that handles the messages of its window is attached to the window and found by
+// its handle. For any other window there is a plain object, which lives as long as the window and only calls it.
 #pragma once
 
 #include "mfc/cmd_target.h"
@@ -13,21 +13,22 @@ public:
   HWND m_hWnd = nullptr;
 
   CWnd() = default;
-  // A window that outlives its object goes back to its own procedure.
+  // If the window still exists, it gets back its own procedure.
   ~CWnd() override;
 
   static CWnd *FromHandle(HWND window);
-  // Only an attached one; null otherwise.
+  // Returns only an attached object; null otherwise.
   static CWnd *FromHandlePermanent(HWND window);
   static CWnd *GetDesktopWindow() { return FromHandle(::GetDesktopWindow()); }
 
-  // The window that a message box is to belong to: the last active popup of the thread's active window, or of the open
-  // sheet if no window is active. If there is another, enabled window at the top of its owners, that is disabled, and
-  // handed out for the caller to enable again, null otherwise.
+  // The owner for a message box: the last active popup of the thread's active window, or of the open sheet if no window
+  // is active. If the top-level window above it is another, enabled window, that one is disabled and returned in
+  // `topLevelToEnable`, so that the caller can enable it again; otherwise null is returned there.
   static HWND GetSafeOwner_(HWND *topLevelToEnable);
 
-  // Attaches the object, tells it by PreSubclassWindow and puts it ahead of the window's procedure, until the window
-  // ends or the second is called. FALSE if there is no window, or the object has one.
+  // SubclassWindow attaches the object, calls PreSubclassWindow and puts the object's procedure before the window's
+  // own, until the window is destroyed or UnsubclassWindow is called. FALSE if there is no window, or the object has
+  // one already.
   BOOL SubclassWindow(HWND window);
   HWND UnsubclassWindow();
 
@@ -49,28 +50,28 @@ public:
 
   void GetWindowText(CString &text) const;
   void SetWindowText(const std::string &text) { ::SetWindowTextA(m_hWnd, text.c_str()); }
-  // Moves the window to the middle of another, null for its parent's.
+  // Moves the window to the middle of another window, by default its parent.
   void CenterWindow(const CWnd *other = nullptr);
 
-  // A window's procedure with the library's module state current; no exception comes out of it.
+  // The window procedure of all objects, which makes the library's module state the current one. Throws nothing.
   friend LRESULT AfxCallWndProc(CWnd &window, UINT message, WPARAM wParam, LPARAM lParam);
 
 protected:
   virtual void PreSubclassWindow() {}
 
   virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
-  // FALSE if nothing handled the message.
+  // Returns FALSE if no handler was found.
   virtual BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result);
   virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
   virtual BOOL OnNotify(WPARAM wParam, LPARAM lParam, LRESULT *result);
   virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
-  // A message that the parent got about this control.
+  // Handles a message about this control that its parent got.
   virtual BOOL OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result);
 
-  // The answer to a message whose handler threw an exception.
+  // The result of a message whose handler threw an exception.
   virtual LRESULT OnFailure(UINT message, LPARAM lParam);
 
-  // Gives the message that is being handled to the window's default handling.
+  // Passes the message that is being handled to the window's default handling.
   LRESULT Default();
 
   BOOL OnHelpInfo(HELPINFO *);
@@ -79,7 +80,7 @@ protected:
 
   void Attach(HWND window);
   HWND Detach();
-  // Null if no object is attached to a window that has no parent, as the sheet has none.
+  // The top-level window with an attached object, which is the sheet; null if there is none.
   static HWND AttachedTopLevel();
   BOOL ReflectToControl(UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result);
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-# Draws wizard.bmp, the picture at the left of the wizards' pages, acctkit.ico: a letter on a newspaper, and the icons of
-# the sample clients in host/samples: a letter on a shape of the client's own. The picture has as many pixels as its
-# control in the font that usually stands in for the dialogs' own. Run by hand after a change.
+# Draws wizard.bmp, the picture at the left of the wizards' pages; acctkit.ico, a letter on a newspaper; and the icons of
+# the sample clients in host/samples, a letter on a shape that differs for each client. The picture has as many pixels as
+# its control has in the font that usually replaces the dialogs' own. Run it by hand after a change.
 import math
 import pathlib
 import struct
@@ -21,7 +21,7 @@ def distance_to_line(x, y, start, end):
     return math.hypot(x - start[0] - along * dx, y - start[1] - along * dy)
 
 
-# A paper tells the colour at a place of its own, where it is one unit wide and its middle is the origin.
+# A paper returns the colour at a position in its own coordinates, where it is one unit wide and its middle is the origin.
 class Letter:
     half_height = 0.34
     flap = ((-0.5, -0.34), (0, 0.08), (0.5, -0.34))
@@ -62,7 +62,7 @@ class Placed:
     def outside(self, x, y):
         return math.hypot(max(0, abs(x) - 0.5), max(0, abs(y) - self.paper.half_height))
 
-    # What was below, with the paper's shadow and the paper on it.
+    # The background, with the paper's shadow and the paper on it.
     def over(self, below, x, y):
         shadow = self.outside(*self.own_place(x - 0.03 * self.width, y - 0.05 * self.width))
         below = mix(below, (10, 30, 64), 0.3 * max(0, 1 - shadow / 0.07) * self.opacity)
@@ -109,7 +109,7 @@ def picture():
     return head + bitmap_header(WIDTH, HEIGHT, 24, len(rows)) + rows
 
 
-# The shapes that tell the sample clients apart: how far from the middle a place is, and a colour.
+# The shapes of the sample clients: the distance of a position from the middle, and a colour.
 CLIENTS = {
     "outlook_express": (lambda x, y: max(abs(x), abs(y)), (226, 152, 44)),
     "communicator": (math.hypot, (62, 146, 92)),
@@ -132,7 +132,7 @@ def client_colour(client):
     return colour
 
 
-# The colour and whether there is any, in a square whose side is one.
+# The colour, and whether there is one, in a square whose side is one.
 def icon_colour(x, y):
     for placed in (Placed(Letter(), (0.5, 0.66), 0.96, 0), Placed(Newspaper(), (0.5, 0.48), 0.72, 0)):
         place = placed.own_place(x, y)

@@ -7,7 +7,7 @@
 #define IDI_ACCTKIT 128
 #define IDB_WIZARD 129
 
-// Controls. A field has the same number on every page, whatever it asks for.
+// Controls. A field has the same number on every page, whatever its content is.
 #define IDC_CHOICE 1007
 #define IDC_FIELD_1 1009
 #define IDC_FIELD_2 1010

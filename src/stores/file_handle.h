@@ -1,4 +1,4 @@
-// Files as the stores use them: opened for themselves alone, read or replaced whole, and closed at the end of a scope.
+// Files as the stores use them: opened exclusively, read or replaced whole, and closed at the end of a scope.
 #pragma once
 
 #include "win32/win32.h"
@@ -19,21 +19,21 @@ public:
 
   explicit operator bool() const { return handle != INVALID_HANDLE_VALUE; }
   HANDLE Get() const { return handle; }
-  // False if it wasn't open, or if what was written to it couldn't be put in place.
+  // False if the file wasn't open, or if the written data couldn't be put in place.
   bool Close() { return *this && CloseHandle(std::exchange(handle, INVALID_HANDLE_VALUE)) != FALSE; }
 
 private:
   HANDLE handle;
 };
 
-// Opens a file that nobody else may have open meanwhile.
+// Opens a file exclusively: it fails while another handle is open, and no other can be opened until this one is closed.
 FileHandle OpenFileAlone(const char *path, DWORD access, DWORD disposition);
 
 // Whether a file can be opened for reading.
 bool CanReadFile(const char *path);
 
-// Reads a file up to its end. False if it can't be read, or has more bytes than the limit. `bytes` can then grow by
-// `room` bytes without being moved.
+// Reads a whole file. False if it can't be read, or has more bytes than the limit. Reserves `room` more bytes in
+// `bytes`, so that edits needn't move them.
 bool ReadWholeFile(const FileHandle &file, size_t limit, std::string &bytes, size_t room = 0);
 
 // Makes the file at the path, or replaces it, with these bytes. False if it couldn't be opened, written or put in

@@ -8,17 +8,17 @@
 
 namespace {
 
-// How far back from a needle its line may begin.
+// The farthest that a line's start may be before the needle.
 constexpr ptrdiff_t LongestWayBack = 1024;
 
-// A line within a text: from the LF ahead of it (or the text's first byte) up to its own LF, which isn't part of it.
+// A line in a text: from the LF before it (or the text's first byte) up to its own LF, which isn't part of it.
 struct LineSpan {
   char *begin;
   char *needle;
   char *end;
 };
 
-// The line of the first occurrence of the needle; false if there is none that begins within reach.
+// Finds the line of the first occurrence of the needle; false if there is none, or its start is too far away.
 bool FindLine(const char *needle, PrefsText &prefs, LineSpan &line) {
   line.needle = std::strstr(prefs.text, needle);
   if (line.needle == nullptr)
@@ -30,7 +30,7 @@ bool FindLine(const char *needle, PrefsText &prefs, LineSpan &line) {
   line.begin = line.needle;
   while (*line.begin != '\n' && line.begin != farthest)
     --line.begin;
-  // Where the walk ends on the line's first byte, the LF ahead of it stays.
+  // If the search for the start stops exactly on the line's first byte, the LF before it stays.
   return *line.begin == '\n' || line.begin == prefs.text || line.begin[-1] == '\n';
 }
 
@@ -42,7 +42,7 @@ void Erase(PrefsText &prefs, const LineSpan &line) {
   std::memset(prefs.text + prefs.length, 0, removed);
 }
 
-// Copies bytes with a terminator into a buffer that holds nothing yet; 0 if they don't fit.
+// Copies bytes with a terminator into an empty buffer; 0 if they don't fit.
 int32_t CopyOut(std::string_view bytes, char *out, int32_t size) {
   if (static_cast<ptrdiff_t>(bytes.size()) >= size)
     return 0;

@@ -12,7 +12,7 @@ namespace {
 constexpr uint16_t KeyType = ProfileRegistryNode::KeyType;
 constexpr uint16_t StringType = ProfileRegistryNode::StringType;
 
-// A record as it stands in the file, little-endian like every machine that AcctKit runs on.
+// A record as it is in the file, little-endian like every machine that AcctKit runs on.
 struct Record {
   uint32_t location;
   uint32_t name;
@@ -32,12 +32,13 @@ Record RecordAt(std::string_view image, uint32_t offset) {
   return record;
 }
 
-// What an edit mostly adds to a file has room without a copy of all the rest.
+// Room for the additions of a usual edit, so that they don't copy the whole file.
 constexpr size_t EditRoom = 4096;
 
 // ---- Walking the tree ----
 
-// Where a record hangs: in one of the two chains of an owner, which is named by its number in the order of the walk.
+// Where a record belongs: to one of the two chains of an owner, whose number counts the records in the order of the
+// walk.
 struct Position {
   uint32_t offset;
   uint32_t level;
@@ -45,9 +46,10 @@ struct Position {
   bool inValues;
 };
 
-// Comes to every record that hangs on the chain at an offset, in the order of the nodes: a key, its subkeys with all
-// that is below them, its values, the next record. `visit` reads the record at a position; the walk ends when it
-// answers false. What is still to come is kept in a list of our own, so a deep tree is no deeper call.
+// Visits every record of the chain that starts at an offset, in the order of the nodes: a key, its subkeys with
+// everything below them, its values, the next record. `visit` reads the record at a position, and ends the walk by
+// returning false. A list holds the records still to visit, instead of recursive calls, which a deep tree could make
+// too many.
 template <typename Visit> bool Walk(uint32_t offset, uint32_t level, Visit visit) {
   std::vector<Position> ahead;
   const auto push = [&](uint32_t next, uint32_t nextLevel, int32_t owner, bool inValues) {
@@ -70,10 +72,10 @@ template <typename Visit> bool Walk(uint32_t offset, uint32_t level, Visit visit
   return true;
 }
 
-// ---- Checking a file that may be anybody's ----
+// ---- Checking an untrusted file ----
 
-// Marks the bytes of records and strings as they are come to. No byte is part of two of them, which rules out loops,
-// and bounds what is read of a file by its size.
+// Marks the bytes of records and strings during the walk. No byte may belong to two of them: this excludes loops, and
+// the file's size limits how much is read.
 class SoundnessCheck {
 public:
   explicit SoundnessCheck(std::string_view file) : image(file), taken(file.size() / WordBits + 1) {}
@@ -83,7 +85,7 @@ public:
     constexpr uint32_t Root = ProfileRegistry::RootOffset;
     if (image.size() < Root + sizeof(Record) || RecordAt(image, Root).type != KeyType)
       return 0;
-    std::vector<uint32_t> locations; // of the records in the order of the walk
+    std::vector<uint32_t> locations; // of the records, in the order of the walk
     const bool sound = Walk(Root, 0, [&](const Position &position, Record &record) {
       if (!Take(position.offset, sizeof(Record), Root))
         return false;
@@ -98,7 +100,7 @@ public:
   }
 
 private:
-  // Takes bytes that have to lie within the file, not ahead of `lowest`.
+  // Marks bytes, which must be inside the file and not before `lowest`.
   bool Take(uint32_t offset, size_t size, uint32_t lowest) {
     if (offset < lowest || offset > image.size() || size > image.size() - offset)
       return false;
@@ -113,7 +115,7 @@ private:
     return free;
   }
 
-  // Takes a string with its terminator, and the room that it has.
+  // Marks a string with its terminator, and its room.
   bool TakeString(uint32_t offset, uint32_t room, uint32_t lowest) {
     if (offset == 0)
       return true;
@@ -137,7 +139,7 @@ int32_t ProfileRegistry::Open(const std::string &path) {
   FileHandle file = OpenFileAlone(path.c_str(), GENERIC_READ, OPEN_EXISTING);
   try {
     recordCount = file && ReadWholeFile(file, LargestFile, image, EditRoom) ? SoundnessCheck(image).Count() : 0;
-  } catch (const std::exception &) { // no memory for it
+  } catch (const std::exception &) { // out of memory
     recordCount = 0;
   }
   if (recordCount == 0)
@@ -219,7 +221,7 @@ std::vector<std::string> ProfileRegistry::SplitPath(const std::string &path) {
     }
     name += path[index];
     if (IsDBCSLeadByte(static_cast<BYTE>(path[index])) && index + 1 < path.size())
-      name += path[++index]; // which may be a backslash, and is none
+      name += path[++index]; // no separator, even if it is the byte of a backslash
   }
   finish();
   return names;
@@ -284,7 +286,7 @@ int32_t ProfileRegistry::AddNode(int32_t parentIndex, const std::string &name, u
   return NodeCount() - 1;
 }
 
-// Whatever type the last record has: clients have values of types that we have no use for.
+// The last record may have any type: clients also have values of types that we don't use.
 ProfileRegistryNode &ProfileRegistry::LastOfChain(ProfileRegistryNode &key, bool ofSubkeys) {
   uint32_t last = key.location;
   for (uint32_t next = ofSubkeys ? key.down : key.valueOffset; next != 0; next = RecordAt(image, next).left)
@@ -313,7 +315,7 @@ void ProfileRegistry::ChangeValue(int32_t index, const std::string &value) {
   ProfileRegistryNode &node = nodes[static_cast<size_t>(index)];
   if (node.valueOffset == 0 || StoredSize(value) > node.valuelen) {
     node.valueOffset = GrowImage(StoredSize(value));
-    node.down = 0; // the old room, which a client would write up to in the new place
+    node.down = 0; // a client would write up to the old room at the new position
   }
   WriteString(node.valueOffset, value);
   node.value = value;

@@ -178,7 +178,7 @@ UINT GetWindowsDirectoryA(char *buffer, UINT size);
 // is `size` then. Windows 98 leaves the terminator out of a cut path.
 DWORD GetModuleFileNameA(HMODULE, char *buffer, DWORD size);
 
-// Reads a value of an ini file, whose lines `name=value` stand below headings `[section]`. Sections and keys match
+// Reads a value of an INI file, whose lines `name=value` stand below headings `[section]`. Sections and keys match
 // without regard to case, the first of several counts. Blanks around names and values don't count, nor does one pair of
 // quotes around a value; lines that begin with a semicolon are comments. `defaultText` stands in for what is missing.
 // The result is the length; what doesn't fit is cut to size - 1, and `size` is at least 1. The file's text is code page

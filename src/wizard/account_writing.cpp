@@ -8,12 +8,12 @@
 
 namespace {
 
-// ---- What both flows ask and tell ----
+// ---- Shared by both flows ----
 
-// Puts a question to the user; true for OK.
+// Asks the user a question; true for OK.
 bool Confirmed(const std::string &question) { return AfxMessageBox(question.c_str(), MB_OKCANCEL) == IDOK; }
 
-// Tells how a write ended, and answers whether the wizard is done.
+// Tells the user the result of a write. Returns whether the wizard is done.
 bool TellResult(bool written, int32_t clientType) {
   if (written)
     AfxMessageBox("設定が完了しました。", MB_ICONINFORMATION);
@@ -33,7 +33,8 @@ namespace {
 constexpr UserQuestion BothQuestions[] = {&MailClient::IsExistUser, &MailClient::IsExistSecondUser};
 constexpr UserQuestion SecondQuestion[] = {&MailClient::IsExistSecondUser};
 
-// Puts what is there already to the user. False if the user wants to leave it so, else `key` names what to overwrite.
+// Asks the user about an existing account. False if it must stay; otherwise `key` names the account to overwrite, if
+// any.
 bool MayWrite(MailClient &client, const MailAccountSpec &spec, std::string &key, const UserQuestions &user) {
   std::string message;
   if (client.IsExistAccount(spec, key, message)) {
@@ -57,7 +58,7 @@ const UserQuestions SecondUser = {SecondQuestion, false};
 const UserQuestions OriginalDomainUser = {SecondQuestion, true};
 
 bool WriteMailAccount(MailClient *client, const MailAccountSpec &spec, const UserQuestions &user) {
-  if (client == nullptr) // every client has gone since it was found
+  if (client == nullptr) // every client has been removed since the search
     return TellResult(false, 0);
   std::string key;
   if (!MayWrite(*client, spec, key, user))
@@ -70,7 +71,7 @@ bool WriteMailAccount(MailClient *client, const MailAccountSpec &spec, const Use
 
 namespace {
 
-// The account of each server that is wanted.
+// One account for each chosen server.
 std::vector<NewsAccountSpec> WantedServers(NewsAccountSpec spec) {
   std::vector<NewsAccountSpec> wanted;
   for (; spec.serverIndex < static_cast<int32_t>(spec.newsServerOn.size()); ++spec.serverIndex)
@@ -79,7 +80,7 @@ std::vector<NewsAccountSpec> WantedServers(NewsAccountSpec spec) {
   return wanted;
 }
 
-// What is there already of the accounts, each text once.
+// The questions about those of the accounts that exist already, each text once.
 std::vector<std::string> FindExisting(NewsClient &client, const std::vector<NewsAccountSpec> &accounts) {
   std::vector<std::string> found;
   for (const NewsAccountSpec &account : accounts) {
@@ -115,7 +116,7 @@ bool SetUp(NewsClient &client, const std::vector<NewsAccountSpec> &accounts) {
 } // namespace
 
 bool WriteNewsAccounts(NewsClient *client, const NewsAccountSpec &spec) {
-  if (client == nullptr) // every client has gone since it was found
+  if (client == nullptr) // every client has been removed since the search
     return TellResult(false, 0);
   const std::vector<NewsAccountSpec> accounts = WantedServers(spec);
   if (!MayOverwrite(FindExisting(*client, accounts)))

@@ -1,6 +1,6 @@
-// The end of a wizard: what is there already is put to the user, the account is written, and the user is told how that
-// went. All answer whether the wizard is done: false if it is to stay open, because the user doesn't want to overwrite
-// what is there, or because the external mailer, which tells its failures itself, has failed.
+// The end of a wizard: it asks the user about an existing account, writes the account, and tells the user the result.
+// Each function returns whether the wizard is done. It is false if the wizard should stay open: the user doesn't want
+// to overwrite the existing account, or the external mailer failed, which tells the user itself.
 #pragma once
 
 #include "clients/mail_client.h"
@@ -10,20 +10,20 @@
 #include <span>
 #include <string>
 
-// What is asked about the user of a mail account, in order until one question is put to the user.
+// A search for accounts of the user of a mail account. The searches run in order, until one of them leads to a
+// question.
 using UserQuestion = int32_t (MailClient::*)(const MailAccountSpec &spec, std::string &key, std::string &message);
 struct UserQuestions {
   std::span<const UserQuestion> questions;
-  bool alsoWhenOverwriting; // also if there is an account of the title, which the user agreed to overwrite
+  bool alsoWhenOverwriting; // also if the user agreed to overwrite an account with the same title
 };
 extern const UserQuestions AnyUser;
 extern const UserQuestions SecondUser;
 extern const UserQuestions OriginalDomainUser;
 
-// Writes a mail account once the user has agreed to what is there already: an account of the title, which is then
-// overwritten, or one of the user, which only is a warning. The client is null if every one has gone since it was
-// found.
+// Writes a mail account after the user agreed. An existing account with the same title is overwritten; for one with the
+// same user there is only a warning. `client` is null if every client has been removed since the search.
 bool WriteMailAccount(MailClient *client, const MailAccountSpec &spec, const UserQuestions &user);
 
-// Writes the accounts of the news servers that are wanted, once the user has agreed to overwrite what is there already.
+// Writes the accounts of the chosen news servers, after the user agreed to overwrite the existing ones.
 bool WriteNewsAccounts(NewsClient *client, const NewsAccountSpec &spec);

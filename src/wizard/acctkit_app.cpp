@@ -5,7 +5,7 @@ namespace {
 
 AcctKitApp theApp;
 
-// The exclamation icon belongs to what has none of its own, but not to the boxes that ask to try again.
+// Boxes without an icon get the exclamation icon, except those with a Retry button.
 UINT WithIcon(UINT type) {
   const UINT buttons = type & MB_TYPEMASK;
   const bool takesIcon = buttons == MB_OK || buttons == MB_OKCANCEL || buttons == MB_YESNOCANCEL || buttons == MB_YESNO;

@@ -4,7 +4,7 @@
 
 namespace {
 
-// Whether a key was pressed since it was last asked for; whether it is down now doesn't count.
+// Whether a key was pressed since the last call for it. Whether it is down now doesn't count.
 bool WasPressed(int key) { return (GetAsyncKeyState(key) & 1) != 0; }
 
 void ShowBuildStamp(const CWnd &page, bool whole) {

@@ -1,10 +1,10 @@
-// When the library was built, which a first page shows to those who know how to ask for it.
+// The build stamp, a hidden text on a first page.
 #pragma once
 
 #include "mfc/afxwin.h"
 
 #include <functional>
 
-// What a double click does on a first page: with Shift pressed it shows when the library was built, with Backspace more
-// of it. The default handling comes in between.
+// Handles a double click on a first page: with Shift pressed it shows the build stamp, with Backspace pressed too the
+// longer one. It also calls the default handling, in every case.
 void HandleDoubleClick(const CWnd &page, const std::function<void()> &handleByDefault);

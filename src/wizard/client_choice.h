@@ -13,7 +13,7 @@ template <typename Client> CString NameOf(Client &client) {
   return name;
 }
 
-// The icon of the chosen client as a page shows it, for as long as the page lives.
+// The icon of the chosen client on a page. It lives as long as the page.
 class ClientIcon {
 public:
   ClientIcon() = default;
@@ -21,13 +21,13 @@ public:
   ClientIcon(const ClientIcon &) = delete;
   ClientIcon &operator=(const ClientIcon &) = delete;
 
-  // Shows the icon of the client, if there is one.
+  // Shows the icon of the client if that isn't null.
   template <typename Client> void Show(const CWnd &page, Client *client) {
     if (client != nullptr)
       Put(page, client->GetClientIcon());
   }
 
-  // The same in answer to WM_PAINT.
+  // The same for WM_PAINT.
   template <typename Client> void Paint(CWnd &page, Client *client) {
     const CPaintDC context(&page);
     Show(page, client);
@@ -46,7 +46,7 @@ public:
 
   void Bind(CDataExchange *exchange) { DDX_Control(exchange, IDC_CHOICE, list); }
 
-  // Lists the clients that have a path and selects the first of them, which is the answer; null if there is none.
+  // Lists the clients that have a path and selects the first. Returns that client, null if there is none.
   template <typename Clients> auto List(const Clients &clients) {
     typename Clients::value_type::pointer first = nullptr;
     for (const auto &client : clients) {
@@ -62,8 +62,8 @@ public:
     return first;
   }
 
-  // Makes the first client with the selected path the chosen one and shows its icon. False if there is none, and
-  // nothing is changed.
+  // Makes the first client with the selected path the chosen one and shows its icon. If there is none, returns false
+  // and changes nothing.
   template <typename Clients, typename Client> bool Take(const CWnd &page, const Clients &clients, Client *&chosen) {
     std::string selected;
     if (!list.GetSelectedPath(selected))

@@ -14,7 +14,7 @@ constexpr int IconMargin = 5; // on either side of the icon
 constexpr int TextMargin = 5; // from the edge of the highlight
 constexpr UINT SmallIcon = SHGFI_SYSICONINDEX | SHGFI_ICON | SHGFI_SMALLICON;
 
-// What the shell knows of a file's icon. The icon itself comes with it and is of no use here.
+// Asks the shell about a file's icon. The handle of the icon that it also returns isn't needed.
 DWORD_PTR AskShell(const char *path, SHFILEINFOA &info) {
   const DWORD_PTR list = SHGetFileInfoA(path, 0, &info, sizeof info, SmallIcon);
   if (list != 0 && info.hIcon != nullptr)
@@ -35,7 +35,7 @@ int32_t ClientComboBox::AddClient(const std::string &path, const std::string &na
   auto item = std::make_unique<ClientItem>(ClientItem{path, name});
   GetIconIndex(path, item->iconIndex);
   const int entry = AddString(name);
-  if (entry >= 0) // the list has it from here on, until DeleteItem
+  if (entry >= 0) // the list owns it from now on, until DeleteItem
     SetItemData(entry, reinterpret_cast<DWORD_PTR>(item.release()));
   return 1;
 }
@@ -105,7 +105,7 @@ void ClientComboBox::DrawItem(DRAWITEMSTRUCT *draw) {
                  rect.top + (rect.bottom - rect.top - icon.cy) / 2,
                  isSelected ? ILD_TRANSPARENT | ILD_SELECTED : ILD_TRANSPARENT);
 
-  // The highlight leaves the icon's strip as it is.
+  // The highlight doesn't cover the strip with the icon.
   rect.left += icon.cx + 2 * IconMargin;
   Fill(context, rect, GetSysColor(isSelected ? COLOR_HIGHLIGHT : COLOR_WINDOW));
   const int oldMode = context.SetBkMode(TRANSPARENT);

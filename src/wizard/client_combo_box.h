@@ -1,4 +1,5 @@
-// The list in which the user picks a client: owner-drawn, each entry with the small icon of the client's program.
+// The list in which the user chooses a client. It is owner-drawn; each entry has the small icon of the client's
+// program.
 #pragma once
 
 #include "mfc/afxwin.h"
@@ -10,11 +11,11 @@ class ClientComboBox : public CComboBox {
 public:
   ~ClientComboBox() override = default;
 
-  // Adds an entry at the end of the list. `path` is the client's program and the entry's identity, `name` is what is
+  // Adds an entry at the end of the list. `path` is the client's program and identifies the entry, `name` is the text
   // shown. Always 1.
   int32_t AddClient(const std::string &path, const std::string &name);
 
-  // The path of the selected entry. 0 without a selection, `out` then stays as it was.
+  // The path of the selected entry. 0 without a selection, with `out` unchanged.
   int32_t GetSelectedPath(std::string &out) const;
 
   void DrawItem(DRAWITEMSTRUCT *draw) override;
@@ -25,7 +26,7 @@ public:
 private:
   struct ClientItem;
 
-  // The item of an entry, null if it has none.
+  // The item of an entry, null if there is none.
   ClientItem *ItemAt(UINT index) const;
 
   static HIMAGELIST GetImageList();

@@ -12,7 +12,7 @@
 
 namespace {
 
-// Drops the adapters of clients that aren't installed; 1 if one is left.
+// Deletes the adapters of clients that aren't installed; 1 if any is left.
 template <typename Clients> int32_t KeepInstalled(Clients &clients) {
   for (auto &client : clients)
     if (!client->IsInstall())

@@ -1,4 +1,4 @@
-// Which clients are there for a wizard to set up.
+// Finds the installed clients that a wizard can set up.
 #pragma once
 
 #include "clients/mail_client.h"

@@ -1,4 +1,4 @@
-// What the pages of the wizards that know the subscriber's IDs do with them.
+// Shared code of the pages that show the subscriber's IDs.
 #pragma once
 
 #include "mfc/afxwin.h"
@@ -9,19 +9,19 @@
 // Lists the IDs, with the current one selected.
 void ListIds(const CWnd &page, const WizardData &data);
 
-// Makes the ID that the page shows the current one; one that is typed goes into the spare entry. False if it is no ID.
+// Makes the ID on the page the current one; a typed ID is stored in the spare entry. False if the text is not an ID.
 bool TakeId(const CWnd &page, WizardData &data);
 
 // ---- The ID page ----
 
-// The page has been made: it lists the domains of a section of service.ini.
+// Called when the page was made: lists the domains of a section of service.ini.
 void InitIdPage(const CWnd &page, WizardData &data, const char *section);
 
-// The page is shown, the first time with its list open. The mail user has a limit of so many bytes.
+// Called when the page is shown: opens its list the first time, and limits the mail user to `userLimit` bytes.
 void ShowIdPage(const CWnd &page, WizardData &data, int userLimit);
 
-// The same, with the ID proposed as the mail user where there is none, or where the ID has changed.
+// The same, and proposes the ID as the mail user if the field is empty or the ID has changed.
 void ShowIdPageWithId(const CWnd &page, WizardData &data);
 
-// Names the account, after an ID or an address, and its connection.
+// Sets the account's title from an ID or an address, and the name of its connection.
 void NameAccount(WizardData &data, const std::string &name);

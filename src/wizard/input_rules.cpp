@@ -15,7 +15,7 @@ namespace {
 constexpr size_t IdLength = 8;
 constexpr const char *IdPrefix = "ZVK-";
 
-// Half-width kana, which a run-time library may count among the letters, are no part of an ID.
+// Half-width kana aren't allowed in an ID, but a run-time library may count them as letters.
 bool IsLetter(char byte) {
   const auto character = static_cast<unsigned char>(byte);
   return character < 0x80 && _ismbcalpha(character) != 0;
@@ -66,7 +66,7 @@ bool HasAnySpace(const std::string &text) { return HasBlank(text) || text.find(F
 bool HasSpaceOrAt(const std::string &text) { return HasAnySpace(text) || text.find('@') != std::string::npos; }
 bool HasNoAt(const std::string &text) { return text.find('@') == std::string::npos; }
 
-// Anything but a host of one label within one of the service's domains.
+// Whether the text isn't exactly one name before one of the service's domains.
 bool IsForeignHost(const std::string &text) {
   const size_t dot = text.find('.');
   const std::string domain = dot == std::string::npos ? std::string() : text.substr(dot + 1);

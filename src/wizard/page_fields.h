@@ -1,4 +1,4 @@
-// The fields of a page: reading them, testing what was typed, and moving between them.
+// The fields of a page: reading and testing what was typed, and moving the focus.
 #pragma once
 
 #include "mfc/afxwin.h"
@@ -17,14 +17,15 @@ void ShowList(const CWnd &page, bool open);
 
 void MoveFocus(const CWnd &page, int control);
 
-// When the control of a refused text gets the focus: at once, or once the sheet has dealt with the refusal, by the
-// message FocusControlMessage that is posted to the page with the control's id.
+// When the control of a refused text gets the focus: at once, or after the sheet has handled the refusal. For the
+// latter, FocusControlMessage is posted to the page with the control's id.
 enum class Focus { Now, Later };
 constexpr UINT FocusControlMessage = WM_USER + 101;
 
-// Whether a test refuses the text. If so its message has been shown, and its control gets the focus.
+// Whether a test refuses the text. If so, this shows its message and moves the focus to its control.
 bool Refuses(const CWnd &page, const input_tests::Tests &tests, const std::string &text, Focus focus = Focus::Now);
 
-// Takes a control's text without white space at its end: once it has passed the tests it is stored, and shown so.
+// Reads a control's text without white space at its end. If it passes the tests, it is stored, and shown without that
+// white space.
 bool TakeTrimmed(const CWnd &page, int control, const input_tests::Tests &tests, std::string &field,
                  Focus focus = Focus::Now);

@@ -17,7 +17,7 @@ BOOL CPsWizard::OnInitDialog() {
   return result;
 }
 
-// Only now has the system given the sheet the size that its pages need.
+// Only now the sheet has its final size, which the system sets after the first message to fit the pages.
 void CPsWizard::OnShowWindow(BOOL show, UINT) {
   if (show && !std::exchange(shown, true))
     CenterWindow(CWnd::GetDesktopWindow());

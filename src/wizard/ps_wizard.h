@@ -1,4 +1,4 @@
-// The sheet that all wizards run in.
+// The property sheet of all wizards.
 #pragma once
 
 #include "mfc/afxwin.h"
@@ -11,16 +11,16 @@ class CPsWizard : public CPropertySheet {
 public:
   enum Kind : int32_t { Other, Mailer, SecondMailer, News };
 
-  // A Kind: which help topic the wizard has.
+  // A Kind, which decides the help topic.
   int32_t wizardKind = Other;
 
   ~CPsWizard() override = default;
 
-  // Shows the help when the Help button's command is tested, unless the test comes from the help key.
+  // Shows the help when the Help button's command is tested, except when the help key caused the test.
   BOOL OnCmdMsg(UINT nID, int nCode, void *pExtra, AFX_CMDHANDLERINFO *pHandlerInfo) override;
 
 protected:
-  // Puts the sheet in the middle of the screen, and does so again when it is first shown.
+  // Centres the sheet on the screen, and again when it is first shown.
   BOOL OnInitDialog() override;
   void OnShowWindow(BOOL show, UINT status);
   BOOL OnHelpInfo(HELPINFO *info);
@@ -30,14 +30,14 @@ protected:
 private:
   void ShowHelp();
 
-  int32_t helpKeySeen = 0; // 1 from the help key until the next test
+  int32_t helpKeySeen = 0; // 1 after the help key, until the next test
   bool shown = false;
 };
 
-// ---- What pages say to the sheet ----
+// ---- Calls of pages to the sheet ----
 
-// Sets the wizard's buttons (PSWIZB_*). Posted, so they change just after the page has come up.
+// Sets the wizard's buttons (PSWIZB_*) by a posted message, so they change right after the page is shown.
 void PostButtons(const CWnd &page, DWORD buttons);
 
-// What a Next button answers to keep the page.
+// The result of a Next button that keeps the page.
 constexpr LRESULT Stay = -1;

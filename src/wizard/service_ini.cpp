@@ -13,8 +13,8 @@ constexpr DWORD ValueSize = 256;
 
 int32_t GetProgramFolder(char *buffer, DWORD size) {
   GetModuleFileNameA(nullptr, buffer, size);
-  buffer[size - 1] = '\0'; // which older systems leave out of a path that they cut
-  char *behind = buffer;   // the last backslash that is no second byte
+  buffer[size - 1] = '\0'; // older systems don't terminate a path that they cut
+  char *behind = buffer;   // the last backslash that isn't a second byte
   for (char *at = buffer; *at != '\0'; ++at) {
     if (*at == '\\')
       behind = at + 1;

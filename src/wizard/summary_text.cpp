@@ -17,7 +17,7 @@ SummaryText::SummaryText() {
 }
 
 void SummaryText::Show(const CWnd &page, const std::string &text) {
-  SubclassWindow(::GetDlgItem(page.m_hWnd, IDC_FIELD_1)); // does nothing once it is attached
+  SubclassWindow(::GetDlgItem(page.m_hWnd, IDC_FIELD_1)); // does nothing if it is attached already
   SendMessage(WM_SETFONT, reinterpret_cast<WPARAM>(font.m_hObject), TRUE);
   SetWindowText(text);
 }
@@ -28,7 +28,7 @@ UINT SummaryText::OnGetDlgCode() { return static_cast<UINT>(Default()) & ~UINT{D
 
 namespace {
 
-// Two of the lines, which both texts have.
+// Two lines that both texts contain.
 std::string AddressAndSenderLines(const std::string &mailAddress, const std::string &senderName) {
   return Format(" 　メールアドレス： %s \r\n"
                 " 　　 　差出人名 ： %s \r\n",

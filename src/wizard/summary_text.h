@@ -1,4 +1,4 @@
-// What a last page shows of the account before it is written.
+// The summary of the account on the last page, before it is written.
 #pragma once
 
 #include "mfc/afxwin.h"
@@ -6,7 +6,7 @@
 
 #include <string>
 
-// A page's text of several lines, in a font in which every half-width character is as wide as half a full-width one.
+// A text control of several lines. In its font every half-width character is half as wide as a full-width one.
 class SummaryText : public CWnd {
   DECLARE_DYNAMIC(SummaryText)
 
@@ -16,7 +16,7 @@ public:
   void Show(const CWnd &page, const std::string &text);
 
 protected:
-  // Esc and Enter are the wizard's: an edit control of several lines would take them, though nobody can type here.
+  // Leaves Esc and Enter to the wizard: a multi-line edit control would take them, although nobody can type here.
   UINT OnGetDlgCode();
 
   DECLARE_MESSAGE_MAP()
@@ -25,10 +25,10 @@ private:
   CFont font;
 };
 
-// The text for a mail account that goes to a client of that name. `account` is what the flow names it by, an ID or an
-// account.
+// The text for a mail account in the client of that name. `account` is the ID or the mail account, depending on the
+// wizard.
 std::string MailSummary(const std::string &account, const std::string &clientName, const std::string &mailAddress,
                         const std::string &senderName, const std::string &popServer, const std::string &smtpServer);
 
-// The text for the news servers that are wanted.
+// The text for the chosen news servers.
 std::string NewsSummary(const WizardData &data);

@@ -1,5 +1,5 @@
-// What the pages of one run of a wizard share. The export makes one record on its stack; every page holds a pointer to
-// it and frees nothing of it.
+// The data that the pages of one wizard share. The export has one record on its stack; every page has a pointer to it
+// and frees nothing in it.
 #pragma once
 
 #include "clients/account_specs.h"
@@ -9,17 +9,17 @@
 #include <array>
 #include <cstdint>
 
-// Of the mailer, second-mailer and news wizards.
+// For the mailer, second-mailer and news wizards.
 struct WizardData {
   // Whether the ID page proposes the ID as the mail user when it is shown.
   enum IdState : int32_t {
     Settled,  // only into an empty field
-    Changed,  // the ID is another than the one last proposed
+    Changed,  // the ID differs from the one last proposed
     FirstShow // the page was just made
   };
 
-  CStringArray ids; // the host's, and behind them a spare entry for one that is typed
-  CString reserved; // nobody writes it
+  CStringArray ids; // the host's, and after them a spare entry for a typed one
+  CString reserved; // never written
   CString accountName;
   CString connectionName;
   CString mailAddress;
@@ -34,7 +34,7 @@ struct WizardData {
   int32_t currentId = 0; // an index into `ids`
   int32_t idState = Settled;
   int32_t secondAccount = 0;
-  MailClient *mailClient = nullptr; // one of the below, the chosen one
+  MailClient *mailClient = nullptr; // the chosen one of `mailClients`
   MailClients mailClients;
   CString newsClientName;
   NewsClient *newsClient = nullptr;
@@ -43,7 +43,7 @@ struct WizardData {
   const CString &CurrentId() const { return ids[currentId]; }
 };
 
-// Of the original-domain and short wizards, which take no list of IDs: the account itself and the clients.
+// For the original-domain and short wizards, which get no list of IDs: the account itself and the clients.
 struct SpecWizardData : MailAccountSpec {
   MailClient *mailClient = nullptr;
   MailClients mailClients;

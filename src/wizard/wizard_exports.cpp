@@ -1,4 +1,4 @@
-// The wizards that the library exports: each runs one modal sheet from start to end.
+// The exported wizards. Each runs one modal sheet from start to end.
 #include "acctkit/acctkit.h"
 
 #include "clients/guarded.h"
@@ -20,8 +20,8 @@ namespace {
 constexpr const char *WrongCall = "プログラムが不正に呼び出されました。";
 constexpr const char *NoClient = "設定可能なメーラーが一つも搭載されていません。\nメーラーの設定を終了します。";
 
-// A thread's right to the framework, which serves one thread at a time: who opens a wizard has it until that wizard is
-// closed, and may open others from within it.
+// A thread's right to use the framework, which works for one thread at a time. The thread that opens a wizard has it
+// until that wizard is closed, and may open others from within it.
 class FrameworkClaim {
 public:
   FrameworkClaim() : isOutermost(holder.compare_exchange_strong(found, GetCurrentThreadId())) {}
@@ -37,17 +37,17 @@ public:
 private:
   static inline std::atomic<DWORD> holder = 0; // a thread's id, 0 for none
 
-  DWORD found = 0; // who had it before
+  DWORD found = 0; // the holder before
   bool isOutermost;
 };
 
-// The end of a wizard that never comes up.
+// Ends a wizard before it is shown.
 int32_t Refuse(const char *message) {
   AfxMessageBox(message);
   return 0;
 }
 
-// The strings of a host's list, one behind the other. A zero byte at its very start doesn't end it.
+// Reads the strings of a host's list, one after the other. A zero byte at its very start doesn't end it.
 void ReadIds(const char *list, CStringArray &ids) {
   for (const char *at = list; at[0] != '\0' || at[1] != '\0'; at += std::strlen(at)) {
     if (*at == '\0')
@@ -56,17 +56,18 @@ void ReadIds(const char *list, CStringArray &ids) {
   }
 }
 
-// The IDs with their spare entry, and the host's ID among them.
+// Stores the host's IDs and the spare entry, and finds the host's ID among them.
 void FillIds(WizardData &data, const char *id, const char *idList) {
   ReadIds(idList, data.ids);
-  data.ids.Add(""); // the spare entry, which an empty ID finds
+  data.ids.Add(""); // the spare entry; an empty ID selects it
   for (int index = data.ids.GetSize() - 1; index >= 0; --index)
     if (data.ids[index] == id)
       data.currentId = index;
 }
 
-// The run of every wizard: its record and its pages in their order, what the host's arguments have to be, which clients
-// it is for, and what the record starts with. 0 if the sheet never came up, as while another thread has a wizard open.
+// Runs a wizard. Its parameters are the wizard's record and its pages in their order, whether the host's arguments are
+// valid, the clients that the wizard needs, and how the record is filled. 0 if the sheet was never shown, for example
+// while another thread has a wizard open.
 template <typename Data, typename... Pages, typename Fill>
 int32_t RunWizard(CPsWizard::Kind kind, bool calledRight, int32_t (ClientFinder::*hasClient)() const, Fill fill) {
   const FrameworkClaim claim;

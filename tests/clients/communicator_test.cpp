@@ -13,7 +13,7 @@ using Lines = std::vector<std::string>;
 const std::string BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users\\";
 const std::string UsersKey = "SOFTWARE\\Netscape\\Netscape Navigator\\Users\\";
 const std::string Profile = "@zuvio(ABC01234)";
-// Its last character ends in a backslash byte.
+// The first character ends in the byte of the backslash.
 const std::string OtherProfile = "表示";
 
 class CommunicatorTest : public ClientTest {
@@ -40,7 +40,7 @@ protected:
   }
 };
 
-TEST_F(CommunicatorTest, IsInstalledInAVersionFour) {
+TEST_F(CommunicatorTest, IsInstalledInVersion4) {
   const std::pair<const char *, int32_t> versions[] = {{"4.75", 1}, {"14.1", 1}, {"6.0", 0}, {"4", 0}, {"6.4.", 0}};
   for (const auto &[version, expected] : versions) {
     InstallCommunicator(version);
@@ -86,7 +86,7 @@ TEST_F(CommunicatorTest, OverwritesAProfileAndKeepsTheOtherLinesOfItsPrefs) {
   EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, BiffKey + OtherProfile));
 }
 
-TEST_F(CommunicatorTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
+TEST_F(CommunicatorTest, RefusesWithNothingWritten) {
   const auto refused = [&](const MailAccountSpec &spec) {
     EXPECT_EQ(WriteAccount(adapter, spec), 0);
     EXPECT_FALSE(KeyThere(HKEY_LOCAL_MACHINE, UsersKey + spec.accountName));
@@ -95,10 +95,10 @@ TEST_F(CommunicatorTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
   MailAccountSpec spec = SampleMailSpec();
   spec.accountName.assign(256, 'p');
   refused(spec);
-  spec.accountName.assign(212, 'p'); // the path of its prefs.js has no room
+  spec.accountName.assign(212, 'p'); // the path of its prefs.js is too long
   refused(spec);
   spec = SampleMailSpec();
-  spec.senderName.assign(256 - 40, 's'); // one byte more than its line has room for
+  spec.senderName.assign(256 - 40, 's'); // the line gets one byte too long
   refused(spec);
   spec = SampleMailSpec();
   const std::string full(102400 - 20, '\n');
@@ -115,7 +115,7 @@ TEST_F(CommunicatorTest, FindsAListedProfileWhosePrefsCanBeOpened) {
   std::string key = "old";
   std::string message = "old";
   EXPECT_EQ(adapter.IsExistAccount(spec, key, message), 0);
-  MakeKey(HKEY_CURRENT_USER, BiffKey + "another"); // listed ahead
+  MakeKey(HKEY_CURRENT_USER, BiffKey + "another"); // listed before it
   const std::string state = CommunicatorFolder() + "\\Users\\" + OtherProfile;
   PutString(HKEY_CURRENT_USER, BiffKey + OtherProfile, "defaultServer", "pop");
   PutString(HKEY_CURRENT_USER, BiffKey + OtherProfile + "\\servers\\pop", "popstatePath", state + "\\popstate.dat");
@@ -156,7 +156,7 @@ TEST_F(CommunicatorTest, EntersItselfAsDefaultClient) {
     EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, above + "\\shell\\open\\command"), Lines{"=" + program + " %1"});
   EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, client + "\\Protocols\\mailto\\DefaultIcon"), Lines{"=" + program + ",-11"});
 
-  // A client key that is there already stays as it is.
+  // An existing client key stays unchanged.
   PutString(HKEY_LOCAL_MACHINE, client, nullptr, "mine");
   EXPECT_EQ(adapter.SetDefaultClient(), 1);
   EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, client), Lines{"=mine"});
@@ -203,10 +203,10 @@ TEST_F(CommunicatorNewsTest, EntersTwoServersInOneProfile) {
                                          Record("square.example", "square"));
   EXPECT_EQ(GetFile(folder + "forum-nntp.rc"), "read: 1-5\n");
   EXPECT_EQ(GetFile(folder + "square.rc"), "");
-  EXPECT_FALSE(CreateDirectoryA((directory + "\\mail").c_str(), nullptr)); // it's there
+  EXPECT_FALSE(CreateDirectoryA((directory + "\\mail").c_str(), nullptr)); // exists already
 }
 
-TEST_F(CommunicatorNewsTest, LeavesASenderThatIsThere) {
+TEST_F(CommunicatorNewsTest, KeepsAnExistingSender) {
   const std::string longAddress = "user_pref(\"mail.identity.useremail\", \"" + std::string(300, 'a') + "\");\n";
   struct Case {
     std::string before, after;
@@ -220,18 +220,18 @@ TEST_F(CommunicatorNewsTest, LeavesASenderThatIsThere) {
   };
   NewsAccountSpec spec = SampleNewsSpec(0);
   spec.newsServerOn[0] = 0;
-  spec.newsHosts[0] = ""; // which isn't looked for as an empty value
+  spec.newsHosts[0] = ""; // an empty host isn't searched for as an empty value
   for (const Case &test : cases) {
     PutFile(PrefsPathOf(Profile), test.before);
     EXPECT_EQ(WriteAccount(news, spec, Profile), 1);
     EXPECT_EQ(GetFile(PrefsPathOf(Profile)), test.after + NewsLines());
   }
-  // Of a profile that is known the registry gets the directory alone.
+  // For a known profile only the directory is written to the registry.
   EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, UsersKey + Profile).size(), 1U);
   EXPECT_EQ(GetFile(folder + "fat"), std::nullopt);
 }
 
-TEST_F(CommunicatorNewsTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
+TEST_F(CommunicatorNewsTest, RefusesWithNothingWritten) {
   const auto refused = [&](const NewsAccountSpec &spec) {
     EXPECT_EQ(WriteAccount(news, spec), 0);
     EXPECT_FALSE(KeyThere(HKEY_LOCAL_MACHINE, UsersKey + spec.accountName));
@@ -244,10 +244,10 @@ TEST_F(CommunicatorNewsTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
   refused(spec);
   spec = SampleNewsSpec(0);
   spec.newsServerOn[0] = 0;
-  spec.accountName.assign(212, 'p'); // the path of its prefs.js has no room
+  spec.accountName.assign(212, 'p'); // the path of its prefs.js is too long
   refused(spec);
   spec = SampleNewsSpec(0);
-  const size_t room = 10240 - 25 - Record("forum-nntp.example", "forum-nntp").size(); // below the heading
+  const size_t room = 10240 - 25 - Record("forum-nntp.example", "forum-nntp").size(); // after the heading
   for (const std::string &map : {std::string(room + 1, '\n'), std::string(10241, '\n'), std::string("a\0b\n", 4)}) {
     PutFile(folder + "fat", map);
     refused(spec);
@@ -259,7 +259,7 @@ TEST_F(CommunicatorNewsTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
     const FileHandle held = OpenFileAlone((folder + "fat").c_str(), GENERIC_READ, OPEN_EXISTING);
     EXPECT_EQ(WriteAccount(news, spec), 1);
   }
-  EXPECT_EQ(GetFile(folder + "forum-nntp.rc"), "read: 1-500"); // the map didn't take the server
+  EXPECT_EQ(GetFile(folder + "forum-nntp.rc"), "read: 1-500"); // the server wasn't added to the map
   PutFile(folder + "fat", "x forum-nntp.example.org");
   EXPECT_EQ(WriteAccount(news, spec), 1);
   EXPECT_EQ(GetFile(folder + "fat"), "x forum-nntp.example.org");
@@ -267,7 +267,7 @@ TEST_F(CommunicatorNewsTest, RefusesBeforeAnyWriteWhatDoesNotFit) {
   EXPECT_EQ(WriteAccount(news, spec), 1);
 }
 
-TEST_F(CommunicatorNewsTest, EndsTheLastLineOfAMapBeforeItAddsOne) {
+TEST_F(CommunicatorNewsTest, CompletesTheMapsLastLineBeforeAddingARecord) {
   const std::string heading = "netscape-newsrc-map-file\n";
   const std::string other = Record("other.example", "other");
   const std::string server = Record("forum-nntp.example", "forum-nntp");
@@ -278,8 +278,9 @@ TEST_F(CommunicatorNewsTest, EndsTheLastLineOfAMapBeforeItAddsOne) {
   }
 }
 
-// A new profile's title is a folder's name and a key's. Characters count: many end in the byte of a backslash.
-TEST_F(CommunicatorNewsTest, RefusesATitleThatNamesNoProfile) {
+// A new profile's title becomes the name of a folder and of a key. Whole characters are tested, since the second byte
+// of many is that of the backslash.
+TEST_F(CommunicatorNewsTest, RefusesATitleThatIsNoFolderName) {
   MailAccountSpec mailSpec = SampleMailSpec();
   NewsAccountSpec newsSpec = SampleNewsSpec(0);
   for (const char *title : {"", ".", "..", "a.", "a ", "a\\b", "a/b", "a:b", "a*b", "a?b", "a\"b", "a<b", "a>b", "a|b",

@@ -36,7 +36,7 @@ TEST_F(ExternalMailerTest, HandsTheAccountToThePlugin) {
   std::strcpy(expected.smtpServer, "smtp.example");
   EXPECT_EQ(Kept(kept), Bytes(expected));
 
-  // An account of another kind isn't the subscriber's ID, and its user may be longer than one.
+  // In an account of another kind the user isn't the subscriber's ID, and may be longer.
   std::memset(expected.serviceId, 0, sizeof expected.serviceId);
   std::memset(expected.mailUser, 'u', 256);
   for (int32_t MailAccountSpec::*kind : {&MailAccountSpec::secondAccount, &MailAccountSpec::originalDomain}) {
@@ -58,7 +58,7 @@ TEST_F(ExternalMailerTest, RefusesTextsTooLongWithoutAskingThePlugin) {
   EXPECT_EQ(Kept(kept), "");
 }
 
-TEST_F(ExternalMailerTest, TellsThePluginsTexts) {
+TEST_F(ExternalMailerTest, ReturnsThePluginsTexts) {
   InstallPlugin("plugin_complete");
   std::string text;
   EXPECT_EQ(adapter.GetClientName(text), 1);
@@ -68,7 +68,7 @@ TEST_F(ExternalMailerTest, TellsThePluginsTexts) {
   EXPECT_EQ(adapter.GetClientPath(text), 1);
   EXPECT_EQ(text, "C:\\acctkit-test\\表\\mailer.exe");
 
-  // In the language that the resource lists; in a usual one without a list.
+  // The version in the language that the resource lists; without a list, in a usual language.
   std::string program = GetFile(text).value();
   const size_t block = program.find(Wide(u"041104b0"));
   const size_t list = program.find(Wide(u"Translation"));
@@ -117,7 +117,7 @@ TEST_F(ExternalMailerTest, IsLoadedOnceAtATime) {
   EXPECT_EQ(adapter.LoadMailerLibrary(), 1);
   adapter.FreeMailerLibrary();
 
-  // A plug-in that lacks an entry point blocks later loads until it is freed.
+  // A plug-in without one of the functions blocks later loads until it is freed.
   InstallPlugin("plugin_incomplete");
   EXPECT_EQ(adapter.LoadMailerLibrary(), 0);
   EXPECT_EQ(adapter.LoadMailerLibrary(), 0);

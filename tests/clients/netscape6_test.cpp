@@ -65,7 +65,7 @@ protected:
   }
 };
 
-TEST_F(Netscape6Test, IsInstalledInAVersionSix) {
+TEST_F(Netscape6Test, IsInstalledInVersion6) {
   const std::pair<const char *, int32_t> versions[] = {{"6.2 (ja)", 1}, {"16.0", 1}, {"4.75", 0}, {"6", 0}};
   for (const auto &[version, expected] : versions) {
     InstallNetscape6(version);
@@ -90,12 +90,12 @@ TEST_F(Netscape6Test, MakesAProfileWithAFirstMailAccount) {
   const std::string head = Pref("prefs.converted-to-utf8", "true") + lists;
   const std::string rows = Text("mail.accountmanager.defaultaccount", "account1") + AccountLines(MailAccount);
   EXPECT_EQ(GetFile(prefs), head + rows + SmtpLines("smtp1", "smtp.example"));
-  EXPECT_FALSE(CreateDirectoryA((directory + "\\mail").c_str(), nullptr)); // it's there
+  EXPECT_FALSE(CreateDirectoryA((directory + "\\mail").c_str(), nullptr)); // exists already
   EXPECT_EQ(Registered("", "CurrentProfile"), Profile);
   EXPECT_EQ(Registered("\\" + Profile, "migrated"), "yes");
   EXPECT_EQ(Registered("\\" + Profile, "directory"), directory);
 
-  // The account of the same user is taken over, on another host too.
+  // An account with the same user is overwritten, even if the host differs.
   std::string message;
   EXPECT_EQ(mail.IsExistAccount(SampleMailSpec(), key, message), 1);
   EXPECT_EQ(key, directory);
@@ -108,7 +108,7 @@ TEST_F(Netscape6Test, MakesAProfileWithAFirstMailAccount) {
   EXPECT_EQ(GetFile(prefs), head + Text("mail.accountmanager.defaultaccount", "account1") + AccountLines(moved) +
                                 SmtpLines("smtp1", "smtp.example"));
 
-  // A new profile of the name goes beside the old one.
+  // A new profile with that name gets another folder beside the old one.
   key.clear();
   EXPECT_EQ(mail.SetupAccount(spec, key), 1);
   EXPECT_EQ(key, MozillaFolder() + "\\Users50\\" + Profile + "\\zuvio1.slt");
@@ -134,7 +134,7 @@ TEST_F(Netscape6Test, PutsMailAndNewsSideBySide) {
                                 Text("mail.accountmanager.defaultaccount", "account3") + AccountLines(account) +
                                 SmtpLines("smtp2", "smtp.example"));
 
-  // The same server by another host: its account, and the default account is left alone.
+  // The same server on another host: its account is overwritten, and the default account stays.
   NewsAccountSpec spec = SampleNewsSpec(1);
   spec.newsHosts[1] = "moved.example";
   EXPECT_EQ(news.SetupAccount(spec, key), 1);
@@ -143,7 +143,7 @@ TEST_F(Netscape6Test, PutsMailAndNewsSideBySide) {
   EXPECT_NE(after.find(Text("mail.accountmanager.defaultaccount", "account3")), std::string::npos);
 }
 
-// How an SMTP server is found for "smtp.example", in a profile with an account of somebody else.
+// The SMTP server for "smtp.example", in a profile with another user's account.
 TEST_F(Netscape6Test, FindsAnSmtpServer) {
   const auto host = [](const char *key, const char *name) {
     return Text(std::string("mail.smtpserver.") + key + ".hostname", name);
@@ -171,8 +171,8 @@ TEST_F(Netscape6Test, FindsAnSmtpServer) {
   }
 }
 
-// What a new account takes beside those of damaged or unusual lists.
-TEST_F(Netscape6Test, TakesNumbersThatAreFree) {
+// The names of a new account if the lists are damaged or unusual.
+TEST_F(Netscape6Test, TakesFreeNumbers) {
   const std::string tooLong(300, 'x');
   struct Case {
     std::string list, lines, listAfter, server, identity;
@@ -238,13 +238,13 @@ TEST_F(Netscape6Test, RefusesWithNothingChanged) {
     spec.senderName += "\x95\x5c"; // 261 bytes of UTF-8
   refused(spec);
   spec = SampleMailSpec();
-  spec.accountName.assign(196, 'p'); // the path of its prefs.js has no room
+  spec.accountName.assign(196, 'p'); // the path of its prefs.js is too long
   refused(spec);
   NewsAccountSpec newsSpec = SampleNewsSpec(0);
   newsSpec.newsServerNames[0].assign(260, 'x');
   EXPECT_EQ(WriteAccount(news, newsSpec), 0);
 
-  // A prefs.js without room stays as it is; so does everything without a sound profile registry.
+  // A prefs.js without room stays unchanged. Without a sound profile registry everything does.
   const std::string full = std::string(102400 - 500, '/') + "\n";
   PutFile(prefs, full);
   EXPECT_EQ(WriteAccount(mail, SampleMailSpec(), directory), 0);
@@ -259,12 +259,12 @@ TEST_F(Netscape6Test, FindsNoProfileWithoutItsPrefs) {
   std::string key = "old";
   std::string message = "old";
   MailAccountSpec spec = SampleMailSpec();
-  spec.accountName = "default"; // whose directory isn't on this machine
+  spec.accountName = "default"; // a profile whose directory doesn't exist here
   EXPECT_EQ(mail.IsExistAccount(spec, key, message), 0);
   EXPECT_EQ(key, "");
   EXPECT_EQ(message, "old");
 
-  // A directory without a prefs.js is taken again; where it can't be made, nothing is registered.
+  // A directory without a prefs.js is used again. If prefs.js can't be made, nothing is registered.
   MakeFolders(directory);
   key.clear();
   EXPECT_EQ(mail.SetupAccount(SampleMailSpec(), key), 1);

@@ -14,7 +14,7 @@ protected:
 
   static std::string Account(const std::string &name) { return std::string(AccountsKey) + "\\" + name; }
 
-  // What a written account's key holds beyond its title.
+  // The values of a written account except its title.
   static Lines AccountValues(const std::string &connectionType) {
     return {"Connection Type:4=" + connectionType,
             "Leave Mail On Server:4=01000000",
@@ -83,7 +83,7 @@ TEST_F(OutlookExpressTest, WritesTheFirstAccountOnAnEmptyMachine) {
   EXPECT_EQ(WriteAccount(adapter, SampleMailSpec()), 1);
   EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, Account("00000001")), Titled(AccountValues("03000000")));
   EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ManagerKey, "Account Name"), 2U);
-  // Without a default identity there is none whose settings could be written.
+  // Without a default identity no identity's settings are written.
   EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, "Identities"));
 }
 
@@ -100,7 +100,7 @@ TEST_F(OutlookExpressTest, OverwritesAnAccountButItsTitleAndTheCounter) {
   EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, ManagerKey),
             (Lines{"Account Name:4=09000000", "Default Mail Account=00000003"}));
 
-  // A default that names a key which is gone goes to the account written, an overwritten one too.
+  // If the default account's key doesn't exist, the written account becomes the default, also an overwritten one.
   PutString(HKEY_CURRENT_USER, ManagerKey, "Default Mail Account", "000000ff");
   EXPECT_EQ(WriteAccount(adapter, SampleMailSpec(), "00000004"), 1);
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, ManagerKey, "Default Mail Account"), "00000004");
@@ -133,10 +133,10 @@ TEST_F(OutlookExpressTest, FindsMailAccountsByTitleAndUser) {
   std::string message = "old";
   EXPECT_EQ(adapter.IsExistAccount(spec, key, message), 0);
 
-  put("00000001", nullptr, nullptr, spec.accountName);                  // no mail account
-  put("00000002", "", "", spec.accountName);                            // nor this
+  put("00000001", nullptr, nullptr, spec.accountName);                  // not a mail account
+  put("00000002", "", "", spec.accountName);                            // nor is this
   put("00000003", "pop", nullptr, "@ZUVIO(ABC01234)");                  // another title
-  put("00000004", std::string(600, 'p').c_str(), "", spec.accountName); // a value beyond 512 bytes counts as missing
+  put("00000004", std::string(600, 'p').c_str(), "", spec.accountName); // over 512 bytes: counts as missing
   EXPECT_EQ(adapter.IsExistAccount(spec, key, message), 0);
   EXPECT_EQ(adapter.IsExistUser(spec, key, message), 0);
   EXPECT_EQ(key + message, "oldold");
@@ -156,7 +156,7 @@ TEST_F(OutlookExpressTest, FindsMailAccountsByTitleAndUser) {
       "ボタン\nをクリックしてください。");
 }
 
-TEST_F(OutlookExpressTest, BecomesTheDefaultClientWithWhatItsKeysHold) {
+TEST_F(OutlookExpressTest, BecomesTheDefaultClientWithTheValuesOfItsKeys) {
   const std::string client = "SOFTWARE\\Clients\\Mail\\Outlook Express";
   EXPECT_EQ(adapter.SetDefaultClient(), 0);
   EXPECT_FALSE(GetString(HKEY_LOCAL_MACHINE, "SOFTWARE\\Clients\\Mail", nullptr) == "Outlook Express");
@@ -192,7 +192,7 @@ TEST_F(OutlookExpressTest, WritesNewsAccountsBesideMailAccounts) {
   EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, identity + "\\News"), settings);
   EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, identity), Lines{"Background Compaction:4=01000000"});
 
-  // Titles are looked for in accounts of both kinds; keys of the other kind are refused.
+  // The search covers titles of both kinds of account; a key of the other kind is refused.
   std::string key;
   std::string message;
   EXPECT_EQ(news.IsExistAccount(SampleNewsSpec(1), key, message), 1);

@@ -1,4 +1,5 @@
-// The registry utilities: what RegistryKey and the free utilities ask for and make, and the expansion of paths.
+// The registry utilities: the access that RegistryKey and the free functions ask for, which of them make keys, and the
+// expansion of paths.
 #include "clients/registry_key.h"
 
 #include "support/test_machine.h"
@@ -45,7 +46,7 @@ TEST_F(RegistryUtilitiesTest, ReadsClearWhatTheyCannotRead) {
   EXPECT_EQ(ReadTextFullAccess(HKEY_CURRENT_USER, key, "open"), "no end");
 }
 
-TEST_F(RegistryUtilitiesTest, AKeyThatCanOnlyBeReadDoesNotExistForRegistryKey) {
+TEST_F(RegistryUtilitiesTest, RegistryKeyDoesNotOpenAReadOnlyKey) {
   PutString(HKEY_LOCAL_MACHINE, key, "v", "text");
   MakeKeyReadOnly(HKEY_LOCAL_MACHINE, key);
   std::string text;

@@ -1,10 +1,11 @@
 #!/bin/bash
-# both_platforms.sh NATIVE WINDOWS win32|win64: one Wine prefix, of a 32-bit or a 64-bit system, entered through Wine itself;
-# the host program and the sequence of the native build work on it, those of the Windows build on a copy. What Wine then
-# reads from both has to be the same, and what was there before still there. NATIVE and WINDOWS are the build folders.
+# both_platforms.sh NATIVE WINDOWS win32|win64: makes one Wine prefix, of a 32-bit or a 64-bit system, and enters the
+# clients through Wine itself. The host program and the sequence of the native build work on it, those of the Windows build
+# on a copy. Then Wine must read the same from both, and what was there before must still be there. NATIVE and WINDOWS are
+# the build folders.
 #
-# The native build sees the registry of a 64-bit system as the win32 build does. Compared with win64, it works on hives that
-# don't say what system they are of.
+# The native build sees the registry of a 64-bit system as the win32 build does. For the comparison with win64 the
+# architecture line of its hives is commented out.
 set -euo pipefail
 native=$(realpath "$1/acctkit")
 native_sequence=$(realpath "$1/tests/sequence")
@@ -13,7 +14,7 @@ windows=$(realpath "$2/acctkit.exe")
 windows_sequence=$(realpath "$2/tests/sequence.exe")
 native_keys=$(realpath "$1/tests/keys")
 windows_keys=$(realpath "$2/tests/keys.exe")
-# Who enters the clients, where their programs are, and as what kind of process Wine's own programs see the registry.
+# The program that enters the clients, the folder of their programs, and the registry view that Wine's own programs use.
 case "$build-$3" in
 win32-win32) reg=reg.exe programs='Program Files' view=/reg:32 ;;
 win32-win64) reg='C:\windows\syswow64\reg.exe' programs='Program Files (x86)' view=/reg:32 ;;
@@ -36,7 +37,7 @@ trap finish EXIT
 fail() { echo "FAILED: $*" >&2; exit 1; }
 use() { export WINEPREFIX=$work/$1/prefix; }
 settle() { wineserver -w; }
-# natively COMMAND...: a command of the native build, on hives as the Windows build sees them.
+# natively COMMAND...: runs a command of the native build, on hives as the Windows build sees them.
 natively() {
   local status=0
   [ "$build" = win32 ] || sed -i 's/^#arch=/;&/' "$WINEPREFIX"/{system,user}.reg
@@ -45,7 +46,7 @@ natively() {
   return $status
 }
 
-# The keys and files of the clients, by Wine's own programs.
+# The keys and files of the clients, entered by Wine's own programs.
 wine_environment "$work/a"
 fresh_wine_prefix
 add() { wine "$reg" add "$1" /f ${2:+"${@:2}"} "$view" >/dev/null; }
@@ -68,7 +69,7 @@ add 'HKLM\Software\Netscape\Netscape 6' /v CurrentVersion /d '6.2 (ja)'
 add "$paths\\Netscp6.exe" /ve /d "C:\\$programs\\Netscape\\Netscp6.exe"
 add 'HKCU\Software\Unrelated' /v Binary /t REG_BINARY /d 000102ff
 
-# A running server holds the registry in its memory: nobody else may write it.
+# A running server has the registry in its memory, so nobody else may write it.
 if "$native" --machine "$WINEPREFIX" outlook-disable 2>"$work/refused"; then fail "wrote below a running Wine server"; fi
 grep -q 'a Wine server is running' "$work/refused" || fail "said nothing of the running server: $(cat "$work/refused")"
 settle
@@ -79,14 +80,14 @@ touch "$drive/$programs/Netscape/Netscp6.exe"
 mozilla=$drive/users/$(whoami)/AppData/Roaming/Mozilla
 mkdir -p "$mozilla/Users50"
 cp "$here/../samples/profiles-ja.dat" "$mozilla/registry.dat"
-# Windows itself, which nobody here writes, stands once on the disk.
+# The files of Windows itself, which nobody here writes, exist only once on the disk.
 mkdir -p "$work/b/prefix/drive_c"
 cp -al "$drive/windows" "$work/b/prefix/drive_c/windows"
 cp -an "$work/a/prefix" "$work/b"
 cp "$WINEPREFIX"/{system,user}.reg "$work"
 
 # The same commands on both; results and outputs are compared too.
-cd "$work" # messages name the file as it was given
+cd "$work" # messages contain the file's name as given
 cat >signup.txt <<'SIGNUP'
 serviceId=ABC01234
 senderName=表示 能力ソフト
@@ -127,7 +128,7 @@ use a
 run() { "$native" "$@" || echo "status $?"; }
 run_sequence() { "$native_sequence"; }
 natively commands signup.txt >"$work/a/output" 2>&1
-# Every other line of the hives is still there, and in its place.
+# Every other line of the hives is still there, at its old position.
 allowed='"Account Name"=dword|Connection Type|Connectoid|Start Page|\(Apps\\\\Outlook|Default Mail'
 for hive in system user; do
   lost=$(diff "$work/$hive.reg" "$WINEPREFIX/$hive.reg" | grep '^<' | grep -vE "$allowed" || true)
@@ -140,7 +141,7 @@ commands signup.txt >"$work/b/output" 2>&1
 settle
 diff "$work/a/output" "$work/b/output" || fail "the two host programs said different things"
 
-# read_registry NAME VIEW KEYS...: what Wine reads below keys of a prefix.
+# read_registry NAME VIEW KEYS...: prints what Wine reads below keys of a prefix.
 read_registry() {
   local key
   use "$1"
@@ -164,19 +165,19 @@ written_files b
 [ "$(grep -cE 'prefs.js|registry.dat|fat$' "$work/a/files")" -ge 9 ] || fail "there are fewer files than expected"
 diff "$work/a/files" "$work/b/files" || fail "the files differ"
 
-# And the native program reads what the Windows one wrote.
+# The native program also reads what the Windows one wrote.
 use b
 natively "$native" accounts --json >"$work/read"
 sed -n '/^\[$/,$p' "$work/b/output" | diff - "$work/read" || fail "the native program reads something else"
 
-# All ways to a key, last since they leave keys everywhere. A 64-bit process has none of its own.
+# All ways to open a key; this is last, because they leave keys everywhere. A 64-bit process has no such ways.
 if [ "$build" = win32 ]; then
   use a
   natively "$native_keys" >"$work/a/output"
   use b
   wine "$windows_keys" | tr -d '\r' >"$work/b/output"
   settle
-  diff "$work/a/output" "$work/b/output" || fail "the two platforms come to different keys"
+  diff "$work/a/output" "$work/b/output" || fail "the two platforms have different keys"
   for name in a b; do
     read_registry "$name" /reg:64 'HKLM\Software' 'HKCU\Software' >"$work/$name/keys"
   done

@@ -1,5 +1,5 @@
 #!/bin/bash
-# host.sh BUILD: what the host program does to a machine that others use too, or when its own surroundings are odd.
+# host.sh BUILD: what the host program does to a machine that other processes use too, or in an unusual environment.
 set -euo pipefail
 host=$(realpath "$1/acctkit")
 samples=$(cd "$(dirname "$0")/../../host/samples" && pwd)
@@ -12,14 +12,14 @@ new_machine() {
 }
 acctkit() { ACCTKIT_MACHINE=$work/machine "$host" "$@"; }
 
-# What is printed goes into no file of the machine, whichever standard streams there are.
+# Whichever standard streams are open, the output never goes into a file of the machine.
 for closed in '<&- >&-' '>&- 2>&-' '<&- >&- 2>&-'; do
   new_machine
   eval "acctkit signup '$samples/signup.txt' $closed" 2>/dev/null || true
   acctkit accounts | grep -F 'taro@mail.zuvio.example' >/dev/null || fail "a sign-up with $closed left no sound registry"
 done
 
-# A record that isn't one changes nothing.
+# An invalid record changes nothing.
 new_machine
 acctkit accounts >"$work/before"
 for record in / /dev/null <(echo mailAddress=a@b.example); do
@@ -27,8 +27,8 @@ for record in / /dev/null <(echo mailAddress=a@b.example); do
 done
 acctkit accounts | diff "$work/before" - || fail "a refused sign-up wrote something"
 
-# What would break Communicator's preference file is refused by the name of its field, with nothing written; what would
-# only be read back as another text is told.
+# A text that would break Communicator's preference file is refused by the name of its field, with nothing written. A text
+# that would only be read back garbled brings a warning.
 sign_up_as() {
   sed "s|^senderName=.*|senderName=${1//\\/\\\\}|" "$samples/signup.txt" >"$work/signup"
   acctkit signup "$work/signup"
@@ -58,7 +58,7 @@ judged 0 0 : news_set --server-name 's"' --host h.example
 new_machine --with oe5,mailer
 judged 0 0 : sign_up_as 'a"能'
 
-# A plug-in that only Windows can load isn't passed over in silence.
+# A plug-in that only Windows can load is reported.
 new_machine
 plugin="$work/machine/drive_c/Program Files/Harveld/SampleMailer/sample_mailer.dll"
 printf 'MZ' >"$plugin"
@@ -69,11 +69,11 @@ for command in status 'signup signup.txt' completed; do
 done
 acctkit status 2>/dev/null | grep -E '^External mailer +\? +no$' >/dev/null || fail "status knows of a plug-in that it can't ask"
 
-# What the disk didn't take isn't called done.
+# A command whose data the disk didn't take doesn't report success.
 if said=$(trap '' XFSZ; ulimit -f 0; acctkit signup "$samples/signup.txt" 2>&1); then fail "a full disk: $said"; fi
 [[ $said == *'File too large' && $said != *done* ]] || fail "a full disk: $said"
 
-# Wizards that are finished at the same moment leave both accounts.
+# Two wizards that are finished at the same moment write both accounts.
 finish() {
   printf '%s\n' "set 1009 user$1" next next "set 1009 user$1@own$1.example" "set 1010 User $1" next \
     "set 1009 pop$1.example" "set 1010 smtp$1.example" next finish 'answer ok' >"$work/script$1"

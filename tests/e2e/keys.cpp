@@ -1,5 +1,5 @@
-// Opens, makes and enumerates keys in all the ways that a 64-bit system answers a 32-bit process differently in, for
-// comparing what both platforms make of it. Prints each result.
+// Opens, makes and enumerates keys in all the ways in which a 64-bit system answers a 32-bit process differently, so
+// that the results on both platforms can be compared. Prints each result.
 #include "win32/win32.h"
 
 #include <cstdio>
@@ -8,11 +8,11 @@
 
 namespace {
 
-// Keys, as paths below a root or below a key opened for itself. Each is looked for, made, marked and looked for again,
-// in this order: later ones meet what earlier ones made.
+// Keys, as paths below a root or below a key that was opened first. Each is opened, made, marked and opened again, in
+// this order, so later ones see what earlier ones made.
 struct Cases {
   const char *opened;
-  const char *above; // what the paths begin with
+  const char *above; // the beginning of the paths
   std::vector<const char *> below;
 };
 #define CURRENT "Software\\Microsoft\\Windows\\CurrentVersion"
@@ -55,7 +55,7 @@ const std::vector<Cases> CurrentUser = {
     {"Software", "", {"Behind"}},
 };
 
-// The values that the key has been marked with, or what kept it from being opened.
+// The values with which the key has been marked, or the error of opening it.
 std::string Marks(HKEY from, const std::string &path) {
   HKEY key = nullptr;
   const LSTATUS opened = RegOpenKeyExA(from, path.c_str(), 0, KEY_READ, &key);

@@ -1,5 +1,5 @@
-// One sequence of calls to the adapters of all clients, for comparing what both platforms make of it: two news servers,
-// overwriting, a second profile, mail beside news, Japanese names. Prints each result, and the key it ended with.
+// One sequence of calls to the adapters of all clients, so that the results on both platforms can be compared: two news
+// servers, overwriting, a second profile, mail besides news, Japanese names. Prints each result and the final key.
 #include "clients/communicator/communicator_mail.h"
 #include "clients/communicator/communicator_news.h"
 #include "clients/netscape6/netscape6_mail.h"

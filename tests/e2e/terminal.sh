@@ -1,6 +1,6 @@
 #!/bin/bash
-# terminal.sh NATIVE: wizards worked through in a terminal, by keys that are sent to it and by what it then shows. The
-# argument is the build folder.
+# terminal.sh NATIVE: runs wizards in a terminal, by sending keys to it and reading its screen. The argument is the build
+# folder.
 set -euo pipefail
 host=$(realpath "$1/acctkit")
 command -v tmux >/dev/null || { echo "no tmux here" >&2; exit 1; }
@@ -21,7 +21,8 @@ fail() {
   exit 1
 }
 
-# open COMMAND...: the command alone in a new terminal, which then tells how it ended and whether it left its modes.
+# open COMMAND...: runs only the command in a new terminal, which then shows its exit status, and whether it restored the
+# terminal's modes.
 cat >"$work/pane" <<'PANE'
 before=$(stty -g)
 bash -c 'echo $$ >"$0"; exec "$@"' "$PIDFILE" "$@"
@@ -83,13 +84,13 @@ keys Enter && ended 0
 accounts=$("$host" accounts)
 [[ $accounts == *'@zuvio(DEF56789)'* && $accounts == *'山田　ｲヴ'* ]] || fail "the account isn't there: $accounts"
 
-# The news page's check boxes, by the keyboard alone.
+# The news page's check boxes, using only the keyboard.
 start news --id ABC01234 --ids ABC01234
 see '(1/5)' && keys Enter && see '(2/5)' && keys Enter && see '(3/5)' '一覧を閉じる'
 keys Down Enter Tab Tab && type_text 'Taro' && keys Enter && see '(4/5)' '[*] フォーラム会議室'
 keys Space && see '[ ] フォーラム会議室' '[*] カモメ'
 
-# Leaving leaves all as it was.
+# Cancelling changes nothing.
 before=$(hives)
 start short --id ABC01234
 see '(1/2)' && keys Escape && see 'よろしいですか？' '[ はい(Y) ]'

@@ -1,12 +1,11 @@
 #!/bin/bash
-# wizard_scripts.sh NATIVE [WINDOWS win32|win64]: runs the wizards by the scripts beside this, each on a fresh machine that the
-# script's first lines describe; NATIVE and WINDOWS are the build folders. With a Windows build the script runs under Wine
-# too, on a 32-bit or a 64-bit system, from the same registry: what is shown, and all that the clients then have, has to be
-# the same.
+# wizard_scripts.sh NATIVE [WINDOWS win32|win64]: runs the wizards with the scripts in scripts/, each on a new machine that the
+# script's first lines describe; NATIVE and WINDOWS are the build folders. With a Windows build the script also runs under
+# Wine, on a 32-bit or a 64-bit system, from the same registry: the transcript and the clients' accounts must then be the same.
 #
-# In a script, `# machine: LIST` names the clients; it runs on each of several such lists, which stand between bars.
-# `# setup: COMMAND` is done in the machine's folder, `# before: ARGS` and `# run: ARGS` go to the host program.
-# `# wrote: TEXT` has to be in what the clients then have; `# platform: native` leaves Windows out.
+# In a script, `# machine: LIST` names the clients; of several lists, separated by bars, the script runs on each.
+# `# setup: COMMAND` runs in the machine's folder; `# before: ARGS` and `# run: ARGS` go to the host program.
+# `# wrote: TEXT` must be in the output of `accounts` afterwards; `# platform: native` leaves Windows out.
 set -euo pipefail
 native=$(realpath "$1")
 windows=${2:+$(realpath "$2")}
@@ -20,7 +19,7 @@ finish() {
 }
 trap finish EXIT
 
-# The machine that every script begins with: with Wine, its registry.
+# The machine with which every script begins; under Wine, its registry.
 mkdir -p "$work/pristine/drive_c/windows"
 if [ -n "$windows" ]; then
   wine_environment "$work"
@@ -33,12 +32,13 @@ fi
 reset_native() {
   rm -rf "$work/machine"
   cp -r "$work/pristine" "$work/machine"
-  # The native build sees the registry of a 64-bit system as the win32 build does, unless it doesn't say what it is.
+  # The native build sees the registry of a 64-bit system as the win32 build does, unless the hive doesn't name its
+  # architecture.
   [ "$(basename "$windows")" != win64 ] || sed -i '/^#arch=/d' "$work/machine"/*.reg
 }
 native_host() { "$native/acctkit" --machine "$work/machine" "$@"; }
 
-# The host and what it left are the only ones there that Wine itself doesn't need.
+# Only the host and what it left are removed: everything else there belongs to Wine itself.
 reset_windows() {
   wineserver -k 2>/dev/null || true
   wineserver -w
@@ -48,7 +48,7 @@ reset_windows() {
   mkdir -p "$drive/Program Files/Zuvio"
   cp "$windows"/{acctkit.exe,AcctKit.dll,sample_mailer.dll} "$drive/Program Files/Zuvio"
 }
-# Not through a pipe: Wine's own programs, which go on, would keep it open.
+# The output goes through no pipe, since Wine's own programs, which go on, would keep it open.
 windows_host() {
   local status=0
   wine 'C:\Program Files\Zuvio\acctkit.exe' "$@" >"$work/out" 2>"$work/err" || status=$?
@@ -57,8 +57,8 @@ windows_host() {
   return $status
 }
 
-# try PLATFORM SCRIPT MACHINE FOLDER PATH: the script on a fresh machine with those clients in that folder. PATH is the
-# script's for the host. It stands in a condition, where a failure ends nothing by itself.
+# try PLATFORM SCRIPT MACHINE FOLDER PATH: runs the script on a new machine with those clients in that folder. PATH is the
+# script's path for the host. It is called in a condition, where a failing command doesn't end the script.
 try() {
   local host=$1_host folder=$4 path=$5 key line runs=0
   local -a arguments
@@ -88,7 +88,7 @@ fail() {
   echo "FAILED: $1" >&2
   failed=1
 }
-# run SCRIPT MACHINE: on one platform or both.
+# run SCRIPT MACHINE: runs it on one platform or both.
 run() {
   local name
   name="$(basename "$1" .txt) on $2"
@@ -107,7 +107,7 @@ for script in "$here"/scripts/*.txt; do
   done
 done
 
-# wrong STATUS LINE STEPS: what the host says of a script that is wrong, or that a wizard doesn't go by.
+# wrong STATUS LINE STEPS: checks the host's error for a script that is wrong, or that the wizard doesn't follow.
 wrong() {
   local platform status path=$work/wrong.txt
   printf '%b' "$3" >"$path"

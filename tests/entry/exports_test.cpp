@@ -1,4 +1,4 @@
-// The exports without a window, as a host calls them: what reaches which client, and what comes back.
+// The exports without windows, as a host calls them: what they write to which client, and what they return.
 #include "acctkit/acctkit.h"
 
 #include "clients/service_constants.h"
@@ -8,7 +8,7 @@ namespace {
 
 const std::string BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users\\";
 
-// The word of an export's array that is an integer.
+// An integer in the array of an export.
 const char *Word(intptr_t number) { return reinterpret_cast<const char *>(number); }
 
 class ExportsTest : public ClientTest {
@@ -71,7 +71,7 @@ TEST_F(ExportsTest, WriteAnAccountFindItAndOverwriteIt) {
   EXPECT_EQ(SetupMailAccount(0, spec, key), 1);
   EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, Account("00000002")));
 
-  // A name of 128 characters may have 256 bytes, for which a host's buffer has no room.
+  // A name of 128 characters may have 256 bytes, too many for a host's buffer.
   std::string profile = "a";
   while (profile.size() < ACCTKIT_KEY_SIZE - 1)
     profile += "表";
@@ -81,7 +81,7 @@ TEST_F(ExportsTest, WriteAnAccountFindItAndOverwriteIt) {
               std::string(ScratchFolder) + "\\mail\\popstate.dat");
     const char *const communicator[] = {"", "", profile.c_str(), "", "", "", "", "", Word(0)};
     EXPECT_EQ(IsExistMailAccount(1, communicator, key, message), found);
-    EXPECT_EQ(key, profile.substr(0, ACCTKIT_KEY_SIZE - 1)); // also where it is the one that was found before
+    EXPECT_EQ(key, profile.substr(0, ACCTKIT_KEY_SIZE - 1)); // even if this profile was found before
     profile += "b";
   }
 }

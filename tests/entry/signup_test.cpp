@@ -1,4 +1,4 @@
-// One call after a sign-up: which clients get what, in which cases, and what the plug-in is handed.
+// The call after a sign-up: what each client and the plug-in get in each case.
 #include "acctkit/acctkit.h"
 
 #include "clients/guarded.h"
@@ -58,7 +58,7 @@ TEST_F(SignupTest, ConfiguresEveryClientAndASecondTimeOverwrites) {
 TEST_F(SignupTest, ServesTheOriginalDomainWithTheRecordsServers) {
   InstallOutlookExpress("5,50,1");
   record.serviceKind = 1;
-  EXPECT_EQ(SetupAfterSignup(&record), 0); // no plug-in to ask
+  EXPECT_EQ(SetupAfterSignup(&record), 0); // there is no plug-in
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account, "Account Name"), "taro@zuvio.example");
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account, "POP3 User Name"), "info");
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account, "SMTP Server"), "smtp.own");

@@ -1,4 +1,4 @@
-/* What a host program in C does: asks for Outlook Express and prints its version. */
+/* A host program in C: looks for Outlook Express and prints its version. */
 #include <acctkit/acctkit.h>
 #include <stdio.h>
 

@@ -1,4 +1,5 @@
-// The string's operations on texts in code page 932, where the second byte of a character can be a letter or a sign.
+// The string's operations on texts in code page 932, where the second byte of a character can be that of a letter or a
+// sign.
 #include "mfc/cstring.h"
 
 #include <gtest/gtest.h>
@@ -37,7 +38,7 @@ TEST(CStringTest, FindsOnlyWholeCharacters) {
   EXPECT_EQ(CString("").Find("a"), -1);
 }
 
-TEST(CStringTest, CutsWithinItself) {
+TEST(CStringTest, MidStaysWithinTheText) {
   const CString text = "abcdef";
   EXPECT_EQ(text.Mid(4), "ef");
   EXPECT_EQ(text.Mid(-1), text);

@@ -1,5 +1,5 @@
-// Wizards that are made of the framework's classes and run by a user: what the sheet asks its pages, where commands go,
-// and what the parent of a control is asked on the control's behalf.
+// Wizards built with the framework's classes and run by a user: what the sheet asks its pages, where commands go, and
+// which messages of a control its parent gets.
 #include "mfc/afxwin.h"
 
 #include "resources/resource.h"
@@ -19,7 +19,7 @@ constexpr UINT HandledMessage = WM_USER + 101;
 
 using Calls = std::vector<std::string>;
 
-// What the classes below were asked, in order, and what pages answer.
+// The calls to the classes below, in order, and the results of the pages.
 Calls calls;
 bool refusing;
 
@@ -130,7 +130,7 @@ class SheetTest : public ::testing::Test {
 protected:
   void SetUp() override { calls.clear(); }
 
-  // Has a look at the wizard, and cancels it.
+  // Inspects the wizard, then cancels it.
   void Look(const std::function<void()> &look) {
     const auto step = [&](HWND top) {
       refusing = false;
@@ -180,7 +180,7 @@ TEST_F(SheetTest, AsksItsPages) {
 
 TEST_F(SheetTest, OwnsABoxThatComesUpBehindAnotherApplication) {
   Look([&] {
-    ShowWindow(sheet.m_hWnd, SW_HIDE); // no window of the thread is the active one then
+    ShowWindow(sheet.m_hWnd, SW_HIDE); // then the thread has no active window
     EXPECT_EQ(GetActiveWindow(), nullptr);
     HWND topLevel = nullptr;
     EXPECT_EQ(CWnd::GetSafeOwner_(&topLevel), sheet.m_hWnd);
@@ -233,7 +233,7 @@ TEST_F(SheetTest, HandsMessagesToTheirHandlers) {
                         reinterpret_cast<LPARAM>(first.list.m_hWnd));
     EXPECT_EQ(TakeCalls(), Calls{"selected"});
 
-    // A window that no object is attached to has the same one as long as it lives.
+    // A window without an attached object has the same object for its whole life.
     CWnd *help = sheet.GetDlgItem(IDHELP);
     EXPECT_EQ(help, CWnd::FromHandle(GetDlgItem(sheet.m_hWnd, IDHELP)));
     CString text;

@@ -1,4 +1,4 @@
-// The library as a host loads it, and what is left when it has been unloaded again.
+// The library as a host loads and unloads it, and the resources that are left after that.
 #include "support/client_machine.h"
 #include "support/loaded_library.h"
 #include "support/user.h"

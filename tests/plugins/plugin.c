@@ -1,4 +1,4 @@
-/* A mailer plug-in for the tests. What it answers comes from the environment; what it is handed goes to a file. */
+/* A mailer plug-in for the tests. The environment sets its results; it writes the account that it gets to a file. */
 #include "acctkit/acctkit.h"
 
 #include <stdio.h>

@@ -1,4 +1,4 @@
-// A mailer plug-in that throws something of its own, whose destructor goes with the library.
+// A mailer plug-in that throws an object of its own type, whose destructor is unloaded with the library.
 #include "acctkit/acctkit.h"
 
 #include <string>

@@ -1,2 +1,2 @@
-/* A program that is there for its version resource alone. */
+/* A program that exists only for its version resource. */
 int main(void) { return 0; }

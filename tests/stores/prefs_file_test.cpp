@@ -1,4 +1,4 @@
-// Editing prefs.js: what a line edit takes away and leaves, and what a file must look like before it is replaced.
+// Editing prefs.js: what an edit removes and keeps, and when a file may be replaced.
 #include "stores/prefs_file.h"
 
 #include "support/test_machine.h"
@@ -10,7 +10,7 @@ namespace {
 class PrefsFileTest : public MachineTest {
 protected:
   const std::string path = std::string(ScratchFolder) + "\\prefs.js";
-  // On the heap: two of these and a few frames are much for a stack.
+  // On the heap, since two of these and a few frames are too much for a stack.
   std::unique_ptr<PrefsText> prefs = std::make_unique<PrefsText>();
 
   void Load(const std::string &bytes) {
@@ -156,7 +156,7 @@ TEST(PrefLists, CountAndGiveItems) {
 
 TEST(PrefValues, ConvertToUtf8WholeOrNotAtAll) {
   char value[PrefValueSize];
-  EXPECT_EQ(ToUtf8Value("\x95\x5c \xb1", value), 1); // a double-byte character with a backslash in it, half-width kana
+  EXPECT_EQ(ToUtf8Value("\x95\x5c \xb1", value), 1); // a character with the byte of the backslash, half-width kana
   EXPECT_STREQ(value, "\xe8\xa1\xa8 \xef\xbd\xb1");
   std::string halfWidth(86, '\xb1');
   EXPECT_EQ(ToUtf8Value(halfWidth.c_str(), value), 1);

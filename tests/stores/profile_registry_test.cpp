@@ -1,4 +1,4 @@
-// registry.dat: real files are read and edited to the byte, and files that aren't sound are refused.
+// registry.dat: real files are read and edited exactly, to the byte, and files that aren't sound are refused.
 #include "stores/profile_registry.h"
 
 #include "support/test_machine.h"
@@ -35,7 +35,7 @@ protected:
 void Put32(std::string &bytes, size_t offset, uint32_t number) { std::memcpy(&bytes[offset], &number, sizeof number); }
 void Put16(std::string &bytes, size_t offset, uint16_t number) { std::memcpy(&bytes[offset], &number, sizeof number); }
 
-// Adds strings and records as our own edits do, with whatever links a test likes.
+// Adds strings and records as our own edits do, with any links that a test needs.
 class Builder {
 public:
   std::string bytes = std::string(162, '\0');
@@ -76,7 +76,7 @@ TEST_F(ProfileRegistryTest, ReadsWhatAClientWrote) {
   EXPECT_EQ(Value("Common\\Profiles", "CurrentProfile"), "Home Office");
   EXPECT_EQ(Value("\\Common\\\\Profiles\\default\\", "migrated"), "yes");
   EXPECT_EQ(Value("Common\\Profiles\\Home Office", "NCEmailAddress"), "");
-  EXPECT_EQ(Value("Common\\Profiles\\Version", "x"), "(none)"); // a value's name is no key's
+  EXPECT_EQ(Value("Common\\Profiles\\Version", "x"), "(none)"); // the name of a value isn't that of a key
   EXPECT_EQ(registry.FindPath("", ""), 0);
   EXPECT_EQ(registry.FindPath("common", ""), -1);
   EXPECT_EQ(registry.Node(registry.FindPath("Common\\Profiles\\default", "directory")).depth, 4U);
@@ -87,7 +87,7 @@ TEST_F(ProfileRegistryTest, ReadsWhatAClientWrote) {
   EXPECT_EQ(Value("Common\\Profiles", "CurrentProfile"), "山田太郎");
   for (const char *name : {"表示用", "ソフト開発", "能力", "ﾃｽﾄ ｱｶｳﾝﾄ"})
     EXPECT_NE(Value(std::string("Common\\Profiles\\") + name, "directory").find(name), std::string::npos) << name;
-  for (const char *name : {"\x95", "\x95\x5c"}) { // half a character, and one with a backslash in it
+  for (const char *name : {"\x95", "\x95\x5c"}) { // half a character, and one with the byte of the backslash
     const int32_t key = registry.AddKey(0, name);
     EXPECT_EQ(registry.FindPath(name, ""), key);
   }
@@ -104,7 +104,7 @@ TEST_F(ProfileRegistryTest, EntersAProfileBehindTheEnd) {
   EXPECT_EQ(registry.SetValue(profile, "directory", "C:\\x"), profile + 2);
   EXPECT_EQ(registry.AddKey(profiles, "\x95\x5c"), profile);
 
-  // The last key of the chain and the new key lead to the new records; nothing else changes.
+  // The chain's last key and the new key link to the new records; nothing else changes.
   const uint32_t key = end + 3;
   const uint32_t migrated = key + 32 + 9 + 4;
   const uint32_t directory = migrated + 32 + 10 + 5;
@@ -135,7 +135,7 @@ TEST_F(ProfileRegistryTest, ChangesAValueInItsRoomOrMovesIt) {
   const uint32_t end = registry.ImageLength();
   const int32_t profiles = registry.FindPath("Common\\Profiles", "");
   const int32_t current = registry.FindPath("Common\\Profiles", "CurrentProfile");
-  ASSERT_EQ(registry.Node(current).down, 12U); // the client's own code writes in place up to here
+  ASSERT_EQ(registry.Node(current).down, 12U); // the client's own code overwrites up to this length
   EXPECT_EQ(registry.SetValue(profiles, "CurrentProfile", "short"), current);
   EXPECT_EQ(registry.ImageLength(), end);
   EXPECT_EQ(registry.Node(current).valuelen, 6U);
@@ -144,7 +144,7 @@ TEST_F(ProfileRegistryTest, ChangesAValueInItsRoomOrMovesIt) {
   EXPECT_EQ(registry.Node(current).down, 12U);
   std::string expected = Saved();
   EXPECT_EQ(registry.SetValue(profiles, "CurrentProfile", "longer"), current);
-  // The value has no other room where it is now, and nothing else of its record changes.
+  // The value has no spare room at its new position, and nothing else in its record changes.
   const uint32_t record = registry.Node(current).location;
   Put32(expected, record + Builder::Down, 0);
   Put32(expected, record + Builder::Value, end);
@@ -155,7 +155,7 @@ TEST_F(ProfileRegistryTest, ChangesAValueInItsRoomOrMovesIt) {
   EXPECT_EQ(Value("Common\\Profiles", "CurrentProfile"), "longer");
 }
 
-// Values of types that we have no use for stay in their chain.
+// Values of types that we don't use stay in their chain.
 TEST_F(ProfileRegistryTest, LosesNoValueOfAnotherType) {
   Builder builder;
   const uint32_t key = builder.Record("key", 1, 130);
@@ -244,7 +244,7 @@ TEST_F(ProfileRegistryTest, FollowsATreeOfAnyDepth) {
   for (int level = 0; level < Levels; ++level)
     deepest += "k\\";
   EXPECT_EQ(registry.FindPath(deepest, ""), Levels);
-  EXPECT_EQ(registry.SetValue(0, "value", ""), Levels + 1); // its key still leads to those below it
+  EXPECT_EQ(registry.SetValue(0, "value", ""), Levels + 1); // its key still links to its subkeys
   registry.Parse();
   EXPECT_EQ(registry.NodeCount(), Levels + 2);
 }

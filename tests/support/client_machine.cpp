@@ -9,14 +9,14 @@ namespace {
 
 const std::string AppPaths = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\";
 
-// Registers a program as installed, with its file.
+// Registers a program as installed, and makes its file.
 void InstallProgram(const std::string &name) {
   const std::string path = std::string(ScratchFolder) + "\\" + name;
   PutFile(path, "program");
   PutString(HKEY_LOCAL_MACHINE, AppPaths + name, nullptr, path);
 }
 
-// Where the plug-ins of this process keep what they are handed, until it ends.
+// The file in which this process's plug-ins store the account that they get; removed at the end of the process.
 struct KeptFile {
   const std::filesystem::path path =
       std::filesystem::temp_directory_path() / ("acctkit-plugin-kept-" + std::to_string(getpid()));
@@ -60,7 +60,7 @@ void ClientTest::InstallNetscape6(const char *version) {
   MakeKey(HKEY_LOCAL_MACHINE, Netscape6Key);
   if (version != nullptr)
     PutString(HKEY_LOCAL_MACHINE, Netscape6Key, "CurrentVersion", version);
-  // The second is what Windows goes by, and keeps the first after it.
+  // Windows uses the second key and keeps the first equal to it.
   for (const char *key : {"Shell Folders", "User Shell Folders"})
     PutString(HKEY_CURRENT_USER, std::string("Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\") + key,
               "AppData", std::string(ScratchFolder) + "\\AppData");
@@ -69,7 +69,8 @@ void ClientTest::InstallNetscape6(const char *version) {
 }
 
 std::string ClientTest::InstallPlugin(const std::string &plugin) {
-  const std::string folder = std::string(ScratchFolder) + "\\\x95\x5c"; // a folder whose name ends in a backslash byte
+  const std::string folder =
+      std::string(ScratchFolder) + "\\\x95\x5c"; // a folder whose name ends in the byte of the backslash
   MakeFolders(folder);
   CopyOntoMachine(std::string(PLUGIN_DIR) + "/" + plugin + ".dll", folder + "\\plugin.dll");
   PutString(HKEY_LOCAL_MACHINE, PluginKey, "InstPath", folder);

@@ -1,5 +1,5 @@
-// Included ahead of GoogleTest where the compiler's library has no std::mutex: stands in for the one class that needs
-// it, with which GoogleTest starts threads in tests of its own. Nobody else has any use for it.
+// Included before GoogleTest if the compiler's library has no std::mutex. Replaces the only class of GoogleTest that
+// needs it, which starts threads in GoogleTest's own tests and isn't used here.
 #pragma once
 
 #define GTEST_HAS_NOTIFICATION_ 1

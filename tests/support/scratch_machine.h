@@ -1,4 +1,4 @@
-// A machine folder for the length of a measurement or a fuzzer's run; the suites have machines of their own.
+// A machine folder for one measurement or one run of a fuzz target; the suites have their own machines.
 #pragma once
 
 #include <cstdlib>
@@ -20,10 +20,10 @@ public:
   ScratchMachine &operator=(const ScratchMachine &) = delete;
 
   const std::filesystem::path &Folder() const { return folder; }
-  // What C:\ is.
+  // The folder of drive C:.
   std::filesystem::path Drive() const { return folder / "drive_c"; }
 
-  // A file by its path below C:\, with slashes.
+  // Writes a file by its path below C:\, with slashes.
   void PutFile(const std::filesystem::path &path, const std::string &bytes) const {
     std::ofstream(Drive() / path, std::ios::binary) << bytes;
   }

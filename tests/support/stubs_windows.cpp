@@ -12,7 +12,7 @@ template <typename Result, typename... Arguments> Result WINAPI NotImplemented(A
   return Result{};
 }
 
-// Each with its parameters, which it takes off the stack.
+// Each stub with its parameters, which it must remove from the stack.
 const struct {
   const char *name;
   void *stub;
@@ -38,7 +38,7 @@ template <typename Part> Part *Within(HMODULE module, ULONG_PTR offset) {
   return reinterpret_cast<Part *>(reinterpret_cast<BYTE *>(module) + offset);
 }
 
-// The place from which a module calls an import; null if it has no such import.
+// The address that a module uses to call an import; null if it has no such import.
 void **FindImport(HMODULE module, const std::string &name) {
   const auto *const headers =
       Within<IMAGE_NT_HEADERS>(module, static_cast<ULONG_PTR>(Within<IMAGE_DOS_HEADER>(module, 0)->e_lfanew));

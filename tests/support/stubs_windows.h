@@ -1,8 +1,8 @@
-// Windows 98 has some calls as stubs alone, which fail. The environment variable ACCTKIT_STUBS names them, with blanks
-// between them. A suite's own calls of those fail from before its first static object is made.
+// Windows 98 has some functions only as stubs, which fail. The environment variable ACCTKIT_STUBS lists them, separated
+// by blanks. In a suite the calls of these functions fail, even in the constructors of static objects.
 #pragma once
 
 #include <windows.h>
 
-// Lets them fail in a module that is loaded, too.
+// Makes these functions fail in a loaded module too.
 void StubImports(HMODULE module);

@@ -30,7 +30,7 @@ TestKey Opened(HKEY root, const std::string &key) {
   return TestKey(handle);
 }
 
-// A value's bytes; nothing if it isn't there or of another type.
+// The bytes of a value; nothing if it is missing or of another type.
 std::optional<std::string> Read(HKEY root, const std::string &key, const char *valueName, DWORD wanted) {
   const TestKey opened = Opened(root, key);
   DWORD type = REG_NONE;
@@ -101,7 +101,7 @@ std::string DumpLine(const std::string &name, DWORD type, const std::string &dat
 
 namespace {
 
-// A backslash may be the second byte of a character, so the path is walked character by character.
+// A backslash may be the second byte of a character, so this goes through the path character by character.
 void MakeFoldersAbove(const std::string &path) {
   for (size_t index = 3; index < path.size(); ++index) {
     if (IsDBCSLeadByte(static_cast<BYTE>(path[index])) != FALSE)

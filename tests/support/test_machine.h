@@ -1,5 +1,5 @@
-// A machine that a test has for itself, and short ways to put keys and files on it through the platform's own calls.
-// Paths and texts are code page 932, as in the calls. A helper that fails fails the test, which goes on.
+// A machine for one test alone, and short ways to put keys and files on it by the platform's own calls. Paths and texts
+// are code page 932, as in these calls. If a helper fails, the test fails and goes on.
 #pragma once
 
 #include "win32/win32.h"
@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-// A base for fixtures. Every test starts on a machine without any client: natively in a machine folder of its own,
-// under Windows after the clients' keys and C:\acctkit-test have been removed from the (disposable) machine it runs on.
+// The base of fixtures. Every test starts on a machine without clients: natively in its own machine folder; on Windows
+// on the (disposable) machine it runs on, after the clients' keys and C:\acctkit-test were removed.
 class MachineTest : public ::testing::Test {
 protected:
   void SetUp() override { ResetMachine(); }
@@ -22,7 +22,7 @@ protected:
 // The scratch folder that every machine has: "C:\acctkit-test".
 extern const char *const ScratchFolder;
 
-// Below the registry key tests may use freely: "Software\AcctKitTest" under either root.
+// The registry key that tests may use freely: "Software\AcctKitTest" below either root.
 extern const char *const ScratchKey;
 
 // ---- The registry ----
@@ -32,22 +32,22 @@ void PutDword(HKEY root, const std::string &key, const char *valueName, DWORD nu
 void PutValue(HKEY root, const std::string &key, const char *valueName, DWORD type, const std::string &data);
 void MakeKey(HKEY root, const std::string &key);
 bool KeyThere(HKEY root, const std::string &key);
-// Text without its terminator; nothing for a missing value or one that isn't REG_SZ.
+// A text without its terminator; nothing if the value is missing or isn't REG_SZ.
 std::optional<std::string> GetString(HKEY root, const std::string &key, const char *valueName);
 std::optional<DWORD> GetDword(HKEY root, const std::string &key, const char *valueName);
-// Every value of a key, sorted by name, a line each: `name=text` for REG_SZ, `name:type=hex` for the other types.
+// Every value of a key, sorted by name, one line each: `name=text` for REG_SZ, `name:type=hex` for the other types.
 std::vector<std::string> DumpKey(HKEY root, const std::string &key);
-// Makes a key that can be read but not written, with all the keys below it.
+// Makes a key and all keys below it readable but not writable.
 void MakeKeyReadOnly(HKEY root, const std::string &key);
 
 // ---- Files ----
 
-// Makes every missing folder on the way.
+// Makes every missing folder of the path.
 void MakeFolders(const std::string &path);
 void PutFile(const std::string &path, const std::string &bytes);
-// The bytes of a file; nothing if it isn't there.
+// The bytes of a file; nothing if it doesn't exist.
 std::optional<std::string> GetFile(const std::string &path);
-// Makes a loadable library or another file of the build (named by its path outside the machine) a file of the machine.
+// Copies a loadable library or another file of the build onto the machine; `buildFile` is its path outside the machine.
 void CopyOntoMachine(const std::string &buildFile, const std::string &path);
 
 // ---- Environment ----

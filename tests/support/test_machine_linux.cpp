@@ -1,4 +1,4 @@
-// The native half: a machine folder of its own for every test.
+// The native half: every test has its own machine folder.
 #include "support/test_machine.h"
 
 #include "win32/linux/public/machine.h"
@@ -8,7 +8,7 @@
 
 namespace {
 
-// The folder of the test that runs, removed with the next one and at the end.
+// The folder of the running test, removed when the next one starts and at the end.
 struct CurrentFolder {
   std::filesystem::path path;
   ~CurrentFolder() { Remove(); }

@@ -1,5 +1,5 @@
-// The Windows half: the machine that the suites run on is theirs to spoil, and is cleared of the clients for every
-// test.
+// The Windows half: the suites may change the machine they run on as they like. Before every test the clients are
+// removed from it.
 #include "support/test_machine.h"
 
 #include "support/dump.h"
@@ -17,7 +17,7 @@ struct Tree {
   const char *key;
 };
 
-// Everything below these keys belongs to the clients, or to the tests.
+// The keys of the clients and of the tests; everything below them is removed.
 const Tree Trees[] = {
     {HKEY_LOCAL_MACHINE, "Software\\AcctKitTest"},
     {HKEY_CURRENT_USER, "Software\\AcctKitTest"},
@@ -36,7 +36,7 @@ const Tree Trees[] = {
     {HKEY_CURRENT_USER, "Identities"},
 };
 
-// Gives a key an access list of its own.
+// Gives a key its own access list.
 void SetAccess(HKEY root, const std::string &key, DWORD rights) {
   BYTE everyone[SECURITY_MAX_SID_SIZE];
   DWORD size = sizeof everyone;

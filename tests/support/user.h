@@ -1,4 +1,4 @@
-// Someone who sits in front of the windows while a test runs a modal loop (a sheet, a message box).
+// A user in front of the windows while a test runs a modal loop (a sheet, a message box).
 #pragma once
 
 #include "win32/win32_ui.h"
@@ -6,12 +6,12 @@
 #include <deque>
 #include <functional>
 
-// A step gets the window in front. One that opens a modal loop of its own goes on when the later steps have ended that.
+// A step gets the front window. A step that opens another modal loop goes on after later steps have ended that loop.
 using UserSteps = std::deque<std::function<void(HWND top)>>;
 
-// Runs what blocks in a modal loop; each time the loop has nothing left to do the user takes the next step. A loop that
-// is still open after the last step, and steps that were never reached, fail the test.
+// Runs code that blocks in a modal loop. Each time the loop has nothing left to do, the user takes the next step. The
+// test fails if the loop is still open after the last step, or if steps are left over.
 void WithUser(UserSteps steps, const std::function<void()> &run);
 
-// Runs work on another thread to its end.
+// Runs `work` on another thread, and returns when it has ended.
 void OnAnotherThread(const std::function<void()> &work);

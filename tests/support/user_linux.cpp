@@ -1,4 +1,4 @@
-// The Linux half: the front end of the layer.
+// The Linux half: a front end of the layer.
 #include "support/user.h"
 
 #include "win32/linux/public/front_end.h"

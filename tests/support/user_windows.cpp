@@ -1,4 +1,4 @@
-// The Windows half: a timer comes when a thread has no other message left, also in a modal loop within another.
+// The Windows half: a timer, whose message comes when the thread has no other message left, also in nested modal loops.
 #include "support/user.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ void CALLBACK TakeStep(HWND, UINT, UINT_PTR, DWORD) {
   step(GetActiveWindow());
 }
 
-// Stands where the system looks for its help program's window, and shows no help.
+// Makes a window that the system finds instead of its help program's, so that no help is shown.
 HWND MakeHelpWindow() {
   WNDCLASSA windowClass{};
   windowClass.lpfnWndProc = DefWindowProcA;

@@ -1,4 +1,4 @@
-// What the file calls answer: dispositions, sharing, folders, searches, names.
+// The results of the file calls: dispositions, sharing, folders, searches, names.
 #include "support/handles.h"
 #include "support/test_machine.h"
 
@@ -52,7 +52,7 @@ TEST_F(FilesTest, ShareModeZeroKeepsEveryOtherOpenOut) {
     for (const DWORD disposition : {OPEN_EXISTING, OPEN_ALWAYS, CREATE_ALWAYS}) {
       SCOPED_TRACE(::testing::Message() << (&test - cases) << " " << disposition);
       if (disposition == CREATE_ALWAYS && test.opens)
-        continue; // it overwrites, which not every share mode allows
+        continue; // overwriting isn't allowed in every share mode
       TestFile first(Open(Scratch + "\\file", test.firstAccess, test.firstShare, disposition));
       ASSERT_TRUE(first);
       const TestFile second(Open(Scratch + "\\FILE", test.secondAccess, test.secondShare, disposition));
@@ -68,7 +68,7 @@ TEST_F(FilesTest, ReadsAndWrites) {
   DWORD count = 9;
   TestFile file(Open(path, GENERIC_READ | GENERIC_WRITE, 0, OPEN_EXISTING));
   EXPECT_TRUE(ReadFile(file.Get(), bytes, 2, &count, nullptr));
-  EXPECT_TRUE(WriteFile(file.Get(), "XY", 2, &count, nullptr)); // where the read left off
+  EXPECT_TRUE(WriteFile(file.Get(), "XY", 2, &count, nullptr)); // at the position after the read
   EXPECT_TRUE(ReadFile(file.Get(), bytes + 2, 6, &count, nullptr));
   EXPECT_EQ(count, 2U);
   EXPECT_STREQ(bytes, "abef");
@@ -86,7 +86,7 @@ TEST_F(FilesTest, MakesOneFolderAtATime) {
     EXPECT_FALSE(CreateDirectoryA((Scratch + path).c_str(), nullptr)) << path;
 }
 
-TEST_F(FilesTest, Finds) {
+TEST_F(FilesTest, FindsFiles) {
   PutFile(Scratch + "\\Folder\\Text File.TXT", "12345");
   PutFile(Scratch + "\\Folder\\\x95\x5c.dat", "");
   PutFile(Scratch + "\\Folder\\\x82\x60", "");
@@ -115,7 +115,7 @@ TEST_F(FilesTest, Finds) {
   }
 }
 
-// How much fits is the same everywhere, whatever the path is.
+// The results depend only on the sizes, so they are the same everywhere, whatever the path is.
 TEST_F(FilesTest, BuffersForPaths) {
   char windows[MAX_PATH];
   const UINT length = GetWindowsDirectoryA(windows, sizeof windows);
@@ -130,7 +130,7 @@ TEST_F(FilesTest, BuffersForPaths) {
   EXPECT_EQ(programPath.substr(1, 2), ":\\");
   EXPECT_EQ(GetModuleFileNameA(nullptr, program, size + 1), size);
   EXPECT_EQ(GetModuleFileNameA(nullptr, program, size), size);
-  // Windows has terminated a cut path since Vista; Wine, like the systems before, fills the buffer to its end.
+  // Windows terminates a cut path since Vista; older systems and Wine fill the buffer to its end.
   EXPECT_EQ(std::string(program, size - 1), programPath.substr(0, size - 1));
 }
 

@@ -1,4 +1,4 @@
-// How ini files are read.
+// How INI files are read.
 #include "support/test_machine.h"
 
 namespace {
@@ -7,7 +7,7 @@ const char *const IniFile = "C:\\acctkit-test\\service.ini";
 
 class IniFileTest : public MachineTest {
 protected:
-  // What the call puts into a buffer of that size: the result's length of it.
+  // The text that the call puts into a buffer of that size, as long as the result says.
   static std::string Get(const char *section, const char *key, const char *defaultText = "none", DWORD size = 1000,
                          const char *path = IniFile) {
     std::string buffer(200000, '#');
@@ -63,7 +63,7 @@ TEST_F(IniFileTest, CutsWhatDoesNotFit) {
   PutFile(IniFile, "[First]\nkey=value\nother=\x95\x5c\x83\x5c\n[Second]\n");
   for (const auto &[size, given] : {std::pair{7U, "value"}, {6U, "value"}, {5U, "valu"}, {2U, "v"}, {1U, ""}})
     EXPECT_EQ(Get("First", "key", "none", size), given) << size;
-  // No half of a character; Wine leaves whatever stood in its place.
+  // No half of a character is copied; Wine leaves the old byte in its place.
   EXPECT_EQ(Get("First", "other", "none", 4).substr(0, 2), "\x95\x5c");
   EXPECT_EQ(Get("First", "other", "none", 4).find('\x83'), std::string::npos);
 }

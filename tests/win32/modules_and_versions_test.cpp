@@ -16,7 +16,7 @@ protected:
 };
 
 TEST_F(ModulesTest, LoadsLibraries) {
-  // The ".dll" goes without saying.
+  // A missing ".dll" is added.
   for (const char *path : {Library, "c:/ACCTKIT-test/LIBRARY.DLL", "C:\\acctkit-test\\library"}) {
     SCOPED_TRACE(path);
     const HMODULE module = LoadLibraryA(path);

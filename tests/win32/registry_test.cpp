@@ -1,4 +1,4 @@
-// What the registry calls answer: result codes, sizes, rights, names.
+// The results of the registry calls: result codes, sizes, rights, names.
 #include "support/handles.h"
 #include "support/test_machine.h"
 
@@ -29,12 +29,12 @@ protected:
               ERROR_SUCCESS);
     return TestKey(opened);
   }
-  // Writes just these bytes: no terminator stands behind them.
+  // Writes exactly these bytes, without a terminator after them.
   static LSTATUS Set(HKEY key, const char *name, DWORD type, const std::string &data) {
     return RegSetValueExA(key, name, 0, type, reinterpret_cast<const BYTE *>((data + '#').data()),
                           static_cast<DWORD>(data.size()));
   }
-  // A value's bytes, read with exactly the room that was asked for.
+  // The bytes of a value, read into a buffer of exactly the size that the first query returned.
   static std::string Get(HKEY key, const char *name) {
     DWORD size = 0;
     EXPECT_EQ(RegQueryValueExA(key, name, nullptr, nullptr, nullptr, &size), ERROR_SUCCESS) << name;
@@ -61,7 +61,7 @@ protected:
   const std::string scratch = ScratchKey;
 };
 
-TEST_F(RegistryTest, OpensOnlyWhatIsThere) {
+TEST_F(RegistryTest, OpensOnlyExistingKeys) {
   MakeKey(HKEY_CURRENT_USER, scratch + "\\Some Key\\\x95\x5c\\below");
   for (const char *path : {"", "\\Some Key", "\\sOME kEY\\\x95\x5c\\BELOW", "\\Some Key\\", "\\Some Key\\\x95\x5c"})
     EXPECT_EQ(Open(scratch + path), ERROR_SUCCESS) << path;
@@ -79,11 +79,11 @@ TEST_F(RegistryTest, CreatesEveryMissingKey) {
   }
   const TestKey key = Opened();
   EXPECT_EQ(Create(key.Get(), std::string(255, 'x')), ERROR_SUCCESS);
-  // A longer name is refused, which is left out: Wine makes the key, and can't enumerate it then.
+  // A longer name is refused. That isn't tested: Wine makes the key, and then can't enumerate it.
   EXPECT_EQ(Subkeys(key.Get()), (std::vector<std::string>{"A", std::string(255, 'x')}));
 }
 
-TEST_F(RegistryTest, HandlesGiveTheRightsAskedFor) {
+TEST_F(RegistryTest, HandlesHaveTheRightsAskedFor) {
   PutDword(HKEY_CURRENT_USER, scratch, "v", 1);
   const struct {
     REGSAM access;
@@ -102,7 +102,7 @@ TEST_F(RegistryTest, HandlesGiveTheRightsAskedFor) {
     EXPECT_EQ(RegDeleteValueA(key.Get(), "w"), test.set);
     EXPECT_EQ(RegEnumKeyA(key.Get(), 0, name, sizeof name), test.enumerate);
   }
-  // Whether there may be a new key is the parent's to say, not the handle's.
+  // The parent key's own rights decide whether a key can be made, not those of the handle.
   const TestKey reading = Opened(KEY_READ);
   EXPECT_EQ(Create(reading.Get(), "below"), ERROR_SUCCESS);
 }
@@ -132,7 +132,7 @@ TEST_F(RegistryTest, ValuesComeBackAsTheyWereWritten) {
   }
   EXPECT_EQ(Get(key.Get(), nullptr), kanji);
   EXPECT_EQ(RegSetValueExA(key.Get(), "text", 0, REG_SZ, reinterpret_cast<const BYTE *>("1234"), 4), ERROR_SUCCESS);
-  EXPECT_EQ(Get(key.Get(), "text"), std::string("1234\0", 5)); // the terminator stood behind
+  EXPECT_EQ(Get(key.Get(), "text"), std::string("1234\0", 5)); // the terminator came after the data
   EXPECT_EQ(RegSetValueExA(key.Get(), "text", 0, REG_SZ, reinterpret_cast<const BYTE *>("1234"), 2), ERROR_SUCCESS);
   EXPECT_EQ(Get(key.Get(), "text"), "12");
 }
@@ -157,13 +157,13 @@ TEST_F(RegistryTest, SizesOfQueriedValues) {
     DWORD room;
     LSTATUS result;
     DWORD size;
-    std::string buffer; // '#' is as it was
+    std::string buffer; // '#' is an unchanged byte
   } cases[] = {
       {"text", 6, ERROR_SUCCESS, 4, std::string("\x95\x5c!\0##", 6)},
       {"text", 4, ERROR_SUCCESS, 4, std::string("\x95\x5c!\0##", 6)},
       {"text", 3, ERROR_MORE_DATA, 4, "######"},
       {"text", 0, ERROR_MORE_DATA, 4, "######"},
-      {"open", 4, ERROR_SUCCESS, 3, std::string("\x95\x5c!\0##", 6)}, // gets a terminator if there is room
+      {"open", 4, ERROR_SUCCESS, 3, std::string("\x95\x5c!\0##", 6)}, // a terminator is added if there is room
       {"open", 3, ERROR_SUCCESS, 3, "\x95\x5c!###"},
       {"open", 2, ERROR_MORE_DATA, 3, "######"},
       {"bytes", 6, ERROR_SUCCESS, 3, "abc###"},
@@ -180,14 +180,14 @@ TEST_F(RegistryTest, SizesOfQueriedValues) {
   }
 }
 
-// Order of letters and what stands between their two cases ('_') is left out: Wine folds to the other case.
+// Names with characters between upper and lower case letters ('_') aren't tested: Wine folds to the other case.
 TEST_F(RegistryTest, EnumeratesInOrderOfNames) {
   const TestKey key = Opened();
   for (const char *name : {"b", "\x95\x5c", "C", "a1", "A", "1"})
     EXPECT_EQ(Create(key.Get(), name), ERROR_SUCCESS);
   EXPECT_EQ(Subkeys(key.Get()), (std::vector<std::string>{"1", "A", "a1", "b", "C", "\x95\x5c"}));
-  EXPECT_EQ(Create(key.Get(), "B\\below"), ERROR_SUCCESS); // is there
-  EXPECT_EQ(Create(key.Get(), "Aa"), ERROR_SUCCESS);       // moves those behind it
+  EXPECT_EQ(Create(key.Get(), "B\\below"), ERROR_SUCCESS); // exists already
+  EXPECT_EQ(Create(key.Get(), "Aa"), ERROR_SUCCESS);       // moves those after it
   EXPECT_EQ(Subkeys(key.Get()), (std::vector<std::string>{"1", "A", "a1", "Aa", "b", "C", "\x95\x5c"}));
 
   const struct {

@@ -26,14 +26,13 @@ TEST(TextTest, Widens) {
     bool valid;
   } cases[] = {
       {CP_ACP, "aZ\\~", Wide({'a', 'Z', '\\', '~'}), true},
-      {CP_ACP, "\xb1\xdf", Wide({0xFF71, 0xFF9F}), true},                         // half-width kana
-      {CP_ACP, "\x95\x5c\x83\x5c", Wide({0x8868, 0x30BD}), true},                 // a backslash as second byte
+      {CP_ACP, "\xb1\xdf", Wide({0xFF71, 0xFF9F}), true},         // half-width kana
+      {CP_ACP, "\x95\x5c\x83\x5c", Wide({0x8868, 0x30BD}), true}, // the second byte is that of the backslash
       {CP_ACP, "\x81\x60\x81\x7c\x81\x5f", Wide({0xFF5E, 0xFF0D, 0xFF3C}), true}, // not wave dash and minus
       {CP_ACP, "\x87\x40\x87\x54", Wide({0x2460, 0x2160}), true},                 // NEC's row 13
-      {CP_ACP, "\xed\x40\xfa\x40\xfa\x5c", Wide({0x7E8A, 0x2170, 0x7E8A}),
-       true},                                                     // IBM's, in NEC's place and in its own
-      {CP_ACP, "\xf0\x40\xf9\xfc", Wide({0xE000, 0xE757}), true}, // user-defined
-      {CP_ACP, "a\x81\x30z", Wide({'a', 0x30FB, 'z'}), false},    // takes its second byte with it
+      {CP_ACP, "\xed\x40\xfa\x40\xfa\x5c", Wide({0x7E8A, 0x2170, 0x7E8A}), true}, // IBM's, in NEC's rows and in its own
+      {CP_ACP, "\xf0\x40\xf9\xfc", Wide({0xE000, 0xE757}), true},                 // user-defined
+      {CP_ACP, "a\x81\x30z", Wide({'a', 0x30FB, 'z'}), false},                    // both bytes are replaced
       {CP_ACP, "\x85\x40\xfc\x50", Wide({0x30FB, 0x30FB}), false},
       {CP_ACP, "\x80", Wide({0x80}), true},
       {CP_ACP, "\xa0\xfd\xff", Wide({0xF8F0, 0xF8F1, 0xF8F3}), false},
@@ -41,7 +40,7 @@ TEST(TextTest, Widens) {
       {CP_UTF8, "\xf0\x9f\x98\x80", Wide({0xD83D, 0xDE00}), true},
       {CP_UTF8, "a\x80\xffz", Wide({'a', 0xFFFD, 0xFFFD, 'z'}), false},
       {CP_UTF8, "\xc0\x80", Wide({0xFFFD, 0xFFFD}), false},
-      {CP_UTF8, "\xe8\xa1\xe8\xa1\xa8\xf0\x9f\x98", Wide({0xFFFD, 0x8868, 0xFFFD}), false}, // one for what was begun
+      {CP_UTF8, "\xe8\xa1\xe8\xa1\xa8\xf0\x9f\x98", Wide({0xFFFD, 0x8868, 0xFFFD}), false}, // one per sequence
   };
   for (const auto &test : cases) {
     SCOPED_TRACE(::testing::PrintToString(test.bytes));
@@ -92,16 +91,16 @@ TEST(TextTest, SizesOfBuffers) {
   const char *const ansi = "a\x95\x5c";
   EXPECT_EQ(narrow(CP_ACP, -1, 4), 4);
   EXPECT_EQ(narrow(CP_UTF8, -1, 5), 5);
-  EXPECT_EQ(narrow(CP_ACP, 2, 2), 0); // no half of a character
+  EXPECT_EQ(narrow(CP_ACP, 2, 2), 0); // no half of a character is written
   EXPECT_EQ(narrow(CP_UTF8, 2, 2), 0);
   EXPECT_EQ(widen(ansi, -1, 8), 3);
   EXPECT_EQ(widen(ansi, -1, 0), 3);
   EXPECT_EQ(widen(ansi, 3, 2), 2);
-  EXPECT_EQ(widen(ansi, 4, 3), 3); // a terminator within the length is a character like any other
+  EXPECT_EQ(widen(ansi, 4, 3), 3); // a terminator within the length is an ordinary character
   EXPECT_EQ(widen(ansi, -1, 2), 0);
 }
 
-// The case of Greek and Cyrillic letters is left out: Wine folds it, the run-time library of Windows doesn't.
+// The case of Greek and Cyrillic letters isn't tested: Wine folds it, the run-time library of Windows doesn't.
 TEST(TextTest, ComparesByCharactersWithoutCase) {
   const struct {
     const char *left, *right;

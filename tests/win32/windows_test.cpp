@@ -115,7 +115,7 @@ TEST_F(WindowsTest, GoInOrder) {
   EXPECT_FALSE(IsWindow(popup));
 }
 
-TEST_F(WindowsTest, CanGoFromWithinTheirDestruction) {
+TEST_F(WindowsTest, CanBeDestroyedDuringTheirDestruction) {
   for (const UINT moment : {WM_DESTROY, WM_NCDESTROY}) {
     const HWND outer = RecorderChild(1);
     const HWND inner = CreateRecorder(WS_CHILD, outer, 2);
@@ -151,7 +151,7 @@ TEST_F(WindowsTest, KeepTextsOfAnyLength) {
   EXPECT_EQ(GetWindowTextLengthA(top), static_cast<int>(big.size()));
   char text[4];
   SetWindowTextA(top, "\x95\x5c\x95\x5c");
-  EXPECT_EQ(GetWindowTextA(top, text, sizeof text), 2); // no half of a character
+  EXPECT_EQ(GetWindowTextA(top, text, sizeof text), 2); // no half of a character is copied
   EXPECT_STREQ(text, "\x95\x5c");
 }
 
@@ -198,11 +198,11 @@ TEST_F(WindowsTest, ButtonsAreClicked) {
 
 constexpr const char *Changed[] = {"command 1 1024", "command 1 768"}; // EN_UPDATE and EN_CHANGE
 
-TEST_F(WindowsTest, EditsTakeWhatIsTyped) {
+TEST_F(WindowsTest, EditsHandleTyping) {
   const struct {
     DWORD style;
     const char *before, *typed, *after;
-    int told; // how many characters were told of
+    int told; // the number of characters in notifications
   } cases[] = {
       {0, "", "ab\bc", "ac", 4},
       {0, "", "a\r\t\x1b", "a", 1},
@@ -258,7 +258,7 @@ protected:
   }
 };
 
-TEST_F(ComboBoxTest, TellsOfTheUsersChoicesOnly) {
+TEST_F(ComboBoxTest, NotifiesOnlyOfTheUsersChoices) {
   Make(CBS_DROPDOWNLIST);
   SetFocus(box);
   TakeEvents();
@@ -296,10 +296,10 @@ TEST_F(ComboBoxTest, HasAnEditControl) {
   SendMessageA(edit, EM_SETSEL, 0, -1);
   Type(edit, "X");
   EXPECT_EQ(TextOf(box), "X");
-  EXPECT_EQ(Send(CB_GETCURSEL), CB_ERR);                           // what is typed is no entry of the list
+  EXPECT_EQ(Send(CB_GETCURSEL), CB_ERR);                           // the typed text isn't an entry of the list
   EXPECT_EQ(TakeEvents(), (Events{"command 1 6", "command 1 5"})); // CBN_EDITUPDATE, CBN_EDITCHANGE
   Send(CB_SHOWDROPDOWN, TRUE);
-  EXPECT_EQ(TextOf(box), "XYZ00001"); // until the list opens at it
+  EXPECT_EQ(TextOf(box), "XYZ00001"); // selected when the list opens
   Send(CB_SHOWDROPDOWN, FALSE);
   SetFocus(box);
   EXPECT_EQ(GetFocus(), edit);

@@ -1,5 +1,4 @@
-// What the wizards know before they ask: the service's settings, the rules of the fields, and the clients that are
-// there.
+// The wizards' data and rules: the service's settings, the rules of the fields, and the installed clients.
 #include "wizard/client_finder.h"
 #include "wizard/input_rules.h"
 #include "wizard/service_ini.h"
@@ -11,7 +10,7 @@ namespace {
 
 class ServiceIniTest : public MachineTest {
 protected:
-  // Beside the running program, which on Windows is the suite itself.
+  // In the folder of the running program, which on Windows is the suite itself.
   static void PutSettings(const std::string &text) { PutFile(ServiceIniPath(), text); }
 };
 
@@ -56,13 +55,13 @@ TEST(ServiceIds, HaveTwoForms) {
   }
 }
 
-// Those that no script types into a page.
+// The tests that no script covers.
 TEST(InputRules, GiveTheMessageOfTheFirstTestThatRefuses) {
   using namespace input_tests;
   struct Case {
     const Tests &tests;
     std::string text;
-    const char *begins; // of the message
+    const char *begins; // the beginning of the message
   };
   const Case cases[] = {
       {SecondHost, IspPrimaryDomain, "不正なメールアドレス"},

@@ -1,5 +1,5 @@
-// The wizards' exports: what they check before a sheet comes up, and what the first page makes of the host's IDs. The
-// pages themselves are walked by scripts, on the built program.
+// The exported wizards: what they check before a sheet is shown, and how the first page uses the host's IDs. Scripts
+// test the pages themselves, with the built program.
 #include "acctkit/acctkit.h"
 
 #include "clients/outlook_express/outlook_express_mail.h"
@@ -39,7 +39,7 @@ HICON IconOf(HWND box) {
 
 class WizardTest : public ClientTest {
 protected:
-  // Runs a wizard that is to come no further than one box.
+  // Runs a wizard that should only show one message box.
   static void ExpectRefused(const std::string &message, const std::function<int32_t()> &wizard) {
     WithUser({[&](HWND box) {
                EXPECT_EQ(TextOf(box, BoxText), message);
@@ -65,11 +65,11 @@ TEST_F(WizardTest, RefusesAMachineWithoutAClient) {
   ExpectRefused(NoClient, MailerWizard2);
   ExpectRefused(NoClient, KERMWizard);
   ExpectRefused(NoClient, [] { return ShortMailWizard(0, ""); });
-  InstallPlugin("plugin_complete"); // a mail client that reads no news
+  InstallPlugin("plugin_complete"); // a mail client without news
   ExpectRefused(NoClient, [&] { return NewsWizard(0, "ABC01234", ids); });
 }
 
-TEST_F(WizardTest, StartsOnTheHostsId) {
+TEST_F(WizardTest, StartsWithTheHostsId) {
   InstallOutlookExpress("5,50,4522,1200");
   std::string many;
   for (int number = 0; number < 10000; ++number)
@@ -103,14 +103,14 @@ TEST_F(WizardTest, ComesUpOnOneThreadAtATime) {
   InstallOutlookExpress("5,50,4522,1200");
   WithUser({[](HWND) {
               OnAnotherThread([] { EXPECT_EQ(MailerWizard2(), 0); });
-              EXPECT_EQ(MailerWizard2(), 1); // within another on its thread
+              EXPECT_EQ(MailerWizard2(), 1); // within another wizard on the same thread
               OnAnotherThread([] { EXPECT_EQ(MailerWizard2(), 0); });
             },
             [](HWND inner) { Press(inner, PSBTN_CANCEL); }, [](HWND outer) { Press(outer, PSBTN_CANCEL); }},
            [] { EXPECT_EQ(MailerWizard2(), 1); });
 }
 
-// The help key's command is tested twice, once by the sheet and once more where it comes back to the page.
+// The help key's command is tested twice: by the sheet, and again when it comes back to the page.
 TEST_F(WizardTest, ShowsTheHelpOnceForTheHelpKey) {
   InstallOutlookExpress("5,50,4522,1200");
   WithUser({[](HWND sheet) {
@@ -164,7 +164,7 @@ TEST_F(WizardTest, OpensTheListOfDomainsTheFirstTime) {
            [] { EXPECT_EQ(MailerWizard(0, "ABC01234", "ABC01234\0"), 1); });
 }
 
-// As the system makes sheets, whose size comes after the first message.
+// The system sets the size of a sheet after the first message; this sheet does the same.
 class LateSizedSheet : public CPsWizard {
   BOOL OnInitDialog() override {
     const BOOL result = CPsWizard::OnInitDialog();
@@ -197,7 +197,7 @@ TEST(SheetTest, IsCentredAtItsFinalSizeUntilItIsMoved) {
            [&] { EXPECT_EQ(wizard.DoModal(), 0); });
 }
 
-// A client that knows the user by an account of its own, which isn't the one to overwrite.
+// A client that finds the user in another account, which isn't the one to overwrite.
 class KnowingClient : public OutlookExpressMail {
   int32_t IsExistSecondUser(const MailAccountSpec &, std::string &key, std::string &message) override {
     key = "other";
@@ -214,14 +214,14 @@ TEST_F(WizardTest, AsksBeforeItWritesAnAccount) {
     MailClient *client;
     const UserQuestions &user;
     const char *title;
-    std::vector<std::string> boxes; // as they begin
+    std::vector<std::string> boxes; // the beginnings of their texts
   } flows[] = {
       {&client, AnyUser, "@zuvio(ABC01234)", {"同名のアカウント", "設定が完了"}},
       {&client, SecondUser, "@zuvio(ABC01234)", {"同名のアカウント", "設定が完了"}},
       {&client, OriginalDomainUser, "@zuvio(ABC01234)", {"同名のアカウント", "the second", "設定が完了"}},
       {&client, OriginalDomainUser, "new 1", {"the second", "設定が完了"}},
       {&client, AnyUser, "new 2", {"メールアカウント「ABC01234」", "設定が完了"}},
-      {nullptr, AnyUser, "new 3", {"設定に失敗"}}, // it has gone
+      {nullptr, AnyUser, "new 3", {"設定に失敗"}}, // the client has been removed
   };
   for (const auto &flow : flows) {
     spec.accountName = flow.title;
@@ -259,7 +259,7 @@ TEST_F(WizardTest, BoxesWithoutAnIconGetTheExclamationMark) {
              });
   }
 
-  // One over a window of the host's leaves what that belongs to as it was.
+  // A box above a window of the host leaves that window's owner enabled.
   const auto make = [](HWND owner) {
     return CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, owner, nullptr, nullptr, nullptr);
   };

@@ -20,7 +20,7 @@ LRESULT CSetKERMMailerTop::OnWizardNext() {
   return CPropertyPage::OnWizardNext();
 }
 
-// ---- Which client ----
+// ---- Client ----
 
 IMPLEMENT_DYNAMIC(CSetKERMMailerSelect, CPropertyPage)
 
@@ -54,7 +54,7 @@ void CSetKERMMailerSelect::OnPaint() { choice.icon.Paint(*this, data->mailClient
 
 IMPLEMENT_DYNAMIC(CSetKERMMailerID, CPropertyPage)
 
-// The buttons stay those of the page before.
+// The buttons stay as on the page before.
 BOOL CSetKERMMailerID::OnSetActive() {
   constexpr WPARAM AddressLimit = 255;
   SendDlgItemMessage(IDC_FIELD_1, EM_LIMITTEXT, AddressLimit, 0);
@@ -84,7 +84,7 @@ LRESULT CSetKERMServer::OnWizardNext() {
   return CPropertyPage::OnWizardNext();
 }
 
-// ---- Summary and write ----
+// ---- Summary and writing ----
 
 IMPLEMENT_DYNAMIC(CSetKERMEnd, CPropertyPage)
 

@@ -1,4 +1,4 @@
-// The pages of the original-domain wizard, in their order: the user types everything, the servers too.
+// The pages of the original-domain wizard, in their order. The user types everything, including the servers.
 #pragma once
 
 #include "mfc/afxwin.h"
@@ -22,7 +22,7 @@ protected:
   LRESULT OnWizardNext() override;
 };
 
-// Which mail client.
+// The mail client.
 class CSetKERMMailerSelect : public CPropertyPage {
   DECLARE_DYNAMIC(CSetKERMMailerSelect)
 
@@ -73,7 +73,7 @@ protected:
   LRESULT OnWizardNext() override;
 };
 
-// The summary, and the write.
+// The summary; Finish writes the account.
 class CSetKERMEnd : public CPropertyPage {
   DECLARE_DYNAMIC(CSetKERMEnd)
 

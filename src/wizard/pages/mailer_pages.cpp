@@ -7,7 +7,7 @@
 #include "wizard/ps_wizard.h"
 #include "wizard/service_ini.h"
 
-// ---- Which ID ----
+// ---- ID ----
 
 IMPLEMENT_DYNAMIC(CSetMailerTop1, CPropertyPage)
 
@@ -53,7 +53,7 @@ void CSetMailerTop2::OnLButtonDblClk(UINT, CPoint) {
   HandleDoubleClick(*this, [this] { Default(); });
 }
 
-// ---- Which client ----
+// ---- Client ----
 
 IMPLEMENT_DYNAMIC(CSetMailerSelect, CPropertyPage)
 
@@ -129,7 +129,7 @@ LRESULT CSetMailerID::OnWizardNext() {
   return CPropertyPage::OnWizardNext();
 }
 
-// ---- Summary and write ----
+// ---- Summary and writing ----
 
 IMPLEMENT_DYNAMIC(CSetMailerEnd, CPropertyPage)
 

@@ -1,5 +1,5 @@
-// The pages of the mailer wizard, in their order. The second-mailer wizard has a first page and an ID page of its own
-// and shares the others.
+// The pages of the mailer wizard, in their order. The second-mailer wizard has its own first page and ID page, and
+// shares the others.
 #pragma once
 
 #include "mfc/afxwin.h"
@@ -8,7 +8,7 @@
 #include "wizard/summary_text.h"
 #include "wizard/wizard_data.h"
 
-// Which ID: chosen from the list or typed.
+// The ID, chosen from the list or typed.
 class CSetMailerTop1 : public CPropertyPage {
   DECLARE_DYNAMIC(CSetMailerTop1)
 
@@ -26,7 +26,7 @@ protected:
   DECLARE_MESSAGE_MAP()
 };
 
-// The first page of the second-mailer wizard, which takes no ID.
+// The first page of the second-mailer wizard, on which there is nothing to type.
 class CSetMailerTop2 : public CPropertyPage {
   DECLARE_DYNAMIC(CSetMailerTop2)
 
@@ -42,7 +42,7 @@ protected:
   DECLARE_MESSAGE_MAP()
 };
 
-// Which mail client.
+// The mail client.
 class CSetMailerSelect : public CPropertyPage {
   DECLARE_DYNAMIC(CSetMailerSelect)
 
@@ -80,7 +80,7 @@ protected:
   LRESULT OnWizardNext() override;
 };
 
-// The summary, and the write.
+// The summary; Finish writes the account.
 class CSetMailerEnd : public CPropertyPage {
   DECLARE_DYNAMIC(CSetMailerEnd)
 

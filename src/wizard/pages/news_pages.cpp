@@ -12,7 +12,7 @@
 
 namespace {
 
-// Each server's check box, where service.ini has the box's caption and the host, and the host where it has none.
+// Each server's check box, the keys of its caption and its host in service.ini, and the host if service.ini has none.
 struct Server {
   int control;
   const char *captionKey;
@@ -24,7 +24,7 @@ constexpr Server Servers[] = {{IDC_FORUM_SERVER, "disp_nntp1", "nntp1", IspForum
 
 } // namespace
 
-// ---- Which ID ----
+// ---- ID ----
 
 IMPLEMENT_DYNAMIC(CSetNewsTop, CPropertyPage)
 
@@ -50,7 +50,7 @@ void CSetNewsTop::OnLButtonDblClk(UINT, CPoint) {
   HandleDoubleClick(*this, [this] { Default(); });
 }
 
-// ---- Which client ----
+// ---- Client ----
 
 IMPLEMENT_DYNAMIC(CSetNewsSelect, CPropertyPage)
 
@@ -119,7 +119,7 @@ LRESULT CSetNewsId::OnWizardNext() {
   for (size_t server = 0; server < std::size(Servers); ++server)
     if (!ReadServiceString(settings, NewsSection, Servers[server].hostKey, data->newsHosts[server]))
       data->newsHosts[server] = Servers[server].host;
-  // The service may have one domain for all addresses in news, whatever the user's own is.
+  // The service may set one domain for all addresses in news, whichever domain the user chose.
   std::string mailDomain;
   if (!ReadServiceString(settings, MailSection, "disp_mail", mailDomain))
     mailDomain = domain;
@@ -128,7 +128,7 @@ LRESULT CSetNewsId::OnWizardNext() {
   return CPropertyPage::OnWizardNext();
 }
 
-// ---- Which servers ----
+// ---- News servers ----
 
 IMPLEMENT_DYNAMIC(CSetNewsServer, CPropertyPage)
 
@@ -174,7 +174,7 @@ void CSetNewsServer::OnSquare() { Toggle(1); }
 
 void CSetNewsServer::Toggle(size_t server) { data->newsServerOn[server] = data->newsServerOn[server] == 0 ? 1 : 0; }
 
-// ---- Summary and write ----
+// ---- Summary and writing ----
 
 namespace {
 

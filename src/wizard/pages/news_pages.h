@@ -7,7 +7,7 @@
 #include "wizard/summary_text.h"
 #include "wizard/wizard_data.h"
 
-// Which ID.
+// The ID.
 class CSetNewsTop : public CPropertyPage {
   DECLARE_DYNAMIC(CSetNewsTop)
 
@@ -24,7 +24,7 @@ protected:
   DECLARE_MESSAGE_MAP()
 };
 
-// Which news client.
+// The news client.
 class CSetNewsSelect : public CPropertyPage {
   DECLARE_DYNAMIC(CSetNewsSelect)
 
@@ -62,7 +62,7 @@ protected:
   LRESULT OnWizardNext() override;
 };
 
-// Which of the two news servers.
+// The choice of news servers.
 class CSetNewsServer : public CPropertyPage {
   DECLARE_DYNAMIC(CSetNewsServer)
 
@@ -84,7 +84,7 @@ private:
   void Toggle(size_t server);
 };
 
-// The summary, and the write.
+// The summary; Finish writes the account.
 class CSetNewsEnd : public CPropertyPage {
   DECLARE_DYNAMIC(CSetNewsEnd)
 

@@ -39,7 +39,7 @@ LRESULT CSet2ndMailerID::OnWizardNext() {
       Refuses(*this, input_tests::MailerSender, data->senderName))
     return Stay;
 
-  // The mail user may hold an at sign, and the host then is another than the domain.
+  // The mail user may contain an at sign, and then the host isn't the domain.
   CString host = data->mailAddress.Mid(data->mailAddress.Find("@") + 1);
   host.TrimRight();
   host.MakeLower();

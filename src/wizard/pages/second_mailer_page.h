@@ -1,11 +1,11 @@
-// The ID page of the second-mailer wizard, which it has instead of CSetMailerID.
+// The ID page of the second-mailer wizard, which uses it instead of CSetMailerID.
 #pragma once
 
 #include "mfc/afxwin.h"
 #include "resources/resource.h"
 #include "wizard/wizard_data.h"
 
-// Address and sender, of an account that isn't named after the ID: the domain can be typed.
+// Address and sender of an account that isn't named after the ID. The domain can be typed.
 class CSet2ndMailerID : public CPropertyPage {
   DECLARE_DYNAMIC(CSet2ndMailerID)
 

@@ -13,7 +13,7 @@ bool MayCancel() { return AfxMessageBox("メーラーの設定を中止します
 
 } // namespace
 
-// ---- Which client ----
+// ---- Client ----
 
 IMPLEMENT_DYNAMIC(CSetShortMailerSelect, CPropertyPage)
 
@@ -45,7 +45,7 @@ void CSetShortMailerSelect::OnClientChange() { choice.Take(*this, data->mailClie
 
 void CSetShortMailerSelect::OnPaint() { choice.icon.Paint(*this, data->mailClient); }
 
-// ---- Address and sender, and the write ----
+// ---- Address, sender and writing ----
 
 IMPLEMENT_DYNAMIC(CSetShortMailerID, CPropertyPage)
 

@@ -7,7 +7,7 @@
 #include "wizard/client_finder.h"
 #include "wizard/wizard_data.h"
 
-// Which mail client.
+// The mail client.
 class CSetShortMailerSelect : public CPropertyPage {
   DECLARE_DYNAMIC(CSetShortMailerSelect)
 
@@ -31,7 +31,7 @@ private:
   ClientFinder finder;
 };
 
-// Address and sender, and the write.
+// Address and sender; Finish writes the account.
 class CSetShortMailerID : public CPropertyPage {
   DECLARE_DYNAMIC(CSetShortMailerID)
 
@@ -51,6 +51,6 @@ protected:
   DECLARE_MESSAGE_MAP()
 
 private:
-  // Takes what is typed into the record; false if a test refuses it.
+  // Stores what was typed in the record; false if a test refuses it.
   bool TakeInput();
 };

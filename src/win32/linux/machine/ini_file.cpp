@@ -1,4 +1,4 @@
-// Ini files: headings in brackets, and below each its lines `name=value`. A file is read anew by every call, and parsed
+// INI files: headings in brackets, and below each its lines `name=value`. A file is read anew by every call, and parsed
 // anew when it has changed: who asks for many values asks for one after the other.
 #include "win32/win32.h"
 
