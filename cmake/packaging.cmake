@@ -56,8 +56,11 @@ external mailer on a machine folder, which has the layout of a Wine prefix
 or is one. There is a library for host programs, with its header, and the
 host program acctkit.")
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-  # The dependency of a package that is linked with the library, and when the linker's cache is rebuilt.
-  file(WRITE ${PROJECT_BINARY_DIR}/debian/shlibs "libacctkit 0 acctkit (>= ${PROJECT_VERSION})\n")
+  # The dependency of a package that is linked with the libraries, and when the linker's cache is rebuilt.
+  foreach(library libacctkit libacctkit-machine)
+    list(APPEND dependencies "${library} 0 acctkit (>= ${PROJECT_VERSION})\n")
+  endforeach()
+  file(WRITE ${PROJECT_BINARY_DIR}/debian/shlibs ${dependencies})
   file(WRITE ${PROJECT_BINARY_DIR}/debian/triggers "activate-noawait ldconfig\n")
   set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/shlibs ${PROJECT_BINARY_DIR}/debian/triggers)
   set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)

@@ -1,5 +1,5 @@
-# Windows resources on both platforms, from one source. On Linux the module contains the file that windres makes, between
-# the symbols win32_resources_begin and win32_resources_end.
+# Windows resources on both platforms, from one source. On Linux the module contains the file that windres makes, in an
+# ELF note whose owner is "Win32".
 if(NOT WIN32)
   enable_language(ASM)
   find_program(WINDRES x86_64-w64-mingw32-windres REQUIRED)

@@ -1,5 +1,5 @@
 // Untrusted hives: a hive is refused, or written back byte for byte except for what was edited.
-#include "win32/linux/machine/hive.h"
+#include "hooks/hive_hooks.h"
 #include "win32/linux/text/code_page.h"
 
 #include "fuzzing.h"
@@ -25,10 +25,10 @@ using Snapshot = std::map<KeyPath, ValueMap>;
 
 ValueMap ValuesOf(Hive &hive, const Hive::Key &key) {
   ValueMap values;
-  for (const HiveValue &listed : hive.Values(key)) {
+  for (const HiveValue &listed : machine::HiveHooks::Values(hive, key)) {
     HiveValue value;
     const Hive::Found found = hive.ReadValue(key, listed.name, value);
-    REQUIRE(found != Hive::Found::No && machine::SameName(value.name, listed.name));
+    REQUIRE(found != Hive::Found::No && text::SameName(value.name, listed.name));
     values[listed.name] = {found, value};
   }
   return values;

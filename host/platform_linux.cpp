@@ -23,7 +23,7 @@ std::string MakeMachine() {
   std::error_code error;
   if (!fs::exists(folder / "system.reg", error)) // which a Wine prefix has
     fs::create_directories(folder / "drive_c" / "windows", error);
-  return error ? folder.string() + ": " + error.message() : machine::Problem(true);
+  return error ? folder.string() + ": " + error.message() : machine::FindFault(true);
 }
 
 struct MachineLock::Held {
@@ -33,7 +33,7 @@ struct MachineLock::Held {
 MachineLock::MachineLock() : held(std::make_unique<Held>()) {}
 MachineLock::~MachineLock() = default;
 
-std::string Problem(bool forWriting) { return machine::Problem(forWriting); }
+std::string Problem(bool forWriting) { return machine::FindFault(forWriting); }
 
 std::string TakeFault() { return machine::TakeFault(); }
 

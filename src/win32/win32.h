@@ -1,7 +1,15 @@
 // The platform as AcctKit sees it: the Win32 API. On Windows this is <windows.h> and friends. Elsewhere it declares
-// just the calls that AcctKit, its host program and its tests make, each with what it does; src/win32/linux answers
-// them on a machine folder. "Here" marks what Windows doesn't promise, on which the product must not rely. Whoever
-// brings AcctKit to another platform reads this one file. If a call isn't here, none of them makes it.
+// just the calls that AcctKit and its host program make, each with what it guarantees and what the caller owes it;
+// src/win32/linux answers them on a machine folder. "Here" marks what Windows doesn't promise, on which the product
+// must not rely. Whoever brings AcctKit to another platform reads this file and win32_ui.h, and nothing else.
+//
+// What holds for all calls:
+// - Texts are terminated and code page 932, but for those of WCHAR. Pointers aren't null where it isn't said.
+// - A call may come from any thread. What a handle stands for belongs to one thread at a time.
+// - A call that fails answers so and has changed nothing. A user gets the reason from machine::TakeFault; GetLastError
+// has
+//   it for one call alone.
+// - Arguments without a name here are ignored; Windows wants 0 for them.
 #pragma once
 
 #ifdef _WIN32
@@ -22,8 +30,7 @@
 #include <cstddef>
 #include <cstdint>
 
-// The calls are visible outside the library: a host looks at the machine through the very calls that wrote to it.
-#pragma GCC visibility push(default)
+extern "C" {
 
 // ---- Types ----
 
@@ -53,60 +60,28 @@ constexpr BOOL FALSE = 0;
 constexpr BOOL TRUE = 1;
 constexpr int MAX_PATH = 260;
 
-// ---- Result codes ----
-
-constexpr LONG ERROR_SUCCESS = 0;
-constexpr LONG ERROR_FILE_NOT_FOUND = 2;
-constexpr LONG ERROR_PATH_NOT_FOUND = 3;
-constexpr LONG ERROR_TOO_MANY_OPEN_FILES = 4;
-constexpr LONG ERROR_ACCESS_DENIED = 5;
-constexpr LONG ERROR_INVALID_HANDLE = 6;
-constexpr LONG ERROR_NOT_ENOUGH_MEMORY = 8;
-constexpr LONG ERROR_WRITE_PROTECT = 19;
-constexpr LONG ERROR_WRITE_FAULT = 29;
-constexpr LONG ERROR_READ_FAULT = 30;
-constexpr LONG ERROR_SHARING_VIOLATION = 32;
-constexpr LONG ERROR_FILE_EXISTS = 80;
-constexpr LONG ERROR_INVALID_PARAMETER = 87;
-constexpr LONG ERROR_DISK_FULL = 112;
-constexpr LONG ERROR_INSUFFICIENT_BUFFER = 122;
-constexpr LONG ERROR_INVALID_NAME = 123;
-constexpr LONG ERROR_MOD_NOT_FOUND = 126;
-constexpr LONG ERROR_PROC_NOT_FOUND = 127;
-constexpr LONG ERROR_BAD_EXE_FORMAT = 193;
-constexpr LONG ERROR_ALREADY_EXISTS = 183;
-constexpr LONG ERROR_MORE_DATA = 234;
-constexpr LONG ERROR_NO_MORE_ITEMS = 259;
-constexpr LONG ERROR_BADDB = 1009;
-constexpr LONG ERROR_NO_UNICODE_TRANSLATION = 1113;
-constexpr LONG ERROR_INVALID_WINDOW_HANDLE = 1400;
-constexpr LONG ERROR_TLW_WITH_WSCHILD = 1406;
-constexpr LONG ERROR_CANNOT_FIND_WND_CLASS = 1407;
-constexpr LONG ERROR_CLASS_ALREADY_EXISTS = 1410;
-constexpr LONG ERROR_INVALID_INDEX = 1413;
-constexpr LONG ERROR_CONTROL_ID_NOT_FOUND = 1421;
-constexpr LONG ERROR_RESOURCE_DATA_NOT_FOUND = 1812;
-constexpr LONG ERROR_RESOURCE_TYPE_NOT_FOUND = 1813;
-constexpr LONG ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
-constexpr LONG ERROR_NOT_ENOUGH_QUOTA = 1816;
-
-DWORD GetLastError();
-void SetLastError(DWORD code);
-
 // ---- Registry ----
-// Keys below the two roots. Names of keys and values match without regard to case and keep the case first written.
-// Strings are code page 932 on this side. A call answers its result code and doesn't touch GetLastError. A 64-bit
-// system answers as it does a 32-bit process, which is what ships.
+// Keys below the two roots, as a 32-bit process has them, which is what ships. Names of keys and values match without
+// regard to case and keep the case first written. A path is names with backslashes between them; an empty or null one
+// is the key itself. Every key that is opened or made is closed again.
+//
+// The calls answer one of these codes, or another one for what nobody tells apart. Here, a change is in the hive's file
+// when the call returns with ERROR_SUCCESS; Windows writes it out later.
+
+constexpr LSTATUS ERROR_SUCCESS = 0;
+constexpr LSTATUS ERROR_FILE_NOT_FOUND = 2; // no such key or value
+constexpr LSTATUS ERROR_PATH_NOT_FOUND = 3;
+constexpr LSTATUS ERROR_ACCESS_DENIED = 5; // the key doesn't give the right, or wasn't opened with it
+constexpr LSTATUS ERROR_MORE_DATA = 234;   // the buffer is too small
+constexpr LSTATUS ERROR_NO_MORE_ITEMS = 259;
+constexpr LSTATUS ERROR_BADDB = 1009; // the registry is damaged, or can't be read or written
 
 inline const HKEY HKEY_CURRENT_USER = reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(0x80000001U));
 inline const HKEY HKEY_LOCAL_MACHINE = reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(0x80000002U));
 
-constexpr REGSAM KEY_QUERY_VALUE = 0x0001;
 constexpr REGSAM KEY_SET_VALUE = 0x0002;
-constexpr REGSAM KEY_CREATE_SUB_KEY = 0x0004;
 constexpr REGSAM KEY_ENUMERATE_SUB_KEYS = 0x0008;
 constexpr REGSAM KEY_READ = 0x20019;
-constexpr REGSAM KEY_WRITE = 0x20006;
 constexpr REGSAM KEY_ALL_ACCESS = 0xF003F;
 
 constexpr DWORD REG_NONE = 0;
@@ -114,7 +89,6 @@ constexpr DWORD REG_SZ = 1;
 constexpr DWORD REG_EXPAND_SZ = 2;
 constexpr DWORD REG_BINARY = 3;
 constexpr DWORD REG_DWORD = 4;
-constexpr DWORD REG_MULTI_SZ = 7;
 
 constexpr DWORD REG_OPTION_NON_VOLATILE = 0;
 constexpr DWORD REG_CREATED_NEW_KEY = 1;
@@ -125,40 +99,38 @@ struct FILETIME {
   DWORD dwHighDateTime;
 };
 
-// Opens an existing key. ERROR_FILE_NOT_FOUND for a missing one, ERROR_ACCESS_DENIED for a right that it doesn't give.
-LSTATUS RegOpenKeyExA(HKEY key, const char *subkey, DWORD options, REGSAM access, HKEY *result);
+// Opens an existing key. Here, a key gives the rights to write unless the mode of its hive's file denies them.
+LSTATUS RegOpenKeyExA(HKEY key, const char *subkey, DWORD, REGSAM access, HKEY *result);
 // The same with every right that the key gives, at least to read.
 LSTATUS RegOpenKeyA(HKEY key, const char *subkey, HKEY *result);
 // Opens a key and makes every missing one on the way; `disposition` (may be null) tells which it was.
-LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD reserved, char *className, DWORD options, REGSAM access,
-                        void *security, HKEY *result, DWORD *disposition);
-// Reads a value; a null or empty name is the default value. A null `data` only asks for the size. Text comes with a
-// terminator, which `size` counts, where one is stored; an unterminated text gets one where the buffer has room.
-// ERROR_MORE_DATA and the size needed for a buffer that is too small, ERROR_FILE_NOT_FOUND for a missing value.
-LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *reserved, DWORD *type, BYTE *data, DWORD *size);
-// Writes a value. Text whose terminator stands just behind the `size` bytes given is stored with it. Here the value is
-// in the hive's file when the call returns with ERROR_SUCCESS; Windows writes it out later.
-LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD reserved, DWORD type, const BYTE *data, DWORD size);
+LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD, char *, DWORD options, REGSAM access, void *, HKEY *result,
+                        DWORD *disposition);
+// Reads a value; a null or empty name is the default value. `type`, `data` and `size` may be null, `size` not with
+// `data`; without `data` only the size is told. Text comes with a terminator, which `size` counts, where one is stored;
+// an unterminated text gets one, not counted, where the buffer has room. ERROR_MORE_DATA tells the size that is needed
+// and leaves the buffer alone.
+LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE *data, DWORD *size);
+// Writes `size` bytes. Of a text the byte behind them has to be readable too: a terminator that stands just there is
+// stored with it.
+LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE *data, DWORD size);
 LSTATUS RegDeleteValueA(HKEY key, const char *name);
-// Name of the subkey at an index, in a stable order. `size` is in characters, counts the terminator going in and not
-// coming back. ERROR_NO_MORE_ITEMS at the end.
-LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *size, DWORD *reserved, char *className,
-                      DWORD *classSize, FILETIME *lastWrite);
+// The name of the subkey at an index, in an order that stays while no key is made. `size` is in bytes, counts the
+// terminator going in and not coming back.
+LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *size, DWORD *, char *, DWORD *, FILETIME *);
 LSTATUS RegEnumKeyA(HKEY key, DWORD index, char *name, DWORD size);
 LSTATUS RegCloseKey(HKEY key);
 
 // ---- Files and folders ----
-// Paths have a drive letter and backslashes, match without regard to case, and are code page 932 on this side.
+// Paths have a drive letter and backslashes and match without regard to case.
 
 constexpr DWORD GENERIC_READ = 0x80000000;
 constexpr DWORD GENERIC_WRITE = 0x40000000;
 constexpr DWORD FILE_SHARE_READ = 1;
 constexpr DWORD FILE_SHARE_WRITE = 2;
-constexpr DWORD CREATE_NEW = 1;
 constexpr DWORD CREATE_ALWAYS = 2;
 constexpr DWORD OPEN_EXISTING = 3;
 constexpr DWORD OPEN_ALWAYS = 4;
-constexpr DWORD TRUNCATE_EXISTING = 5;
 constexpr DWORD FILE_ATTRIBUTE_DIRECTORY = 0x10;
 constexpr DWORD FILE_ATTRIBUTE_ARCHIVE = 0x20;
 constexpr DWORD FILE_ATTRIBUTE_NORMAL = 0x80;
@@ -166,7 +138,7 @@ constexpr DWORD INVALID_FILE_SIZE = 0xFFFFFFFF;
 inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(static_cast<INT_PTR>(-1));
 
 struct WIN32_FIND_DATAA {
-  DWORD dwFileAttributes;
+  DWORD dwFileAttributes; // FILE_ATTRIBUTE_DIRECTORY or FILE_ATTRIBUTE_ARCHIVE
   FILETIME ftCreationTime;
   FILETIME ftLastAccessTime;
   FILETIME ftLastWriteTime;
@@ -178,60 +150,56 @@ struct WIN32_FIND_DATAA {
   char cAlternateFileName[14];
 };
 
-// Share mode 0 keeps every other open of the file out (ERROR_SHARING_VIOLATION) until CloseHandle. CREATE_ALWAYS and
-// OPEN_ALWAYS leave ERROR_ALREADY_EXISTS in GetLastError, with success, where the file was there. Here, what is written
-// to a file opened with CREATE_ALWAYS takes the old file's place at CloseHandle, whole or not at all; Windows cuts the
-// old file at once, and a write that fails leaves what it had written.
-HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *security, DWORD disposition, DWORD attributes,
-                   HANDLE templateFile);
-BOOL ReadFile(HANDLE file, void *buffer, DWORD size, DWORD *read, void *overlapped);
+// Opens a file, or makes it, in a folder that is there; INVALID_HANDLE_VALUE if it can't be had. Share mode 0 keeps
+// every other open of the file out until CloseHandle, so that two programs don't mix their changes to one file; it
+// fails while somebody else has the file open. Here, what is written to a file opened with CREATE_ALWAYS takes the old
+// file's place at CloseHandle, whole or not at all; Windows cuts the old file at once, and a write that fails leaves
+// what it had written.
+HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *, DWORD disposition, DWORD, HANDLE);
+// Goes on where the call before left off. At the end of the file, TRUE and fewer bytes than asked for.
+BOOL ReadFile(HANDLE file, void *buffer, DWORD size, DWORD *read, void *);
 // The low half of the size in bytes; INVALID_FILE_SIZE for no open file. `high` may be null.
 DWORD GetFileSize(HANDLE file, DWORD *high);
-BOOL WriteFile(HANDLE file, const void *data, DWORD size, DWORD *written, void *overlapped);
+BOOL WriteFile(HANDLE file, const void *data, DWORD size, DWORD *written, void *);
 // Here, FALSE if what was written to a CREATE_ALWAYS file couldn't be put in place; the old file then stands as it was.
-BOOL CloseHandle(HANDLE handle);
-// Tells whether a path names an existing file or folder; wildcards in the last part match as on Windows.
+BOOL CloseHandle(HANDLE file);
+// Finds the file or folder that a path names; the last part may have the wildcards * and ?, and the first that matches
+// counts. The search is ended by FindClose. INVALID_HANDLE_VALUE if nothing is found; GetLastError tells then whether
+// there is nothing for certain (ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND) or something kept the system from looking.
 HANDLE FindFirstFileA(const char *path, WIN32_FIND_DATAA *data);
+DWORD GetLastError();
 BOOL FindClose(HANDLE search);
-// Makes one level: ERROR_PATH_NOT_FOUND if the parent is missing, ERROR_ALREADY_EXISTS if the name is taken.
-BOOL CreateDirectoryA(const char *path, void *security);
-// Both answer the length without the terminator. A buffer that is too small gets nothing and the size needed,
-// terminator included, from the first, and a cut path and its own size from the second.
+// Makes one level. FALSE if the name is taken or the folder above is missing.
+BOOL CreateDirectoryA(const char *path, void *);
+// The folder of the system, without a backslash at its end. The length without the terminator; for a buffer that is too
+// small, the size needed, terminator included, and nothing is written.
 UINT GetWindowsDirectoryA(char *buffer, UINT size);
-DWORD GetModuleFileNameA(HMODULE module, char *buffer, DWORD size);
+// The path of the running program (null module). `size` is at least 1; a path that doesn't fit is cut, and the result
+// is `size` then. Windows 98 leaves the terminator out of a cut path.
+DWORD GetModuleFileNameA(HMODULE, char *buffer, DWORD size);
 
-// Reads a value of a profile file, whose lines `name=value` stand below headings `[section]`; a file name without a
-// folder is one of the Windows directory. Sections and keys match without regard to case, the first of several counts.
-// Blanks around names and values don't count, nor does one pair of quotes around a value; lines that begin with a
-// semicolon are comments. `defaultText`, without blanks at its end, stands in for what is missing. A null section or
-// key gives the names of all sections, or of the section's keys, each terminated. The result is the length without the
-// last terminator; what doesn't fit is cut to size - 1, a list of names to size - 2 with two terminators. Text is code
-// page 932, or UTF-16 behind a byte order mark.
+// Reads a value of an INI file, whose lines `name=value` stand below headings `[section]`. Sections and keys match
+// without regard to case, the first of several counts. Blanks around names and values don't count, nor does one pair of
+// quotes around a value; lines that begin with a semicolon are comments. `defaultText` stands in for what is missing.
+// The result is the length; what doesn't fit is cut to size - 1, and `size` is at least 1. The file's text is code page
+// 932, or UTF-16 behind a byte order mark.
 DWORD GetPrivateProfileStringA(const char *section, const char *key, const char *defaultText, char *buffer, DWORD size,
                                const char *path);
 
-// Version resource of a program file; the query path is "\StringFileInfo\...", "\VarFileInfo\Translation" or "\".
+// The version resource of a program file goes into a block of the size that the first call tells, 0 if there is none.
 DWORD GetFileVersionInfoSizeA(const char *path, DWORD *handle);
-BOOL GetFileVersionInfoA(const char *path, DWORD handle, DWORD size, void *data);
-// `value` points into `data`; `size` is in characters with the terminator for a text, else in bytes.
+BOOL GetFileVersionInfoA(const char *path, DWORD, DWORD size, void *data);
+// Looks up "\StringFileInfo\LANGUAGE\NAME" or "\VarFileInfo\Translation" in such a block. `value` points into it;
+// `size` is in characters with the terminator for a text, else in bytes.
 BOOL VerQueryValueA(const void *data, const char *query, void **value, UINT *size);
 
 // ---- Shell ----
 
 constexpr HRESULT S_OK = 0;
-constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005U);
-constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057U);
-constexpr int CSIDL_PROGRAMS = 0x0002;
 constexpr int CSIDL_APPDATA = 0x001A;
 constexpr UINT SHGFI_ICON = 0x100;
 
-struct SHITEMID {
-  WORD cb;
-  BYTE abID[1];
-};
-struct ITEMIDLIST {
-  SHITEMID mkid;
-};
+struct ITEMIDLIST;
 struct SHFILEINFOA {
   HICON hIcon;
   int iIcon;
@@ -240,8 +208,10 @@ struct SHFILEINFOA {
   char szTypeName[80];
 };
 
-// The user's shell folders, from the registry; the list is freed with CoTaskMemFree.
-HRESULT SHGetSpecialFolderLocation(HWND owner, int folder, ITEMIDLIST **list);
+// The folder where programs keep what they know of the user (CSIDL_APPDATA), as the registry names it. S_OK and a list,
+// which is freed with CoTaskMemFree, or another code and null.
+HRESULT SHGetSpecialFolderLocation(HWND, int folder, ITEMIDLIST **list);
+// `path` has MAX_PATH bytes.
 BOOL SHGetPathFromIDListA(const ITEMIDLIST *list, char *path);
 void CoTaskMemFree(void *memory);
 // SHGFI_ICON: the file's icon, to be freed with DestroyIcon; 0 for a file that isn't there.
@@ -250,32 +220,44 @@ BOOL DestroyIcon(HICON icon);
 
 // ---- Modules ----
 
+// Loads a library of the machine, whose name gets ".dll" if it has no dot; null if it can't be loaded. Here it is a
+// shared object. It stays until FreeLibrary was called as often.
 HMODULE LoadLibraryA(const char *path);
 FARPROC GetProcAddress(HMODULE module, const char *name);
 BOOL FreeLibrary(HMODULE module);
 
+struct MEMORY_BASIC_INFORMATION {
+  void *AllocationBase; // the handle of the module
+};
+// What an address within a module belongs to. The size of the record, 0 for an address that lies in no module.
+size_t VirtualQuery(const void *address, MEMORY_BASIC_INFORMATION *information, size_t size);
+
 // ---- Text ----
-// The system's code page is 932. Lengths of -1 mean terminated text, and the result then counts the terminator; a
-// buffer size of 0 only asks for the size. 0 and ERROR_INSUFFICIENT_BUFFER for a result that doesn't fit.
+// The system's code page is 932.
 
 constexpr UINT CP_ACP = 0;
 constexpr UINT CP_UTF8 = 65001;
 constexpr DWORD MB_ERR_INVALID_CHARS = 8;
 
+// Both convert a text of a length, or a terminated one for -1, and the result then counts the terminator; a buffer size
+// of 0 only asks for the size. 0 for a result that doesn't fit. What the other side can't say becomes its replacement
+// character; with MB_ERR_INVALID_CHARS the first answers 0 for bytes that mean nothing.
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char *text, int length, WCHAR *wide, int size);
-int WideCharToMultiByte(UINT codePage, DWORD flags, const WCHAR *wide, int length, char *text, int size,
-                        const char *defaultChar, BOOL *usedDefaultChar);
+int WideCharToMultiByte(UINT codePage, DWORD, const WCHAR *wide, int length, char *text, int size, const char *,
+                        BOOL *);
 
 // Whether a byte begins a character of two bytes.
 BOOL IsDBCSLeadByte(BYTE byte);
 
 // Comparison and character classes of the multi-byte run-time library. Case is that of the Latin letters, half-width
 // and full-width.
-int _mbscmp(const unsigned char *left, const unsigned char *right);
 int _mbsicmp(const unsigned char *left, const unsigned char *right);
 int _ismbcalpha(unsigned int character);
 int _ismbcdigit(unsigned int character);
 
-#pragma GCC visibility pop
+// Compares texts as a dictionary has them in order.
+int lstrcmpA(const char *left, const char *right);
+
+} // extern "C"
 
 #endif

@@ -25,7 +25,7 @@
 
 #define CALLBACK
 
-#pragma GCC visibility push(default)
+extern "C" {
 
 // ---- Types ----
 
@@ -226,12 +226,6 @@ BOOL SetDlgItemTextA(HWND dialog, int id, const char *text);
 LRESULT SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
 // Turns dialog units into pixels.
 BOOL MapDialogRect(HWND dialog, RECT *rect);
-
-struct MEMORY_BASIC_INFORMATION {
-  void *AllocationBase; // the handle of the module
-};
-// What an address within a module belongs to. The size of the record, 0 for an address that lies in no module.
-size_t VirtualQuery(const void *address, MEMORY_BASIC_INFORMATION *information, size_t size);
 
 // ---- Controls ----
 // They answer the messages declared here as on Windows. A parent gets WM_COMMAND for what a user does (keys, typing, a
@@ -465,8 +459,8 @@ struct PROPSHEETHEADERA {
 };
 
 // Runs a wizard (PSH_WIZARD) of pages that are given as records (PSH_PROPSHEETPAGE), each with the number of a dialog
-// template among the library's resources. Blocks until the wizard is finished (positive) or cancelled (0); -1 if no
-// sheet came up. The callback hears PSCB_INITIALIZED as soon as the sheet's window is there.
+// template among the resources of the record's module. Blocks until the wizard is finished (positive) or cancelled (0);
+// -1 if no sheet came up. The callback hears PSCB_INITIALIZED as soon as the sheet's window is there.
 //
 // A page's dialog is made when the page is first shown, and gets WM_INITDIALOG with its record. Its caption becomes the
 // sheet's. The PSN_ notifications come to it as WM_NOTIFY with a NMHDR; an answer other than 0 skips the page
@@ -475,11 +469,7 @@ struct PROPSHEETHEADERA {
 // pressed.
 INT_PTR PropertySheetA(const PROPSHEETHEADERA *sheet);
 
-// ---- Text ----
-
-int lstrcmpA(const char *left, const char *right);
-
-#pragma GCC visibility pop
+} // extern "C"
 
 #endif
 

@@ -1,23 +1,9 @@
 // The library as a host loads and unloads it, and the resources that are left after that.
 #include "support/client_machine.h"
-#include "support/stubs_windows.h"
+#include "support/loaded_library.h"
 #include "support/user.h"
 
 namespace {
-
-// Resources of which a process has few.
-struct Resources {
-  DWORD kernelHandles;
-  DWORD nextThreadLocalIndex;
-};
-
-Resources Count() {
-  Resources now{};
-  GetProcessHandleCount(GetCurrentProcess(), &now.kernelHandles);
-  now.nextThreadLocalIndex = TlsAlloc();
-  TlsFree(now.nextThreadLocalIndex);
-  return now;
-}
 
 void RunWizard(HMODULE library) {
   using Wizard = int32_t (*)(int32_t unused, const char *id);
@@ -29,12 +15,11 @@ void RunWizard(HMODULE library) {
 }
 
 void LoadAndUnload() {
-  const HMODULE library = LoadLibraryA(ACCTKIT_LIBRARY);
+  const HMODULE library = LoadFromBuild(ACCTKIT_LIBRARY);
   ASSERT_NE(library, nullptr);
-  StubImports(library);
   RunWizard(library);
   EXPECT_TRUE(FreeLibrary(library));
-  EXPECT_EQ(GetModuleHandleA("AcctKit.dll"), nullptr);
+  EXPECT_FALSE(IsInMemory(ACCTKIT_LIBRARY));
 }
 
 class UnloadTest : public ClientTest {};
@@ -42,12 +27,10 @@ class UnloadTest : public ClientTest {};
 TEST_F(UnloadTest, NothingIsLeftOfAHundredWizards) {
   InstallOutlookExpress("5,50,4522,1200");
   LoadAndUnload(); // what the system makes for a process's first windows stays
-  const Resources before = Count();
+  const std::vector<size_t> before = CountHandles();
   for (int cycle = 0; cycle < 100 && !HasFailure(); ++cycle)
     LoadAndUnload();
-  const Resources after = Count();
-  EXPECT_EQ(after.kernelHandles, before.kernelHandles);
-  EXPECT_EQ(after.nextThreadLocalIndex, before.nextThreadLocalIndex);
+  EXPECT_EQ(CountHandles(), before);
 }
 
 } // namespace

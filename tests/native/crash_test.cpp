@@ -67,7 +67,7 @@ TEST_F(CrashTest, AKilledProcessLeavesFilesWhole) {
     kill(process, SIGKILL);
     Wait(process);
 
-    ASSERT_EQ(machine::Problem(true), "");
+    ASSERT_EQ(machine::FindFault(true), "");
     for (const char *name : {"first", "second"}) {
       const auto text = GetString(HKEY_CURRENT_USER, ScratchKey, name);
       ASSERT_TRUE(text && text->size() == 2000 && text->find_first_not_of((*text)[0]) == std::string::npos);
@@ -160,7 +160,7 @@ TEST_F(CrashTest, ARunningWineServerKeepsWritersOut) {
     HKEY key = nullptr;
     EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "new", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
               ERROR_ACCESS_DENIED);
-    EXPECT_NE(machine::Problem(true).find("a Wine server is running"), std::string::npos);
+    EXPECT_NE(machine::FindFault(true).find("a Wine server is running"), std::string::npos);
     EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ScratchKey, "number"), DWORD{1});
     kill(server, SIGKILL);
     Wait(server);

@@ -1,5 +1,6 @@
 // Hives as files: what isn't edited stays byte for byte, what is written is what Wine itself would write, and a damaged
 // hive is neither read nor written.
+#include "hooks/hive_hooks.h"
 #include "support/client_machine.h"
 #include "support/handles.h"
 
@@ -73,7 +74,7 @@ TEST_F(HiveTest, WritesValuesAsWineDoes) {
   for (const char16_t *path : {u"", u"Control Panel\\Desktop", u"Software\\\u8868[]", u"Software\\Link"}) {
     machine::Hive::Key *const key = hive.Find(hive.Root(), path);
     ASSERT_NE(key, nullptr);
-    for (const machine::HiveValue &value : hive.Values(*key))
+    for (const machine::HiveValue &value : machine::HiveHooks::Values(hive, *key))
       hive.WriteValue(*key, value);
   }
   EXPECT_EQ(hive.Text(), WineHive);
@@ -113,7 +114,7 @@ TEST_F(HiveTest, ADamagedHiveIsRefusedAndLeftAlone) {
               ERROR_BADDB);
     EXPECT_EQ(HiveText(), damaged.text);
     const std::string fault = machine::TakeFault();
-    EXPECT_EQ(fault, machine::Problem(false));
+    EXPECT_EQ(fault, machine::FindFault(false));
     EXPECT_TRUE(fault.starts_with(Path().string()) && fault.find(damaged.said) != std::string::npos) << fault;
   }
 }
@@ -125,8 +126,8 @@ TEST_F(HiveTest, AHiveThatMayNotBeWrittenStays) {
   EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "b", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
             ERROR_ACCESS_DENIED);
   EXPECT_EQ(HiveText(), WineHive);
-  EXPECT_NE(machine::Problem(true).find("may not be written"), std::string::npos);
-  EXPECT_EQ(machine::Problem(false), "");
+  EXPECT_NE(machine::FindFault(true).find("may not be written"), std::string::npos);
+  EXPECT_EQ(machine::FindFault(false), "");
 }
 
 // An open key goes on with what somebody else wrote meanwhile.

@@ -66,12 +66,12 @@ TEST_F(PathsTest, NamesAreUtf8OnDisk) {
 TEST_F(PathsTest, AFolderThatIsNoMachineIsToldOf) {
   const std::string folder = machine::Folder();
   SetEnvironment("ACCTKIT_MACHINE", folder + "/missing");
-  EXPECT_EQ(machine::Problem(false), folder + "/missing: No such file or directory");
+  EXPECT_EQ(machine::FindFault(false), folder + "/missing: No such file or directory");
   HKEY key = nullptr;
   EXPECT_NE(RegOpenKeyExA(HKEY_CURRENT_USER, "a", 0, KEY_READ, &key), ERROR_SUCCESS);
   EXPECT_FALSE(fs::exists(folder + "/missing"));
   SetEnvironment("ACCTKIT_MACHINE", folder + "/drive_c");
-  EXPECT_NE(machine::Problem(false).find("no machine folder"), std::string::npos);
+  EXPECT_NE(machine::FindFault(false).find("no machine folder"), std::string::npos);
 }
 
 // A program file that was cut anywhere has a version or none, and nothing beyond its end is looked at.

@@ -113,10 +113,7 @@ void MakeFoldersAbove(const std::string &path) {
 
 } // namespace
 
-void MakeFolders(const std::string &path) {
-  MakeFoldersAbove(path);
-  EXPECT_TRUE(CreateDirectoryA(path.c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS) << path;
-}
+void MakeFolders(const std::string &path) { MakeFoldersAbove(path + '\\'); }
 
 void PutFile(const std::string &path, const std::string &bytes) {
   MakeFoldersAbove(path);

@@ -1,13 +1,10 @@
 // The native half: every test has its own machine folder.
 #include "support/test_machine.h"
 
-#include "support/dump.h"
 #include "win32/linux/public/machine.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 namespace {
 
@@ -35,14 +32,10 @@ void MachineTest::ResetMachine() {
   machine::TakeFault();
 }
 
-std::vector<std::string> DumpKey(HKEY root, const std::string &key) {
-  std::vector<std::string> lines;
-  for (const machine::Value &value : machine::ListValues(root, key.c_str()))
-    lines.push_back(DumpLine(value.name, value.type, value.data));
-  std::ranges::sort(lines);
-  return lines;
+// Here the mode of the whole hive stands for the rights to one key.
+void MakeKeyReadOnly(HKEY root, const std::string &) {
+  std::filesystem::permissions(folder.path / (root == HKEY_CURRENT_USER ? "user.reg" : "system.reg"),
+                               std::filesystem::perms::owner_read);
 }
-
-void MakeKeyReadOnly(HKEY root, const std::string &key) { machine::MarkKeyReadOnly(root, key.c_str()); }
 
 void SetEnvironment(const char *name, const std::string &value) { setenv(name, value.c_str(), 1); }

@@ -3,13 +3,13 @@
 
 namespace {
 
-const char *const Profile = "C:\\acctkit-test\\profile.ini";
+const char *const IniFile = "C:\\acctkit-test\\service.ini";
 
 class IniFileTest : public MachineTest {
 protected:
   // The text that the call puts into a buffer of that size, as long as the result says.
   static std::string Get(const char *section, const char *key, const char *defaultText = "none", DWORD size = 1000,
-                         const char *path = Profile) {
+                         const char *path = IniFile) {
     std::string buffer(200000, '#');
     const DWORD length = GetPrivateProfileStringA(section, key, defaultText, buffer.data(), size, path);
     EXPECT_EQ(buffer[length], '\0');
@@ -20,7 +20,7 @@ protected:
 };
 
 TEST_F(IniFileTest, ReadsValues) {
-  PutFile(Profile, "before=any section\r\n"
+  PutFile(IniFile, "before=any section\r\n"
                    "[Server]\r\n"
                    "Key=value\r\n"
                    " \tspaced out \t=\t v a l \t\r\n"
@@ -53,14 +53,14 @@ TEST_F(IniFileTest, ReadsValues) {
 }
 
 TEST_F(IniFileTest, DefaultsStandInForWhatIsMissing) {
-  PutFile(Profile, "[A]\nk=v\n");
+  PutFile(IniFile, "[A]\nk=v\n");
   EXPECT_EQ(Get("A", "none", ""), "");
   for (const char *path : {"C:\\acctkit-test\\missing.ini", "C:\\acctkit-test\\missing\\p.ini", "C:\\acctkit-test"})
     EXPECT_EQ(Get("A", "k", "default", 100, path), "default") << path;
 }
 
 TEST_F(IniFileTest, CutsWhatDoesNotFit) {
-  PutFile(Profile, "[First]\nkey=value\nother=\x95\x5c\x83\x5c\n[Second]\n");
+  PutFile(IniFile, "[First]\nkey=value\nother=\x95\x5c\x83\x5c\n[Second]\n");
   for (const auto &[size, given] : {std::pair{7U, "value"}, {6U, "value"}, {5U, "valu"}, {2U, "v"}, {1U, ""}})
     EXPECT_EQ(Get("First", "key", "none", size), given) << size;
   // No half of a character is copied; Wine leaves the old byte in its place.
@@ -69,7 +69,7 @@ TEST_F(IniFileTest, CutsWhatDoesNotFit) {
 }
 
 TEST_F(IniFileTest, LineEndsAndLongLines) {
-  PutFile(Profile, "\n\r\n[A]\r\rk=crs\r\nl=crlf\n\n[B]\nk=" + std::string(100000, 'x') + "\n" +
+  PutFile(IniFile, "\n\r\n[A]\r\rk=crs\r\nl=crlf\n\n[B]\nk=" + std::string(100000, 'x') + "\n" +
                        std::string(100000, 'y') + "=long\nl=" + std::string("zero\0byte", 9) + "\nm=no end");
   EXPECT_EQ(Get("A", "k"), "crs");
   EXPECT_EQ(Get("A", "l"), "crlf");
@@ -77,17 +77,17 @@ TEST_F(IniFileTest, LineEndsAndLongLines) {
   EXPECT_EQ(Get("B", "k", "none", 10), "xxxxxxxxx");
   EXPECT_EQ(Get("B", "l"), "zero");
   EXPECT_EQ(Get("B", "m"), "no end");
-  PutFile(Profile, "");
+  PutFile(IniFile, "");
   EXPECT_EQ(Get("A", "k"), "none");
 }
 
 TEST_F(IniFileTest, JapaneseText) {
-  PutFile(Profile, "[\x83\x5d\x95\x5c]\n\x83\x5c=\"\x95\x5c\"\n\x82\x60=\x8f\x5d\n\x81\x40=\x81\x40\n\xb1= \xb2\n");
+  PutFile(IniFile, "[\x83\x5d\x95\x5c]\n\x83\x5c=\"\x95\x5c\"\n\x82\x60=\x8f\x5d\n\x81\x40=\x81\x40\n\xb1= \xb2\n");
   const std::pair<const char *, const char *> cases[] = {
       {"\x83\x5c", "\x95\x5c"}, {"\x82\x60", "\x8f\x5d"}, {"\x81\x40", "\x81\x40"}, {"\xb1", "\xb2"}};
   for (const auto &[key, value] : cases)
     EXPECT_EQ(Get("\x83\x5d\x95\x5c", key), value) << key;
-  PutFile(Profile, std::string("\xff\xfe[\0A\0]\0\r\0\n\0k\0=\0\x68\x88 \0", 20)); // UTF-16
+  PutFile(IniFile, std::string("\xff\xfe[\0A\0]\0\r\0\n\0k\0=\0\x68\x88 \0", 20)); // UTF-16
   EXPECT_EQ(Get("A", "k"), "\x95\x5c");
 }
 

@@ -1,28 +1,21 @@
-// The user's shell folders.
+// The user's shell folder.
 #include "support/test_machine.h"
 
 namespace {
 
 using ShellTest = MachineTest;
 
-TEST_F(ShellTest, FoldersComeFromTheRegistry) {
+TEST_F(ShellTest, TheFolderOfApplicationDataComesFromTheRegistry) {
   const char *const key = "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
-  const struct {
-    int folder;
-    const char *valueName;
-  } cases[] = {{CSIDL_APPDATA, "AppData"}, {CSIDL_PROGRAMS, "Programs"}};
-  for (const auto &test : cases) {
-    SCOPED_TRACE(test.valueName);
-    if (!GetString(HKEY_CURRENT_USER, key, test.valueName)) // a new machine may not have the user's folders yet
-      PutString(HKEY_CURRENT_USER, key, test.valueName, std::string("C:\\acctkit-test\\\x95\x5c ") + test.valueName);
-    MakeFolders(*GetString(HKEY_CURRENT_USER, key, test.valueName)); // Windows ignores a folder that doesn't exist
-    ITEMIDLIST *list = nullptr;
-    ASSERT_EQ(SHGetSpecialFolderLocation(nullptr, test.folder, &list), S_OK);
-    char path[MAX_PATH] = "";
-    EXPECT_TRUE(SHGetPathFromIDListA(list, path));
-    EXPECT_EQ(std::string(path), GetString(HKEY_CURRENT_USER, key, test.valueName));
-    CoTaskMemFree(list);
-  }
+  if (!GetString(HKEY_CURRENT_USER, key, "AppData")) // a new machine may have no user's folders yet
+    PutString(HKEY_CURRENT_USER, key, "AppData", "C:\\acctkit-test\\\x95\x5c");
+  MakeFolders(*GetString(HKEY_CURRENT_USER, key, "AppData")); // a folder that is gone is none to Windows
+  ITEMIDLIST *list = nullptr;
+  ASSERT_EQ(SHGetSpecialFolderLocation(nullptr, CSIDL_APPDATA, &list), S_OK);
+  char path[MAX_PATH] = "";
+  EXPECT_TRUE(SHGetPathFromIDListA(list, path));
+  EXPECT_EQ(std::string(path), GetString(HKEY_CURRENT_USER, key, "AppData"));
+  CoTaskMemFree(list);
 }
 
 } // namespace

@@ -48,10 +48,8 @@ TEST(TextTest, Widens) {
     Units wide(32, u'#');
     wide.resize(static_cast<size_t>(MultiByteToWideChar(test.codePage, 0, test.bytes.data(), length, wide.data(), 32)));
     EXPECT_EQ(wide, test.wide);
-    SetLastError(0);
     EXPECT_EQ(MultiByteToWideChar(test.codePage, MB_ERR_INVALID_CHARS, test.bytes.data(), length, nullptr, 0),
               test.valid ? static_cast<int>(test.wide.size()) : 0);
-    EXPECT_EQ(GetLastError(), static_cast<DWORD>(test.valid ? ERROR_SUCCESS : ERROR_NO_UNICODE_TRANSLATION));
   }
 }
 
@@ -60,33 +58,25 @@ TEST(TextTest, Narrows) {
     UINT codePage;
     Units wide;
     std::string bytes;
-    bool exact;
   } cases[] = {
-      {CP_ACP, Wide({'a', 0xFF71, 0x8868}), "a\xb1\x95\x5c", true},
-      {CP_ACP, Wide({0x2252, 0x222A, 0x7E8A, 0xE000}), "\x81\xe0\x81\xbe\xfa\x5c\xf0\x40", true}, // the code chosen
-      {CP_ACP, Wide({0xFF5E, 0xF8F0}), "\x81\x60\xa0", true},
-      {CP_ACP, Wide({0xA1, 0xA5, 0xB5, 0xE9, 0xDF, 0x3094}), "!\\\x83\xca\x65s\x83\x94", true}, // similar characters
-      {CP_ACP, Wide({0x301C, 0x2212, 0xA0, 0xAC00}), "[[[[", false},
-      {CP_ACP, Wide({0xD83D, 0xDE00, 'a'}), "[[a", false},
-      {CP_UTF8, Wide({'a', 0x80, 0x8868, 0xD83D, 0xDE00}), "a\xc2\x80\xe8\xa1\xa8\xf0\x9f\x98\x80", true},
-      {CP_UTF8, Wide({0xD83D, 'a', 0xDE00}), "\xef\xbf\xbd\x61\xef\xbf\xbd", true}, // single surrogates
+      {CP_ACP, Wide({'a', 0xFF71, 0x8868}), "a\xb1\x95\x5c"},
+      {CP_ACP, Wide({0x2252, 0x222A, 0x7E8A, 0xE000}), "\x81\xe0\x81\xbe\xfa\x5c\xf0\x40"}, // which of its places
+      {CP_ACP, Wide({0xFF5E, 0xF8F0}), "\x81\x60\xa0"},
+      {CP_ACP, Wide({0xA1, 0xA5, 0xB5, 0xE9, 0xDF, 0x3094}), "!\\\x83\xca\x65s\x83\x94"}, // likenesses
+      {CP_ACP, Wide({0x301C, 0x2212, 0xA0, 0xAC00}), "????"},
+      {CP_ACP, Wide({0xD83D, 0xDE00, 'a'}), "??a"},
+      {CP_UTF8, Wide({'a', 0x80, 0x8868, 0xD83D, 0xDE00}), "a\xc2\x80\xe8\xa1\xa8\xf0\x9f\x98\x80"},
+      {CP_UTF8, Wide({0xD83D, 'a', 0xDE00}), "\xef\xbf\xbd\x61\xef\xbf\xbd"}, // surrogates without their other
   };
   for (const auto &test : cases) {
     SCOPED_TRACE(::testing::PrintToString(test.bytes));
-    const bool ansi = test.codePage == CP_ACP;
     const auto length = static_cast<int>(test.wide.size());
     char bytes[64];
-    BOOL used = 7;
-    const int size = WideCharToMultiByte(test.codePage, 0, test.wide.data(), length, bytes, sizeof bytes,
-                                         ansi ? "[" : nullptr, ansi ? &used : nullptr);
+    const int size =
+        WideCharToMultiByte(test.codePage, 0, test.wide.data(), length, bytes, sizeof bytes, nullptr, nullptr);
     EXPECT_EQ(std::string(bytes, static_cast<size_t>(size)), test.bytes);
-    EXPECT_EQ(used, ansi ? (test.exact ? FALSE : TRUE) : 7);
     EXPECT_EQ(WideCharToMultiByte(test.codePage, 0, test.wide.data(), length, nullptr, 0, nullptr, nullptr), size);
   }
-  const WCHAR unknown = 0xAC00;
-  char byte = 0;
-  EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, &unknown, 1, &byte, 1, nullptr, nullptr), 1);
-  EXPECT_EQ(byte, '?');
 }
 
 TEST(TextTest, SizesOfBuffers) {
@@ -108,7 +98,6 @@ TEST(TextTest, SizesOfBuffers) {
   EXPECT_EQ(widen(ansi, 3, 2), 2);
   EXPECT_EQ(widen(ansi, 4, 3), 3); // a terminator within the length is an ordinary character
   EXPECT_EQ(widen(ansi, -1, 2), 0);
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
 }
 
 // The case of Greek and Cyrillic letters isn't tested: Wine folds it, the run-time library of Windows doesn't.

@@ -55,35 +55,6 @@ bool IsStill(const Descriptor &file, const std::filesystem::path &path, struct s
          opened.st_ino == named.st_ino;
 }
 
-LONG ErrorOf(int number) {
-  switch (number) {
-  case ENOENT:
-    return ERROR_FILE_NOT_FOUND;
-  case ENOTDIR:
-    return ERROR_PATH_NOT_FOUND;
-  case EACCES:
-  case EPERM:
-  case EISDIR:
-  case ELOOP:
-    return ERROR_ACCESS_DENIED;
-  case EROFS:
-    return ERROR_WRITE_PROTECT;
-  case ENOSPC:
-  case EDQUOT:
-  case EFBIG:
-    return ERROR_DISK_FULL;
-  case EEXIST:
-    return ERROR_ALREADY_EXISTS;
-  case EMFILE:
-  case ENFILE:
-    return ERROR_TOO_MANY_OPEN_FILES;
-  case ENOMEM:
-    return ERROR_NOT_ENOUGH_MEMORY;
-  case ENAMETOOLONG:
-    return ERROR_INVALID_NAME;
-  default:
-    return ERROR_WRITE_FAULT;
-  }
-}
+bool IsWritable(mode_t mode) { return (mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0; }
 
 } // namespace machine

@@ -1,8 +1,6 @@
 // Owns a file descriptor, and writes and reads all that is asked for.
 #pragma once
 
-#include "win32/win32.h"
-
 #include <cstddef>
 #include <filesystem>
 #include <string>
@@ -42,7 +40,8 @@ bool ReadAll(int file, std::string &data);
 // meanwhile.
 bool IsStill(const Descriptor &file, const std::filesystem::path &path, struct stat &opened);
 
-// The Win32 code for an errno.
-LONG ErrorOf(int number);
+// Whether a mode lets anybody write. Files are replaced and not written to, so the system doesn't ask; the mode binds
+// the superuser too.
+bool IsWritable(mode_t mode);
 
 } // namespace machine

@@ -1,3 +1,6 @@
+// A hive's text taken apart and put together again. The divisions: escapes; values as text and as data; lines;
+// headings; then of Hive loading and writing the whole, its keys, and the values of a key. Whatever knows how Wine
+// writes something stands in the first four; the others know sections and keys alone.
 #include "win32/linux/machine/hive.h"
 
 #include "win32/linux/text/code_page.h"
@@ -301,15 +304,10 @@ bool IsSoundValue(std::string_view value) {
   return true;
 }
 
-constexpr std::string_view ReadOnlyLine = "#readonly";
 constexpr std::string_view LinkLine = "#link";
 constexpr std::string_view Arch64Line = "#arch=win64";
 
 } // namespace
-
-bool SameName(std::u16string_view left, std::u16string_view right) {
-  return left.size() == right.size() && std::ranges::equal(left, right, {}, text::Upper, text::Upper);
-}
 
 bool IsText(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ; }
 
@@ -350,23 +348,23 @@ std::string Hive::LoadSections(std::string_view rest) {
   Key *key = nullptr;
   while (!rest.empty()) {
     const std::string_view all = rest;
-    std::string_view problem;
+    std::string_view damage;
     if (rest[0] == '[')
-      key = BeginSection(TakeLine(rest), problem);
+      key = BeginSection(TakeLine(rest), damage);
     else if (key != nullptr && IsValueLine(rest))
-      problem = IsSoundValue(TakeValue(rest)) ? "" : "a value that can't be read";
+      damage = IsSoundValue(TakeValue(rest)) ? "" : "a value that can't be read";
     else
-      problem = ReadPlainLine(TakeLine(rest), key);
-    if (!problem.empty())
-      return Damage(all, problem);
+      damage = ReadPlainLine(TakeLine(rest), key);
+    if (!damage.empty())
+      return Damage(all, damage);
     std::string_view &text = key == nullptr ? header : sections.back().original;
     text = {text.empty() ? all.data() : text.data(), text.size() + all.size() - rest.size()};
   }
   return {};
 }
 
-Hive::Key *Hive::BeginSection(std::string_view heading, std::string_view &problem) {
-  Key *const key = KeyOfHeading(heading, problem);
+Hive::Key *Hive::BeginSection(std::string_view heading, std::string_view &damage) {
+  Key *const key = KeyOfHeading(heading, damage);
   if (key != nullptr) {
     key->sections.push_back(static_cast<uint32_t>(sections.size()));
     sections.emplace_back();
@@ -378,12 +376,10 @@ std::string_view Hive::ReadPlainLine(std::string_view line, Key *key) {
   const std::string_view text = Trimmed(line);
   if (!text.empty() && text[0] != ';' && text[0] != '#')
     return "neither a key nor a value";
-  if (key == nullptr) {
+  if (key == nullptr)
     is64Bit = is64Bit || text == Arch64Line;
-  } else {
-    key->readOnly = key->readOnly || text == ReadOnlyLine;
+  else
     key->isLink = key->isLink || text == LinkLine;
-  }
   return {};
 }
 
@@ -408,21 +404,21 @@ std::string Hive::Text() const {
 Hive::Key &Hive::Subkey(Key &parent, std::u16string_view name) {
   std::u16string upper = text::ToUpper(name);
   // Files have their keys in order, so a new one mostly goes to the end.
-  const auto place = parent.subkeys.empty() || parent.subkeys.rbegin()->first < upper
-                         ? parent.subkeys.end()
-                         : parent.subkeys.lower_bound(upper);
-  if (place != parent.subkeys.end() && place->first == upper)
-    return *place->second;
+  const auto position = parent.subkeys.empty() || parent.subkeys.rbegin()->first < upper
+                            ? parent.subkeys.end()
+                            : parent.subkeys.lower_bound(upper);
+  if (position != parent.subkeys.end() && position->first == upper)
+    return *position->second;
   auto key = std::make_unique<Key>();
   key->parent = &parent;
   key->name = name;
   Key &made = *key;
-  parent.subkeys.emplace_hint(place, std::move(upper), std::move(key));
+  parent.subkeys.emplace_hint(position, std::move(upper), std::move(key));
   parent.order.clear();
   return made;
 }
 
-Hive::Key *Hive::KeyOfHeading(std::string_view heading, std::string_view &problem) {
+Hive::Key *Hive::KeyOfHeading(std::string_view heading, std::string_view &damage) {
   // The keys of all names that this heading has in common with the last one are known.
   const auto agreed = static_cast<size_t>(std::ranges::mismatch(heading, lastHeading).in1 - heading.begin());
   while (lastPath.size() > 1 && lastPath.back().first > agreed)
@@ -436,12 +432,12 @@ Hive::Key *Hive::KeyOfHeading(std::string_view heading, std::string_view &proble
     const std::string_view rest = heading.substr(at);
     const size_t end = EndOfName(rest);
     if (end >= rest.size()) {
-      problem = "a key's heading without its end";
+      damage = "a key's heading without its end";
       return nullptr;
     }
     std::u16string name;
     if (!ReadKeyName(rest.substr(0, end), name) || lastPath.size() > DeepestPath) {
-      problem = "a key's name that can't be read";
+      damage = "a key's name that can't be read";
       return nullptr;
     }
     key = &Subkey(*key, name);
@@ -457,8 +453,8 @@ Hive::Key *Hive::Find(Key &from, std::u16string_view names) {
   std::u16string_view path = upper;
   Key *key = &from;
   for (auto name = text::TakeName(path); key != nullptr && !name.empty(); name = text::TakeName(path)) {
-    const auto place = key->subkeys.find(name);
-    key = place == key->subkeys.end() ? nullptr : place->second.get();
+    const auto position = key->subkeys.find(name);
+    key = position == key->subkeys.end() ? nullptr : position->second.get();
   }
   return key;
 }
@@ -502,14 +498,6 @@ void Hive::AddSection(Key &key) {
   section.lines = {{heading + stamps, std::nullopt}, {"\n", std::nullopt}};
 }
 
-void Hive::MarkReadOnly(Key &key) {
-  if (key.sections.empty() || key.readOnly)
-    return;
-  std::vector<Line> &lines = LinesOf(sections[key.sections.front()]);
-  lines.insert(lines.begin() + 1, {std::string(ReadOnlyLine) + '\n', std::nullopt});
-  key.readOnly = true;
-}
-
 // ---- Values of a key ----
 
 std::vector<Hive::Line> &Hive::LinesOf(Section &section) {
@@ -535,7 +523,7 @@ Hive::Line *Hive::FindLine(const Key &key, std::u16string_view name, std::vector
   for (size_t number = key.sections.size(); number-- > 0;) {
     std::vector<Line> &lines = LinesOf(sections[key.sections[number]]);
     for (size_t index = lines.size(); index-- > 0;)
-      if (lines[index].valueName && SameName(*lines[index].valueName, name)) {
+      if (lines[index].valueName && text::SameName(*lines[index].valueName, name)) {
         *owner = &lines;
         return &lines[index];
       }
@@ -550,18 +538,6 @@ Hive::Found Hive::ReadValue(const Key &key, std::u16string_view name, HiveValue 
     return Found::No;
   std::string_view text = line->text;
   return ReadName(text, value.name) && ReadData(text, value) ? Found::Yes : Found::Damaged;
-}
-
-std::vector<HiveValue> Hive::Values(const Key &key) {
-  std::vector<HiveValue> values;
-  for (const uint32_t number : key.sections)
-    for (const Line &line : LinesOf(sections[number])) {
-      std::string_view text = line.text;
-      HiveValue value;
-      if (line.valueName && ReadName(text, value.name) && ReadData(text, value))
-        values.push_back(std::move(value));
-    }
-  return values;
 }
 
 void Hive::WriteValue(Key &key, const HiveValue &value) {

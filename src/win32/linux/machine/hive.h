@@ -17,8 +17,7 @@
 
 namespace machine {
 
-// Whether two names are the same, which case doesn't matter for.
-bool SameName(std::u16string_view left, std::u16string_view right);
+constexpr DWORD REG_MULTI_SZ = 7;
 
 // Whether values of a type are texts.
 bool IsText(DWORD type);
@@ -37,7 +36,6 @@ public:
     std::u16string name;
     std::map<std::u16string, std::unique_ptr<Key>, std::less<>> subkeys; // by their names in upper case
     std::vector<uint32_t> sections; // one as a rule; Wine merges those that a file has twice
-    bool readOnly = false;
     bool isLink = false;            // to the key that its value SymbolicLinkValue names
     std::vector<const Key *> order; // the subkeys by index, once somebody asked for one
 
@@ -67,13 +65,13 @@ public:
 
   enum class Found { Yes, No, Damaged };
   Found ReadValue(const Key &key, std::u16string_view name, HiveValue &value);
-  std::vector<HiveValue> Values(const Key &key);
   void WriteValue(Key &key, const HiveValue &value);
   // False if there was no such value.
   bool RemoveValue(Key &key, std::u16string_view name);
-  void MarkReadOnly(Key &key);
 
 private:
+  friend struct HiveHooks; // of the tests
+
   // A line of a section: of a value with all its continuation lines, else just text.
   struct Line {
     std::string text;
@@ -87,10 +85,10 @@ private:
 
   // The line that says where the hive is damaged: where just the rest of it hasn't been read yet.
   std::string Damage(std::string_view rest, std::string_view what) const;
-  // These tell of a line that can't be by a problem.
+  // These tell of a line that can't be by a damage.
   std::string LoadSections(std::string_view rest);
-  Key *BeginSection(std::string_view heading, std::string_view &problem);
-  Key *KeyOfHeading(std::string_view heading, std::string_view &problem);
+  Key *BeginSection(std::string_view heading, std::string_view &damage);
+  Key *KeyOfHeading(std::string_view heading, std::string_view &damage);
   std::string_view ReadPlainLine(std::string_view line, Key *key);
 
   Key &Subkey(Key &parent, std::u16string_view name);

@@ -1,7 +1,8 @@
+// When the content is read again, and how an edit gets to the disk.
 #include "win32/linux/machine/hive_file.h"
 
 #include "win32/linux/machine/descriptor.h"
-#include "win32/linux/machine/faults.h"
+#include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/replacement.h"
 #include "win32/linux/public/machine.h"
 
@@ -16,13 +17,13 @@ HiveFile::HiveFile(std::filesystem::path path, std::string_view rootName)
     : file(std::move(path)), root(rootName), hive(std::make_unique<Hive>()) {}
 
 HiveFile::Identity HiveFile::IdentityOf(const struct stat &status) {
-  return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+  return {status.st_dev, status.st_ino, status.st_mode, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
-LSTATUS HiveFile::Fail(LSTATUS code, const std::string &what) {
-  fault = file.string() + ": " + what;
+LSTATUS HiveFile::NotUsable(const std::string &why) {
+  fault = file.string() + ": " + why;
   RecordFault(fault);
-  return code;
+  return ERROR_BADDB;
 }
 
 LSTATUS HiveFile::Refresh() {
@@ -50,7 +51,7 @@ LSTATUS HiveFile::Load() {
   if (const LSTATUS result = ReadText(text); result != ERROR_SUCCESS)
     return result;
   if (const std::string damage = hive->Load(std::move(text)); !damage.empty())
-    return Fail(ERROR_BADDB, "the registry is damaged, " + damage);
+    return NotUsable("the registry is damaged, " + damage);
   if (hive->Is64Bit() && IsLocalMachine())
     hive->Create(hive->Root(), u"Software\\Wow6432Node"); // as Wine does when it starts
   return ERROR_SUCCESS;
@@ -61,20 +62,20 @@ LSTATUS HiveFile::ReadText(std::string &text) {
   if (!opened && errno == ENOENT)
     return MakeText(text);
   if (!opened)
-    return Fail(ErrorOf(errno), std::strerror(errno));
+    return NotUsable(std::strerror(errno));
   struct stat status;
   if (fstat(opened.Get(), &status) != 0 || !S_ISREG(status.st_mode))
-    return Fail(ERROR_BADDB, "no file");
+    return NotUsable("no file");
   text.resize(static_cast<size_t>(status.st_size) + 1);
   if (!ReadAll(opened.Get(), text))
-    return Fail(ERROR_READ_FAULT, std::strerror(errno));
+    return NotUsable(std::strerror(errno));
   identity = IdentityOf(status);
   read = std::move(opened);
   return ERROR_SUCCESS;
 }
 
 LSTATUS HiveFile::MakeText(std::string &text) {
-  fault = FolderProblem(file.parent_path());
+  fault = FolderFault(file.parent_path());
   if (!fault.empty()) {
     RecordFault(fault);
     return ERROR_FILE_NOT_FOUND;
@@ -83,22 +84,20 @@ LSTATUS HiveFile::MakeText(std::string &text) {
   return ERROR_SUCCESS;
 }
 
-std::string HiveFile::WriteProblem() const {
-  struct stat status;
-  // The file is replaced and not written to, so its own permissions have to be asked for; they bind the superuser too.
-  if (stat(file.c_str(), &status) == 0 && (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
-    return file.string() + ": the registry may not be written";
-  return ServerProblem(file.parent_path());
+bool HiveFile::IsReadOnly() const { return read && !IsWritable(identity.mode); }
+
+std::string HiveFile::WriteFault() const {
+  return IsReadOnly() ? file.string() + ": the registry may not be written" : ServerFault(file.parent_path());
 }
 
 LSTATUS HiveFile::Edit(const EditFunction &edit) {
   const Lock lock;
-  if (const std::string problem = WriteProblem(); !problem.empty()) {
-    RecordFault(problem);
-    return ERROR_ACCESS_DENIED;
-  }
   if (const LSTATUS result = Refresh(); result != ERROR_SUCCESS)
     return result;
+  if (const std::string found = WriteFault(); !found.empty()) {
+    RecordFault(found);
+    return ERROR_ACCESS_DENIED;
+  }
   bool changed = true;
   LSTATUS result = edit(*hive, changed);
   if (result == ERROR_SUCCESS && changed) {
@@ -119,10 +118,8 @@ LSTATUS HiveFile::Replace() {
                                                                      : file);
   struct stat status;
   if (!replacement.File() || !WriteAll(replacement.File().Get(), hive->Text()) || !replacement.Commit() ||
-      fstat(replacement.File().Get(), &status) != 0) {
-    const int reason = errno;
-    return Fail(ErrorOf(reason), std::string("the registry can't be written: ") + std::strerror(reason));
-  }
+      fstat(replacement.File().Get(), &status) != 0)
+    return NotUsable(std::string("the registry can't be written: ") + std::strerror(errno));
   identity = IdentityOf(status);
   read = replacement.TakeFile();
   return ERROR_SUCCESS;

@@ -20,7 +20,8 @@ public:
   HiveFile(std::filesystem::path file, std::string_view root);
 
   // Makes sure that the content is that of the file; one look at the file's identity if it is. ERROR_BADDB for a
-  // damaged file, ERROR_FILE_NOT_FOUND for a machine folder that isn't there; `Fault` then says why.
+  // file that is damaged, or can't be read, ERROR_FILE_NOT_FOUND for a machine folder that isn't there; `Fault` then
+  // says why.
   LSTATUS Refresh();
   // The same in half the time, for a key that is open: looks at the file that was read, whatever its name is now, and
   // so misses one that was given another name and not replaced.
@@ -32,14 +33,22 @@ public:
   // Changes with every load: keys of another generation are gone.
   uint64_t Generation() const { return generation; }
 
-  // Applies an edit to the content, as the file holds it at that moment, and replaces the file, with the machine locked
-  // all the while. An edit that answers another code than ERROR_SUCCESS, or false by `changed`, is not written. Where
-  // the file can't be replaced, the content is again what the file holds.
+  // Changes the hive and replaces its file, with the machine locked all the while:
+  //
+  //   file.Edit([&](Hive &hive, bool &) -> LSTATUS {
+  //     hive.WriteValue(*hive.Create(hive.Root(), u"Software\\Mine"), value);
+  //     return ERROR_SUCCESS;
+  //   });
+  //
+  // The edit gets the content as the file holds it at that moment. If it answers another code than ERROR_SUCCESS, or
+  // false by `changed`, nothing is written. Where the file can't be replaced, the content is again what the file holds.
   using EditFunction = std::function<LSTATUS(Hive &hive, bool &changed)>;
   LSTATUS Edit(const EditFunction &edit);
 
+  // Whether the mode of the file that was read lets nobody write it.
+  bool IsReadOnly() const;
   // Why the hive can't be written by anybody, empty if it can.
-  std::string WriteProblem() const;
+  std::string WriteFault() const;
   // Why the last Refresh failed.
   const std::string &Fault() const { return fault; }
 
@@ -48,6 +57,7 @@ private:
   struct Identity {
     dev_t device = 0;
     ino_t inode = 0;
+    mode_t mode = 0;
     off_t size = -1;
     int64_t seconds = 0;
     int64_t nanoseconds = 0;
@@ -59,7 +69,7 @@ private:
   LSTATUS ReadText(std::string &text);
   LSTATUS MakeText(std::string &text); // for a machine that doesn't have this hive yet
   LSTATUS Replace();
-  LSTATUS Fail(LSTATUS code, const std::string &what);
+  LSTATUS NotUsable(const std::string &why);
 
   std::filesystem::path file;
   std::string_view root;

@@ -1,8 +1,9 @@
+// The machine folder as a whole: which it is, faults and notices, a Wine server at work on it, the lock.
 #include "win32/linux/public/machine.h"
 
 #include "win32/linux/machine/descriptor.h"
-#include "win32/linux/machine/faults.h"
 #include "win32/linux/machine/hive_file.h"
+#include "win32/linux/machine/machine_folder.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -88,7 +89,7 @@ std::string TakeNotice() { return notices.Take(); }
 
 bool HasNotice() { return notices.IsRecorded(); }
 
-std::string FolderProblem(const std::filesystem::path &folder) {
+std::string FolderFault(const std::filesystem::path &folder) {
   struct stat status;
   if (stat(folder.c_str(), &status) != 0)
     return folder.string() + ": " + std::strerror(errno);
@@ -104,17 +105,17 @@ std::string FolderProblem(const std::filesystem::path &folder) {
 
 namespace {
 
-// Where a Wine server of the prefix may have its own folder: Wine has a fixed place for a user, Debian's Wine makes one
-// up and leaves its name in the prefix.
-std::vector<std::filesystem::path> ServerPlaces(const std::filesystem::path &prefix, const struct stat &status) {
-  std::vector<std::filesystem::path> places = {"/tmp/.wine-" + std::to_string(status.st_uid)};
+// The folders where a Wine server of the prefix may have its own: Wine has a fixed one for a user, Debian's Wine makes
+// one up and leaves its name in the prefix.
+std::vector<std::filesystem::path> ServerFolders(const std::filesystem::path &prefix, const struct stat &status) {
+  std::vector<std::filesystem::path> folders = {"/tmp/.wine-" + std::to_string(status.st_uid)};
   std::string name;
   if (std::ifstream(prefix / "wineserver") >> name) {
-    places.push_back(std::filesystem::path("/tmp") / name);
+    folders.push_back(std::filesystem::path("/tmp") / name);
     if (const auto temporary = Environment("TMPDIR"); !temporary.empty())
-      places.push_back(temporary / name);
+      folders.push_back(temporary / name);
   }
-  return places;
+  return folders;
 }
 
 // A server holds a file locked as long as it runs.
@@ -128,7 +129,7 @@ bool IsLocked(const std::filesystem::path &path) {
 
 } // namespace
 
-std::string ServerProblem(const std::filesystem::path &folder) {
+std::string ServerFault(const std::filesystem::path &folder) {
   struct stat status;
   if (stat(folder.c_str(), &status) != 0)
     return {};
@@ -136,24 +137,24 @@ std::string ServerProblem(const std::filesystem::path &folder) {
   char name[64];
   std::snprintf(name, sizeof name, "server-%llx-%llx", static_cast<unsigned long long>(status.st_dev),
                 static_cast<unsigned long long>(status.st_ino));
-  for (const std::filesystem::path &place : ServerPlaces(folder, status))
-    if (IsLocked(place / name / "lock"))
+  for (const std::filesystem::path &above : ServerFolders(folder, status))
+    if (IsLocked(above / name / "lock"))
       return folder.string() + ": a Wine server is running on this folder, stop it first (wineserver -k)";
   return {};
 }
 
-std::string Problem(bool forWriting) {
+std::string FindFault(bool forWriting) {
   const std::filesystem::path folder = Folder();
-  if (std::string problem = FolderProblem(folder); !problem.empty())
-    return problem;
+  if (std::string fault = FolderFault(folder); !fault.empty())
+    return fault;
   for (const char *name : {"system.reg", "user.reg"}) {
     HiveFile hive(folder / name, "");
     if (hive.Refresh() != ERROR_SUCCESS) {
       TakeFault(); // told here and now
       return hive.Fault();
     }
-    if (std::string problem = forWriting ? hive.WriteProblem() : std::string(); !problem.empty())
-      return problem;
+    if (std::string fault = forWriting ? hive.WriteFault() : std::string(); !fault.empty())
+      return fault;
   }
   return {};
 }

@@ -1,16 +1,13 @@
 // Loadable libraries of the machine: shared objects, whatever their names end in.
-#include "win32/win32_ui.h"
+#include "win32/win32.h"
 
-#include "win32/linux/last_error.h"
-#include "win32/linux/machine/faults.h"
+#include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/paths.h"
 
 #include <dlfcn.h>
 #include <fstream>
 #include <link.h>
 #include <string>
-
-using machine::Fail;
 
 namespace {
 
@@ -27,27 +24,24 @@ HMODULE LoadLibraryA(const char *path) {
   const bool dotted = wide.find(u'.', wide.rfind(u'\\') + 1) != std::u16string::npos;
   const machine::DiskPath found = machine::FindOnDisk(dotted ? path : (std::string(path) + ".dll").c_str());
   if (!found.exists)
-    return Fail(ERROR_MOD_NOT_FOUND, nullptr);
+    return nullptr;
   void *const library = dlopen(found.path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr && IsWindowsProgram(found.path))
     machine::RecordNotice(found.path.string() + ": a Windows library, which can't be loaded here");
-  return library != nullptr ? library : Fail(ERROR_BAD_EXE_FORMAT, nullptr);
+  return library;
 }
 
 FARPROC GetProcAddress(HMODULE module, const char *name) {
-  void *const entry = module != nullptr ? dlsym(module, name) : nullptr;
-  return entry != nullptr ? reinterpret_cast<FARPROC>(entry) : Fail(ERROR_PROC_NOT_FOUND, nullptr);
+  return module != nullptr ? reinterpret_cast<FARPROC>(dlsym(module, name)) : nullptr;
 }
 
-BOOL FreeLibrary(HMODULE module) {
-  return module != nullptr && dlclose(module) == 0 ? TRUE : Fail(ERROR_INVALID_HANDLE, FALSE);
-}
+BOOL FreeLibrary(HMODULE module) { return module != nullptr && dlclose(module) == 0 ? TRUE : FALSE; }
 
 size_t VirtualQuery(const void *address, MEMORY_BASIC_INFORMATION *information, size_t) {
   Dl_info found;
   link_map *library = nullptr; // which is what a loaded library's handle points to
   if (dladdr1(address, &found, reinterpret_cast<void **>(&library), RTLD_DL_LINKMAP) == 0)
-    return Fail(ERROR_INVALID_PARAMETER, size_t{0});
+    return 0;
   information->AllocationBase = library;
   return sizeof *information;
 }

@@ -1,6 +1,6 @@
+// From a path of the calls down to the file on disk, name by name, without leaving the machine.
 #include "win32/linux/machine/paths.h"
 
-#include "win32/linux/machine/hive.h"
 #include "win32/linux/public/machine.h"
 #include "win32/linux/text/code_page.h"
 
@@ -17,9 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr LONG BadNetPath = 53;
-constexpr LONG FileNameTooLong = 206;
-
 struct CloseFolder {
   void operator()(DIR *folder) const { closedir(folder); }
 };
@@ -35,6 +32,7 @@ template <typename Take> void ForEachEntry(const fs::path &folder, Take take) {
 DiskPath Look(const fs::path &path) {
   DiskPath found = {.path = path};
   found.exists = lstat(path.c_str(), &found.status) == 0;
+  found.missing = !found.exists && (errno == ENOENT || errno == ENOTDIR);
   return found;
 }
 
@@ -45,7 +43,7 @@ DiskPath LookFor(const fs::path &folder, std::u16string_view name) {
     return found;
   ForEachEntry(folder, [&](const std::string &entry) {
     std::u16string wide;
-    if (!text::Utf8ToWide(entry, wide) || !SameName(wide, name))
+    if (!text::Utf8ToWide(entry, wide) || !text::SameName(wide, name))
       return false;
     found = Look(folder / entry);
     return true;
@@ -112,14 +110,6 @@ std::u16string Absolute(const std::u16string &path) {
   return program.substr(0, path.starts_with(u'\\') ? 2 : program.rfind(u'\\') + 1) + path;
 }
 
-LONG CheckForm(std::u16string_view path) {
-  if (path.empty())
-    return ERROR_PATH_NOT_FOUND;
-  if (path.size() >= MAX_PATH)
-    return FileNameTooLong;
-  return path.starts_with(u"\\\\") ? BadNetPath : ERROR_SUCCESS;
-}
-
 // Goes down from a drive's folder by one name after the other.
 DiskPath Descend(const fs::path &drive, const std::vector<std::u16string> &names) {
   std::error_code error;
@@ -128,12 +118,12 @@ DiskPath Descend(const fs::path &drive, const std::vector<std::u16string> &names
     found = Look(fs::canonical(drive, error));
   for (const std::u16string &name : names) {
     if (!found.IsFolder())
-      return {.error = ERROR_PATH_NOT_FOUND};
+      return {.missing = found.exists || found.missing};
     found = LookFor(found.path, name);
     if (found.IsLink()) {
       const fs::path target = LinkTarget(found.path, drive);
       if (target.empty())
-        return {.error = ERROR_ACCESS_DENIED};
+        return {};
       found = Look(target);
     }
   }
@@ -157,16 +147,16 @@ std::u16string WidePath(const char *path) {
 
 DiskPath FindOnDisk(const char *path) {
   const std::u16string given = WidePath(path);
-  if (const LONG error = CheckForm(given); error != ERROR_SUCCESS)
-    return {.error = error};
+  if (given.size() >= MAX_PATH || given.starts_with(u"\\\\"))
+    return {};
   const std::u16string absolute = Absolute(given);
-  if (!HasDrive(absolute) || !IsLetter(absolute[0]))
-    return {.error = ERROR_PATH_NOT_FOUND};
+  if (given.empty() || !HasDrive(absolute) || !IsLetter(absolute[0]))
+    return {.missing = true};
   std::vector<std::u16string> names;
   if (!SplitNames(std::u16string_view(absolute).substr(2), names))
-    return {.error = ERROR_INVALID_NAME};
+    return {};
   const fs::path drive = DriveFolder(absolute[0]);
-  return drive.empty() ? DiskPath{.error = ERROR_PATH_NOT_FOUND} : Descend(drive, names);
+  return drive.empty() ? DiskPath{.missing = true} : Descend(drive, names);
 }
 
 namespace {

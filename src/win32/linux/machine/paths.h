@@ -10,16 +10,14 @@
 namespace machine {
 
 struct DiskPath {
-  LONG error = ERROR_SUCCESS;      // ERROR_PATH_NOT_FOUND and so on if no file can stand there
-  std::filesystem::path path = {}; // also if there is no such file, as long as its folder is there
-  bool exists = false;             // never with an error
-  struct stat status = {};         // of an existing one
+  std::filesystem::path path = {}; // also if there is no such file; empty if none can stand there
+  bool exists = false;
+  bool missing = false;    // for certain, since nothing kept us from looking
+  struct stat status = {}; // of an existing one
 
   bool IsFolder() const { return exists && S_ISDIR(status.st_mode); }
   bool IsFile() const { return exists && S_ISREG(status.st_mode); }
   bool IsLink() const { return exists && S_ISLNK(status.st_mode); }
-  // Why there is nothing, ERROR_SUCCESS if there is something.
-  LONG Absence() const { return exists ? ERROR_SUCCESS : error != ERROR_SUCCESS ? error : ERROR_FILE_NOT_FOUND; }
 };
 
 // A path of the calls with backslashes alone.

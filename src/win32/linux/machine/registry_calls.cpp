@@ -1,9 +1,13 @@
-// The registry calls, on the two hives of the machine folder.
+// The registry calls, on the two hives of the machine folder. The divisions: where a call works (handle, path, edit),
+// keys, values, and the calls themselves.
+//
+// An edit takes the machine's lock before the registry's own, in this order always: whoever holds the machine over
+// several calls takes the registry's within it.
 #include "win32/win32.h"
 
-#include "win32/linux/machine/faults.h"
 #include "win32/linux/machine/handle_table.h"
 #include "win32/linux/machine/hive_file.h"
+#include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/wow64.h"
 #include "win32/linux/public/machine.h"
 #include "win32/linux/text/code_page.h"
@@ -19,8 +23,14 @@ using machine::Hive;
 using machine::HiveFile;
 using machine::HiveValue;
 
-constexpr LSTATUS BadPathname = 161;
-constexpr LSTATUS KeyDeleted = 1018;
+// Results that nobody tells apart.
+constexpr LSTATUS ERROR_INVALID_HANDLE = 6;
+constexpr LSTATUS ERROR_INVALID_PARAMETER = 87;
+constexpr LSTATUS ERROR_BAD_PATHNAME = 161;
+constexpr LSTATUS ERROR_KEY_DELETED = 1018;
+
+constexpr REGSAM KEY_QUERY_VALUE = 0x0001;
+constexpr REGSAM KEY_CREATE_SUB_KEY = 0x0004;
 constexpr REGSAM RightsToWrite = KEY_SET_VALUE | KEY_CREATE_SUB_KEY | 0x000D0000; // and to delete, or change who may
 constexpr REGSAM MaximumAllowed = 0x02000000;
 
@@ -40,7 +50,6 @@ struct Machine {
   std::shared_ptr<OpenKey> currentUser;
 };
 
-// Whoever holds the machine's own lock over several calls takes this one within it, and so does every call that edits.
 std::mutex guard;
 Machine current;
 machine::HandleTable<HKEY, OpenKey> openKeys{0x90000000}; // behind the roots
@@ -70,40 +79,40 @@ LSTATUS Resolve(OpenKey &open) {
     open.key = open.file->Content().Find(open.file->Content().Root(), open.path);
     open.generation = open.file->Generation();
   }
-  return open.key != nullptr ? ERROR_SUCCESS : KeyDeleted;
+  return open.key != nullptr ? ERROR_SUCCESS : ERROR_KEY_DELETED;
 }
 
 // Does a call's work at the key of its handle, which must have been opened with the rights that are needed.
 template <typename Work> LSTATUS At(HKEY handle, REGSAM needed, Work work) {
   const std::lock_guard lock(guard);
-  const std::shared_ptr<OpenKey> place = IsRoot(handle) ? RootOf(handle) : openKeys.Find(handle);
-  if (place == nullptr)
+  const std::shared_ptr<OpenKey> open = IsRoot(handle) ? RootOf(handle) : openKeys.Find(handle);
+  if (open == nullptr)
     return ERROR_INVALID_HANDLE;
-  LSTATUS result = IsRoot(handle) ? place->file->Refresh() : place->file->RefreshOpened();
+  LSTATUS result = IsRoot(handle) ? open->file->Refresh() : open->file->RefreshOpened();
   if (result == ERROR_SUCCESS)
-    result = Resolve(*place);
+    result = Resolve(*open);
   if (result != ERROR_SUCCESS)
     return result;
-  return (place->access & needed) == needed ? work(*place) : ERROR_ACCESS_DENIED;
+  return (open->access & needed) == needed ? work(*open) : ERROR_ACCESS_DENIED;
 }
 
 // The same with the path that a caller names below the key.
 template <typename Work> LSTATUS AtPath(HKEY handle, const char *subkey, Work work) {
-  return At(handle, 0, [&](const OpenKey &place) -> LSTATUS {
+  return At(handle, 0, [&](const OpenKey &open) -> LSTATUS {
     std::u16string path = ToWideOrEmpty(subkey);
     if (path.starts_with(u'\\'))
-      return BadPathname;
+      return ERROR_BAD_PATHNAME;
     while (path.ends_with(u'\\'))
       path.pop_back();
-    return work(place, path);
+    return work(open, path);
   });
 }
 
 // Changes the key that a call works at, in its hive as the file holds it now.
-template <typename Change> LSTATUS Edit(const OpenKey &place, Change change) {
-  return place.file->Edit([&](Hive &hive, bool &changed) -> LSTATUS {
-    Hive::Key *const key = hive.Find(hive.Root(), place.path);
-    return key != nullptr ? change(hive, *key, changed) : KeyDeleted;
+template <typename Change> LSTATUS Edit(const OpenKey &open, Change change) {
+  return open.file->Edit([&](Hive &hive, bool &changed) -> LSTATUS {
+    Hive::Key *const key = hive.Find(hive.Root(), open.path);
+    return key != nullptr ? change(hive, *key, changed) : ERROR_KEY_DELETED;
   });
 }
 
@@ -116,35 +125,28 @@ std::u16string PathOf(const Hive::Key &key) {
 }
 
 // The key at a path below another one, null if there is none.
-Hive::Key *Find(const OpenKey &place, const std::u16string &path) {
-  const machine::Reached reached = machine::Reach(*place.file, *place.key, path);
+Hive::Key *Find(const OpenKey &open, const std::u16string &path) {
+  const machine::Reached reached = machine::Reach(*open.file, *open.key, path);
   return reached.rest.empty() ? reached.key : nullptr;
 }
 
 // ---- Keys ----
 
-bool IsReadOnly(const Hive::Key *key) {
-  while (key != nullptr && !key->readOnly)
-    key = key->parent;
-  return key != nullptr;
-}
-
 // Hands out a handle to a key with the access that is asked for.
 LSTATUS HandOut(OpenKey opened, HKEY *result) {
-  if ((opened.access & RightsToWrite) != 0 && IsReadOnly(opened.key))
+  const bool readOnly = opened.file->IsReadOnly();
+  if ((opened.access & RightsToWrite) != 0 && readOnly)
     return ERROR_ACCESS_DENIED;
   if ((opened.access & MaximumAllowed) != 0)
-    opened.access = IsReadOnly(opened.key) ? KEY_READ : KEY_ALL_ACCESS;
+    opened.access = readOnly ? KEY_READ : KEY_ALL_ACCESS;
   *result = openKeys.Add(std::make_shared<OpenKey>(std::move(opened)));
   return ERROR_SUCCESS;
 }
 
 // Makes the keys of a path that are missing below another one.
-LSTATUS MakeKey(const OpenKey &place, const std::u16string &path, Hive::Key *&made) {
-  return Edit(place, [&](Hive &hive, Hive::Key &from, bool &) -> LSTATUS {
-    const machine::Reached nearest = machine::Reach(*place.file, from, path);
-    if (IsReadOnly(nearest.key))
-      return ERROR_ACCESS_DENIED;
+LSTATUS MakeKey(const OpenKey &open, const std::u16string &path, Hive::Key *&made) {
+  return Edit(open, [&](Hive &hive, Hive::Key &from, bool &) -> LSTATUS {
+    const machine::Reached nearest = machine::Reach(*open.file, from, path);
     made = hive.Create(*nearest.key, nearest.rest);
     return made != nullptr ? ERROR_SUCCESS : ERROR_INVALID_PARAMETER;
   });
@@ -186,15 +188,15 @@ LSTATUS Give(const std::string &ansi, bool isText, BYTE *buffer, DWORD &size) {
 
 } // namespace
 
+// ---- The calls ----
+
 LSTATUS RegOpenKeyExA(HKEY key, const char *subkey, DWORD, REGSAM access, HKEY *result) {
-  if (result == nullptr)
-    return ERROR_INVALID_PARAMETER;
   *result = nullptr;
-  return AtPath(key, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
-    Hive::Key *const found = Find(place, path);
+  return AtPath(key, subkey, [&](const OpenKey &open, const std::u16string &path) -> LSTATUS {
+    Hive::Key *const found = Find(open, path);
     if (found == nullptr)
       return ERROR_FILE_NOT_FOUND;
-    return HandOut({place.file, PathOf(*found), access, found, place.generation}, result);
+    return HandOut({open.file, PathOf(*found), access, found, open.generation}, result);
   });
 }
 
@@ -211,23 +213,20 @@ LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD, char *, DWORD, REGS
     return opened;
 
   const machine::Lock lock;
-  const LSTATUS created = AtPath(key, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
+  return AtPath(key, subkey, [&](const OpenKey &open, const std::u16string &path) -> LSTATUS {
     Hive::Key *made = nullptr;
-    if (const LSTATUS making = MakeKey(place, path, made); making != ERROR_SUCCESS)
+    if (const LSTATUS making = MakeKey(open, path, made); making != ERROR_SUCCESS)
       return making;
     if (disposition != nullptr)
       *disposition = REG_CREATED_NEW_KEY;
-    return HandOut({place.file, PathOf(*made), access, made, place.file->Generation()}, result);
+    return HandOut({open.file, PathOf(*made), access, made, open.file->Generation()}, result);
   });
-  return created != ERROR_FILE_NOT_FOUND ? created : ERROR_PATH_NOT_FOUND; // no machine to make it on
 }
 
 LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE *data, DWORD *size) {
-  if (data != nullptr && size == nullptr)
-    return ERROR_INVALID_PARAMETER;
-  return At(key, KEY_QUERY_VALUE, [&](const OpenKey &place) -> LSTATUS {
+  return At(key, KEY_QUERY_VALUE, [&](const OpenKey &open) -> LSTATUS {
     HiveValue value;
-    const Hive::Found found = place.file->Content().ReadValue(*place.key, ToWideOrEmpty(name), value);
+    const Hive::Found found = open.file->Content().ReadValue(*open.key, ToWideOrEmpty(name), value);
     if (found != Hive::Found::Yes)
       return found == Hive::Found::No ? ERROR_FILE_NOT_FOUND : ERROR_BADDB;
     if (type != nullptr)
@@ -241,9 +240,9 @@ LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE 
 
 LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE *data, DWORD size) {
   const machine::Lock lock;
-  return At(key, KEY_SET_VALUE, [&](const OpenKey &place) {
+  return At(key, KEY_SET_VALUE, [&](const OpenKey &open) {
     const HiveValue value = {ToWideOrEmpty(name), type, StoredData(type, data, size)};
-    return Edit(place, [&](Hive &hive, Hive::Key &target, bool &changed) -> LSTATUS {
+    return Edit(open, [&](Hive &hive, Hive::Key &target, bool &changed) -> LSTATUS {
       hive.Create(target, {}); // a key of the path alone gets its section now
       HiveValue old;
       changed = hive.ReadValue(target, value.name, old) != Hive::Found::Yes || old.type != value.type ||
@@ -257,19 +256,16 @@ LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE
 
 LSTATUS RegDeleteValueA(HKEY key, const char *name) {
   const machine::Lock lock;
-  return At(key, KEY_SET_VALUE, [&](const OpenKey &place) {
-    return Edit(place, [&](Hive &hive, Hive::Key &target, bool &) -> LSTATUS {
+  return At(key, KEY_SET_VALUE, [&](const OpenKey &open) {
+    return Edit(open, [&](Hive &hive, Hive::Key &target, bool &) -> LSTATUS {
       return hive.RemoveValue(target, ToWideOrEmpty(name)) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
     });
   });
 }
 
-LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *size, DWORD *, char *className, DWORD *classSize,
-                      FILETIME *lastWrite) {
-  if (name == nullptr || size == nullptr)
-    return ERROR_INVALID_PARAMETER;
-  return At(key, KEY_ENUMERATE_SUB_KEYS, [&](const OpenKey &place) -> LSTATUS {
-    const Hive::Key *const subkey = place.key->Subkey(index);
+LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *size, DWORD *, char *, DWORD *, FILETIME *) {
+  return At(key, KEY_ENUMERATE_SUB_KEYS, [&](const OpenKey &open) -> LSTATUS {
+    const Hive::Key *const subkey = open.key->Subkey(index);
     if (subkey == nullptr)
       return ERROR_NO_MORE_ITEMS;
     const std::string found = text::FromWide(subkey->name);
@@ -277,12 +273,6 @@ LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *size, DWORD *, c
       return ERROR_MORE_DATA;
     std::memcpy(name, found.c_str(), found.size() + 1);
     *size = static_cast<DWORD>(found.size());
-    if (className != nullptr && classSize != nullptr && *classSize > 0) {
-      className[0] = '\0';
-      *classSize = 0;
-    }
-    if (lastWrite != nullptr)
-      *lastWrite = {};
     return ERROR_SUCCESS;
   });
 }
@@ -292,34 +282,3 @@ LSTATUS RegEnumKeyA(HKEY key, DWORD index, char *name, DWORD size) {
 }
 
 LSTATUS RegCloseKey(HKEY key) { return IsRoot(key) || openKeys.Remove(key) ? ERROR_SUCCESS : ERROR_INVALID_HANDLE; }
-
-namespace machine {
-
-void MarkKeyReadOnly(HKEY root, const char *subkey) {
-  const Lock lock;
-  HKEY made = nullptr;
-  if (RegCreateKeyExA(root, subkey, 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr) != ERROR_SUCCESS)
-    return;
-  At(made, 0, [](const OpenKey &place) {
-    return Edit(place, [](Hive &hive, Hive::Key &key, bool &) -> LSTATUS {
-      hive.Create(key, {}); // a key of the path alone gets its section now
-      hive.MarkReadOnly(key);
-      return ERROR_SUCCESS;
-    });
-  });
-  RegCloseKey(made);
-}
-
-std::vector<Value> ListValues(HKEY root, const char *subkey) {
-  std::vector<Value> values;
-  AtPath(root, subkey, [&](const OpenKey &place, const std::u16string &path) -> LSTATUS {
-    Hive &hive = place.file->Content();
-    if (const Hive::Key *const key = Find(place, path))
-      for (const HiveValue &value : hive.Values(*key))
-        values.push_back({text::FromWide(value.name), value.type, AnsiData(value)});
-    return ERROR_SUCCESS;
-  });
-  return values;
-}
-
-} // namespace machine

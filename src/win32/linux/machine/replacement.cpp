@@ -1,3 +1,4 @@
+// The file beside: locked, written, renamed.
 #include "win32/linux/machine/replacement.h"
 
 #include <cerrno>

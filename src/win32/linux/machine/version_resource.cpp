@@ -2,10 +2,8 @@
 // nodes. Files are anybody's, so every offset and size is checked against what there is.
 #include "win32/win32.h"
 
-#include "win32/linux/last_error.h"
 #include "win32/linux/machine/byte_reader.h"
 #include "win32/linux/machine/descriptor.h"
-#include "win32/linux/machine/hive.h"
 #include "win32/linux/machine/paths.h"
 #include "win32/linux/text/code_page.h"
 
@@ -19,7 +17,6 @@
 namespace {
 
 using machine::Aligned;
-using machine::Fail;
 
 // A program file larger than this isn't looked at; its version resource stands in its first sections anyhow.
 constexpr size_t LargestFile = size_t{256} << 20;
@@ -123,13 +120,12 @@ std::string_view VersionResource(std::string_view file) {
 std::string ReadVersionResource(const char *path) {
   const machine::DiskPath found = machine::FindOnDisk(path);
   if (!found.IsFile())
-    return Fail(found.exists ? ERROR_FILE_NOT_FOUND : found.Absence(), std::string());
+    return {};
   const machine::Descriptor file(open(found.path.c_str(), O_RDONLY | O_CLOEXEC));
   std::string bytes(std::min(static_cast<size_t>(found.status.st_size), LargestFile) + 1, '\0');
   if (!file || static_cast<size_t>(found.status.st_size) > LargestFile || !machine::ReadAll(file.Get(), bytes))
-    return Fail(ERROR_READ_FAULT, std::string());
-  const std::string_view resource = VersionResource(bytes);
-  return !resource.empty() ? std::string(resource) : Fail(ERROR_RESOURCE_DATA_NOT_FOUND, std::string());
+    return {};
+  return std::string(VersionResource(bytes));
 }
 
 // ---- The tree of nodes ----
@@ -173,7 +169,7 @@ std::optional<Node> FindChild(std::string_view block, const Node &parent, std::u
     std::optional<Node> child = ReadNode(block, at, end);
     if (!child)
       return std::nullopt;
-    if (machine::SameName(child->key, key))
+    if (text::SameName(child->key, key))
       return child;
     at = Aligned(at + child->size);
   }
@@ -212,7 +208,7 @@ BOOL GetFileVersionInfoA(const char *path, DWORD, DWORD size, void *data) {
   if (resource.empty())
     return FALSE;
   if (size < BlockHeader)
-    return Fail(ERROR_INSUFFICIENT_BUFFER, FALSE);
+    return FALSE;
   // A block that is too small gets as much as leaves room for converted texts.
   const size_t room = (size - BlockHeader) / 2 & ~size_t{3};
   const auto length = static_cast<DWORD>(std::min(resource.size(), room));
@@ -230,7 +226,7 @@ BOOL VerQueryValueA(const void *data, const char *query, void **value, UINT *siz
   const std::string_view block(begin, length);
   const std::optional<Node> node = FindNode(block, text::ToWide(query));
   if (!node)
-    return Fail(ERROR_RESOURCE_TYPE_NOT_FOUND, FALSE);
+    return FALSE;
   if (!node->text) {
     *value = begin + node->valueOffset;
     *size = static_cast<UINT>(node->valueSize);
@@ -240,7 +236,7 @@ BOOL VerQueryValueA(const void *data, const char *query, void **value, UINT *siz
   // more bytes than UTF-16.
   const std::string converted = TextOf(block, *node);
   if (!converted.empty() && converted.size() >= node->valueSize)
-    return Fail(ERROR_RESOURCE_DATA_NOT_FOUND, FALSE);
+    return FALSE;
   char *const room = begin + Aligned(length) + node->valueOffset;
   if (!converted.empty())
     std::memcpy(room, converted.c_str(), converted.size() + 1);

@@ -1,3 +1,4 @@
+// Where a path leads a 32-bit process: Wow6432Node, links, and the keys that both kinds of process share.
 #include "win32/linux/machine/wow64.h"
 
 #include "win32/linux/text/code_page.h"
@@ -64,14 +65,14 @@ constexpr std::u16string_view SharedKeys[] = {
 };
 
 Hive::Key *Child(const Hive::Key &key, std::u16string_view upperName) {
-  const auto place = key.subkeys.find(upperName);
-  return place != key.subkeys.end() ? place->second.get() : nullptr;
+  const auto found = key.subkeys.find(upperName);
+  return found != key.subkeys.end() ? found->second.get() : nullptr;
 }
 
 // Takes all names of another path off a path; false if it doesn't begin with them.
 bool TakePath(std::u16string_view &path, std::u16string_view other) {
   for (auto name = text::TakeName(other); !name.empty(); name = text::TakeName(other))
-    if (!SameName(text::TakeName(path), name))
+    if (!text::SameName(text::TakeName(path), name))
       return false;
   return true;
 }
@@ -142,7 +143,7 @@ private:
       std::u16string_view ahead = path;
       return TakePath(ahead, shared);
     };
-    if (above == nullptr || !SameName(above->name, Node) || !std::ranges::any_of(SharedKeys, begins))
+    if (above == nullptr || !text::SameName(above->name, Node) || !std::ranges::any_of(SharedKeys, begins))
       return false;
     Hive::Key *const found = hive.Find(*software, path);
     key = found != nullptr ? found : key;
@@ -158,7 +159,7 @@ private:
     const std::u16string target = text::WideOf(value.data);
     std::u16string_view path = target;
     Hive::Key *const found = TakePath(path, u"Registry\\Machine") ? hive.Find(hive.Root(), path) : nullptr;
-    return found != nullptr && found->parent == classes && SameName(found->name, Node) ? classes : found;
+    return found != nullptr && found->parent == classes && text::SameName(found->name, Node) ? classes : found;
   }
 
   Hive &hive;

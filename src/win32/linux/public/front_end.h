@@ -9,8 +9,6 @@
 
 namespace machine {
 
-#pragma GCC visibility push(default)
-
 class FrontEnd {
 public:
   virtual ~FrontEnd() = default;
@@ -30,7 +28,5 @@ FrontEnd *SetFrontEnd(FrontEnd *frontEnd);
 
 // The user presses a key and lets it go again, as GetAsyncKeyState sees it.
 void PressKey(int key);
-
-#pragma GCC visibility pop
 
 } // namespace machine

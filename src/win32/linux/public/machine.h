@@ -1,29 +1,34 @@
-// The machine folder that stands for one Windows machine, and what the layer knows about its state beyond the Win32
-// calls. AcctKit itself never includes this; the host program and the tests do.
+// The machine folder that stands for one Windows machine, and what went wrong beneath the Win32 calls. AcctKit itself
+// never includes this; the host program and the tests do.
+//
+// A fault is one line for a user (UTF-8, no line feed) that names the folder, file or place in it. A command that
+// reads, decides and writes looks so:
+//
+//   if (const std::string fault = machine::FindFault(true); !fault.empty())
+//     return Refuse(fault);
+//   const machine::Lock lock; // nobody else writes between our reading and our writing
+//   SetupMailAccount(client, spec, key);
+//   if (const std::string fault = machine::TakeFault(); !fault.empty())
+//     return Refuse(fault);
 #pragma once
-
-#include "win32/win32.h"
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
 namespace machine {
-
-#pragma GCC visibility push(default)
 
 // The folder that ACCTKIT_MACHINE names, else $XDG_DATA_HOME/acctkit/machine, else ~/.local/share/acctkit/machine.
 // Looked up anew by every Win32 call, so a process can go from one machine to another.
 std::filesystem::path Folder();
 
-// One line (UTF-8, no line feed) that says why the machine can't be used and where, or an empty text if it can: a
-// folder that isn't there or is no machine, a damaged hive. `forWriting` also asks for what only a write needs: hives
-// that may be written, and no Wine server running on the folder.
-std::string Problem(bool forWriting);
+// Why the machine can't be used, empty if it can: a folder that isn't there or is no machine, a damaged hive.
+// `forWriting` also asks for what only a write needs: hives that may be written, and no Wine server running on the
+// folder.
+std::string FindFault(bool forWriting);
 
-// The first thing that went wrong beneath a Win32 call since the last TakeFault: a damaged hive, a full disk, a file
-// that is there and can't be had, or couldn't be put in place. One line as above; empty if nothing did. What is an
-// ordinary answer (a missing key, a missing file, a right that a key doesn't give) is no fault.
+// The first fault since the last TakeFault, empty if there was none: a damaged hive, a full disk, a file that is there
+// and can't be had, or couldn't be put in place. An ordinary answer of a call (no such key, no such file, a right that
+// a key doesn't give) is no fault.
 std::string TakeFault();
 
 // A library that a Win32 call was to load since the last TakeNotice and that only Windows can load: one line as above.
@@ -31,9 +36,8 @@ std::string TakeFault();
 std::string TakeNotice();
 bool HasNotice();
 
-// Holds the whole machine against every other process for as long as it lives, over any number of calls. The layer
-// takes it by itself for each single write; a process that reads, decides and writes takes it around all three.
-// Locks of one process nest.
+// Holds the whole machine against every other process as long as it lives, over any number of calls. The layer takes it
+// by itself for each single write. Locks nest; they belong to their thread, and other threads wait for them.
 class Lock {
 public:
   Lock();
@@ -41,30 +45,5 @@ public:
   Lock(const Lock &) = delete;
   Lock &operator=(const Lock &) = delete;
 };
-
-// Lets the other processes have the machine as long as it lives, whatever locks this thread has.
-class LockPause {
-public:
-  LockPause();
-  ~LockPause();
-  LockPause(const LockPause &) = delete;
-  LockPause &operator=(const LockPause &) = delete;
-
-private:
-  int held;
-};
-
-// For tests: a key that answers ERROR_ACCESS_DENIED to any open that asks for a right to write, as do the keys below.
-void MarkKeyReadOnly(HKEY root, const char *subkey);
-
-struct Value {
-  std::string name; // code page 932; empty for the default value
-  DWORD type;
-  std::string data; // as RegQueryValueExA gives it
-};
-// The values of a key in the order of its hive; empty for a missing key.
-std::vector<Value> ListValues(HKEY root, const char *subkey);
-
-#pragma GCC visibility pop
 
 } // namespace machine

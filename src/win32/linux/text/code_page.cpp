@@ -1,6 +1,7 @@
+// The divisions: single characters of code page 932, single sequences of UTF-8, whole texts, names of paths and their
+// case, and the calls.
 #include "win32/linux/text/code_page.h"
 
-#include "win32/linux/last_error.h"
 #include "win32/win32.h"
 
 #include <algorithm>
@@ -190,7 +191,7 @@ bool Cp932ToWide(std::string_view cp932, std::u16string &wide) {
   return valid;
 }
 
-bool WideToCp932(std::u16string_view wide, std::string &cp932, std::string_view replacement) {
+bool WideToCp932(std::u16string_view wide, std::string &cp932) {
   cp932.clear();
   cp932.reserve(wide.size());
   if (IsAscii(wide)) {
@@ -202,7 +203,7 @@ bool WideToCp932(std::u16string_view wide, std::string &cp932, std::string_view 
   for (const char16_t unit : wide) {
     const std::string bytes = Cp932Bytes(unit);
     valid = valid && !bytes.empty();
-    cp932 += bytes.empty() ? replacement : bytes;
+    cp932 += bytes.empty() ? "?" : bytes;
   }
   return valid;
 }
@@ -215,7 +216,7 @@ std::u16string ToWide(std::string_view cp932) {
 
 std::string FromWide(std::u16string_view wide) {
   std::string cp932;
-  WideToCp932(wide, cp932, "?");
+  WideToCp932(wide, cp932);
   return cp932;
 }
 
@@ -276,7 +277,7 @@ std::optional<std::string> FromUtf8(std::string_view utf8) {
     return std::string(utf8);
   std::u16string wide;
   std::string cp932;
-  if (!Utf8ToWide(utf8, wide) || !WideToCp932(wide, cp932, "?"))
+  if (!Utf8ToWide(utf8, wide) || !WideToCp932(wide, cp932))
     return std::nullopt;
   return cp932;
 }
@@ -301,6 +302,10 @@ std::u16string ToUpper(std::u16string_view wide) {
   return upper;
 }
 
+bool SameName(std::u16string_view left, std::u16string_view right) {
+  return left.size() == right.size() && std::ranges::equal(left, right, {}, text::Upper, text::Upper);
+}
+
 } // namespace text
 
 namespace {
@@ -317,7 +322,7 @@ template <typename Unit> std::basic_string_view<Unit> Given(const Unit *text, in
 template <typename Unit> int HandOver(const std::basic_string<Unit> &converted, Unit *buffer, int size) {
   if (size != 0 && converted.size() > static_cast<size_t>(size)) {
     converted.copy(buffer, static_cast<size_t>(size));
-    return machine::Fail(ERROR_INSUFFICIENT_BUFFER, 0);
+    return 0;
   }
   if (size != 0)
     converted.copy(buffer, converted.size());
@@ -331,29 +336,20 @@ BOOL IsDBCSLeadByte(BYTE byte) { return text::IsLeadByte(byte) ? TRUE : FALSE; }
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char *text, int length, WCHAR *wide, int size) {
   if (text == nullptr || length == 0 || length < -1 || size < 0 || (size != 0 && wide == nullptr) ||
       !(IsCodePage932(codePage) || codePage == CP_UTF8))
-    return machine::Fail(ERROR_INVALID_PARAMETER, 0);
+    return 0;
   std::u16string converted;
   const bool valid = codePage == CP_UTF8 ? text::Utf8ToWide(Given(text, length), converted)
                                          : text::Cp932ToWide(Given(text, length), converted);
   if (!valid && (flags & MB_ERR_INVALID_CHARS) != 0)
-    return machine::Fail(ERROR_NO_UNICODE_TRANSLATION, 0);
+    return 0;
   return HandOver(converted, wide, size);
 }
 
-int WideCharToMultiByte(UINT codePage, DWORD flags, const WCHAR *wide, int length, char *text, int size,
-                        const char *defaultChar, BOOL *usedDefaultChar) {
+int WideCharToMultiByte(UINT codePage, DWORD, const WCHAR *wide, int length, char *text, int size, const char *,
+                        BOOL *) {
   if (wide == nullptr || length == 0 || length < -1 || size < 0 || (size != 0 && text == nullptr) ||
-      !(IsCodePage932(codePage) || codePage == CP_UTF8) ||
-      (codePage == CP_UTF8 && (defaultChar != nullptr || usedDefaultChar != nullptr)))
-    return machine::Fail(ERROR_INVALID_PARAMETER, 0);
-  static_cast<void>(flags);
-  std::string converted;
-  if (codePage == CP_UTF8) {
-    converted = text::WideToUtf8(Given(wide, length));
-  } else {
-    const bool valid = text::WideToCp932(Given(wide, length), converted, defaultChar != nullptr ? defaultChar : "?");
-    if (usedDefaultChar != nullptr)
-      *usedDefaultChar = valid ? FALSE : TRUE;
-  }
-  return HandOver(converted, text, size);
+      !(IsCodePage932(codePage) || codePage == CP_UTF8))
+    return 0;
+  return HandOver(codePage == CP_UTF8 ? text::WideToUtf8(Given(wide, length)) : text::FromWide(Given(wide, length)),
+                  text, size);
 }

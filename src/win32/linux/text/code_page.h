@@ -20,7 +20,7 @@ std::string WideToUtf8(std::u16string_view wide);
 bool Utf8ToWide(std::string_view utf8, std::u16string &wide);
 // False for bytes that aren't code page 932, or for characters that it doesn't have.
 bool Cp932ToWide(std::string_view cp932, std::u16string &wide);
-bool WideToCp932(std::u16string_view wide, std::string &cp932, std::string_view replacement);
+bool WideToCp932(std::u16string_view wide, std::string &cp932);
 
 // Whether a byte of code page 932 begins a character of two bytes.
 bool IsLeadByte(unsigned char byte);
@@ -41,5 +41,7 @@ inline char16_t Upper(char16_t character) {
   return UpperBeyondAscii(character);
 }
 std::u16string ToUpper(std::u16string_view wide);
+// Whether two names are the same, which case doesn't matter for.
+bool SameName(std::u16string_view left, std::u16string_view right);
 
 } // namespace text

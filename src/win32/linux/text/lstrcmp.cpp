@@ -1,5 +1,5 @@
 // Texts as user interfaces compare them.
-#include "win32/win32_ui.h"
+#include "win32/win32.h"
 
 #include "win32/linux/text/code_page.h"
 

@@ -24,24 +24,16 @@ unsigned int LowerCase(unsigned int character) {
   return character;
 }
 
-int Sign(unsigned int left, unsigned int right) { return left < right ? -1 : left > right ? 1 : 0; }
-
-template <typename Fold> int Compare(const unsigned char *left, const unsigned char *right, Fold fold) {
-  for (;;) {
-    const unsigned int a = fold(NextCharacter(left));
-    const unsigned int b = fold(NextCharacter(right));
-    if (a != b || a == 0)
-      return Sign(a, b);
-  }
-}
-
 } // namespace
 
-int _mbscmp(const unsigned char *left, const unsigned char *right) {
-  return Compare(left, right, [](unsigned int character) { return character; });
+int _mbsicmp(const unsigned char *left, const unsigned char *right) {
+  for (;;) {
+    const unsigned int a = LowerCase(NextCharacter(left));
+    const unsigned int b = LowerCase(NextCharacter(right));
+    if (a != b || a == 0)
+      return a < b ? -1 : a > b ? 1 : 0;
+  }
 }
-
-int _mbsicmp(const unsigned char *left, const unsigned char *right) { return Compare(left, right, LowerCase); }
 
 int _ismbcalpha(unsigned int character) {
   const unsigned int lower = LowerCase(character);

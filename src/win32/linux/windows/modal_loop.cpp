@@ -1,6 +1,6 @@
 #include "win32/linux/windows/modal_loop.h"
 
-#include "win32/linux/public/machine.h"
+#include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/windows/dialogs.h"
 #include "win32/linux/windows/painting.h"
 

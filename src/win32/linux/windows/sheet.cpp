@@ -236,7 +236,7 @@ void Sheet::Activate(size_t index, int step) {
 // The pages whose templates can't be had are left out.
 Sheet::Sheet(const PROPSHEETHEADERA &given) : header(given) {
   for (const PROPSHEETPAGEA &page : std::span(header.ppsp, header.nPages))
-    if (auto dialog = machine::ReadTemplate(machine::DialogResource(page.pszTemplate))) {
+    if (auto dialog = machine::ReadTemplate(machine::DialogResource(page.hInstance, page.pszTemplate))) {
       dialog->window.style = WS_CHILD; // whatever the template says: the sheet shows it
       pages.push_back({page, *std::move(dialog)});
     }
