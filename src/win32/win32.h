@@ -6,9 +6,8 @@
 // What holds for all calls:
 // - Texts are terminated and code page 932, but for those of WCHAR. Pointers aren't null where it isn't said.
 // - A call may come from any thread. What a handle stands for belongs to one thread at a time.
-// - A call that fails answers so and has changed nothing. A user gets the reason from machine::TakeFault; GetLastError
-// has
-//   it for one call alone.
+// - A call that fails answers so and has changed nothing. machine::TakeFault has the reason for the user, and after
+//   FindFirstFileA alone GetLastError has a code.
 // - Arguments without a name here are ignored; Windows wants 0 for them.
 #pragma once
 
