@@ -22,20 +22,20 @@ namespace {
 struct Chosen {
   Action action;
   bool writes = false;
-  bool waits = false; // for a user, and nobody else has to wait meanwhile, though it may write
+  bool waits = false; // for a user; it may write too, but doesn't keep others from writing meanwhile
   bool makesMachine = false;
 };
 
 Outcome Tell(bool done) { return done ? Outcome(0, "done\n") : Outcome(1, "failed\n"); }
 
-// Says why in one line: what went wrong beneath the calls, if something did.
+// Says why in one line: the fault beneath the calls if there was one.
 int Fail(const std::string &why) {
   const std::string fault = platform::TakeFault();
   std::cerr << "acctkit: " << (fault.empty() ? why : fault) << '\n';
   return 1;
 }
 
-// Other names, or both versions of a client, make no machine.
+// Refuses unknown names, and two versions of one client.
 void CheckClients(const std::vector<std::string> &clients) {
   for (const std::string &client : clients)
     if (std::ranges::find(SampleClients, client) == SampleClients.end())
@@ -58,11 +58,11 @@ void AddMachineCommand(CLI::App &app, Chosen &chosen) {
     CheckClients(*clients);
     chosen.makesMachine = true;
     chosen.action = [clients]() -> Outcome {
-      if (const std::string problem = platform::MakeMachine(); !problem.empty())
-        return Fail(problem);
-      const platform::MachineLock lock; // which takes a folder
-      if (const std::string problem = InstallSamples(*clients); !problem.empty())
-        return Fail(problem);
+      if (const std::string fault = platform::MakeMachine(); !fault.empty())
+        return Fail(fault);
+      const platform::MachineLock lock; // only now is there a folder to lock
+      if (const std::string fault = InstallSamples(*clients); !fault.empty())
+        return Fail(fault);
       const std::string where = platform::HasMachineFolders() ? " in " + platform::MachineName() : "";
       return {0, "made a sample machine" + where + '\n'};
     };
@@ -157,11 +157,11 @@ Outcome Act(const Chosen &chosen) {
   return chosen.action();
 }
 
-// Runs the command, and says either how it ended or what the machine was in the way with.
+// Runs the command, and says how it ended, or which fault of the machine kept it from that.
 int Run(const Chosen &chosen) {
   if (!chosen.makesMachine)
-    if (const std::string problem = platform::Problem(chosen.writes || chosen.waits); !problem.empty())
-      return Fail(problem);
+    if (const std::string fault = platform::FindFault(chosen.writes || chosen.waits); !fault.empty())
+      return Fail(fault);
   const Outcome outcome = Act(chosen);
   if (const std::string notice = platform::TakeNotice(); !notice.empty())
     std::cerr << "acctkit: " << notice << '\n';

@@ -16,11 +16,11 @@ bool HasMachineFolders();
 void UseMachine(const std::string &folder);
 std::string MachineName();
 
-// Makes an empty machine where the program is to make a sample machine, unless there is one, as a Wine prefix is. A
-// line that says why it can't, or an empty text.
+// Makes an empty machine where a sample machine is wanted, unless there is a machine already, such as a Wine prefix. A
+// fault, empty for none.
 std::string MakeMachine();
 
-// Holds the machine over a command that reads, decides and writes.
+// Keeps every other process from writing to the machine during a command that reads, decides and writes.
 class MachineLock {
 public:
   MachineLock();
@@ -31,41 +31,41 @@ private:
   std::unique_ptr<Held> held;
 };
 
-// Why the machine can't be used, and what went wrong beneath the calls since; a line each, empty if nothing did.
-std::string Problem(bool forWriting);
+// Faults, a line each, empty for none: why the machine can't be used, and why a call since has failed.
+std::string FindFault(bool forWriting);
 std::string TakeFault();
-// What a user should know that is no fault, since the last time, a plug-in that only Windows can load; a line, empty if
-// there is nothing.
+// A line that a user should know though it is no fault: of a plug-in that only Windows can load. Empty if there is none
+// since the last time.
 std::string TakeNotice();
 bool HasNotice();
 
 // The sample mailer plug-in as it was built or installed with this program.
 std::filesystem::path SamplePlugin();
 
-// Someone before the windows that the library opens.
+// A user of the windows that the library opens.
 class User {
 public:
   virtual ~User() = default;
 
-  // Does one thing to the window in front, by messages. Called on the windows' own thread when their modal loop has
-  // nothing left to do, also within a loop that an earlier thing has opened. False ends every loop.
+  // Does one action to the window in front, by messages. Called on the windows' own thread when their modal loop is
+  // idle, also within a loop that an earlier action has opened. False ends every loop.
   virtual bool Act(HWND top) noexcept = 0;
 
-  // Is shown a help file, named in code page 932, at a topic. False if there is nothing to show.
+  // Shows a help file, named in code page 932, at a topic. False if it can't.
   virtual bool SeeHelp(const char *file, ULONG_PTR topic) noexcept = 0;
 };
 
-// Runs what opens windows, with the user before them.
+// Runs a function that opens windows, which the user then works.
 void WithUser(User &user, const std::function<void()> &run);
 
-// Empty if somebody can work windows on the program's screen, else a line that says why not. Where the platform shows
-// no windows, the screen is the terminal.
-std::string ScreenProblem();
-// Runs what opens windows, with whoever sits before the screen. False if that user left before the end. What asks the
-// program to end meanwhile ends it, when the terminal is again as it was.
+// Why nobody can work windows on the program's screen, empty if somebody can. Where the platform shows no windows, the
+// screen is the terminal.
+std::string ScreenFault();
+// Runs a function that opens windows, for the user at the screen. False if that user left before the end. A signal that
+// asks the program to end ends it once the terminal is restored.
 bool RunOnScreen(const std::function<void()> &run);
 
-// Runs work on a thread of its own, which nobody waits for. Throws std::system_error where the system makes none.
+// Runs work on a thread of its own; nobody waits for its end. Throws std::system_error where the system makes none.
 void RunDetached(std::function<void()> work);
 
 // The user presses a key and lets it go again.

@@ -33,7 +33,7 @@ struct MachineLock::Held {
 MachineLock::MachineLock() : held(std::make_unique<Held>()) {}
 MachineLock::~MachineLock() = default;
 
-std::string Problem(bool forWriting) { return machine::FindFault(forWriting); }
+std::string FindFault(bool forWriting) { return machine::FindFault(forWriting); }
 
 std::string TakeFault() { return machine::TakeFault(); }
 
@@ -71,7 +71,7 @@ void WithUser(User &user, const std::function<void()> &run) {
   run();
 }
 
-std::string ScreenProblem() { return terminal::Problem(); }
+std::string ScreenFault() { return terminal::Fault(); }
 
 bool RunOnScreen(const std::function<void()> &run) { return terminal::Run(run); }
 

@@ -22,7 +22,7 @@ struct MachineLock::Held {};
 MachineLock::MachineLock() = default;
 MachineLock::~MachineLock() = default;
 
-std::string Problem(bool) { return {}; }
+std::string FindFault(bool) { return {}; }
 
 std::string TakeFault() { return {}; }
 
@@ -112,7 +112,7 @@ void WithUser(User &user, const std::function<void()> &run) {
   userInFront = nullptr;
 }
 
-std::string ScreenProblem() { return {}; }
+std::string ScreenFault() { return {}; }
 
 bool RunOnScreen(const std::function<void()> &run) {
   run();

@@ -76,8 +76,8 @@ void AddWizard(CLI::App &group, const Wizard &wizard, Action &action, bool &wait
     if (!file->empty()) {
       const auto script = std::make_shared<WizardScript>(ReadWizardScript(*file));
       action = [&wizard, handed, script] { return RunScript(wizard, *handed, *script); };
-    } else if (const std::string problem = platform::ScreenProblem(); !problem.empty()) {
-      throw UsageError(problem);
+    } else if (const std::string fault = platform::ScreenFault(); !fault.empty()) {
+      throw UsageError(fault);
     } else {
       action = [&wizard, handed] { return RunOnScreen(wizard, *handed); };
     }

@@ -194,7 +194,7 @@ Key ReadBehindEscape() {
 
 } // namespace
 
-std::string Problem() {
+std::string Fault() {
   const char *const terminal = std::getenv("TERM");
   if (isatty(STDIN_FILENO) == 0 || isatty(STDOUT_FILENO) == 0)
     return "a wizard needs a terminal, or a script with --script";

@@ -13,7 +13,7 @@ struct screen;
 namespace terminal {
 
 // A line that tells why this terminal can't show a screen, or an empty text.
-std::string Problem();
+std::string Fault();
 
 struct Key {
   int code = 0; // curses' one (KEY_...), 0 for a character; KEY_EXIT if the user leaves or has gone
@@ -23,7 +23,7 @@ struct Key {
 
 class Screen {
 public:
-  // Where there is no Problem.
+  // Where there is no Fault.
   Screen();
   Screen(const Screen &) = delete;
   Screen &operator=(const Screen &) = delete;
