@@ -42,3 +42,21 @@ LRESULT DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) 
     return 0;
   }
 }
+
+// ---- Text ----
+
+BOOL SetWindowTextA(HWND window, const char *text) {
+  return SendMessageA(window, machine::WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) != 0;
+}
+
+int GetWindowTextA(HWND window, char *buffer, int size) {
+  if (size <= 0)
+    return 0;
+  buffer[0] = '\0';
+  return static_cast<int>(
+      SendMessageA(window, machine::WM_GETTEXT, static_cast<WPARAM>(size), reinterpret_cast<LPARAM>(buffer)));
+}
+
+int GetWindowTextLengthA(HWND window) {
+  return static_cast<int>(SendMessageA(window, machine::WM_GETTEXTLENGTH, 0, 0));
+}

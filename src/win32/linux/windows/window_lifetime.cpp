@@ -1,4 +1,4 @@
-// The classes that there are, and windows made of them.
+// The window classes, and how a window is made and destroyed.
 #include "win32/linux/windows/dialogs.h"
 #include "win32/linux/windows/system_controls.h"
 
@@ -33,6 +33,29 @@ bool TakesChildren(const WindowPtr &window) {
   return window && !window->destroying && (window->parent == nullptr || TakesChildren(WindowOf(window->parent)));
 }
 
+void AnnounceDestruction(HWND window) {
+  SendMessageA(window, WM_DESTROY, 0, 0);
+  if (const WindowPtr still = WindowOf(window))
+    for (const HWND child : std::vector(still->children))
+      AnnounceDestruction(child);
+}
+
+void Free(const WindowPtr &window) {
+  window->destroying = true;
+  for (const HWND child : std::vector(window->children))
+    if (const WindowPtr still = WindowOf(child))
+      Free(still);
+  SendMessageA(window->handle, WM_NCDESTROY, 0, 0);
+  if (IsWindow(window->handle) != FALSE)
+    machine::RemoveFromTree(*window);
+}
+
+void DestroyOwned(HWND owner) {
+  for (const HWND window : std::vector(WindowOf(GetDesktopWindow())->children))
+    if (const WindowPtr owned = WindowOf(window); owned && owned->owner == owner)
+      DestroyWindow(window);
+}
+
 } // namespace
 
 HWND CreateWindowExA(DWORD, const char *className, const char *text, DWORD style, int x, int y, int width, int height,
@@ -58,4 +81,16 @@ HWND CreateWindowExA(DWORD, const char *className, const char *text, DWORD style
   if ((style & WS_VISIBLE) != 0)
     ShowWindow(handle, SW_SHOW);
   return IsWindow(handle) != FALSE ? handle : nullptr;
+}
+
+BOOL DestroyWindow(HWND handle) {
+  const WindowPtr window = WindowOf(handle);
+  if (!window || window->destroying || handle == GetDesktopWindow())
+    return FALSE;
+  window->destroying = true;
+  ShowWindow(handle, SW_HIDE);
+  DestroyOwned(handle);
+  AnnounceDestruction(handle);
+  Free(window);
+  return TRUE;
 }

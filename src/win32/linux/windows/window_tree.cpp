@@ -23,42 +23,6 @@ std::vector<HWND> &SiblingsOf(const Window &window) {
   return WindowOf(window.parent != nullptr ? window.parent : Desktop)->children;
 }
 
-// ---- Destruction ----
-
-void Forget(const Window &window) {
-  if (IsWindow(window.handle) == FALSE)
-    return;
-  ThreadWindows &thread = ThisThread();
-  std::erase(SiblingsOf(window), window.handle);
-  std::erase_if(thread.posted, [&](const machine::PostedMessage &message) { return message.window == window.handle; });
-  for (HWND *const state : {&thread.focus, &thread.active})
-    if (*state == window.handle)
-      *state = nullptr;
-  thread.windows.erase(window.handle);
-}
-
-void AnnounceDestruction(HWND window) {
-  SendMessageA(window, WM_DESTROY, 0, 0);
-  if (const WindowPtr still = WindowOf(window))
-    for (const HWND child : std::vector(still->children))
-      AnnounceDestruction(child);
-}
-
-void Free(const WindowPtr &window) {
-  window->destroying = true;
-  for (const HWND child : std::vector(window->children))
-    if (const WindowPtr still = WindowOf(child))
-      Free(still);
-  SendMessageA(window->handle, WM_NCDESTROY, 0, 0);
-  Forget(*window);
-}
-
-void DestroyOwned(HWND owner) {
-  for (const HWND window : std::vector(WindowOf(Desktop)->children))
-    if (const WindowPtr owned = WindowOf(window); owned && owned->owner == owner)
-      DestroyWindow(window);
-}
-
 } // namespace
 
 namespace machine {
@@ -85,6 +49,16 @@ HWND AddToTree(const WindowPtr &window) {
   std::vector<HWND> &siblings = SiblingsOf(*window);
   siblings.insert(window->parent != nullptr ? siblings.end() : siblings.begin(), handle);
   return handle;
+}
+
+void RemoveFromTree(const Window &window) {
+  ThreadWindows &thread = ThisThread();
+  std::erase(SiblingsOf(window), window.handle);
+  std::erase_if(thread.posted, [&](const PostedMessage &message) { return message.window == window.handle; });
+  for (HWND *const state : {&thread.focus, &thread.active})
+    if (*state == window.handle)
+      *state = nullptr;
+  thread.windows.erase(window.handle);
 }
 
 WindowPtr WindowOf(HWND handle) {
@@ -124,18 +98,6 @@ int CopyText(const std::string &text, char *buffer, size_t size) {
 } // namespace machine
 
 DWORD GetCurrentThreadId() { return static_cast<DWORD>(gettid()); }
-
-BOOL DestroyWindow(HWND handle) {
-  const WindowPtr window = WindowOf(handle);
-  if (!window || window->destroying || handle == Desktop)
-    return FALSE;
-  window->destroying = true;
-  ShowWindow(handle, SW_HIDE);
-  DestroyOwned(handle);
-  AnnounceDestruction(handle);
-  Free(window);
-  return TRUE;
-}
 
 BOOL IsWindow(HWND window) { return WindowOf(window) != nullptr; }
 
@@ -202,24 +164,6 @@ HWND GetWindow(HWND handle, UINT which) {
 }
 
 HWND GetDesktopWindow() { return Desktop; }
-
-// ---- Text ----
-
-BOOL SetWindowTextA(HWND window, const char *text) {
-  return SendMessageA(window, machine::WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) != 0;
-}
-
-int GetWindowTextA(HWND window, char *buffer, int size) {
-  if (size <= 0)
-    return 0;
-  buffer[0] = '\0';
-  return static_cast<int>(
-      SendMessageA(window, machine::WM_GETTEXT, static_cast<WPARAM>(size), reinterpret_cast<LPARAM>(buffer)));
-}
-
-int GetWindowTextLengthA(HWND window) {
-  return static_cast<int>(SendMessageA(window, machine::WM_GETTEXTLENGTH, 0, 0));
-}
 
 // ---- Bounds ----
 

@@ -70,6 +70,8 @@ ThreadWindows &ThisThread();
 // Gives a new window a handle, and its position among its siblings: behind those of a child, in front of other
 // top-level windows.
 HWND AddToTree(const WindowPtr &window);
+// Removes a window, and what the thread has of it: the focus, posted messages.
+void RemoveFromTree(const Window &window);
 
 // Null for a handle that is no window of this thread.
 WindowPtr WindowOf(HWND handle);
