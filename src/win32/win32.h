@@ -1,13 +1,13 @@
 // The platform as AcctKit sees it: the Win32 API. On Windows this is <windows.h> and friends. Elsewhere it declares
 // just the calls that AcctKit and its host program make, each with what it guarantees and what the caller owes it;
-// src/win32/linux answers them on a machine folder. "Here" marks what Windows doesn't promise, on which the product
-// must not rely. Whoever brings AcctKit to another platform reads this file and win32_ui.h, and nothing else.
+// src/win32/linux implements them on a machine folder. A sentence with "here" holds for this layer alone, and the
+// product must not rely on it. A port of AcctKit to another platform needs this file and win32_ui.h, and nothing else.
 //
 // What holds for all calls:
-// - Texts are terminated and code page 932, but for those of WCHAR. Pointers aren't null where it isn't said.
+// - Texts are terminated and code page 932, except those of WCHAR. Pointers must not be null unless the call allows it.
 // - A call may come from any thread. What a handle stands for belongs to one thread at a time.
-// - A call that fails answers so and has changed nothing. machine::TakeFault has the reason for the user, and after
-//   FindFirstFileA alone GetLastError has a code.
+// - A call that fails says so and has changed nothing. machine::TakeFault has the reason for the user; GetLastError has
+//   a code after FindFirstFileA alone.
 // - Arguments without a name here are ignored; Windows wants 0 for them.
 #pragma once
 
@@ -28,8 +28,6 @@
 
 #include <cstddef>
 #include <cstdint>
-
-extern "C" {
 
 // ---- Types ----
 
@@ -64,12 +62,13 @@ constexpr int MAX_PATH = 260;
 // regard to case and keep the case first written. A path is names with backslashes between them; an empty or null one
 // is the key itself. Every key that is opened or made is closed again.
 //
-// The calls answer one of these codes, or another one for what nobody tells apart. Here, a change is in the hive's file
-// when the call returns with ERROR_SUCCESS; Windows writes it out later.
+// The calls return one of these codes, or another one where no caller needs to tell the reasons apart. Here, a change
+// is in the hive's file when the call returns with ERROR_SUCCESS; Windows writes it out later.
 
 constexpr LSTATUS ERROR_SUCCESS = 0;
 constexpr LSTATUS ERROR_FILE_NOT_FOUND = 2; // no such key or value
 constexpr LSTATUS ERROR_PATH_NOT_FOUND = 3;
+constexpr LSTATUS ERROR_NO_MORE_FILES = 18;
 constexpr LSTATUS ERROR_ACCESS_DENIED = 5; // the key doesn't give the right, or wasn't opened with it
 constexpr LSTATUS ERROR_MORE_DATA = 234;   // the buffer is too small
 constexpr LSTATUS ERROR_NO_MORE_ITEMS = 259;
@@ -110,12 +109,11 @@ LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD, char *, DWORD optio
 // an unterminated text gets one, not counted, where the buffer has room. ERROR_MORE_DATA tells the size that is needed
 // and leaves the buffer alone.
 LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE *data, DWORD *size);
-// Writes `size` bytes. Of a text the byte behind them has to be readable too: a terminator that stands just there is
-// stored with it.
+// Writes `size` bytes. For a text the next byte must be readable too; if it is the terminator, it is stored as well.
 LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE *data, DWORD size);
 LSTATUS RegDeleteValueA(HKEY key, const char *name);
-// The name of the subkey at an index, in an order that stays while no key is made. `size` is in bytes, counts the
-// terminator going in and not coming back.
+// The name of the subkey at an index; the order stays while no key is made. `size` is the buffer's size in bytes on
+// input, and the name's length without its terminator on output.
 LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *size, DWORD *, char *, DWORD *, FILETIME *);
 LSTATUS RegEnumKeyA(HKEY key, DWORD index, char *name, DWORD size);
 LSTATUS RegCloseKey(HKEY key);
@@ -155,7 +153,7 @@ struct WIN32_FIND_DATAA {
 // file's place at CloseHandle, whole or not at all; Windows cuts the old file at once, and a write that fails leaves
 // what it had written.
 HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *, DWORD disposition, DWORD, HANDLE);
-// Goes on where the call before left off. At the end of the file, TRUE and fewer bytes than asked for.
+// Continues where the call before ended. At the end of the file, TRUE and fewer bytes than asked for.
 BOOL ReadFile(HANDLE file, void *buffer, DWORD size, DWORD *read, void *);
 // The low half of the size in bytes; INVALID_FILE_SIZE for no open file. `high` may be null.
 DWORD GetFileSize(HANDLE file, DWORD *high);
@@ -164,7 +162,8 @@ BOOL WriteFile(HANDLE file, const void *data, DWORD size, DWORD *written, void *
 BOOL CloseHandle(HANDLE file);
 // Finds the file or folder that a path names; the last part may have the wildcards * and ?, and the first that matches
 // counts. The search is ended by FindClose. INVALID_HANDLE_VALUE if nothing is found; GetLastError tells then whether
-// there is nothing for certain (ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND) or something kept the system from looking.
+// there is nothing for certain (ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, on
+// Windows also ERROR_NO_MORE_FILES) or something kept the system from looking.
 HANDLE FindFirstFileA(const char *path, WIN32_FIND_DATAA *data);
 DWORD GetLastError();
 BOOL FindClose(HANDLE search);
@@ -238,9 +237,9 @@ constexpr UINT CP_ACP = 0;
 constexpr UINT CP_UTF8 = 65001;
 constexpr DWORD MB_ERR_INVALID_CHARS = 8;
 
-// Both convert a text of a length, or a terminated one for -1, and the result then counts the terminator; a buffer size
-// of 0 only asks for the size. 0 for a result that doesn't fit. What the other side can't say becomes its replacement
-// character; with MB_ERR_INVALID_CHARS the first answers 0 for bytes that mean nothing.
+// Both convert a text of a length, or a terminated one for -1, whose terminator the result counts; a buffer size
+// of 0 only asks for the size. 0 for a result that doesn't fit. What the other encoding lacks becomes its replacement
+// character; with MB_ERR_INVALID_CHARS the first call returns 0 for invalid bytes.
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char *text, int length, WCHAR *wide, int size);
 int WideCharToMultiByte(UINT codePage, DWORD, const WCHAR *wide, int length, char *text, int size, const char *,
                         BOOL *);
@@ -254,9 +253,7 @@ int _mbsicmp(const unsigned char *left, const unsigned char *right);
 int _ismbcalpha(unsigned int character);
 int _ismbcdigit(unsigned int character);
 
-// Compares texts as a dictionary has them in order.
+// Compares texts in dictionary order.
 int lstrcmpA(const char *left, const char *right);
-
-} // extern "C"
 
 #endif

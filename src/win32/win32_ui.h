@@ -1,16 +1,15 @@
 // The user-interface half of the platform: windows, dialogs, controls, property sheets, drawing. As in win32.h, Windows
-// has its own headers for it; elsewhere this declares just what AcctKit, its host program and its tests use, and
-// src/win32/linux/windows answers it. There a window is a record with a text, a state and a window procedure; who sits
-// in front of it (a script, a terminal) comes in by src/win32/linux/public/front_end.h, and what is drawn goes nowhere.
+// has its own headers for it; elsewhere this declares just what AcctKit and its host program use, and what tests need
+// to make windows; src/win32/linux/windows implements it. There a window is a record with a text, a state and a window
+// procedure; a front end (a script, a terminal; src/win32/linux/public/front_end.h) shows it to a user; what is drawn
+// goes nowhere.
 //
 // What holds for all calls:
-// - A window belongs to the thread that made it. Its procedure runs on that thread alone, and calls with its handle are
-// to
-//   be made there; to other threads the handle is none.
-// - With a handle that is null, gone or another thread's, a call does nothing and answers 0, FALSE or null. No call
-// here
-//   sets GetLastError.
-// - Texts are in code page 932 and end with a 0. Pointers mustn't be null where nothing else is said.
+// - A window belongs to the thread that made it. Its procedure runs on that thread, and its handle is valid there
+// alone.
+// - If the handle is null, or its window is destroyed or belongs to another thread, a call does nothing and returns 0,
+//   FALSE or null. Here no call sets GetLastError.
+// - Texts are in code page 932 and end with a 0. Pointers must not be null unless the call allows it.
 // - Positions and sizes are in pixels.
 #pragma once
 
@@ -24,8 +23,6 @@
 #else
 
 #define CALLBACK
-
-extern "C" {
 
 // ---- Types ----
 
@@ -173,38 +170,38 @@ BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 HWND GetParent(HWND window);
 HWND GetWindow(HWND window, UINT which);
 HWND GetDesktopWindow();
-// The thread's top-level window in which the focus is, or was last.
+// The thread's top-level window that has the focus, or had it last.
 HWND GetActiveWindow();
-// Of the window itself and the visible ones that it owns, directly or not, the one that was active last.
+// The window that was active last, of this one and the visible ones that it owns, directly or not.
 HWND GetLastActivePopup(HWND owner);
 
-// A drop-down list keeps the text of its selected entry.
+// Does nothing to a drop-down list, which shows its selected entry.
 BOOL SetWindowTextA(HWND window, const char *text);
-// A buffer of `size` bytes gets the text, cut to whole characters and terminated; answers its length without the 0.
+// Copies the text into a buffer of `size` bytes, cut to whole characters and terminated. Its length without the 0.
 int GetWindowTextA(HWND window, char *buffer, int size);
 // In bytes, without the 0.
 int GetWindowTextLengthA(HWND window);
-// Answers whether the window was disabled before.
+// Returns whether the window was disabled before.
 BOOL EnableWindow(HWND window, BOOL enable);
 BOOL IsWindowEnabled(HWND window);
-// Shows it, and makes it the active one if it has no parent, or hides it (SW_HIDE); answers whether it was shown
-// before.
+// Shows the window, and makes it the active one if it has no parent, or hides it (SW_HIDE). Returns whether it was
+// shown before.
 BOOL ShowWindow(HWND window, int command);
 // Whether the window and all its parents are shown.
 BOOL IsWindowVisible(HWND window);
-// Null takes it from whoever has it. A window that is disabled, or in one that is, doesn't get it, and the answer is
-// null; otherwise it is the window that had the focus before.
+// Null takes the focus from the window that has it. A window that is disabled, or within a disabled one, doesn't get
+// it; the result is null then, and otherwise the window that had the focus before.
 HWND SetFocus(HWND window);
 HWND GetFocus();
-// Negative while the key is down, which no key ever is here.
+// Negative while the key is down. Here no key ever is.
 int16_t GetKeyState(int key);
 // Bit 0 if the key was pressed since the last call for it.
 int16_t GetAsyncKeyState(int key);
 
-// The first on the screen, the second from its own left upper corner on. Windows have no frames here.
+// The first in screen coordinates, the second relative to the window itself. Here windows have no frame.
 BOOL GetWindowRect(HWND window, RECT *rect);
 BOOL GetClientRect(HWND window, RECT *rect);
-// Moves it within its parent and, without SWP_NOSIZE, gives it a size; its place among its siblings stays.
+// Moves it within its parent and, without SWP_NOSIZE, gives it a size; its order among its siblings stays.
 BOOL SetWindowPos(HWND window, HWND insertAfter, int x, int y, int width, int height, UINT flags);
 BOOL CopyRect(RECT *target, const RECT *source);
 
@@ -216,7 +213,7 @@ constexpr int IDYES = 6;
 constexpr int IDNO = 7;
 constexpr int IDHELP = 9;
 constexpr UINT DM_GETDEFID = WM_USER;
-// What a control answers to WM_GETDLGCODE if it is to have a key that otherwise does something to its dialog.
+// The answer to WM_GETDLGCODE of a control that wants every key, also those that its dialog would use.
 constexpr UINT DLGC_WANTALLKEYS = 0x0004;
 
 // The first control with that id among the dialog's children.
@@ -229,18 +226,18 @@ BOOL MapDialogRect(HWND dialog, RECT *rect);
 
 // ---- Controls ----
 // They answer the messages declared here as on Windows. A parent gets WM_COMMAND for what a user does (keys, typing, a
-// click), and not for what a program does; but an edit control of one line tells of its new text, too. EM_LIMITTEXT, in
-// bytes, cuts what is typed alone. EM_GETSEL writes to two DWORDs, and CB_GETLBTEXT a text of CB_GETLBTEXTLEN bytes and
-// its 0: the caller has to have the room.
+// click), and not for what a program does, except for a new text of an edit control of one line. EM_LIMITTEXT, in
+// bytes, cuts only what is typed. The caller provides the buffers: two DWORDs for EM_GETSEL, CB_GETLBTEXTLEN + 1 bytes
+// for CB_GETLBTEXT.
 //
-// Who draws the entries of a list itself (CBS_OWNERDRAWFIXED, with CBS_HASSTRINGS) gets WM_MEASUREITEM twice when the
-// list is made, for the part that is always seen and for the entries, WM_DRAWITEM when the list is painted, and
-// WM_DELETEITEM for each entry while that is still there.
+// The parent of a list that it draws itself (CBS_OWNERDRAWFIXED, with CBS_HASSTRINGS) gets WM_MEASUREITEM twice when
+// the list is made, for the closed list and for the entries; WM_DRAWITEM when the list is painted; and WM_DELETEITEM
+// for each entry just before it is removed.
 
 constexpr DWORD SS_ICON = 0x03;
 constexpr DWORD SS_BITMAP = 0x0E;
 constexpr DWORD SS_TYPEMASK = 0x1F;
-constexpr DWORD SS_NOPREFIX = 0x80; // an ampersand is one
+constexpr DWORD SS_NOPREFIX = 0x80; // an ampersand is shown as it is
 constexpr UINT STM_SETICON = 0x0170;
 constexpr UINT STM_GETICON = 0x0171;
 
@@ -468,8 +465,6 @@ struct PROPSHEETHEADERA {
 // ID_WIZNEXT, ID_WIZFINISH, IDCANCEL and IDHELP; PSM_SETWIZBUTTONS shows either Next or Finish, and tells which can be
 // pressed.
 INT_PTR PropertySheetA(const PROPSHEETHEADERA *sheet);
-
-} // extern "C"
 
 #endif
 
