@@ -74,7 +74,7 @@ const SampleValue Values[] = {
     {"oe", HKEY_CURRENT_USER, Account, oe::SmtpSenderValue, "山田 太郎"},
     {"oe", HKEY_CURRENT_USER, Account, oe::ConnectionTypeValue, DWORD{oe::DialUpConnection}},
     {"oe", HKEY_CURRENT_USER, Account, oe::ConnectoidValue, ServiceConnectionName},
-    // Where this makes the key "Software", it is spelled as below HKEY_CURRENT_USER.
+    // A machine's first write makes the key "Software", which sample machines spell so.
     {"communicator", HKEY_LOCAL_MACHINE, nc::SettingsKey, CurrentVersionValue, "4.75"},
     {"communicator", HKEY_LOCAL_MACHINE, nc::Program.versionKey, nc::Program.versionValue, "4.75 [ja]"},
     {"communicator", HKEY_LOCAL_MACHINE, ProgramKey(nc::Program.file), nullptr, CommunicatorProgram},
@@ -84,7 +84,7 @@ const SampleValue Values[] = {
     {"communicator", HKEY_LOCAL_MACHINE, nc::UserKey(Profile), nc::SenderValue, "山田 太郎"},
     {"communicator", HKEY_CURRENT_USER, nc::BiffUserKey(Profile), nc::DefaultServerValue, PopServer},
     {"communicator", HKEY_CURRENT_USER, nc::BiffServerKey(Profile, PopServer), nc::MailboxStateValue,
-     ProfileFolder + nc::MailboxStateFile},
+     nc::MailboxStatePath(ProfileFolder)},
     {"netscape6", HKEY_LOCAL_MACHINE, n6::ProductKey, CurrentVersionValue, "6.2 (ja)"},
     {"netscape6", HKEY_LOCAL_MACHINE, ProgramKey(n6::Program.file), nullptr, Netscape6Program},
     {"netscape6", HKEY_CURRENT_USER, ShellFoldersKey, AppDataValue, AppData},

@@ -24,7 +24,7 @@ const NamedButton *FindButton(std::span<const NamedButton> buttons, const std::s
 
 std::string QuotedText(HWND window);
 std::string QuotedItems(const Control &list);
-// yes or no, or that the control is no check box.
+// "yes", "no", or "no check box".
 std::string CheckOf(const Control &control);
 // The buttons that can be pressed, of a sheet those that lead through the wizard.
 std::string ButtonsOf(HWND top);

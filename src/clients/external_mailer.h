@@ -46,7 +46,7 @@ public:
   int32_t SetCompleteFlag() const;
 
 private:
-  // What the plug-in tells, which is loaded for it and freed; nothing if it tells nothing.
+  // Loads the plug-in, asks it about its mailer and frees it. Nothing if it can't be loaded or doesn't answer 1.
   std::optional<MailerInfo> ReadMailerInfo();
 
   HMODULE module = nullptr;

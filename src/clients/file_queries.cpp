@@ -42,8 +42,8 @@ bool PathExists(const char *path) {
 bool PathIsMissing(const char *path) {
   if (PathExists(path))
     return false;
-  const DWORD error = GetLastError();
-  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+  const DWORD error = GetLastError(); // the last one is what some file systems answer
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_NO_MORE_FILES;
 }
 
 int32_t GetProductVersion(const char *path, std::string &out) {

@@ -1,10 +1,10 @@
 #include "clients/pref_lines.h"
 
-#include "clients/format.h"
-
 std::string QuotedPref(const std::string &text) { return '"' + text + '"'; }
 
-std::string LineText(const PrefLine &line) { return Format("user_pref(\"%s\", %s);\n", line.key, line.value); }
+std::string LineStart(const std::string &name) { return "user_pref(\"" + name; }
+
+std::string LineText(const PrefLine &line) { return LineStart(line.key) + "\", " + line.value + ");\n"; }
 
 void AppendPref(PrefsText &prefs, const PrefLine &line) { AppendPrefLine(prefs, LineText(line).c_str()); }
 

@@ -14,6 +14,9 @@ struct PrefLine {
 // A text between its quotes. Nothing is escaped.
 std::string QuotedPref(const std::string &text);
 
+// How the line of a preference begins, or the lines of all preferences whose names begin so.
+std::string LineStart(const std::string &name);
+
 // The line as it stands in the file, with its LF.
 std::string LineText(const PrefLine &line);
 

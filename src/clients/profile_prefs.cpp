@@ -10,7 +10,9 @@ bool PrefsPathFits(const std::string &directory) {
   return PrefsPath(directory).size() < PathSize;
 }
 
-void MakeMailFolder(const std::string &directory) { CreateDirectoryA(Below(directory, "mail").c_str(), nullptr); }
+std::string MailFolder(const std::string &directory) { return Below(directory, "mail"); }
+
+void MakeMailFolder(const std::string &directory) { CreateDirectoryA(MailFolder(directory).c_str(), nullptr); }
 
 std::string SameProfileQuestion(const std::string &profile) {
   return Format("同名のプロファイルが存在します。\nプロファイル名：%sを上書きしますか？", profile);

@@ -10,7 +10,7 @@
 std::string PrefsPath(const std::string &directory);
 // Whether that path fits the clients' buffers of 256 bytes.
 bool PrefsPathFits(const std::string &directory);
-// Makes the folder for mail.
+std::string MailFolder(const std::string &directory);
 void MakeMailFolder(const std::string &directory);
 // Whether a profile of that name may be overwritten.
 std::string SameProfileQuestion(const std::string &profile);

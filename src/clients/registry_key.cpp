@@ -123,7 +123,7 @@ StoredPath ReadPathFullAccess(HKEY root, const std::string &subkey, const char *
   return {buffer, exists};
 }
 
-// ---- With the access that is needed ----
+// ---- With no more access than is needed ----
 
 namespace {
 

@@ -1,6 +1,6 @@
 // The registry as the adapters use it, with one of two accesses, which the name tells. The class RegistryKey and the
 // functions in ...FullAccess ask for every right to a key (KEY_ALL_ACCESS): a key that the user may read but not write
-// counts as missing. All others ask for the right that they need, and make no key.
+// counts as missing. All others make no key, and ask for the right that they need, or for whatever the key gives.
 //
 // Nothing stays open behind any of them. Texts are in the system's code page. Sizes of texts that are written don't
 // count the terminator, sizes of texts that are read do. A null value name is the key's default value. An int32_t is 1
@@ -82,7 +82,7 @@ struct StoredPath {
 };
 StoredPath ReadPathFullAccess(HKEY root, const std::string &subkey, const char *valueName);
 
-// ---- With the access that is needed ----
+// ---- With no more access than is needed ----
 
 int32_t KeyReadable(HKEY root, const char *subkey);
 int32_t WriteDwordValue(HKEY root, const char *subkey, const char *valueName, DWORD value);

@@ -4,6 +4,7 @@
 
 #include "clients/format.h"
 #include "clients/installed_program.h"
+#include "clients/profile_prefs.h"
 
 #include <string>
 
@@ -55,16 +56,23 @@ inline std::string ProfileDirectory(const std::string &installDirectory, const s
   return Below(ProfilesFolder(installDirectory), profile);
 }
 
-// The state of the POP mailbox, below a profile's directory.
-inline constexpr const char *MailboxStateFile = "\\mail\\popstate.dat";
+// The state of the POP mailbox.
+inline std::string MailboxStatePath(const std::string &profileDirectory) {
+  return Below(MailFolder(profileDirectory), "popstate.dat");
+}
 
-// The folder for news, below a profile's directory, and in it the map of news servers. Each record of the map begins
-// with the prefix.
+// The folder for news, below a profile's directory, and in it the map of news servers. Each of its records begins with
+// the prefix.
 inline std::string NewsFolder(const std::string &profileDirectory) { return Below(profileDirectory, "news"); }
 inline std::string NewsMapPath(const std::string &profileDirectory) {
   return Below(NewsFolder(profileDirectory), "fat");
 }
+inline constexpr const char *NewsMapHeading = "netscape-newsrc-map-file";
 inline constexpr const char *NewsRecordPrefix = "newsrc-";
+// The newsrc file of a news server, beside the map, by the first part of the server's host.
+inline std::string NewsrcPath(const std::string &newsFolder, const std::string &hostPart) {
+  return Below(newsFolder, hostPart + ".rc");
+}
 
 // ---- Preferences ----
 

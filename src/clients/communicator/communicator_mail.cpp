@@ -31,20 +31,21 @@ std::array<PrefLine, 9> AccountPrefs(const MailAccountSpec &spec) {
 // The client's entry in the system's list of mail programs, in the order of writing. The path is the same whatever the
 // install directory is.
 struct ClientEntry {
-  const char *below; // the client's own key
+  const char *branch; // of the client's own key
+  const char *subkey; // below that
   const char *valueName;
   DWORD type;
   std::string_view data;
 };
 #define MESSENGER_PROGRAM "C:\\Program Files\\Netscape\\Communicator\\Program\\netscape.exe"
 constexpr ClientEntry ClientEntries[] = {
-    {"\\Protocols\\mailto\\shell\\open\\command", nullptr, REG_SZ, MESSENGER_PROGRAM " %1"},
-    {"\\shell\\open\\command", nullptr, REG_SZ, MESSENGER_PROGRAM " %1"},
-    {"\\Protocols\\mailto\\DefaultIcon", nullptr, REG_SZ, MESSENGER_PROGRAM ",-11"},
-    {"\\Protocols\\mailto", nullptr, REG_SZ, "URL:MailTo Protocol"},
-    {"\\Protocols\\mailto", "URL Protocol", REG_SZ, ""},
-    {"\\Protocols\\mailto", "EditFlags", REG_BINARY, {"\x02\0\0\0", 4}},
-    {"", nullptr, REG_SZ, MailProgramName},
+    {ProtocolsKey, MailtoCommandKey, nullptr, REG_SZ, MESSENGER_PROGRAM " %1"},
+    {"", OpenCommandKey, nullptr, REG_SZ, MESSENGER_PROGRAM " %1"},
+    {ProtocolsKey, MailtoIconKey, nullptr, REG_SZ, MESSENGER_PROGRAM ",-11"},
+    {ProtocolsKey, MailtoKey, nullptr, REG_SZ, "URL:MailTo Protocol"},
+    {ProtocolsKey, MailtoKey, UrlProtocolValue, REG_SZ, ""},
+    {ProtocolsKey, MailtoKey, EditFlagsValue, REG_BINARY, {"\x02\0\0\0", 4}},
+    {"", "", nullptr, REG_SZ, MailProgramName},
 };
 #undef MESSENGER_PROGRAM
 
@@ -78,7 +79,7 @@ int32_t CommunicatorMail::SetDefaultClient() {
   RegistryKey key;
   if (!key.KeyExists(HKEY_LOCAL_MACHINE, clientKey.c_str())) {
     for (const ClientEntry &entry : ClientEntries)
-      key.WriteValue(HKEY_LOCAL_MACHINE, (clientKey + entry.below).c_str(), entry.valueName, entry.type,
+      key.WriteValue(HKEY_LOCAL_MACHINE, (clientKey + entry.branch + entry.subkey).c_str(), entry.valueName, entry.type,
                      entry.data.data(), static_cast<DWORD>(entry.data.size()));
     if (!key.KeyExists(HKEY_LOCAL_MACHINE, clientKey.c_str()))
       return 0;

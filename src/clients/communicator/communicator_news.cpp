@@ -15,8 +15,8 @@ namespace {
 
 constexpr const char *SameProfileLine = "プロファイル名：%s";
 
-// How the line of a preference begins.
-std::string LineStart(const char *key) { return Format("user_pref(\"%s\"", key); }
+// How the line of just that preference begins.
+std::string WholeLineStart(const char *key) { return LineStart(key) + '"'; }
 
 PrefLine ServerLine(const NewsAccountSpec &spec) { return {NewsServerPref, QuotedPref(spec.Host())}; }
 
@@ -44,11 +44,11 @@ void CommunicatorNews::KeepOrFill(PrefsText &prefs, const char *key, const std::
   keptLine[0] = '\0';
   const bool taken = TakePrefLine(key, prefs, keptLine, sizeof keptLine) != 0;
   if (taken && std::strstr(keptLine, "\"\"") == nullptr) {
-    AppendPrefLine(prefs, Format("user_pref(\"%s\n", keptLine).c_str());
+    AppendPrefLine(prefs, (LineStart(keptLine) + '\n').c_str());
     return;
   }
   // A line that is too long to be kept stays where it is, and so does its value.
-  if (!taken && HasPrefText(LineStart(key).c_str(), prefs))
+  if (!taken && HasPrefText(WholeLineStart(key).c_str(), prefs))
     return;
   AppendPref(prefs, {key, QuotedPref(value)});
 }
@@ -63,7 +63,7 @@ void CommunicatorNews::EditNewsPrefs(PrefsText &prefs, const NewsAccountSpec &sp
 
   if (spec.IsServerOn()) {
     const std::string line = LineText(ServerLine(spec));
-    if (!InsertPrefLine(LineStart(NewsServerPref).c_str(), prefs, line.c_str()))
+    if (!InsertPrefLine(WholeLineStart(NewsServerPref).c_str(), prefs, line.c_str()))
       AppendPrefLine(prefs, line.c_str());
   }
   KeepOrFill(prefs, AddressPref, spec.mailAddress);

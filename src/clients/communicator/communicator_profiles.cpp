@@ -17,7 +17,7 @@ std::string ListedDirectory(const std::string &profile) {
   const auto server = ReadTextFullAccess(HKEY_CURRENT_USER, BiffUserKey(profile), DefaultServerValue);
   const auto state =
       server ? ReadTextFullAccess(HKEY_CURRENT_USER, BiffServerKey(profile, *server), MailboxStateValue) : std::nullopt;
-  const size_t length = state ? state->find(MailboxStateFile) : std::string::npos;
+  const size_t length = state ? state->find(MailboxStatePath("")) : std::string::npos;
   return length == std::string::npos ? "" : state->substr(0, length);
 }
 
@@ -75,7 +75,7 @@ void ClearObsolete(const std::string &profile) {
 
 void EnterMailbox(const Profile &profile, const std::string &popServer) {
   WriteValuesFullAccess(HKEY_CURRENT_USER, BiffServerKey(profile.name, popServer),
-                        {{MailboxStateValue, profile.directory + MailboxStateFile}});
+                        {{MailboxStateValue, MailboxStatePath(profile.directory)}});
   WriteValuesFullAccess(HKEY_CURRENT_USER, BiffUserKey(profile.name), {{DefaultServerValue, popServer}});
 }
 

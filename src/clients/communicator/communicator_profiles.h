@@ -29,7 +29,7 @@ std::optional<std::string> FindProfile(const std::string &name);
 void ClearObsolete(const std::string &profile);
 // Lists the profile, with the server where Communicator will look for new mail.
 void EnterMailbox(const Profile &profile, const std::string &popServer);
-// Enters what the profile's user is called.
+// Enters the mail address and the name of the profile's user.
 void EnterSender(const std::string &profile, const std::string &mailAddress, const std::string &senderName);
 // Makes the folder of all profiles and the profile's directory, and enters that as the profile's.
 void EnterDirectory(const Profile &profile);

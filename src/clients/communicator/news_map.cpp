@@ -9,9 +9,6 @@ namespace communicator {
 
 namespace {
 
-constexpr const char *Heading = "netscape-newsrc-map-file\n";
-constexpr const char *HeadingWord = "netscape-newsrc-map-file";
-
 bool Holds(const std::string &map, const std::string &text) { return map.find(text) != std::string::npos; }
 
 // The map's text; nothing if it can't be opened, is too large, or isn't a text.
@@ -31,7 +28,7 @@ NewsMap::NewsMap(const std::string &profileDirectory)
     : folder(NewsFolder(profileDirectory)), path(NewsMapPath(profileDirectory)) {}
 
 std::string NewsMap::NewsrcPath(const std::string &host) const {
-  return Below(folder, host.substr(0, host.find('.')) + ".rc");
+  return communicator::NewsrcPath(folder, host.substr(0, host.find('.')));
 }
 
 std::string NewsMap::Record(const std::string &host) const {
@@ -40,7 +37,8 @@ std::string NewsMap::Record(const std::string &host) const {
 
 std::string NewsMap::WithServer(const std::string &map, const std::string &host) const {
   const bool lineIsOpen = !map.empty() && map.back() != '\n';
-  return map + (lineIsOpen ? "\n" : "") + (Holds(map, HeadingWord) ? "" : Heading) + Record(host);
+  return map + (lineIsOpen ? "\n" : "") + (Holds(map, NewsMapHeading) ? "" : NewsMapHeading + std::string("\n")) +
+         Record(host);
 }
 
 bool NewsMap::CanEnter(const std::string &host) const {

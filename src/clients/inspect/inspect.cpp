@@ -9,12 +9,12 @@
 #include "clients/netscape6/netscape6_layout.h"
 #include "clients/netscape6/netscape6_mail.h"
 #include "clients/netscape6/netscape6_news.h"
+#include "clients/netscape6/netscape6_profiles.h"
 #include "clients/outlook_express/outlook_express_layout.h"
 #include "clients/outlook_express/outlook_express_mail.h"
 #include "clients/outlook_express/outlook_express_news.h"
 #include "clients/profile_prefs.h"
 #include "clients/registry_key.h"
-#include "clients/windows_layout.h"
 #include "stores/file_handle.h"
 #include "stores/profile_registry.h"
 
@@ -111,8 +111,8 @@ void AddFile(std::vector<Entry> &entries, const char *kind, const std::string &p
 
 void AddPrefs(std::vector<Entry> &entries, const std::string &directory) {
   AddFile(entries, "prefs.js", PrefsPath(directory),
-          {"user_pref(\"mail.", "user_pref(\"news.", "user_pref(\"network.hosts.", "user_pref(\"browser.startup.",
-           "user_pref(\"offline.news.", "user_pref(\"signon.", "user_pref(\"prefs."});
+          {LineStart("mail."), LineStart("news."), LineStart("network.hosts."), LineStart("browser.startup."),
+           LineStart("offline.news."), LineStart("signon."), LineStart("prefs.")});
 }
 
 // ---- The clients ----
@@ -164,10 +164,9 @@ std::vector<Entry> CommunicatorEntries() {
 
 std::vector<Entry> Netscape6Entries() {
   using namespace netscape6;
-  const auto appData = ShownValue(HKEY_CURRENT_USER, ShellFoldersKey, AppDataValue);
-  const std::string path = RegistryDatPath(appData.value_or(""));
+  std::string path;
   ProfileRegistry registry;
-  if (!appData || !registry.Open(path))
+  if (!GetRegistryDatPath(path) || !registry.Open(path))
     return {};
   registry.Parse();
   const int32_t profiles = registry.FindPath(ProfilesPath, "");

@@ -1,5 +1,4 @@
-// What stands on the machine of the clients and their accounts, for a report. Looking changes nothing; all texts are
-// UTF-8.
+// Reads the clients of the machine and their accounts, for a report. Nothing is changed. All texts are UTF-8.
 //
 //   for (const inspect::Client &client : inspect::Clients())
 //     for (const inspect::Entry &entry : inspect::Entries(client.type))
@@ -35,13 +34,13 @@ struct Value {
 // An account, a profile, or another key or file in which values of a client stand.
 struct Entry {
   std::string kind; // as in "mail account"
-  std::string name; // empty if there is but one of the kind
+  std::string name; // empty if there is only one of the kind
   bool isDefault = false;
   std::string where; // a key's path with its root, or a file's
   std::vector<Value> values;
 };
 
-// What there is of a client, installed or not.
+// The entries of a client, whether it is installed or not.
 std::vector<Entry> Entries(ClientType type);
 
 } // namespace inspect

@@ -63,7 +63,7 @@ void AppendAccount(PrefsText &prefs, const GraphKeys &keys) {
 }
 
 GraphKeys EnterFirst(PrefsText &prefs, const GraphAccount &account) {
-  GraphKeys keys = {"account1", "server1", "id1"};
+  GraphKeys keys = {Numbered(AccountName, 1), Numbered(ServerName, 1), Numbered(IdentityName, 1)};
   AppendPref(prefs, {AccountListPref, QuotedPref(keys.account)});
   AppendPref(prefs, {DefaultAccountPref, QuotedPref(keys.account)});
   AppendAccount(prefs, keys);
@@ -72,8 +72,8 @@ GraphKeys EnterFirst(PrefsText &prefs, const GraphAccount &account) {
 }
 
 std::optional<GraphKeys> EnterNext(PrefsText &prefs, const std::string &list, const GraphAccount &account) {
-  GraphKeys keys = {NextName(prefs, list, AccountPrefs, "account"), FreeName(prefs, "server", false),
-                    FreeName(prefs, "id", true)}; // an account may have several identities
+  GraphKeys keys = {NextName(prefs, list, AccountPrefs, AccountName), FreeName(prefs, ServerName, false),
+                    FreeName(prefs, IdentityName, true)}; // an account may have several identities
   if (keys.server.empty() || keys.identity.empty())
     return std::nullopt;
   ReplacePref(prefs, ExtendedList(AccountListPref, list, keys.account));

@@ -16,9 +16,14 @@ inline constexpr InstalledProgram Program = {"Netscape6 (Netscape)", "Netscp6.ex
 // ---- Files below the user's application data ----
 
 inline std::string RegistryDatPath(const std::string &appData) { return Below(appData, "Mozilla\\registry.dat"); }
-// The folder of all directories that a profile of that name has had. The last one that was made counts.
+// The folder of all directories that a profile of that name has had, and one of them. The last one that was made
+// counts.
 inline std::string ProfileFolder(const std::string &appData, const std::string &profile) {
   return Format("%s\\Mozilla\\Users50\\%s", appData, profile);
+}
+
+inline std::string NumberedDirectory(const std::string &profileFolder, int number) {
+  return Format("%s\\zuvio%s.slt", profileFolder, std::to_string(number));
 }
 
 // ---- The profile registry ----
@@ -38,9 +43,15 @@ inline constexpr const char *MigratedValue = "migrated";
 
 // ---- Preferences; %s is the numbered name of an account, server, identity or SMTP server ----
 
+// The beginnings of those names, as in "account1".
+inline constexpr const char *AccountName = "account";
+inline constexpr const char *ServerName = "server";
+inline constexpr const char *IdentityName = "id";
+inline constexpr const char *SmtpName = "smtp";
+
 inline constexpr const char *AccountListPref = "mail.accountmanager.accounts";
 inline constexpr const char *DefaultAccountPref = "mail.accountmanager.defaultaccount";
-inline constexpr const char *AccountPrefs = "mail.account."; // that all of them begin with
+inline constexpr const char *AccountPrefs = "mail.account."; // the beginning of all of them
 inline constexpr const char *AccountServerPref = "mail.account.%s.server";
 inline constexpr const char *AccountIdentitiesPref = "mail.account.%s.identities";
 
@@ -56,7 +67,7 @@ inline constexpr const char *IdentityHtmlPref = "mail.identity.%s.compose_html";
 
 inline constexpr const char *SmtpListPref = "mail.smtpservers";
 inline constexpr const char *DefaultSmtpPref = "mail.smtp.defaultserver";
-inline constexpr const char *SmtpPrefs = "mail.smtpserver."; // that all of them begin with
+inline constexpr const char *SmtpPrefs = "mail.smtpserver."; // the beginning of all of them
 inline constexpr const char *SmtpHostPref = "mail.smtpserver.%s.hostname";
 inline constexpr const char *SmtpSslPref = "mail.smtpserver.%s.try_ssl";
 

@@ -29,7 +29,7 @@ std::optional<GraphAccount> AccountOf(const MailAccountSpec &spec) {
 
 // The SMTP server of a profile's first account, before the account's own takes its place.
 std::string EnterFirstSmtp(PrefsText &prefs) {
-  std::string key = "smtp1";
+  std::string key = SmtpName + std::string("1");
   const PrefLine lines[] = {{DefaultSmtpPref, QuotedPref(key)},
                             {Format(SmtpHostPref, key), QuotedPref(IspMailRelayHost)},
                             {Format(SmtpSslPref, key), "0"},
@@ -56,7 +56,7 @@ std::string FindSmtpKey(PrefsText &prefs, const std::string &host) {
   }
   if (!candidate.empty() || !spare.empty())
     return candidate.empty() ? spare : candidate;
-  std::string key = NextName(prefs, list, SmtpPrefs, "smtp");
+  std::string key = NextName(prefs, list, SmtpPrefs, SmtpName);
   ReplacePref(prefs, ExtendedList(SmtpListPref, list, key));
   return key;
 }

@@ -26,7 +26,7 @@ bool OpenRegistry(ProfileRegistry &registry) {
 // The first numbered directory below the folder whose prefs.js can't be read; empty if all are taken.
 std::string FreeDirectory(const std::string &folder) {
   for (int number = 0; number <= LastNumber; ++number) {
-    std::string directory = Below(folder, "zuvio" + std::to_string(number) + ".slt");
+    std::string directory = NumberedDirectory(folder, number);
     if (!CanReadFile(PrefsPath(directory).c_str()))
       return directory;
   }
@@ -82,7 +82,7 @@ bool EnsureProfile(const std::string &name, std::string &key) {
     return false;
   const std::string folder = ProfileFolder(appData, name);
   const std::string directory = FreeDirectory(folder);
-  // What can't be read may be there all the same, and is then somebody's.
+  // A prefs.js that can't be read may still be there, and then belongs to somebody.
   if (directory.empty() || !PrefsPathFits(directory) || PathExists(PrefsPath(directory).c_str()) ||
       !Register(registry, name, directory))
     return false;

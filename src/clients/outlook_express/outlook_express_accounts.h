@@ -30,8 +30,8 @@ bool HoldsText(const std::string &accountKey, const char *valueName, const std::
 // Makes the account the default mail account unless that names an account already.
 void EnsureDefaultMailAccount(const std::string &name);
 
-// The settings of the user's default identity. Empty if that can't be read or is empty: settings of an identity that
-// nobody has would be read by nobody.
+// The settings of the user's default identity. Empty if it can't be read or is empty: settings of a made-up
+// identity would never be read.
 std::string DefaultIdentitySettings();
 
 // Whether the texts fit the buffers of 512 bytes that the client's values pass through.

@@ -75,9 +75,8 @@ int32_t OutlookExpressMail::SetDefaultClient() {
   RegistryKey key;
   if (!key.KeyExists(HKEY_LOCAL_MACHINE, clientKey.c_str()))
     return 0;
-  const std::string protocols = clientKey + "\\Protocols";
-  for (const char *below : {"\\mailto\\DefaultIcon", "\\mailto\\shell\\open\\command"})
-    CopyDefaultValue(protocols + below, std::string("SOFTWARE\\Classes") + below);
+  for (const char *subkey : {MailtoIconKey, MailtoCommandKey})
+    CopyDefaultValue(clientKey + ProtocolsKey + subkey, std::string(ClassesKey) + subkey);
   WriteValuesFullAccess(HKEY_LOCAL_MACHINE, MailProgramsKey, {{nullptr, MailProgramName}});
   return 1;
 }
