@@ -59,8 +59,8 @@ bool IsControlOrWide(char byte) {
 }
 
 bool IsEmpty(const std::string &text) { return text.empty(); }
-bool HasSenderFault(const std::string &text) { return std::ranges::any_of(text, IsControl); }
-bool HasPlainFault(const std::string &text) { return std::ranges::any_of(text, IsControlOrWide); }
+bool HasControlCharacter(const std::string &text) { return std::ranges::any_of(text, IsControl); }
+bool HasControlOrWide(const std::string &text) { return std::ranges::any_of(text, IsControlOrWide); }
 bool HasBlank(const std::string &text) { return text.find(' ') != std::string::npos; }
 bool HasAnySpace(const std::string &text) { return HasBlank(text) || text.find(FullWidthSpace) != std::string::npos; }
 bool HasSpaceOrAt(const std::string &text) { return HasAnySpace(text) || text.find('@') != std::string::npos; }
@@ -81,8 +81,8 @@ constexpr const char *WrongHost = "不正なメールアドレスが入力され
 constexpr const char *WrongAddress = "メールアドレスが不正です。正しいメールアドレスを入力して下さい。";
 constexpr const char *WrongSender = "入力できない文字が含まれています。正しい差出人名を入力して下さい。";
 
-#define WIDE_FAULT "全角または半角カナ文字は使用できません。正しい"
-#define BLANK_FAULT "空白文字（スペース）が存在しています。正しい"
+#define NO_WIDE "全角または半角カナ文字は使用できません。正しい"
+#define NO_BLANK "空白文字（スペース）が存在しています。正しい"
 #define TYPE_IT "を入力して下さい。"
 
 } // namespace
@@ -95,11 +95,11 @@ namespace input_tests {
 const Tests MailerDomain = {{IsEmpty, NoDomain, Choice}};
 const Tests MailerUser = {{IsEmpty, NoAddress, FirstField}, {HasSpaceOrAt, InvalidAddress, FirstField}};
 const Tests MailerSender = {
-    {HasSenderFault, WrongSender, SecondField},
+    {HasControlCharacter, WrongSender, SecondField},
     {IsEmpty, "差出人の名前が入力されていません。\n差出人の名前を入力してください。", SecondField}};
 
 const Tests NewsUser = {{IsEmpty, NoAddress, FirstField}, {HasAnySpace, InvalidAddress, FirstField}};
-const Tests NewsSender = {{HasSenderFault, WrongSender, SecondField},
+const Tests NewsSender = {{HasControlCharacter, WrongSender, SecondField},
                           {IsEmpty, "名前が入力されていません。\n名前を入力してください。", SecondField}};
 
 const Tests SecondDomain = {{IsEmpty,
@@ -109,29 +109,29 @@ const Tests SecondDomain = {{IsEmpty,
 const Tests SecondHost = {{IsForeignHost, WrongHost, Choice}};
 const Tests SecondUser = {{IsEmpty, NoAddress, FirstField}};
 
-const Tests OriginalAccount = {{HasPlainFault, WIDE_FAULT "メールアカウント" TYPE_IT, FirstField},
-                               {HasBlank, BLANK_FAULT "メールアカウント" TYPE_IT, FirstField},
+const Tests OriginalAccount = {{HasControlOrWide, NO_WIDE "メールアカウント" TYPE_IT, FirstField},
+                               {HasBlank, NO_BLANK "メールアカウント" TYPE_IT, FirstField},
                                {IsEmpty, "メールアカウントが入力されていません。メールアカウント" TYPE_IT, FirstField}};
 const Tests OriginalAddress = {{IsEmpty, WrongAddress, FirstField},
                                {HasNoAt, WrongAddress, FirstField},
-                               {HasPlainFault, WIDE_FAULT "メールアドレス" TYPE_IT, FirstField},
-                               {HasBlank, BLANK_FAULT "メールアドレス" TYPE_IT, FirstField}};
-const Tests OriginalSender = {{HasSenderFault, WrongSender, SecondField},
+                               {HasControlOrWide, NO_WIDE "メールアドレス" TYPE_IT, FirstField},
+                               {HasBlank, NO_BLANK "メールアドレス" TYPE_IT, FirstField}};
+const Tests OriginalSender = {{HasControlCharacter, WrongSender, SecondField},
                               {IsEmpty, "差出人名が入力されていません。差出人名" TYPE_IT, SecondField}};
-const Tests OriginalPopServer = {{HasPlainFault, WIDE_FAULT "POPサーバー" TYPE_IT, FirstField},
-                                 {HasBlank, BLANK_FAULT "POPサーバー" TYPE_IT, FirstField},
+const Tests OriginalPopServer = {{HasControlOrWide, NO_WIDE "POPサーバー" TYPE_IT, FirstField},
+                                 {HasBlank, NO_BLANK "POPサーバー" TYPE_IT, FirstField},
                                  {IsEmpty, "POPサーバーが入力されていません。正しいPOPサーバー" TYPE_IT, FirstField}};
 const Tests OriginalSmtpServer = {
-    {HasPlainFault, WIDE_FAULT "SMTPサーバー" TYPE_IT, SecondField},
-    {HasBlank, BLANK_FAULT "SMTPサーバー" TYPE_IT, SecondField},
+    {HasControlOrWide, NO_WIDE "SMTPサーバー" TYPE_IT, SecondField},
+    {HasBlank, NO_BLANK "SMTPサーバー" TYPE_IT, SecondField},
     {IsEmpty, "SMTPサーバーが入力されていません。正しいSMTPサーバー" TYPE_IT, SecondField}};
 
-const Tests ShortAlias = {{HasPlainFault, WIDE_FAULT "別名" TYPE_IT, FirstField},
-                          {HasBlank, BLANK_FAULT "別名" TYPE_IT, FirstField},
+const Tests ShortAlias = {{HasControlOrWide, NO_WIDE "別名" TYPE_IT, FirstField},
+                          {HasBlank, NO_BLANK "別名" TYPE_IT, FirstField},
                           {IsEmpty, NoAddress, FirstField}};
 
-#undef WIDE_FAULT
-#undef BLANK_FAULT
+#undef NO_WIDE
+#undef NO_BLANK
 #undef TYPE_IT
 
 } // namespace input_tests
