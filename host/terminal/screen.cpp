@@ -2,16 +2,11 @@
 
 #include "terminal/columns.h"
 
-#include <clocale>
 #include <csignal>
-#include <cstdlib>
-#include <cstring>
 #include <curses.h>
 #include <cwchar>
 #include <iterator>
-#include <langinfo.h>
 #include <poll.h>
-#include <termcap.h>
 #include <unistd.h>
 #include <utility>
 
@@ -174,7 +169,7 @@ bool IsHungUp() {
   return poll(&input, 1, 0) > 0;
 }
 
-// Escape itself, Alt and a character, or a key that nobody knows. What belongs to the Escape has come with it.
+// Escape itself, Alt with a character, or an unknown key. The bytes that belong to the Escape have come with it.
 Key ReadBehindEscape() {
   wint_t read = 0;
   timeout(0);
@@ -193,19 +188,6 @@ Key ReadBehindEscape() {
 }
 
 } // namespace
-
-std::string Fault() {
-  const char *const terminal = std::getenv("TERM");
-  if (isatty(STDIN_FILENO) == 0 || isatty(STDOUT_FILENO) == 0)
-    return "a wizard needs a terminal, or a script with --script";
-  if (terminal == nullptr || *terminal == '\0' || std::strcmp(terminal, "dumb") == 0)
-    return "TERM: this terminal has no full screen, which a wizard needs";
-  if (std::setlocale(LC_CTYPE, "") == nullptr || std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0)
-    return "LANG: the locale isn't one with UTF-8, which a wizard needs";
-  if (tgetent(nullptr, terminal) != 1 || tgetstr("cm", nullptr) == nullptr)
-    return std::string("TERM: this terminal isn't known or has too little for a full screen: ") + terminal;
-  return {};
-}
 
 Screen::Screen() : opened(newterm(nullptr, stdout, stdin)) {
   raw();
