@@ -17,7 +17,7 @@ Judgement Judge(const std::string &text) {
   bool escapes = false; // the byte to come
   bool changes = false;
   for (const char byte : text) {
-    // Behind a backslash too: Communicator would read such a quote, but what counts quotes alone wouldn't.
+    // Also behind a backslash: Communicator could read such a quote, but a reader that only counts quotes couldn't.
     if (byte == '"')
       return {"has a double quote", true};
     if (IsControl(byte))

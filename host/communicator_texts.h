@@ -1,6 +1,7 @@
-// Which texts Communicator's preference file can hold. Its lines read user_pref("name", "text"); where nothing in the
-// text is escaped. But Communicator reads the text as a string of JavaScript, byte by byte: a quote ends it, and the
-// byte of a backslash, which in code page 932 is also the last one of 表 and 能, changes what the byte behind it means.
+// Which texts Communicator's preference file can hold. Its lines have the form `user_pref("name", "text");`, and
+// nothing in the text is escaped. But Communicator reads the text as a string of JavaScript, byte by byte: a quote ends
+// it, and the byte of a backslash, which in code page 932 is also the last one of 表 and 能, changes what the byte
+// behind it means.
 #pragma once
 
 #include <string>

@@ -16,15 +16,15 @@ public:
   bool Act(HWND top) noexcept override;
   bool SeeHelp(const char *file, ULONG_PTR topic) noexcept override;
 
-  // To be called with the wizard's result at its end. Whether all went as the script says; if not, a line on the
-  // standard error output has told what didn't.
+  // Called with the wizard's result at its end. True if every step succeeded; otherwise the failure was printed to the
+  // standard error.
   bool CheckResult(int32_t result);
 
 private:
   void ReportNewPage(HWND top);
   void TakeStep(HWND top);
   bool IsPauseOver(const Step &step);
-  bool CancelAll(HWND top); // one window at each call; false if that leads nowhere
+  bool CancelAll(HWND top); // cancels the window in front; false after too many calls
   // Prints what went wrong with the next step; the script has then failed.
   void ReportFailure(const std::string &difference);
 

@@ -1,11 +1,10 @@
-// What the signals do that end a program, while the screen is set up.
+// The signals that end a program, handled while the screen is set up: the terminal is always restored first.
 #pragma once
 
 namespace terminal {
 
-// A signal that asks the program to end is kept until it is looked for; where that isn't heeded, the next one ends it.
-// The others end the program at once. The terminal is then as it was. What whoever started the program has told it to
-// ignore, it goes on ignoring.
+// The first signal that asks for an end is only recorded; a second one ends the program, and so does at once any other
+// deadly signal. Signals that were ignored when the program started stay ignored.
 class EndingSignals {
 public:
   EndingSignals();

@@ -100,7 +100,7 @@ std::vector<Control> ShownControls(HWND top) {
   return controls;
 }
 
-// The button that Enter presses: the focused one, also of another window, or else the window's default one.
+// The button that Enter presses: the one with the focus, in whichever window, or else the window's default one.
 HWND DefaultButton(HWND top) {
   if (const HWND focus = GetFocus(); focus != nullptr && ReadControl(focus).kind == ControlKind::Button)
     return focus;
@@ -354,7 +354,7 @@ void PaneBuilder::DrawRow(const Row &row) {
   }
 }
 
-// The part of a field's text that the caret is in, with the selection as it is before the next key.
+// The visible part of a field's text, around the caret, with the selection.
 void PaneBuilder::DrawField(const Placed &part, Position position, int width) {
   const Look look = LookOf(part.control);
   const bool focused = look == Look::FocusedField;

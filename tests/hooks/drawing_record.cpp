@@ -4,6 +4,14 @@
 
 std::vector<Drawn> drawn;
 
+namespace machine {
+
+struct HandleTableHooks {
+  template <typename Table> static size_t Size(const Table &table) { return table.things.size(); }
+};
+
+} // namespace machine
+
 namespace {
 
 machine::DeviceContext &Context(HDC handle) { return *machine::Handles().contexts.Find(handle); }
@@ -17,7 +25,8 @@ BOOL Record(HDC context, const std::string &words) {
 
 size_t LiveDrawingHandles() {
   const machine::DrawingHandles &handles = machine::Handles();
-  return handles.objects.Size() + handles.contexts.Size() + handles.icons.Size();
+  using Hooks = machine::HandleTableHooks;
+  return Hooks::Size(handles.objects) + Hooks::Size(handles.contexts) + Hooks::Size(handles.icons);
 }
 
 BOOL PatBlt(HDC context, int, int, int, int, DWORD) {

@@ -391,7 +391,7 @@ std::string Hive::Text() const {
   text.reserve(size);
   text += header;
   for (const Section &section : sections) {
-    if (!section.taken)
+    if (!section.divided)
       text += section.original;
     for (const Line &line : section.lines)
       text += line.text;
@@ -494,16 +494,16 @@ void Hive::AddSection(Key &key) {
   std::snprintf(stamps, sizeof stamps, "] %llu\n#time=%llx\n", now, (now + 11644473600ULL) * 10000000ULL);
   key.sections.push_back(static_cast<uint32_t>(sections.size()));
   Section &section = sections.emplace_back();
-  section.taken = true;
+  section.divided = true;
   section.lines = {{heading + stamps, std::nullopt}, {"\n", std::nullopt}};
 }
 
 // ---- Values of a key ----
 
 std::vector<Hive::Line> &Hive::LinesOf(Section &section) {
-  if (section.taken)
+  if (section.divided)
     return section.lines;
-  section.taken = true;
+  section.divided = true;
   std::string_view rest = section.original;
   while (!rest.empty()) {
     if (!IsValueLine(rest)) {

@@ -1,7 +1,8 @@
 // A registry hive in Wine's text format ("WINE REGISTRY Version 2"): the tree of its keys, and the text they came from.
 //
-// What isn't edited keeps its text, byte for byte: a section (a key's heading and the lines below it) is taken apart
-// only when one of its values is asked for, and of an edited section only the lines of the values that changed are new.
+// What isn't edited keeps its text, byte for byte: a section (a key's heading and the lines below it) is divided into
+// lines only when one of its values is asked for, and of an edited section only the lines of the values that changed
+// are new.
 #pragma once
 
 #include "win32/win32.h"
@@ -80,12 +81,12 @@ private:
   struct Section {
     std::string_view original; // into `loaded`; unused once `lines` are there
     std::vector<Line> lines;
-    bool taken = false; // apart into lines
+    bool divided = false; // into lines
   };
 
-  // The line that says where the hive is damaged: where just the rest of it hasn't been read yet.
+  // The line that tells where the hive is damaged; `rest` begins at the damaged line.
   std::string Damage(std::string_view rest, std::string_view what) const;
-  // These tell of a line that can't be by a damage.
+  // These report an invalid line in `damage`.
   std::string LoadSections(std::string_view rest);
   Key *BeginSection(std::string_view heading, std::string_view &damage);
   Key *KeyOfHeading(std::string_view heading, std::string_view &damage);

@@ -23,8 +23,8 @@ public:
   // file that is damaged, or can't be read, ERROR_FILE_NOT_FOUND for a machine folder that isn't there; `Fault` then
   // says why.
   LSTATUS Refresh();
-  // The same in half the time, for a key that is open: looks at the file that was read, whatever its name is now, and
-  // so misses one that was given another name and not replaced.
+  // The same in half the time, for a key that is open: looks at the file that was read, whatever its name is now, so
+  // it doesn't notice a file that was only renamed.
   LSTATUS RefreshOpened();
 
   bool IsLocalMachine() const { return root == LocalMachineRoot; }

@@ -1,5 +1,5 @@
-// INI files: headings in brackets, and below each its lines `name=value`. A file is read anew by every call, and parsed
-// anew when it has changed: who asks for many values asks for one after the other.
+// INI files: headings in brackets, and below each its lines `name=value`. Every call reads the file, and parses
+// it only if it has changed: callers read many values in a row.
 #include "win32/win32.h"
 
 #include "win32/linux/text/code_page.h"

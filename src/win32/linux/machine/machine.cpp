@@ -150,7 +150,7 @@ std::string FindFault(bool forWriting) {
   for (const char *name : {"system.reg", "user.reg"}) {
     HiveFile hive(folder / name, "");
     if (hive.Refresh() != ERROR_SUCCESS) {
-      TakeFault(); // told here and now
+      TakeFault(); // which is the result here
       return hive.Fault();
     }
     if (std::string fault = forWriting ? hive.WriteFault() : std::string(); !fault.empty())

@@ -1,4 +1,4 @@
-// What the parts of the layer tell and ask of the machine folder as a whole.
+// The machine folder as a whole, for the other parts of the layer.
 #pragma once
 
 #include <filesystem>
@@ -6,12 +6,12 @@
 
 namespace machine {
 
-// Keeps one line for machine::TakeFault, unless one is kept already: the first is the cause of the others.
+// Keeps a line for machine::TakeFault, unless one is kept already: the first is the cause of the others.
 void RecordFault(const std::string &line);
 // The same for machine::TakeNotice.
 void RecordNotice(const std::string &line);
 
-// Whether machine::Folder is that one.
+// Whether `folder` is the current machine folder.
 bool IsFolder(const std::filesystem::path &folder);
 
 // Why a folder is no machine, empty if it is one.
@@ -21,7 +21,7 @@ std::string FolderFault(const std::filesystem::path &folder);
 // write that over ours.
 std::string ServerFault(const std::filesystem::path &folder);
 
-// Lets the other processes have the machine as long as it lives, whatever locks this thread has: while a user thinks.
+// Releases the locks of this thread while it lives, so that other processes can write while a user thinks.
 class LockPause {
 public:
   LockPause();

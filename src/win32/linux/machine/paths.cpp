@@ -21,12 +21,13 @@ struct CloseFolder {
   void operator()(DIR *folder) const { closedir(folder); }
 };
 
-// Calls `take` with the name of each entry of a folder until it answers true.
-template <typename Take> void ForEachEntry(const fs::path &folder, Take take) {
+// Calls `take` with the name of each entry of a folder until it returns true. False for a folder that can't be listed.
+template <typename Take> bool ForEachEntry(const fs::path &folder, Take take) {
   const std::unique_ptr<DIR, CloseFolder> opened(opendir(folder.c_str()));
   while (const dirent *const entry = opened ? readdir(opened.get()) : nullptr)
     if (take(static_cast<const char *>(entry->d_name)))
-      return;
+      break;
+  return opened != nullptr;
 }
 
 DiskPath Look(const fs::path &path) {
@@ -36,18 +37,19 @@ DiskPath Look(const fs::path &path) {
   return found;
 }
 
-// The entry of a folder with that name, in whatever case it is; none at the name itself if there is no such entry.
+// The entry of a folder with that name, in any case. If there is none, the path with the name as given.
 DiskPath LookFor(const fs::path &folder, std::u16string_view name) {
   DiskPath found = Look(folder / text::WideToUtf8(name));
   if (found.exists)
     return found;
-  ForEachEntry(folder, [&](const std::string &entry) {
+  const bool listed = ForEachEntry(folder, [&](const std::string &entry) {
     std::u16string wide;
     if (!text::Utf8ToWide(entry, wide) || !text::SameName(wide, name))
       return false;
     found = Look(folder / entry);
     return true;
   });
+  found.missing = found.missing && listed; // else it may be there in another case
   return found;
 }
 

@@ -115,7 +115,7 @@ private:
     return true;
   }
 
-  // Goes from the key that was come to by a name to the one that a 32-bit process has for it.
+  // Replaces the key just reached by the one that a 32-bit process sees.
   void Redirect(std::u16string_view name, std::u16string_view nextName) {
     Hive::Key *const target = key->isLink && software != nullptr ? Target(*key) : nullptr;
     key = target != nullptr ? target : key;
@@ -124,7 +124,8 @@ private:
       key = node;
   }
 
-  // `Software\Classes` is shared name by name: what its own Wow6432Node hasn't is found, and made, in the key itself.
+  // `Software\Classes` is shared name by name: a subkey that its Wow6432Node lacks is looked up, and made, in the key
+  // itself.
   void ChooseClasses(std::u16string_view name) {
     Hive::Key *const node = classes != nullptr ? Child(*classes, Node) : nullptr;
     if (node != nullptr && name != Node && (key == classes || key == node))

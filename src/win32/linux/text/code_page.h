@@ -24,7 +24,7 @@ bool WideToCp932(std::u16string_view wide, std::string &cp932);
 
 // Whether a byte of code page 932 begins a character of two bytes.
 bool IsLeadByte(unsigned char byte);
-// The beginning of a text, of that many bytes or, rather than half a character, one less.
+// The first `size` bytes of a text, one fewer if the last would be half a character.
 std::string_view WholeCharacters(std::string_view cp932, size_t size);
 
 // Takes the first name off a path of names divided by backslashes; an empty one if there is none.

@@ -198,7 +198,7 @@ LRESULT AnswerKey(const ComboBox &box, WPARAM key, LPARAM) {
 
 // ---- The entries ----
 
-// Who draws the entries frees the data that belongs to them, so it is told while they are still there.
+// The parent that draws the entries frees their data, so it is told before they are removed.
 void DeleteItems(const ComboBox &box) {
   for (size_t index = box.state->items.size(); box.IsOwnerDrawn() && index-- > 0 && index < box.state->items.size();) {
     DELETEITEMSTRUCT deleted = {ODT_COMBOBOX, box.Id(), static_cast<UINT>(index), box.window->handle,

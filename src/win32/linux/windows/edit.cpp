@@ -15,6 +15,7 @@ namespace {
 using machine::WindowPtr;
 
 constexpr size_t DefaultLimit = 30000;
+constexpr size_t LargestLimit = 0x7FFFFFFE; // which 0 stands for
 
 struct EditState : machine::WindowState {
   size_t limit = DefaultLimit; // in bytes
@@ -83,7 +84,7 @@ void Type(const Edit &edit, char character) {
     ReplaceSelection(edit, {&character, 1});
 }
 
-// A program's text. The parent of a multi-line control isn't told, nor is a combo box of its own doing.
+// Sets the text for a program. The parent of a multi-line control isn't told, nor a combo box, which set it itself.
 LRESULT SetText(const Edit &edit, const char *text) {
   DefWindowProcA(edit.window->handle, machine::WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
   edit.state->begin = edit.state->end = 0;
@@ -127,7 +128,7 @@ LRESULT machine::EditProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM 
     ReplaceSelection(edit, reinterpret_cast<const char *>(lParam));
     return 0;
   case EM_LIMITTEXT:
-    edit.state->limit = wParam;
+    edit.state->limit = wParam != 0 ? wParam : LargestLimit;
     return 0;
   case EM_GETLIMITTEXT:
     return static_cast<LRESULT>(edit.state->limit);

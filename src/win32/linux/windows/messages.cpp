@@ -46,7 +46,7 @@ LRESULT DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) 
 // ---- Text ----
 
 BOOL SetWindowTextA(HWND window, const char *text) {
-  return SendMessageA(window, machine::WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) != 0;
+  return SendMessageA(window, machine::WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) > 0;
 }
 
 int GetWindowTextA(HWND window, char *buffer, int size) {

@@ -35,7 +35,7 @@ bool RunModalLoop(HWND top, const std::function<bool()> &done) {
     if (HandOutMessage(top) || PaintNext())
       continue;
     FrontEnd *const user = CurrentFrontEnd();
-    const LockPause pause; // nobody waits for this user but us
+    const LockPause pause; // other processes don't wait for the user
     if (user == nullptr || !user->WaitForUser(top))
       return over();
   }

@@ -128,8 +128,10 @@ std::optional<LRESULT> Sheet::Answer(UINT message, WPARAM wParam, LPARAM lParam)
     return 0;
   case PSM_GETCURRENTPAGEHWND:
     return reinterpret_cast<LRESULT>(CurrentWindow());
-  case PSM_HWNDTOINDEX:
-    return std::ranges::find(pages, reinterpret_cast<HWND>(wParam), &Page::window) - pages.begin();
+  case PSM_HWNDTOINDEX: {
+    const auto page = std::ranges::find(pages, reinterpret_cast<HWND>(wParam), &Page::window);
+    return page != pages.end() ? page - pages.begin() : -1;
+  }
   case PSM_INDEXTOID:
     return wParam < pages.size() ? reinterpret_cast<LRESULT>(pages[wParam].record.pszTemplate) : 0;
   default:
