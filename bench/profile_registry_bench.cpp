@@ -2,6 +2,7 @@
 // writing an account into a large prefs.js of Netscape 6.
 #include "clients/netscape6/netscape6_mail.h"
 #include "stores/profile_registry.h"
+#include "stores/registry_dat.h"
 
 #include "support/scratch_machine.h"
 
@@ -24,10 +25,7 @@ constexpr std::initializer_list<const char *> OwnValues = {"NCProfileName", "NCS
 // Writes a registry as a client has it.
 void WriteRegistry(const std::filesystem::path &folder, int64_t profiles,
                    std::initializer_list<const char *> ownValues = OwnValues) {
-  std::string empty("ADdv\1\0\2\0\0\0\0\0\x82\0\0\0", 16);
-  empty.resize(128);
-  empty.append("/\0\x82\0\0\0\x80\0\0\0\2\0\1\0", 14).resize(162);
-  std::ofstream(folder / "drive_c/registry.dat", std::ios::binary) << empty;
+  std::ofstream(folder / "drive_c/registry.dat", std::ios::binary) << NewRegistryDat();
   ProfileRegistry registry;
   registry.Open(Path);
   registry.Parse();

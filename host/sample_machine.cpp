@@ -13,9 +13,9 @@
 #include "samples/programs.h"
 #include "stores/file_handle.h"
 #include "stores/profile_registry.h"
+#include "stores/registry_dat.h"
 
 #include <algorithm>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <string_view>
@@ -207,15 +207,9 @@ std::string InstallPlugin() {
 // A profile registry with one profile, in the order in which the client makes its entries. One that lists profiles
 // already stays.
 std::string InstallProfileRegistry() {
-  constexpr size_t LengthOffset = 8;
   const std::string path = Placed(n6::RegistryDatPath(AppData));
-  // Magic number, version 1.2, the file's length, the root's offset; the root's name, and the root itself.
-  std::string file("ADdv\1\0\2\0\0\0\0\0\x82\0\0\0", 16);
-  file.resize(128);
-  file.append("/\0\x82\0\0\0\x80\0\0\0\2\0\1\0", 14).resize(162);
-
   ProfileRegistry registry;
-  if (!EnterFile(path, file) || !registry.Open(path))
+  if (!EnterFile(path, NewRegistryDat()) || !registry.Open(path))
     return path + ": the profile registry can't be made";
   registry.Parse();
   if (registry.FindPath(n6::ProfilesPath, "") >= 0)
@@ -230,10 +224,11 @@ std::string InstallProfileRegistry() {
   const int32_t profile = registry.AddKey(profiles, "default");
   registry.SetValue(profile, n6::MigratedValue, "yes");
   registry.SetValue(profile, n6::DirectoryValue, Placed(MozillaProfile));
-  const uint32_t length = registry.ImageLength();
-  if (!registry.Save() || !ReadWholeFile(OpenFileAlone(path.c_str(), GENERIC_READ, OPEN_EXISTING), length, file))
+  std::string file;
+  if (!registry.Save() ||
+      !ReadWholeFile(OpenFileAlone(path.c_str(), GENERIC_READ, OPEN_EXISTING), registry.ImageLength(), file))
     return path + ": the profile registry can't be written";
-  std::memcpy(&file[LengthOffset], &length, sizeof length);
+  EnterLength(file);
   return WriteWholeFile(path.c_str(), GENERIC_WRITE, file) ? "" : path + ": the profile registry can't be written";
 }
 
