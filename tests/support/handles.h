@@ -1,4 +1,4 @@
-// Keys and files that are closed at the end of a scope.
+// A key that is closed at the end of a scope.
 #pragma once
 
 #include "win32/win32.h"
@@ -20,19 +20,4 @@ public:
 
 private:
   HKEY handle;
-};
-
-class TestFile {
-public:
-  explicit TestFile(HANDLE opened) : handle(opened) {}
-  ~TestFile() { Close(); }
-  TestFile(const TestFile &) = delete;
-  TestFile &operator=(const TestFile &) = delete;
-
-  explicit operator bool() const { return handle != INVALID_HANDLE_VALUE; }
-  HANDLE Get() const { return handle; }
-  BOOL Close() { return *this ? CloseHandle(std::exchange(handle, INVALID_HANDLE_VALUE)) : FALSE; }
-
-private:
-  HANDLE handle;
 };
