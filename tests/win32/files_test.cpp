@@ -116,23 +116,4 @@ TEST_F(FilesTest, FindsFiles) {
   }
 }
 
-// The results depend only on the sizes, so they are the same everywhere, whatever the path is.
-TEST_F(FilesTest, BuffersForPaths) {
-  char windows[MAX_PATH];
-  const UINT length = GetWindowsDirectoryA(windows, sizeof windows);
-  const std::string path(windows);
-  EXPECT_EQ(length, path.size());
-  EXPECT_FALSE(path.ends_with('\\'));
-
-  char program[MAX_PATH];
-  const DWORD size = GetModuleFileNameA(nullptr, program, sizeof program);
-  const std::string programPath(program);
-  ASSERT_EQ(size, programPath.size());
-  EXPECT_EQ(programPath.substr(1, 2), ":\\");
-  EXPECT_EQ(GetModuleFileNameA(nullptr, program, size + 1), size);
-  EXPECT_EQ(GetModuleFileNameA(nullptr, program, size), size);
-  // Windows terminates a cut path since Vista; older systems and Wine fill the buffer to its end.
-  EXPECT_EQ(std::string(program, size - 1), programPath.substr(0, size - 1));
-}
-
 } // namespace
