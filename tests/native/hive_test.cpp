@@ -2,7 +2,7 @@
 // hive is neither read nor written.
 #include "hooks/hive_hooks.h"
 #include "support/client_machine.h"
-#include "support/handles.h"
+#include "support/test_key.h"
 
 #include "clients/registry_key.h"
 #include "win32/linux/machine/hive.h"

@@ -2,7 +2,7 @@
 
 #include "stores/file_handle.h"
 #include "support/dump.h"
-#include "support/handles.h"
+#include "support/test_key.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -3,7 +3,7 @@
 #include "support/test_machine.h"
 
 #include "support/dump.h"
-#include "support/handles.h"
+#include "support/test_key.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,5 +1,5 @@
 // The results of the registry calls: result codes, sizes, rights, names.
-#include "support/handles.h"
+#include "support/test_key.h"
 #include "support/test_machine.h"
 
 #include <tuple>
