@@ -128,10 +128,8 @@ TEST_F(CommunicatorTest, FindsAListedProfileWhosePrefsCanBeOpened) {
   EXPECT_EQ(message, "同名のプロファイルが存在します。\nプロファイル名：表示を上書きしますか？");
   EXPECT_EQ(GetFile(PrefsPathOf(OtherProfile)), "");
 
-  const HANDLE held = CreateFileA(PrefsPathOf(OtherProfile).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                                  FILE_ATTRIBUTE_NORMAL, nullptr);
+  const FileHandle held = OpenFileAlone(PrefsPathOf(OtherProfile).c_str(), GENERIC_READ, OPEN_EXISTING);
   EXPECT_EQ(adapter.IsExistAccount(spec, key, message), 0);
-  CloseHandle(held);
 }
 
 TEST_F(CommunicatorTest, SetsTheStartPageInAnExistingDirectory) {

@@ -1,5 +1,4 @@
-// The registry utilities: the access that RegistryKey and the free functions ask for, which of them make keys, and the
-// expansion of paths.
+// The registry utilities: which of them make keys, what they read, and the expansion of paths.
 #include "clients/registry_key.h"
 
 #include "support/test_machine.h"
@@ -44,19 +43,6 @@ TEST_F(RegistryUtilitiesTest, ReadsClearWhatTheyCannotRead) {
   EXPECT_EQ(text, std::string(600, 'x'));
   EXPECT_EQ(ReadTextFullAccess(HKEY_CURRENT_USER, key, "text"), std::nullopt);
   EXPECT_EQ(ReadTextFullAccess(HKEY_CURRENT_USER, key, "open"), "no end");
-}
-
-TEST_F(RegistryUtilitiesTest, RegistryKeyDoesNotOpenAReadOnlyKey) {
-  PutString(HKEY_LOCAL_MACHINE, key, "v", "text");
-  MakeKeyReadOnly(HKEY_LOCAL_MACHINE, key);
-  std::string text;
-  EXPECT_EQ(registry.KeyExists(HKEY_LOCAL_MACHINE, key.c_str()), 0);
-  EXPECT_EQ(registry.Status(), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(ReadTextFullAccess(HKEY_LOCAL_MACHINE, key, "v"), std::nullopt);
-  EXPECT_EQ(registry.WriteValue(HKEY_LOCAL_MACHINE, key.c_str(), "v", REG_SZ, "other", 5), 0);
-  EXPECT_EQ(KeyReadable(HKEY_LOCAL_MACHINE, key.c_str()), 1);
-  EXPECT_EQ(ReadStringValue(HKEY_LOCAL_MACHINE, key.c_str(), "v", text), 1);
-  EXPECT_EQ(WriteStringValue(HKEY_LOCAL_MACHINE, key.c_str(), "v", "other"), 0);
 }
 
 TEST_F(RegistryUtilitiesTest, CollectsDescendantsAheadOfTheirKey) {

@@ -2,8 +2,9 @@
 // hive is neither read nor written.
 #include "hooks/hive_hooks.h"
 #include "support/client_machine.h"
-#include "support/handles.h"
+#include "support/test_key.h"
 
+#include "clients/registry_key.h"
 #include "win32/linux/machine/hive.h"
 #include "win32/linux/public/machine.h"
 
@@ -128,6 +129,22 @@ TEST_F(HiveTest, AHiveThatMayNotBeWrittenStays) {
   EXPECT_EQ(HiveText(), WineHive);
   EXPECT_NE(machine::FindFault(true).find("may not be written"), std::string::npos);
   EXPECT_EQ(machine::FindFault(false), "");
+}
+
+// The mode of the hive stands for the rights to its keys.
+TEST_F(HiveTest, RegistryKeyOpensNoKeyThatMayNotBeWritten) {
+  const char *const key = ScratchKey;
+  PutString(HKEY_LOCAL_MACHINE, key, "v", "text");
+  std::filesystem::permissions(Path("system.reg"), std::filesystem::perms::owner_read);
+  RegistryKey registry;
+  std::string text;
+  EXPECT_EQ(registry.KeyExists(HKEY_LOCAL_MACHINE, key), 0);
+  EXPECT_EQ(registry.Status(), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(ReadTextFullAccess(HKEY_LOCAL_MACHINE, key, "v"), std::nullopt);
+  EXPECT_EQ(registry.WriteValue(HKEY_LOCAL_MACHINE, key, "v", REG_SZ, "other", 5), 0);
+  EXPECT_EQ(KeyReadable(HKEY_LOCAL_MACHINE, key), 1);
+  EXPECT_EQ(ReadStringValue(HKEY_LOCAL_MACHINE, key, "v", text), 1);
+  EXPECT_EQ(WriteStringValue(HKEY_LOCAL_MACHINE, key, "v", "other"), 0);
 }
 
 // An open key goes on with what somebody else wrote meanwhile.

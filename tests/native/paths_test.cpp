@@ -1,7 +1,7 @@
 // Where paths of the machine lead on disk, and that none leads out of the machine.
-#include "support/handles.h"
 #include "support/test_machine.h"
 
+#include "stores/file_handle.h"
 #include "win32/linux/public/machine.h"
 #include "wizard/service_ini.h"
 
@@ -29,7 +29,7 @@ TEST_F(PathsTest, NoPathLeadsOutOfTheMachine) {
                            "C:\\dangling", "C:\\loop", "\\\\host\\share\\file", "Z:\\etc\\passwd", "relative"}) {
     SCOPED_TRACE(path);
     for (const DWORD disposition : {OPEN_EXISTING, OPEN_ALWAYS, CREATE_ALWAYS}) {
-      TestFile file(CreateFileA(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, disposition, 0, nullptr));
+      FileHandle file(CreateFileA(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, disposition, 0, nullptr));
       char bytes[16] = "";
       DWORD read = 0;
       if (file)

@@ -1,6 +1,7 @@
 // Editing prefs.js: what an edit removes and keeps, and when a file may be replaced.
 #include "stores/prefs_file.h"
 
+#include "stores/file_handle.h"
 #include "support/test_machine.h"
 
 #include <memory>
@@ -110,10 +111,9 @@ TEST_F(PrefsFileTest, LeavesAFileAloneThatItCannotHoldWhole) {
 
 TEST_F(PrefsFileTest, LeavesAFileAloneThatSomebodyHoldsOpenDuringTheLoad) {
   PutFile(path, "theirs\n");
-  const HANDLE held =
-      CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  FileHandle held = OpenFileAlone(path.c_str(), GENERIC_READ, OPEN_EXISTING);
   LoadPrefsText(path.c_str(), *prefs);
-  CloseHandle(held);
+  held.Close();
   AppendPrefLine(*prefs, "ours\n");
   EXPECT_EQ(Saved(), "theirs\n");
 }

@@ -1,7 +1,8 @@
 #include "support/test_machine.h"
 
+#include "stores/file_handle.h"
 #include "support/dump.h"
-#include "support/handles.h"
+#include "support/test_key.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -117,15 +118,15 @@ void MakeFolders(const std::string &path) { MakeFoldersAbove(path + '\\'); }
 
 void PutFile(const std::string &path, const std::string &bytes) {
   MakeFoldersAbove(path);
-  const TestFile file(
+  const FileHandle file(
       CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
   DWORD written = 0;
   EXPECT_TRUE(file && WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr)) << path;
 }
 
 std::optional<std::string> GetFile(const std::string &path) {
-  const TestFile file(CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const FileHandle file(CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file)
     return std::nullopt;
   std::string bytes(1 << 20, '\0');

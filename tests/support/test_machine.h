@@ -37,8 +37,6 @@ std::optional<std::string> GetString(HKEY root, const std::string &key, const ch
 std::optional<DWORD> GetDword(HKEY root, const std::string &key, const char *valueName);
 // Every value of a key, sorted by name, one line each: `name=text` for REG_SZ, `name:type=hex` for the other types.
 std::vector<std::string> DumpKey(HKEY root, const std::string &key);
-// Makes a key and all keys below it readable but not writable.
-void MakeKeyReadOnly(HKEY root, const std::string &key);
 
 // ---- Files ----
 

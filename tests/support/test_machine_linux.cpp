@@ -32,10 +32,4 @@ void MachineTest::ResetMachine() {
   machine::TakeFault();
 }
 
-// Here the mode of the whole hive stands for the rights to one key.
-void MakeKeyReadOnly(HKEY root, const std::string &) {
-  std::filesystem::permissions(folder.path / (root == HKEY_CURRENT_USER ? "user.reg" : "system.reg"),
-                               std::filesystem::perms::owner_read);
-}
-
 void SetEnvironment(const char *name, const std::string &value) { setenv(name, value.c_str(), 1); }

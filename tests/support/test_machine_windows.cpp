@@ -3,9 +3,8 @@
 #include "support/test_machine.h"
 
 #include "support/dump.h"
-#include "support/handles.h"
+#include "support/test_key.h"
 
-#include <aclapi.h>
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -36,38 +35,9 @@ const Tree Trees[] = {
     {HKEY_CURRENT_USER, "Identities"},
 };
 
-// Gives a key its own access list.
-void SetAccess(HKEY root, const std::string &key, DWORD rights) {
-  BYTE everyone[SECURITY_MAX_SID_SIZE];
-  DWORD size = sizeof everyone;
-  CreateWellKnownSid(WinWorldSid, nullptr, everyone, &size);
-  EXPLICIT_ACCESSA entry{};
-  entry.grfAccessPermissions = rights;
-  entry.grfAccessMode = SET_ACCESS;
-  entry.grfInheritance = SUB_CONTAINERS_AND_OBJECTS_INHERIT;
-  entry.Trustee.TrusteeForm = TRUSTEE_IS_SID;
-  entry.Trustee.ptstrName = reinterpret_cast<char *>(everyone);
-  ACL *list = nullptr;
-  ASSERT_EQ(SetEntriesInAclA(1, &entry, nullptr, &list), static_cast<DWORD>(ERROR_SUCCESS));
-  SECURITY_DESCRIPTOR descriptor;
-  InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION);
-  SetSecurityDescriptorDacl(&descriptor, TRUE, list, FALSE);
-  HKEY handle = nullptr;
-  if (RegOpenKeyExA(root, key.c_str(), 0, WRITE_DAC, &handle) == ERROR_SUCCESS) {
-    const TestKey opened(handle);
-    EXPECT_EQ(RegSetKeySecurity(handle, DACL_SECURITY_INFORMATION, &descriptor), ERROR_SUCCESS);
-  }
-  LocalFree(list);
-}
-
-std::string readOnlyKey;
-HKEY readOnlyRoot = nullptr;
-
 } // namespace
 
 void MachineTest::ResetMachine() {
-  if (!readOnlyKey.empty())
-    SetAccess(readOnlyRoot, std::exchange(readOnlyKey, {}), KEY_ALL_ACCESS);
   for (const Tree &tree : Trees)
     RegDeleteTreeA(tree.root, tree.key);
   for (const Tree &tree : Trees)
@@ -97,12 +67,6 @@ std::vector<std::string> DumpKey(HKEY root, const std::string &key) {
   }
   std::ranges::sort(lines);
   return lines;
-}
-
-void MakeKeyReadOnly(HKEY root, const std::string &key) {
-  readOnlyRoot = root;
-  readOnlyKey = key;
-  SetAccess(root, key, KEY_READ | WRITE_DAC | DELETE);
 }
 
 void SetEnvironment(const char *name, const std::string &value) {

@@ -1,6 +1,7 @@
 // The results of the file calls: dispositions, sharing, folders, searches, names.
-#include "support/handles.h"
 #include "support/test_machine.h"
+
+#include "stores/file_handle.h"
 
 #include <vector>
 
@@ -24,7 +25,7 @@ TEST_F(FilesTest, Dispositions) {
     SCOPED_TRACE(test.disposition);
     const std::string name = "\\new" + std::to_string(test.disposition);
     const auto opens = [&](const std::string &path) {
-      return static_cast<bool>(TestFile(Open(Scratch + path, GENERIC_READ | GENERIC_WRITE, 0, test.disposition)));
+      return static_cast<bool>(FileHandle(Open(Scratch + path, GENERIC_READ | GENERIC_WRITE, 0, test.disposition)));
     };
     EXPECT_EQ(opens(name), test.makes);
     EXPECT_EQ(GetFile(Scratch + name).has_value(), test.makes);
@@ -53,9 +54,9 @@ TEST_F(FilesTest, ShareModeZeroKeepsEveryOtherOpenOut) {
       SCOPED_TRACE(::testing::Message() << (&test - cases) << " " << disposition);
       if (disposition == CREATE_ALWAYS && test.opens)
         continue; // overwriting isn't allowed in every share mode
-      TestFile first(Open(Scratch + "\\file", test.firstAccess, test.firstShare, disposition));
+      FileHandle first(Open(Scratch + "\\file", test.firstAccess, test.firstShare, disposition));
       ASSERT_TRUE(first);
-      const TestFile second(Open(Scratch + "\\FILE", test.secondAccess, test.secondShare, disposition));
+      const FileHandle second(Open(Scratch + "\\FILE", test.secondAccess, test.secondShare, disposition));
       EXPECT_EQ(static_cast<bool>(second), test.opens);
       EXPECT_TRUE(first.Close());
     }
@@ -66,7 +67,7 @@ TEST_F(FilesTest, ReadsAndWrites) {
   PutFile(path, "abcdef");
   char bytes[8] = "";
   DWORD count = 9;
-  TestFile file(Open(path, GENERIC_READ | GENERIC_WRITE, 0, OPEN_EXISTING));
+  FileHandle file(Open(path, GENERIC_READ | GENERIC_WRITE, 0, OPEN_EXISTING));
   EXPECT_TRUE(ReadFile(file.Get(), bytes, 2, &count, nullptr));
   EXPECT_TRUE(WriteFile(file.Get(), "XY", 2, &count, nullptr)); // at the position after the read
   EXPECT_TRUE(ReadFile(file.Get(), bytes + 2, 6, &count, nullptr));
@@ -113,25 +114,6 @@ TEST_F(FilesTest, FindsFiles) {
     WIN32_FIND_DATAA data;
     EXPECT_EQ(FindFirstFileA((Scratch + path).c_str(), &data), INVALID_HANDLE_VALUE) << path;
   }
-}
-
-// The results depend only on the sizes, so they are the same everywhere, whatever the path is.
-TEST_F(FilesTest, BuffersForPaths) {
-  char windows[MAX_PATH];
-  const UINT length = GetWindowsDirectoryA(windows, sizeof windows);
-  const std::string path(windows);
-  EXPECT_EQ(length, path.size());
-  EXPECT_FALSE(path.ends_with('\\'));
-
-  char program[MAX_PATH];
-  const DWORD size = GetModuleFileNameA(nullptr, program, sizeof program);
-  const std::string programPath(program);
-  ASSERT_EQ(size, programPath.size());
-  EXPECT_EQ(programPath.substr(1, 2), ":\\");
-  EXPECT_EQ(GetModuleFileNameA(nullptr, program, size + 1), size);
-  EXPECT_EQ(GetModuleFileNameA(nullptr, program, size), size);
-  // Windows terminates a cut path since Vista; older systems and Wine fill the buffer to its end.
-  EXPECT_EQ(std::string(program, size - 1), programPath.substr(0, size - 1));
 }
 
 } // namespace

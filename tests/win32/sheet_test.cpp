@@ -13,10 +13,8 @@ namespace {
 
 using Events = std::vector<std::string>;
 
-// What the pages were told since the last look, what they got while they were made, and how they answer: a notification
-// of a code, once.
+// What the pages were told since the last look, and how they answer: a notification of a code, once.
 Events events;
-Events made;
 struct Answer {
   UINT code;
   LRESULT value;
@@ -44,10 +42,7 @@ constexpr struct {
 std::string PageName(LPARAM number) { return std::string(1, static_cast<char>('A' + number)); }
 
 INT_PTR CALLBACK PageProcedure(HWND page, UINT message, WPARAM, LPARAM lParam) {
-  if (message == WM_MEASUREITEM)
-    made.emplace_back("measure");
   if (message == WM_INITDIALOG) {
-    made.emplace_back("dialog");
     SetWindowLongPtrA(page, DWLP_USER, reinterpret_cast<const PROPSHEETPAGEA *>(lParam)->lParam);
     events.push_back(PageName(GetWindowLongPtrA(page, DWLP_USER)) + " made");
     return TRUE;
@@ -83,7 +78,6 @@ INT_PTR RunWizard(const UserSteps &steps, HWND owner = nullptr) {
   header.nPages = 3;
   header.ppsp = pages;
   events.clear();
-  made.clear();
   INT_PTR result = -2;
   WithUser(steps, [&] { result = PropertySheetA(&header); });
   return result;
@@ -120,15 +114,6 @@ TEST(WizardTest, AsksItsPages) {
       EXPECT_TRUE(IsWindowVisible(PageOf(sheet)));
     });
   EXPECT_GT(RunWizard(steps), 0);
-}
-
-TEST(WizardTest, MakesAPageFromItsTemplate) {
-  const auto look = [](HWND sheet) {
-    EXPECT_EQ(made, (Events{"measure", "measure", "dialog"}));
-    EXPECT_NE(SendMessageA(PageOf(sheet), WM_GETFONT, 0, 0), 0);
-    PostMessageA(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
-  };
-  EXPECT_EQ(RunWizard({look}), 0);
 }
 
 TEST(WizardTest, MovesTheFocus) {

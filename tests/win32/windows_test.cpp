@@ -145,16 +145,6 @@ TEST_F(WindowsTest, NothingIsDoneToOnesThatAreGone) {
   EXPECT_EQ(GetDlgItem(top, 1), nullptr);
 }
 
-TEST_F(WindowsTest, KeepTextsOfAnyLength) {
-  const std::string big(1000000, 'x');
-  EXPECT_TRUE(SetWindowTextA(top, big.c_str()));
-  EXPECT_EQ(GetWindowTextLengthA(top), static_cast<int>(big.size()));
-  char text[4];
-  SetWindowTextA(top, "\x95\x5c\x95\x5c");
-  EXPECT_EQ(GetWindowTextA(top, text, sizeof text), 2); // no half of a character is copied
-  EXPECT_STREQ(text, "\x95\x5c");
-}
-
 TEST_F(WindowsTest, FocusFollowsWhatCanHaveIt) {
   const HWND first = RecorderChild(1);
   const HWND second = RecorderChild(2);
@@ -326,20 +316,6 @@ TEST_F(ComboBoxTest, IsDrawnByItsOwner) {
   Send(CB_SETITEMDATA, 0, 7);
   DestroyWindow(box);
   EXPECT_EQ(TakeEvents(), (Events{"delete 7"}));
-}
-
-// ---- Text ----
-
-TEST(WindowTextTest, ComparesAsADictionary) {
-  const struct {
-    const char *left, *right;
-    int order;
-  } cases[] = {{"a", "A", -1}, {"B", "a", 1}, {"ab", "AA", 1}, {"1", "a", -1},
-               {"_", "1", -1}, {"", "", 0},   {"", "a", -1},   {"C:\\a", "C:\\a\\b", -1}};
-  for (const auto &test : cases) {
-    EXPECT_EQ(lstrcmpA(test.left, test.right), test.order) << test.left << " " << test.right;
-    EXPECT_EQ(lstrcmpA(test.right, test.left), -test.order) << test.left << " " << test.right;
-  }
 }
 
 } // namespace
