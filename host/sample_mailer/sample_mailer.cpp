@@ -1,7 +1,7 @@
 // The plug-in of a sample mailer: it keeps the account that it is handed in a text file of its own.
 #include "acctkit/acctkit.h"
 #include "clients/external_mailer_layout.h"
-#include "win32/win32.h"
+#include "stores/file_handle.h"
 
 #include <cstdio>
 #include <string>
@@ -11,10 +11,7 @@ namespace {
 
 std::string PathOf(const char *file) { return std::string(external_mailer::SampleFolder) + '\\' + file; }
 
-HANDLE OpenSettings(DWORD access, DWORD disposition) {
-  return CreateFileA(PathOf(external_mailer::SampleSettings).c_str(), access, 0, nullptr, disposition,
-                     FILE_ATTRIBUTE_NORMAL, nullptr);
-}
+const std::string SettingsPath = PathOf(external_mailer::SampleSettings);
 
 } // namespace
 
@@ -39,21 +36,10 @@ ACCTKIT_API int32_t ACCTKIT_CALL SetMailEnvironment(const MailEnvironment *envir
   std::string text;
   for (const auto &[name, value] : fields)
     text.append(name).append("=").append(value).append("\r\n");
-  const HANDLE file = OpenSettings(GENERIC_WRITE, CREATE_ALWAYS);
-  if (file == INVALID_HANDLE_VALUE)
-    return 0;
-  DWORD written = 0;
-  const BOOL kept = WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
-  return CloseHandle(file) && kept ? 1 : 0;
+  return WriteWholeFile(SettingsPath.c_str(), GENERIC_WRITE, text) ? 1 : 0;
 }
 
 // 1 if an account has been handed over.
-ACCTKIT_API int32_t ACCTKIT_CALL SetCompleteFlag(void) {
-  const HANDLE file = OpenSettings(GENERIC_READ, OPEN_EXISTING);
-  if (file == INVALID_HANDLE_VALUE)
-    return 0;
-  CloseHandle(file);
-  return 1;
-}
+ACCTKIT_API int32_t ACCTKIT_CALL SetCompleteFlag(void) { return CanReadFile(SettingsPath.c_str()) ? 1 : 0; }
 
 } // extern "C"

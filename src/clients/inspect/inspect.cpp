@@ -72,18 +72,15 @@ void AddKey(std::vector<Entry> &entries, const char *kind, const std::string &na
 
 // ---- Lines of files ----
 
+// Far more than any client's file has.
+constexpr size_t LargestFile = size_t{64} << 20;
+
 // A file's bytes, also while a client has it open; nothing if it can't be read.
 std::optional<std::string> FileBytes(const std::string &path) {
   const FileHandle file(CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file)
-    return std::nullopt;
   std::string bytes;
-  char block[16384];
-  DWORD read = 0;
-  while (ReadFile(file.Get(), block, sizeof block, &read, nullptr) && read > 0)
-    bytes.append(block, read);
-  return bytes;
+  return file && ReadWholeFile(file, LargestFile, bytes) ? std::optional(bytes) : std::nullopt;
 }
 
 // The lines, as they stand, that begin with one of the texts; without any text, all of them.

@@ -18,7 +18,7 @@ bool MayCancel() { return AfxMessageBox("メーラーの設定を中止します
 IMPLEMENT_DYNAMIC(CSetShortMailerSelect, CPropertyPage)
 
 BEGIN_MESSAGE_MAP(CSetShortMailerSelect, CPropertyPage)
-ON_CBN_SELCHANGE(IDC_CHOICE, OnClientChange)
+ON_CBN_SELCHANGE(IDC_CHOICE, OnSelectClient)
 ON_WM_PAINT()
 END_MESSAGE_MAP()
 
@@ -41,7 +41,7 @@ BOOL CSetShortMailerSelect::OnSetActive() {
 
 BOOL CSetShortMailerSelect::OnQueryCancel() { return MayCancel() ? CPropertyPage::OnQueryCancel() : FALSE; }
 
-void CSetShortMailerSelect::OnClientChange() { choice.Take(*this, data->mailClients, data->mailClient); }
+void CSetShortMailerSelect::OnSelectClient() { choice.Take(*this, data->mailClients, data->mailClient); }
 
 void CSetShortMailerSelect::OnPaint() { choice.icon.Paint(*this, data->mailClient); }
 

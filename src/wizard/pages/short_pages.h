@@ -21,7 +21,7 @@ protected:
   BOOL OnInitDialog() override;
   BOOL OnSetActive() override;
   BOOL OnQueryCancel() override;
-  virtual void OnClientChange();
+  virtual void OnSelectClient();
   void OnPaint();
 
   DECLARE_MESSAGE_MAP()
