@@ -1,6 +1,6 @@
 // Untrusted hives: a hive is refused, or written back byte for byte except for what was edited.
 #include "hooks/hive_hooks.h"
-#include "win32/linux/text/code_page.h"
+#include "win32/linux/text/names.h"
 
 #include "fuzzing.h"
 

@@ -5,7 +5,7 @@
 // are new.
 #pragma once
 
-#include "win32/win32.h"
+#include "win32/linux/machine/hive_text.h"
 
 #include <cstdint>
 #include <functional>
@@ -17,18 +17,6 @@
 #include <vector>
 
 namespace machine {
-
-constexpr DWORD REG_MULTI_SZ = 7;
-
-// Whether values of a type are texts.
-bool IsText(DWORD type);
-
-// A value as the registry holds it: texts in UTF-16, little-endian.
-struct HiveValue {
-  std::u16string name; // empty for the default value
-  DWORD type = REG_NONE;
-  std::string data;
-};
 
 class Hive {
 public:

@@ -6,6 +6,7 @@
 #include "win32/linux/machine/descriptor.h"
 #include "win32/linux/machine/paths.h"
 #include "win32/linux/text/code_page.h"
+#include "win32/linux/text/names.h"
 
 #include <algorithm>
 #include <cstring>

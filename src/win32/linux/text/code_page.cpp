@@ -1,5 +1,4 @@
-// The divisions: single characters of code page 932, single sequences of UTF-8, whole texts, names of paths and their
-// case, and the calls.
+// The divisions: single characters of code page 932, single sequences of UTF-8, whole texts.
 #include "win32/linux/text/code_page.h"
 
 #include "win32/win32.h"
@@ -265,13 +264,6 @@ bool Utf8ToWide(std::string_view utf8, std::u16string &wide) {
   return valid;
 }
 
-std::u16string_view TakeName(std::u16string_view &path) {
-  path.remove_prefix(std::min(path.find_first_not_of(u'\\'), path.size()));
-  const std::u16string_view name = path.substr(0, path.find(u'\\'));
-  path.remove_prefix(name.size());
-  return name;
-}
-
 std::optional<std::string> FromUtf8(std::string_view utf8) {
   if (IsAscii(utf8))
     return std::string(utf8);
@@ -282,74 +274,4 @@ std::optional<std::string> FromUtf8(std::string_view utf8) {
   return cp932;
 }
 
-char16_t UpperBeyondAscii(char16_t character) {
-  struct Range {
-    char16_t first, last, distance;
-  };
-  static constexpr Range Ranges[] = {{0xE0, 0xF6, 0x20},     {0xF8, 0xFE, 0x20},    {0x3B1, 0x3C1, 0x20},
-                                     {0x3C3, 0x3CB, 0x20},   {0x430, 0x44F, 0x20},  {0x450, 0x45F, 0x50},
-                                     {0x2170, 0x217F, 0x10}, {0xFF41, 0xFF5A, 0x20}};
-  for (const Range &range : Ranges)
-    if (character >= range.first && character <= range.last)
-      return static_cast<char16_t>(character - range.distance);
-  return character;
-}
-
-std::u16string ToUpper(std::u16string_view wide) {
-  std::u16string upper(wide);
-  for (char16_t &unit : upper)
-    unit = Upper(unit);
-  return upper;
-}
-
-bool SameName(std::u16string_view left, std::u16string_view right) {
-  return left.size() == right.size() && std::ranges::equal(left, right, {}, text::Upper, text::Upper);
-}
-
 } // namespace text
-
-namespace {
-
-bool IsCodePage932(UINT codePage) { return codePage == CP_ACP || codePage == 932; }
-
-// The text that a length of the calls names: a terminated one with its terminator for -1.
-template <typename Unit> std::basic_string_view<Unit> Given(const Unit *text, int length) {
-  return length == -1 ? std::basic_string_view<Unit>(text, std::char_traits<Unit>::length(text) + 1)
-                      : std::basic_string_view<Unit>(text, static_cast<size_t>(length));
-}
-
-// Hands a converted text to the caller's buffer; a size of 0 only asks for the size.
-template <typename Unit> int HandOver(const std::basic_string<Unit> &converted, Unit *buffer, int size) {
-  if (size != 0 && converted.size() > static_cast<size_t>(size)) {
-    converted.copy(buffer, static_cast<size_t>(size));
-    return 0;
-  }
-  if (size != 0)
-    converted.copy(buffer, converted.size());
-  return static_cast<int>(converted.size());
-}
-
-} // namespace
-
-BOOL IsDBCSLeadByte(BYTE byte) { return text::IsLeadByte(byte) ? TRUE : FALSE; }
-
-int MultiByteToWideChar(UINT codePage, DWORD flags, const char *text, int length, WCHAR *wide, int size) {
-  if (text == nullptr || length == 0 || length < -1 || size < 0 || (size != 0 && wide == nullptr) ||
-      !(IsCodePage932(codePage) || codePage == CP_UTF8))
-    return 0;
-  std::u16string converted;
-  const bool valid = codePage == CP_UTF8 ? text::Utf8ToWide(Given(text, length), converted)
-                                         : text::Cp932ToWide(Given(text, length), converted);
-  if (!valid && (flags & MB_ERR_INVALID_CHARS) != 0)
-    return 0;
-  return HandOver(converted, wide, size);
-}
-
-int WideCharToMultiByte(UINT codePage, DWORD, const WCHAR *wide, int length, char *text, int size, const char *,
-                        BOOL *) {
-  if (wide == nullptr || length == 0 || length < -1 || size < 0 || (size != 0 && text == nullptr) ||
-      !(IsCodePage932(codePage) || codePage == CP_UTF8))
-    return 0;
-  return HandOver(codePage == CP_UTF8 ? text::WideToUtf8(Given(wide, length)) : text::FromWide(Given(wide, length)),
-                  text, size);
-}

@@ -27,21 +27,7 @@ bool IsLeadByte(unsigned char byte);
 // The first `size` bytes of a text, one fewer if the last would be half a character.
 std::string_view WholeCharacters(std::string_view cp932, size_t size);
 
-// Takes the first name off a path of names divided by backslashes; an empty one if there is none.
-std::u16string_view TakeName(std::u16string_view &path);
-
 // A file name on disk as a name of the calls; nothing for one that code page 932 can't say.
 std::optional<std::string> FromUtf8(std::string_view utf8);
-
-// Simple upper case, as names of keys, values and files are compared by: Latin, Greek and Cyrillic letters.
-char16_t UpperBeyondAscii(char16_t character);
-inline char16_t Upper(char16_t character) {
-  if (character < 0x80)
-    return static_cast<char16_t>(character >= u'a' && character <= u'z' ? character - 0x20 : character);
-  return UpperBeyondAscii(character);
-}
-std::u16string ToUpper(std::u16string_view wide);
-// Whether two names are the same, which case doesn't matter for.
-bool SameName(std::u16string_view left, std::u16string_view right);
 
 } // namespace text

@@ -2,6 +2,7 @@
 #include "win32/win32.h"
 
 #include "win32/linux/text/code_page.h"
+#include "win32/linux/text/names.h"
 
 #include <algorithm>
 #include <compare>

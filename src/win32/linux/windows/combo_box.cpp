@@ -1,6 +1,7 @@
 // Combo boxes: a list with an edit control or, as a drop-down list, with a part that shows the selected entry. The
 // owner draws the entries if it wants to. The parent is told of what the user does, not of what a program does.
 #include "win32/linux/text/code_page.h"
+#include "win32/linux/text/names.h"
 #include "win32/linux/windows/painting.h"
 #include "win32/linux/windows/system_controls.h"
 
