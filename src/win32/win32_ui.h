@@ -457,13 +457,13 @@ struct PROPSHEETHEADERA {
 
 // Runs a wizard (PSH_WIZARD) of pages that are given as records (PSH_PROPSHEETPAGE), each with the number of a dialog
 // template among the resources of the record's module. Blocks until the wizard is finished (positive) or cancelled (0);
-// -1 if no sheet came up. The callback hears PSCB_INITIALIZED as soon as the sheet's window is there.
+// -1 if no sheet came up. The callback gets PSCB_INITIALIZED once the sheet's window exists.
 //
 // A page's dialog is made when the page is first shown, and gets WM_INITDIALOG with its record. Its caption becomes the
 // sheet's. The PSN_ notifications come to it as WM_NOTIFY with a NMHDR; an answer other than 0 skips the page
-// (PSN_SETACTIVE) or refuses what the user wants. The sheet's window is a dialog with the buttons ID_WIZBACK,
-// ID_WIZNEXT, ID_WIZFINISH, IDCANCEL and IDHELP; PSM_SETWIZBUTTONS shows either Next or Finish, and tells which can be
-// pressed.
+// (PSN_SETACTIVE) or refuses the user's action. The sheet's window is a dialog with the buttons ID_WIZBACK,
+// ID_WIZNEXT, ID_WIZFINISH, IDCANCEL and IDHELP; PSM_SETWIZBUTTONS shows either Next or Finish, and enables the
+// buttons that it names.
 INT_PTR PropertySheetA(const PROPSHEETHEADERA *sheet);
 
 #endif

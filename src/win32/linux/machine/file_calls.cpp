@@ -42,7 +42,7 @@ machine::HandleTable<HANDLE, Search> searches{0x5000000};
 
 thread_local DWORD lastError = ERROR_SUCCESS;
 
-// Tells what the disk did, for whoever asks why a call failed.
+// Records the disk's reason as a fault.
 BOOL Failed(const std::filesystem::path &path, int error) {
   machine::RecordFault(path.string() + ": " +
                        (error == EWOULDBLOCK ? "another program has it open" : std::strerror(error)));

@@ -12,7 +12,7 @@ namespace machine {
 
 template <typename Handle, typename Thing> class HandleTable {
 public:
-  // Tables of several kinds begin at different numbers, so that a handle of one is none of another.
+  // Tables begin at different numbers, so that a handle of one isn't found in another.
   explicit HandleTable(uintptr_t first) : next(first) {}
 
   Handle Add(std::shared_ptr<Thing> thing) {

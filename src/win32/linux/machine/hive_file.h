@@ -77,7 +77,7 @@ private:
   Descriptor read; // the file that the content is from
   Identity identity;
   uint64_t generation = 0;
-  LSTATUS state = ERROR_SUCCESS; // what the last load came to
+  LSTATUS state = ERROR_SUCCESS; // the result of the last load
   std::string fault;
 };
 

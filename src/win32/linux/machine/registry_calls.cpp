@@ -1,8 +1,7 @@
 // The registry calls, on the two hives of the machine folder. The divisions: where a call works (handle, path, edit),
 // keys, values, and the calls themselves.
 //
-// An edit takes the machine's lock before the registry's own, in this order always: whoever holds the machine over
-// several calls takes the registry's within it.
+// An edit takes the machine's lock before the registry's own, as machine::Lock asks for.
 #include "win32/win32.h"
 
 #include "win32/linux/machine/handle_table.h"

@@ -165,7 +165,7 @@ private:
   }
 
   Hive &hive;
-  Hive::Key *key; // that it has come to
+  Hive::Key *key; // the one just reached
   // Of HKEY_LOCAL_MACHINE alone.
   Hive::Key *software = nullptr;
   Hive::Key *classes = nullptr;

@@ -12,8 +12,8 @@ struct Reached {
   std::u16string_view rest; // the names that aren't there
 };
 
-// Goes along a path below a key. On a 64-bit system, as in Wine, a key's subkey `Wow6432Node` is taken in place of the
-// key, unless the path goes on with that very name; links are followed.
+// Follows a path below a key, and its links. On a 64-bit system, as in Wine, a key with a subkey `Wow6432Node` is
+// replaced by that subkey, unless the path names it itself.
 Reached Reach(HiveFile &file, Hive::Key &from, std::u16string_view path);
 
 } // namespace machine

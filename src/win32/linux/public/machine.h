@@ -36,8 +36,10 @@ std::string TakeFault();
 std::string TakeNotice();
 bool HasNotice();
 
-// Holds the whole machine against every other process as long as it lives, over any number of calls. The layer takes it
-// by itself for each single write. Locks nest; they belong to their thread, and other threads wait for them.
+// Keeps every other process from writing to the machine while it lives, over any number of calls. The layer takes it by
+// itself for each single write. Locks nest; they belong to their thread, and other threads wait for them. The layer's
+// own locks are taken within it and never around it, so that no two threads wait for each other. While a modal loop
+// waits for its user the locks are released: other processes shouldn't wait for somebody who thinks.
 class Lock {
 public:
   Lock();

@@ -110,8 +110,8 @@ std::string Cp932Bytes(char16_t character) {
   return {bytes, size};
 }
 
-// Takes the UTF-8 sequence at the beginning off the text. False for bytes that are none: what could have begun one is
-// taken off then, or else one byte.
+// Takes the first UTF-8 sequence off the text. False for an invalid one, of which the valid beginning is taken off, at
+// least one byte.
 bool TakeUtf8(std::string_view &text, char32_t &character) {
   const auto lead = static_cast<unsigned char>(text[0]);
   const size_t length = lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;

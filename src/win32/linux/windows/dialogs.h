@@ -15,11 +15,11 @@ HWND CreateDialogFrom(const DialogTemplate &dialog, HWND parent, DLGPROC procedu
 // The procedure of the class of dialogs.
 LRESULT DialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
-// The control that Tab goes to from another, or back to; the first one if that is null. Null if there is none.
+// The next control that Tab stops at behind `control`, or the previous one; the first for null. Null if there is none.
 HWND NextTabStop(HWND dialog, HWND control, bool previous);
 
-// Does what IsDialogMessage does for Esc and Enter: the key works the dialog, unless the window that it is for wants
-// it. False if the message is still to be sent.
+// Does what IsDialogMessage does for Esc and Enter: the key presses a button of the dialog, unless the window with the
+// focus wants it. False if the message is still to be sent.
 bool PressDialogKey(HWND dialog, const PostedMessage &message);
 
 } // namespace machine

@@ -1,5 +1,4 @@
-// What a modal loop does: it hands out the posted messages, has windows painted and, when there is nothing left to do,
-// waits for the user.
+// The modal loop: it dispatches the posted messages, has windows painted and, when it is idle, waits for the user.
 #pragma once
 
 #include "win32/linux/public/front_end.h"
@@ -8,7 +7,7 @@
 
 namespace machine {
 
-// Null if nobody sits in front of the windows.
+// Null if the process has none.
 FrontEnd *CurrentFrontEnd();
 
 // Runs until `done` says so or the top-level window is gone. False if there is no user (any more).

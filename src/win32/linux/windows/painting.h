@@ -8,7 +8,7 @@ namespace machine {
 // The window and all that is in it are to be painted.
 void Invalidate(const WindowPtr &window);
 
-// Has the first visible window of this thread painted that is invalid; false if there is none.
+// Has the first visible window of this thread that is invalid painted; false if there is none.
 bool PaintNext();
 
 } // namespace machine

@@ -1,5 +1,5 @@
-// A module has its resources in an ELF note, as a Windows module has them in a section that its headers name: whoever
-// knows the module finds them, no symbol goes out for it, and they come and go with the module.
+// A module has its resources in an ELF note, as a Windows module has them in a section that its headers name. So they
+// are found by the module alone, without an exported symbol, and come and go with it.
 #include "win32/linux/windows/resources.h"
 
 #include "win32/linux/machine/byte_reader.h"

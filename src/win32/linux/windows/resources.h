@@ -7,8 +7,8 @@
 
 namespace machine {
 
-// The dialog template of a number, given as MAKEINTRESOURCEA makes it, that a module has, the program for null; empty
-// if there is none. It is there as long as the module.
+// The dialog template with a number (as MAKEINTRESOURCEA gives it) in a module, or in the program for null. Empty if
+// there is none. It stays valid as long as the module is loaded.
 std::string_view DialogResource(HMODULE module, const char *name);
 
 } // namespace machine
