@@ -63,7 +63,8 @@ std::u16string TakeWide(FuzzedDataProvider &input, size_t longest) {
 }
 
 HiveValue TakeValue(FuzzedDataProvider &input) {
-  const DWORD types[] = {REG_NONE, REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, 0x100b8, 0xffffffff};
+  const DWORD types[] = {REG_NONE, REG_SZ,    REG_EXPAND_SZ, REG_BINARY, REG_DWORD, machine::REG_MULTI_SZ,
+                         0x100b8,  0xffffffff};
   HiveValue value;
   value.name = TakeWide(input, 12);
   value.type = input.PickValueInArray(types);

@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char *Profile = "profile";
 constexpr const char *ProfileDirectory = "C:\\Users\\profile";
-constexpr const char *PrefsPath = "C:\\Users\\profile\\prefs.js";
+constexpr const char *Path = "C:\\Users\\profile\\prefs.js";
 constexpr const char *PrefsFile = "Users/profile/prefs.js";
 
 // A machine whose Communicator, installed in C:\, has a profile; the adapters of Netscape 6 get that profile's folder.
@@ -252,14 +252,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     return 0;
   }
   const auto prefs = std::make_unique<PrefsText>();
-  LoadPrefsText(PrefsPath, *prefs);
+  LoadPrefsText(Path, *prefs);
   PlainPrefs plain(file);
   RequireSame(*prefs, plain);
   for (int number = 0; number < 16 && input.commands.remaining_bytes() > 0; ++number) {
     Operate(*prefs, plain, input.commands);
     RequireSame(*prefs, plain);
   }
-  SavePrefsText(PrefsPath, *prefs);
+  SavePrefsText(Path, *prefs);
   REQUIRE(Machine.GetFile(PrefsFile) == (plain.whole ? plain.text : file));
 
   char converted[PrefValueSize];
