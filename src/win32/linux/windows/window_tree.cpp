@@ -8,8 +8,6 @@
 #include <unistd.h>
 #include <utility>
 
-using machine::ThisThread;
-using machine::ThreadWindows;
 using machine::Window;
 using machine::WindowOf;
 using machine::WindowPtr;
