@@ -1,5 +1,6 @@
 #include "win32/linux/machine/descriptor.h"
 
+#include "win32/linux/machine/system_calls.h"
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -23,7 +24,7 @@ Descriptor::~Descriptor() {
 
 bool WriteAll(int file, std::string_view data) {
   while (!data.empty()) {
-    const ssize_t written = write(file, data.data(), data.size());
+    const ssize_t written = sys::Write(file, data.data(), data.size());
     if (written < 0 && errno != EINTR)
       return false;
     if (written > 0)
@@ -37,7 +38,7 @@ bool ReadAll(int file, std::string &data) {
   for (;;) {
     if (length == data.size())
       data.resize(length + 4096);
-    const ssize_t count = read(file, data.data() + length, data.size() - length);
+    const ssize_t count = sys::Read(file, data.data() + length, data.size() - length);
     if (count < 0 && errno != EINTR)
       return false;
     if (count == 0)

@@ -6,6 +6,7 @@
 #include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/paths.h"
 #include "win32/linux/machine/replacement.h"
+#include "win32/linux/machine/system_calls.h"
 #include "win32/linux/text/code_page.h"
 
 #include <algorithm>
@@ -58,8 +59,8 @@ HANDLE NotOpened(const std::filesystem::path &path, int error) {
 // EWOULDBLOCK if another open keeps this one out.
 int OpenLocked(const std::filesystem::path &path, int flags, DWORD share, Descriptor &file) {
   for (;;) {
-    file = Descriptor(open(path.c_str(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666));
-    if (!file || flock(file.Get(), (share == 0 ? LOCK_EX : LOCK_SH) | LOCK_NB) != 0)
+    file = Descriptor(machine::sys::Open(path.c_str(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666));
+    if (!file || machine::sys::Lock(file.Get(), (share == 0 ? LOCK_EX : LOCK_SH) | LOCK_NB) != 0)
       return errno;
     struct stat status;
     if (machine::IsStill(file, path, status)) // else it was replaced between opening and locking
@@ -131,7 +132,7 @@ BOOL ReadFile(HANDLE handle, void *buffer, DWORD size, DWORD *read, void *) {
   if (opened == nullptr || (opened->access & GENERIC_READ) == 0)
     return FALSE;
   while (*read < size) {
-    const ssize_t count = ::read(opened->Data(), static_cast<char *>(buffer) + *read, size - *read);
+    const ssize_t count = machine::sys::Read(opened->Data(), static_cast<char *>(buffer) + *read, size - *read);
     if (count < 0 && errno == EINTR)
       continue;
     if (count < 0)
@@ -194,5 +195,5 @@ BOOL CreateDirectoryA(const char *path, void *) {
   const DiskPath found = FindOnDisk(path);
   if (found.exists || found.path.empty())
     return FALSE;
-  return mkdir(found.path.c_str(), 0777) == 0 ? TRUE : Failed(found.path, errno);
+  return machine::sys::MakeFolder(found.path.c_str(), 0777) == 0 ? TRUE : Failed(found.path, errno);
 }

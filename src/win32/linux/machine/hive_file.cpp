@@ -4,6 +4,7 @@
 #include "win32/linux/machine/descriptor.h"
 #include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/replacement.h"
+#include "win32/linux/machine/system_calls.h"
 #include "win32/linux/public/machine.h"
 
 #include <cerrno>
@@ -58,7 +59,7 @@ LSTATUS HiveFile::Load() {
 }
 
 LSTATUS HiveFile::ReadText(std::string &text) {
-  Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  Descriptor opened(sys::Open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!opened && errno == ENOENT)
     return MakeText(text);
   if (!opened)

@@ -5,6 +5,7 @@
 #include "win32/linux/machine/hive_file.h"
 #include "win32/linux/machine/machine_folder.h"
 
+#include "win32/linux/machine/system_calls.h"
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -162,8 +163,8 @@ std::string FindFault(bool forWriting) {
 namespace {
 
 void LockFolder() {
-  lockedFolder = Descriptor(open(Folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  while (lockedFolder && flock(lockedFolder.Get(), LOCK_EX) != 0 && errno == EINTR)
+  lockedFolder = Descriptor(sys::Open(Folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  while (lockedFolder && sys::Lock(lockedFolder.Get(), LOCK_EX) != 0 && errno == EINTR)
     ;
 }
 

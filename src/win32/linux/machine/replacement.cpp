@@ -1,5 +1,6 @@
 // The file beside: locked, written, renamed.
 #include "win32/linux/machine/replacement.h"
+#include "win32/linux/machine/system_calls.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -23,10 +24,10 @@ Replacement::Replacement(std::filesystem::path path)
   const bool replaces = stat(target.c_str(), &old) == 0;
   const mode_t mode = replaces ? old.st_mode & Permissions : 0644;
   do {
-    file = Descriptor(open(beside.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, mode));
+    file = Descriptor(sys::Open(beside.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, mode));
     if (!file)
       return;
-    if (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) { // somebody else's replacement of the same file is under way
+    if (sys::Lock(file.Get(), LOCK_EX | LOCK_NB) != 0) { // somebody else's replacement of the same file is under way
       file = Descriptor();
       errno = EWOULDBLOCK;
       return;
@@ -35,8 +36,9 @@ Replacement::Replacement(std::filesystem::path path)
   pending = true;
   // Only what isn't so already: each call costs as much as writing a small file.
   const bool isEmpty = made.st_size == 0 || ftruncate(file.Get(), 0) == 0;
-  const bool hasMode = !replaces || (made.st_mode & Permissions) == mode || fchmod(file.Get(), mode) == 0;
-  const bool hasOwner = !replaces || made.st_uid == old.st_uid || fchown(file.Get(), old.st_uid, old.st_gid) == 0;
+  const bool hasMode = !replaces || (made.st_mode & Permissions) == mode || sys::ChangeMode(file.Get(), mode) == 0;
+  const bool hasOwner =
+      !replaces || made.st_uid == old.st_uid || sys::ChangeOwner(file.Get(), old.st_uid, old.st_gid) == 0;
   if (!isEmpty || !hasMode || !hasOwner) {
     const int reason = errno;
     file = Descriptor();
@@ -46,16 +48,16 @@ Replacement::Replacement(std::filesystem::path path)
 
 Replacement::~Replacement() {
   if (pending)
-    unlink(beside.c_str());
+    sys::Unlink(beside.c_str());
 }
 
 Descriptor Replacement::TakeFile() {
-  flock(file.Get(), LOCK_UN);
+  sys::Lock(file.Get(), LOCK_UN);
   return std::move(file);
 }
 
 bool Replacement::Commit() {
-  if (rename(beside.c_str(), target.c_str()) != 0)
+  if (sys::Rename(beside.c_str(), target.c_str()) != 0)
     return false;
   pending = false;
   return true;
