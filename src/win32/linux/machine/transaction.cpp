@@ -42,6 +42,8 @@ uint64_t lastNumber = 0;
 
 std::array<HiveFile *, 2> HivesOf(const Hives &hives) { return {hives.localMachine.get(), hives.currentUser.get()}; }
 
+bool Writes(Purpose purpose) { return purpose == Purpose::Change || purpose == Purpose::OneCall; }
+
 // ---- Beginning ----
 
 // A broken-off change is finished by whoever may write; others see what there is.
@@ -49,7 +51,7 @@ std::string Recover() {
   ChangeStore store(running.folder);
   if (!store.NeedsRecovery())
     return {};
-  if (running.purpose == Purpose::Change)
+  if (Writes(running.purpose))
     return store.Recover();
   MachineLock alone;
   running.lock.Release();
@@ -68,7 +70,7 @@ void Begin(Purpose purpose) {
   running.refusal = FolderFault(running.folder);
   if (running.refusal.empty())
     running.refusal =
-        purpose == Purpose::Change ? running.lock.TakeAlone(running.folder) : running.lock.TakeShared(running.folder);
+        Writes(purpose) ? running.lock.TakeAlone(running.folder) : running.lock.TakeShared(running.folder);
   if (running.refusal.empty() && running.lock.IsHeld())
     running.refusal = Recover();
 }
@@ -99,7 +101,7 @@ bool PutOnDisk(const Hives &hives) {
     return false;
   }
   std::vector<Change> changes = Changes(hives);
-  if (!ChangeStore(running.folder).Commit(changes, running.staged.Folders()))
+  if (!ChangeStore(running.folder).Commit(changes, running.staged.Folders(), running.purpose == Purpose::Change))
     return false;
   for (HiveFile *hive : HivesOf(hives))
     if (hive->IsEdited())
@@ -121,7 +123,7 @@ bool TryPutOnDisk(const Hives &hives) {
 bool Finish(bool commits) {
   const Hives &hives = CurrentHives();
   bool done = !running.failed || !running.wrote;
-  if (commits && running.purpose == Purpose::Change && running.wrote && !running.failed)
+  if (commits && Writes(running.purpose) && running.wrote && !running.failed)
     done = TryPutOnDisk(hives);
   for (HiveFile *hive : HivesOf(hives))
     if (hive->IsEdited())
@@ -220,7 +222,7 @@ bool MayWrite() {
   running.wrote = true;
   if (running.failed)
     return false;
-  if (running.purpose != Purpose::Change || running.refusal.empty())
+  if (!Writes(running.purpose) || running.refusal.empty())
     return true;
   FailTransaction(running.refusal);
   return false;
