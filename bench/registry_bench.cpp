@@ -1,9 +1,10 @@
-// Opening, reading and closing a registry value with the hives loaded, and the search for a mail account among more and
-// more accounts.
+// Opening, reading and closing a registry value with the hives loaded, outside of a transaction and within one; the
+// search for a mail account among more and more accounts; and more and more new accounts in one transaction.
 #include "acctkit/acctkit.h"
 #include "clients/registry_key.h"
 
 #include "support/scratch_machine.h"
+#include "win32/linux/public/transaction.h"
 
 #include <benchmark/benchmark.h>
 
@@ -14,17 +15,28 @@ namespace {
 
 constexpr const char *AccountsKey = "Software\\Microsoft\\Internet Account Manager\\Accounts";
 
+void ReadServer() {
+  char text[RegistryTextSize];
+  HKEY key = nullptr;
+  DWORD size = sizeof text;
+  RegOpenKeyExA(HKEY_CURRENT_USER, AccountsKey, 0, KEY_READ, &key);
+  RegQueryValueExA(key, "Server", nullptr, nullptr, reinterpret_cast<BYTE *>(text), &size);
+  RegCloseKey(key);
+}
+
 void ReadValue(benchmark::State &state) {
   const ScratchMachine machine;
   WriteValuesFullAccess(HKEY_CURRENT_USER, AccountsKey, {{"Server", "pop.example"}});
-  char text[RegistryTextSize];
-  for (auto _ : state) {
-    HKEY key = nullptr;
-    DWORD size = sizeof text;
-    RegOpenKeyExA(HKEY_CURRENT_USER, AccountsKey, 0, KEY_READ, &key);
-    RegQueryValueExA(key, "Server", nullptr, nullptr, reinterpret_cast<BYTE *>(text), &size);
-    RegCloseKey(key);
-  }
+  for (auto _ : state)
+    ReadServer();
+}
+
+void ReadValueInTransaction(benchmark::State &state) {
+  const ScratchMachine machine;
+  WriteValuesFullAccess(HKEY_CURRENT_USER, AccountsKey, {{"Server", "pop.example"}});
+  const machine::Transaction transaction(machine::Purpose::Look);
+  for (auto _ : state)
+    ReadServer();
 }
 
 // Writes the accounts into the hive as text, since entering them one by one isn't what this measures.
@@ -51,7 +63,26 @@ void IsExistMailAccountOver(benchmark::State &state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-BENCHMARK(ReadValue)->Repetitions(5);
+void NewAccountsInOneTransaction(benchmark::State &state) {
+  for (auto _ : state) {
+    state.PauseTiming();
+    const ScratchMachine machine;
+    state.ResumeTiming();
+    machine::Transaction transaction;
+    for (int64_t number = 0; number < state.range(0); ++number) {
+      const std::string user = "user" + std::to_string(number);
+      const char *const spec[] = {user.c_str(),  "name",        user.c_str(), "",     "smtp.example",
+                                  "pop.example", "a@b.example", "dialer",     nullptr};
+      SetupMailAccount(0, spec, "");
+    }
+    transaction.Commit();
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+BENCHMARK(ReadValue)->Repetitions(5)->ReportAggregatesOnly();
+BENCHMARK(ReadValueInTransaction)->Repetitions(5)->ReportAggregatesOnly();
+BENCHMARK(NewAccountsInOneTransaction)->RangeMultiplier(10)->Range(10, 1000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(IsExistMailAccountOver)->RangeMultiplier(10)->Range(10, 10000)->Unit(benchmark::kMicrosecond);
 
 } // namespace

@@ -15,8 +15,7 @@ std::filesystem::path HivePlace(const std::filesystem::path &file) {
   return std::filesystem::is_symlink(file, error) ? std::filesystem::canonical(file, error) : file;
 }
 
-HiveFile::HiveFile(std::filesystem::path path, std::string_view rootName)
-    : file(std::move(path)), root(rootName), hive(std::make_unique<Hive>()) {}
+HiveFile::HiveFile(std::filesystem::path path, std::string_view rootName) : file(std::move(path)), root(rootName) {}
 
 HiveFile::Identity HiveFile::IdentityOf(const struct stat &status) {
   return {status.st_dev, status.st_ino, status.st_mode, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
@@ -46,7 +45,7 @@ LSTATUS HiveFile::Refresh() {
     return state;
   struct stat named;
   const Identity now = stat(file.c_str(), &named) == 0 ? IdentityOf(named) : Identity();
-  if (now != identity || generation == 0 || now == Identity())
+  if (now != identity || now == Identity())
     state = Load();
   else if (state != ERROR_SUCCESS)
     FailTransaction(fault);
@@ -63,8 +62,7 @@ LSTATUS HiveFile::RefreshOpened() {
 }
 
 LSTATUS HiveFile::Load() {
-  ++generation;
-  hive = std::make_unique<Hive>();
+  hive = std::make_shared<Hive>();
   identity = Identity();
   fault.clear();
   read = Descriptor();

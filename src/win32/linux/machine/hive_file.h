@@ -35,8 +35,8 @@ public:
   bool IsLocalMachine() const { return root == LocalMachineRoot; }
 
   Hive &Content() { return *hive; }
-  // Changes with every load: keys of another generation are gone.
-  uint64_t Generation() const { return generation; }
+  // The content is another one after every load; who keeps the old one can still tell what its keys were.
+  const std::shared_ptr<Hive> &SharedContent() const { return hive; }
 
   // Changes the content, within a transaction. ERROR_ACCESS_DENIED if the file may not be written, with a fault; else
   // what the edit answers, which has changed nothing if that isn't ERROR_SUCCESS, or if it says so by `changed`.
@@ -80,11 +80,10 @@ private:
 
   std::filesystem::path file;
   std::string_view root;
-  std::unique_ptr<Hive> hive;
+  std::shared_ptr<Hive> hive = std::make_shared<Hive>();
   Descriptor read;         // the file that the content is from
   struct stat status = {}; // of that file
   Identity identity;
-  uint64_t generation = 0;
   uint64_t looked = 0; // the transaction that has looked at the file
   bool edited = false;
   LSTATUS state = ERROR_SUCCESS; // the result of the last load

@@ -29,13 +29,12 @@ constexpr REGSAM KEY_CREATE_SUB_KEY = 0x0004;
 constexpr REGSAM RightsToWrite = KEY_SET_VALUE | KEY_CREATE_SUB_KEY | 0x000D0000; // and to delete, or change who may
 constexpr REGSAM MaximumAllowed = 0x02000000;
 
-// A key that a handle stands for. It is found again by its path when its hive was loaded anew.
+// A key that a handle stands for, in the content of its hive when it was opened.
 struct OpenKey {
   std::shared_ptr<HiveFile> file;
-  std::u16string path;
-  REGSAM access = 0;
-  Hive::Key *key = nullptr;
-  uint64_t generation = 0;
+  std::shared_ptr<Hive> content;
+  Hive::Key *key; // null if it is gone
+  REGSAM access;
 };
 
 machine::HandleTable<HKEY, OpenKey> openKeys{0x90000000}; // behind the roots
@@ -48,15 +47,27 @@ bool IsRoot(HKEY handle) { return handle == HKEY_LOCAL_MACHINE || handle == HKEY
 
 std::shared_ptr<OpenKey> RootOf(HKEY handle) {
   const machine::Hives &hives = machine::CurrentHives();
-  return std::make_shared<OpenKey>(
-      OpenKey{handle == HKEY_LOCAL_MACHINE ? hives.localMachine : hives.currentUser, {}, KEY_ALL_ACCESS});
+  const auto &file = handle == HKEY_LOCAL_MACHINE ? hives.localMachine : hives.currentUser;
+  return std::make_shared<OpenKey>(OpenKey{file, nullptr, nullptr, KEY_ALL_ACCESS});
+}
+
+// A key's own path, which isn't always the one that it was found by.
+std::u16string PathOf(const Hive::Key &key) {
+  std::u16string path;
+  for (const Hive::Key *at = &key; at->parent != nullptr; at = at->parent)
+    path.insert(0, at->name).insert(0, u"\\");
+  return path;
 }
 
 // Finds a key again, should its hive have been loaded anew.
 LSTATUS Resolve(OpenKey &open) {
-  if (open.generation != open.file->Generation()) {
-    open.key = open.file->Content().Find(open.file->Content().Root(), open.path);
-    open.generation = open.file->Generation();
+  if (open.content != open.file->SharedContent()) {
+    Hive &hive = open.file->Content();
+    if (open.content == nullptr)
+      open.key = &hive.Root();
+    else if (open.key != nullptr)
+      open.key = hive.Find(hive.Root(), PathOf(*open.key));
+    open.content = open.file->SharedContent();
   }
   return open.key != nullptr ? ERROR_SUCCESS : ERROR_KEY_DELETED;
 }
@@ -92,14 +103,6 @@ template <typename Change> LSTATUS Edit(HKEY handle, REGSAM needed, Change chang
     return open.file->Edit([&](Hive &hive, bool &changed) -> LSTATUS { return change(hive, open, changed); });
   });
   return transaction.Commit() || result != ERROR_SUCCESS ? result : ERROR_BADDB;
-}
-
-// A key's own path, which isn't always the one that it was found by.
-std::u16string PathOf(const Hive::Key &key) {
-  std::u16string path;
-  for (const Hive::Key *at = &key; at->parent != nullptr; at = at->parent)
-    path.insert(0, at->name).insert(0, u"\\");
-  return path;
 }
 
 // The key at a path below another one, null if there is none.
@@ -168,7 +171,7 @@ LSTATUS RegOpenKeyExA(HKEY key, const char *subkey, DWORD, REGSAM access, HKEY *
     Hive::Key *const found = Find(open, path);
     if (found == nullptr)
       return ERROR_FILE_NOT_FOUND;
-    return HandOut({open.file, PathOf(*found), access, found, open.generation}, result);
+    return HandOut({open.file, open.content, found, access}, result);
   });
 }
 
@@ -215,7 +218,8 @@ LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE 
 LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE *data, DWORD size) {
   const HiveValue value = {ToWideOrEmpty(name), type, StoredData(type, data, size)};
   return Edit(key, KEY_SET_VALUE, [&](Hive &hive, const OpenKey &open, bool &changed) -> LSTATUS {
-    hive.Create(*open.key, {}); // a key of the path alone gets its section now
+    if (open.key->sections.empty())
+      hive.Create(*open.key, {}); // a key of the path alone gets its section now
     HiveValue old;
     changed = hive.ReadValue(*open.key, value.name, old) != Hive::Found::Yes || old.type != value.type ||
               old.data != value.data;
