@@ -129,9 +129,14 @@ ChangeStore::ChangeStore(const fs::path &folder)
 
 // ---- Lists ----
 
+namespace {
+
+const char *Word(Kept kept) { return kept == Kept::ForUndo ? "undoable" : kept == Kept::Before ? "aside" : "final"; }
+
+} // namespace
+
 std::string ChangeStore::TextOf(const List &list) {
-  std::string text =
-      std::string(Heading).append(Version).append(list.undoable ? "undoable " : "final ").append(list.token) + '\n';
+  std::string text = std::string(Heading).append(Version).append(Word(list.kept)).append(" " + list.token) + '\n';
   for (const Entry &entry : list.entries)
     text += "file " + entry.form + ' ' + machine::TextOf(entry.before) + ' ' + machine::TextOf(entry.after) + ' ' +
             entry.path + '\n';
@@ -150,7 +155,10 @@ ChangeStore::Read ChangeStore::ReadList(const fs::path &folder, List &list) {
     return Read::Newer;
   rest.remove_prefix(Version.size());
   std::string_view heading = TakeText(rest, '\n');
-  list.undoable = TakeText(heading, ' ') == "undoable";
+  const std::string_view word = TakeText(heading, ' ');
+  for (const Kept kept : {Kept::ForUndo, Kept::Before})
+    if (word == Word(kept))
+      list.kept = kept;
   list.token = heading;
   if (list.token.find('/') != std::string::npos)
     return Read::Damaged;
@@ -185,8 +193,9 @@ fs::path ChangeStore::TargetOf(const std::string &path) const {
 
 // ---- Commit ----
 
-bool ChangeStore::Commit(std::vector<Change> &changes, const std::vector<StagedFolder> &folders) {
+bool ChangeStore::Commit(std::vector<Change> &changes, const std::vector<StagedFolder> &folders, Kept kept) {
   List list;
+  list.kept = kept;
   std::vector<fs::path> made;
   for (const StagedFolder &folder : folders) {
     if (sys::MakeFolder(folder.target.c_str(), Permissions) == 0) {
@@ -234,7 +243,7 @@ bool ChangeStore::StageOne(Change &change, List &list) {
   const auto refuse = [&](int error) {
     change.result = Change::Result::Refused;
     Fail(change.target, error);
-    return list.undoable && IsRefusal(error); // an undo is whole or not at all
+    return list.kept != Kept::Nothing && IsRefusal(error); // an undo is whole or not at all
   };
   if (faccessat(AT_FDCWD, change.target.parent_path().c_str(), W_OK | X_OK, AT_EACCESS) != 0)
     return refuse(errno);
@@ -337,7 +346,7 @@ bool ChangeStore::Place(const List &list) {
 // Turns the change round: the list that is to be finished becomes one that leads back, in one step, so that a kill in
 // between leads to one of both ends.
 void ChangeStore::RollBack(List list, size_t placed) {
-  list.undoable = false;
+  list.kept = Kept::Nothing;
   list.folders.clear();
   list.entries.resize(placed);
   for (size_t number = 0; number < placed; ++number) {
@@ -368,8 +377,9 @@ void ChangeStore::RollBack(List list, size_t placed) {
 
 // The change is in place. Should this fail, whoever comes next does it.
 void ChangeStore::Finish(const List &list) {
-  RemoveFolderOfFiles(last);
-  if (list.undoable)
+  if (list.kept != Kept::Before)
+    RemoveFolderOfFiles(last);
+  if (list.kept == Kept::ForUndo)
     sys::Rename(commit.c_str(), last.c_str());
   else
     RemoveFolderOfFiles(commit);
@@ -437,8 +447,6 @@ Undone ChangeStore::Undo() {
   if (std::string fault = ServerFault(machineFolder); !fault.empty())
     return {fault, {}};
   std::vector<Change> changes;
-  List back;
-  back.undoable = false;
   Undone undone;
   for (size_t number = 0; number < list.entries.size(); ++number) {
     const Entry &entry = list.entries[number];
@@ -459,7 +467,7 @@ Undone ChangeStore::Undo() {
     }
     undone.restored.push_back(entry.path);
   }
-  if (!CommitList(changes, back)) {
+  if (!CommitList(changes, List())) {
     undone.restored.clear();
     undone.refusal = TakeFault();
     return undone;

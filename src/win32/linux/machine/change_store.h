@@ -41,6 +41,13 @@ struct Change {
   Descriptor file; // of a placed one
 };
 
+// What becomes of `last` once a change is in place.
+enum class Kept {
+  ForUndo, // the change takes its place
+  Nothing, // an undo has used it up
+  Before,  // it stays: the change is one of foreign code, which nobody can take back as a whole
+};
+
 class ChangeStore {
 public:
   explicit ChangeStore(const std::filesystem::path &machineFolder);
@@ -53,7 +60,7 @@ public:
 
   // Makes the folders and puts all changes in place. What the user has no right to is refused for itself. False with a
   // fault recorded if nothing is in place.
-  bool Commit(std::vector<Change> &changes, const std::vector<StagedFolder> &folders);
+  bool Commit(std::vector<Change> &changes, const std::vector<StagedFolder> &folders, Kept kept);
 
   Undone Undo();
 
@@ -68,8 +75,8 @@ private:
     std::optional<struct stat> base;
   };
   struct List {
-    bool undoable = true; // whether it becomes `last`
-    std::string token;    // a part of names that nobody else chose
+    Kept kept = Kept::Nothing;
+    std::string token; // a part of names that nobody else chose
     std::vector<Entry> entries;
     std::vector<std::string> folders;
   };

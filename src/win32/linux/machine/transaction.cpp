@@ -39,6 +39,7 @@ struct Running {
 std::recursive_mutex guard;
 Running running;
 uint64_t lastNumber = 0;
+thread_local int foreignCode = 0; // how many libraries of the machine run that the product has entered
 
 std::array<HiveFile *, 2> HivesOf(const Hives &hives) { return {hives.localMachine.get(), hives.currentUser.get()}; }
 
@@ -99,7 +100,8 @@ bool PutOnDisk(const Hives &hives) {
     return false;
   }
   std::vector<Change> changes = Changes(hives);
-  if (!ChangeStore(running.folder).Commit(changes, running.staged.Folders()))
+  const Kept kept = foreignCode > 0 ? Kept::Before : Kept::ForUndo;
+  if (!ChangeStore(running.folder).Commit(changes, running.staged.Folders(), kept))
     return false;
   for (HiveFile *hive : HivesOf(hives))
     if (hive->IsEdited())
@@ -164,6 +166,8 @@ Transaction::~Transaction() {
 std::vector<FileChange> PendingChanges() {
   const ThreadGuard threads;
   std::vector<FileChange> pending;
+  if (running.failed)
+    return pending;
   for (const StagedFolder &folder : running.staged.Folders())
     pending.push_back({folder.path + '\\', std::nullopt, std::nullopt});
   for (Change &change : Changes(CurrentHives())) {
@@ -241,8 +245,8 @@ PlatformCall::PlatformCall() : transaction(std::make_unique<machine::Transaction
 PlatformCall::~PlatformCall() = default;
 bool PlatformCall::Commit() { return transaction->Commit(); }
 
-PlatformCall::Pause::Pause() : pause(std::make_unique<machine::TransactionPause>()) {}
-PlatformCall::Pause::~Pause() = default;
+PlatformCall::Pause::Pause() : pause(std::make_unique<machine::TransactionPause>()) { ++machine::foreignCode; }
+PlatformCall::Pause::~Pause() { --machine::foreignCode; }
 
 void PlatformCall::Report(const char *path, const char *reason) {
   machine::RecordFault(text::WideToUtf8(text::ToWide(path)) + ": " + reason);
