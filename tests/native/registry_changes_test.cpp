@@ -10,12 +10,10 @@ std::string Shown(const std::optional<machine::RegistryData> &data) {
 }
 
 // The keys with "new" before them, and below each its values: the kind of data, and the data.
-std::string Compared(const char *file, const std::optional<std::string> &before,
-                     const std::optional<std::string> &after) {
+std::string Compared(const char *file, const std::optional<std::string> &before, const std::string &after) {
   const std::string head = "WINE REGISTRY Version 2\n;; All keys\n\n";
   std::string text;
-  const auto keys = machine::CompareHives(file, before ? std::optional(head + *before) : before,
-                                          after ? std::optional(head + *after) : after);
+  const auto keys = machine::RegistryChanges({file, before ? std::optional(head + *before) : before, head + after});
   for (const machine::RegistryKeyChange &key : keys.value()) {
     text += (key.isNew ? "new " : "") + key.path + '\n';
     for (const machine::RegistryValueChange &value : key.values)
@@ -34,8 +32,8 @@ TEST(RegistryChangesTest, TellsKeysAndValues) {
   }
   const struct {
     const char *file;
-    std::optional<std::string> before, after;
-    std::string expected;
+    std::optional<std::string> before;
+    std::string after, expected;
   } rows[] = {
       {"user.reg", key + "\"v\"=\"a\"\n", key + "\"v\"=\"a\"\n", ""},
       {"user.reg", key + "\"v\"=\"1\"\n", key + "\"V\"=dword:0000000a\n", "HKEY_CURRENT_USER\\A\\B\nV: 0 1 -> 1 10\n"},
@@ -51,7 +49,7 @@ TEST(RegistryChangesTest, TellsKeysAndValues) {
   };
   for (const auto &row : rows)
     EXPECT_EQ(Compared(row.file, row.before, row.after), row.expected);
-  EXPECT_FALSE(machine::CompareHives("C:\\user.reg", "", ""));
+  EXPECT_FALSE(machine::RegistryChanges({"C:\\user.reg", "", ""}));
 }
 
 } // namespace

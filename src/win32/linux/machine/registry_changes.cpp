@@ -132,19 +132,18 @@ const char *RootOf(std::string_view file) {
 
 } // namespace
 
-std::optional<std::vector<RegistryKeyChange>>
-CompareHives(std::string_view file, const std::optional<std::string> &before, const std::optional<std::string> &after) {
-  const char *const root = RootOf(file);
+std::optional<std::vector<RegistryKeyChange>> RegistryChanges(const FileChange &change) {
+  const char *const root = RootOf(change.path);
   if (root == nullptr)
     return std::nullopt;
-  const Sections oldSections = SectionsOf(before ? *before : std::string_view());
-  const Sections newSections = SectionsOf(after ? *after : std::string_view());
+  const Sections oldSections = SectionsOf(change.before ? *change.before : std::string_view());
+  const Sections newSections = SectionsOf(change.after ? *change.after : std::string_view());
   Keys keys;
   ReadOwn(oldSections, newSections, &Value::before, keys);
   ReadOwn(newSections, oldSections, &Value::after, keys);
   Hive old; // a key may have been there without a section of its own
-  if (before)
-    old.Load(*before);
+  if (change.before)
+    old.Load(*change.before);
 
   std::vector<RegistryKeyChange> changes;
   for (const auto &[name, key] : keys) {

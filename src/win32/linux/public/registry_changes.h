@@ -1,9 +1,10 @@
 // What edits changed in the registry, as a user knows it. All texts are UTF-8.
 #pragma once
 
+#include "win32/linux/public/transaction.h"
+
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace machine {
@@ -27,9 +28,8 @@ struct RegistryKeyChange {
   std::vector<RegistryValueChange> values; // by their names; a new key may have none
 };
 
-// Compares two texts of a hive, either of which may be absent and must be sound otherwise. `file` is the hive's name in
-// the machine folder, which tells its root. The keys that differ, by their paths; nothing for a name of no hive.
-std::optional<std::vector<RegistryKeyChange>>
-CompareHives(std::string_view file, const std::optional<std::string> &before, const std::optional<std::string> &after);
+// The keys that differ, by their paths, in a change of a hive, both of whose texts must be sound; nothing for a change
+// of another file.
+std::optional<std::vector<RegistryKeyChange>> RegistryChanges(const FileChange &change);
 
 } // namespace machine
