@@ -39,9 +39,10 @@ struct Running {
 std::recursive_mutex guard;
 Running running;
 uint64_t lastNumber = 0;
-thread_local int foreignCode = 0; // how many libraries of the machine run that the product has entered
 
 std::array<HiveFile *, 2> HivesOf(const Hives &hives) { return {hives.localMachine.get(), hives.currentUser.get()}; }
+
+bool Writes(Purpose purpose) { return purpose == Purpose::Change || purpose == Purpose::OneCall; }
 
 // ---- Beginning ----
 
@@ -50,7 +51,7 @@ std::string Recover() {
   ChangeStore store(running.folder);
   if (!store.NeedsRecovery())
     return {};
-  if (running.purpose == Purpose::Change)
+  if (Writes(running.purpose))
     return store.Recover();
   MachineLock alone;
   running.lock.Release();
@@ -69,7 +70,7 @@ void Begin(Purpose purpose) {
   running.refusal = FolderFault(running.folder);
   if (running.refusal.empty())
     running.refusal =
-        purpose == Purpose::Change ? running.lock.TakeAlone(running.folder) : running.lock.TakeShared(running.folder);
+        Writes(purpose) ? running.lock.TakeAlone(running.folder) : running.lock.TakeShared(running.folder);
   if (running.refusal.empty() && running.lock.IsHeld())
     running.refusal = Recover();
 }
@@ -100,8 +101,7 @@ bool PutOnDisk(const Hives &hives) {
     return false;
   }
   std::vector<Change> changes = Changes(hives);
-  const Kept kept = foreignCode > 0 ? Kept::Before : Kept::ForUndo;
-  if (!ChangeStore(running.folder).Commit(changes, running.staged.Folders(), kept))
+  if (!ChangeStore(running.folder).Commit(changes, running.staged.Folders(), running.purpose == Purpose::Change))
     return false;
   for (HiveFile *hive : HivesOf(hives))
     if (hive->IsEdited())
@@ -123,7 +123,7 @@ bool TryPutOnDisk(const Hives &hives) {
 bool Finish(bool commits) {
   const Hives &hives = CurrentHives();
   bool done = !running.failed || !running.wrote;
-  if (commits && running.purpose == Purpose::Change && running.wrote && !running.failed)
+  if (commits && Writes(running.purpose) && running.wrote && !running.failed)
     done = TryPutOnDisk(hives);
   for (HiveFile *hive : HivesOf(hives))
     if (hive->IsEdited())
@@ -224,7 +224,7 @@ bool MayWrite() {
   running.wrote = true;
   if (running.failed)
     return false;
-  if (running.purpose != Purpose::Change || running.refusal.empty())
+  if (!Writes(running.purpose) || running.refusal.empty())
     return true;
   FailTransaction(running.refusal);
   return false;
@@ -245,8 +245,8 @@ PlatformCall::PlatformCall() : transaction(std::make_unique<machine::Transaction
 PlatformCall::~PlatformCall() = default;
 bool PlatformCall::Commit() { return transaction->Commit(); }
 
-PlatformCall::Pause::Pause() : pause(std::make_unique<machine::TransactionPause>()) { ++machine::foreignCode; }
-PlatformCall::Pause::~Pause() { --machine::foreignCode; }
+PlatformCall::Pause::Pause() : pause(std::make_unique<machine::TransactionPause>()) {}
+PlatformCall::Pause::~Pause() = default;
 
 void PlatformCall::Report(const char *path, const char *reason) {
   machine::RecordFault(text::WideToUtf8(text::ToWide(path)) + ": " + reason);
