@@ -31,7 +31,7 @@ struct Running {
   std::filesystem::path folder;
   MachineLock lock;
   std::string refusal; // why nothing may be written
-  bool wrote = false;  // or tried to
+  bool wrote = false;
   bool failed = false;
   StagedFiles staged;
 };
@@ -122,8 +122,8 @@ bool TryPutOnDisk(const Hives &hives) {
 // Puts what was written on disk, or drops it, and releases the machine.
 bool Finish(bool commits) {
   const Hives &hives = CurrentHives();
-  bool done = !running.failed || !running.wrote;
-  if (commits && Writes(running.purpose) && running.wrote && !running.failed)
+  bool done = !running.failed;
+  if (commits && done && Writes(running.purpose) && running.wrote)
     done = TryPutOnDisk(hives);
   for (HiveFile *hive : HivesOf(hives))
     if (hive->IsEdited())
@@ -151,7 +151,7 @@ Transaction::Transaction(Purpose purpose) {
 bool Transaction::Commit() {
   const std::lock_guard held(guard, std::adopt_lock);
   ended = true;
-  return --running.depth > 0 ? !running.failed || !running.wrote : Finish(true);
+  return --running.depth > 0 ? !running.failed : Finish(true);
 }
 
 Transaction::~Transaction() {
@@ -198,8 +198,7 @@ TransactionPause::TransactionPause() {
   if (running.depth > 0 && running.purpose != Purpose::Rehearse) {
     depth = std::exchange(running.depth, 0);
     purpose = running.purpose;
-    lost = !Finish(true);
-    failed = running.failed || lost;
+    failed = !Finish(true);
   }
   for (int unlocked = 0; unlocked <= depth; ++unlocked)
     guard.unlock();
@@ -213,7 +212,6 @@ TransactionPause::~TransactionPause() {
   running.failed = failed;
   Begin(purpose);
   running.depth = depth;
-  running.wrote = lost; // so that the end tells it
 }
 
 uint64_t TransactionNumber() { return running.number; }
