@@ -2,6 +2,8 @@
 #include "account_commands.h"
 #include "accounts.h"
 #include "acctkit/acctkit.h"
+#include "clients/external_mailer_layout.h"
+#include "clients/registry_key.h"
 #include "communicator_texts.h"
 #include "options.h"
 #include "platform.h"
@@ -22,8 +24,10 @@ namespace {
 struct Chosen {
   Action action;
   bool writes = false;
-  bool waits = false; // for a user; it may write too, but doesn't keep others from writing meanwhile
+  bool writesInSteps = false; // and holds nothing between them: a wizard, which waits for its user, and an undo
   bool makesMachine = false;
+  bool isDryRun = false;
+  bool asJson = false; // what a dry run prints
 };
 
 Outcome Tell(bool done) { return done ? Outcome(0, "done\n") : Outcome(1, "failed\n"); }
@@ -33,6 +37,11 @@ int Fail(const std::string &why) {
   const std::string fault = platform::TakeFault();
   std::cerr << "acctkit: " << (fault.empty() ? why : fault) << '\n';
   return 1;
+}
+
+void TellNotice() {
+  if (const std::string notice = platform::TakeNotice(); !notice.empty())
+    std::cerr << "acctkit: " << notice << '\n';
 }
 
 // Refuses unknown names, and two versions of one client.
@@ -57,10 +66,11 @@ void AddMachineCommand(CLI::App &app, Chosen &chosen) {
   made->callback([&chosen, clients] {
     CheckClients(*clients);
     chosen.makesMachine = true;
-    chosen.action = [clients]() -> Outcome {
-      if (const std::string fault = platform::MakeMachine(); !fault.empty())
-        return Fail(fault);
-      platform::MachineCall call(true); // only now is there a folder
+    chosen.action = [&chosen, clients]() -> Outcome {
+      if (!chosen.isDryRun)
+        if (const std::string fault = platform::MakeMachine(); !fault.empty())
+          return Fail(fault);
+      platform::MachineCall call(platform::Purpose::Change); // only now is there a folder
       std::string fault = InstallSamples(*clients);
       if (fault.empty() && !call.Commit())
         fault = platform::MachineName() + ": the samples can't be written";
@@ -152,19 +162,63 @@ void AddBrowserCommands(CLI::App &app, Chosen &chosen) {
       });
 }
 
+void AddUndoCommand(CLI::App &app, Chosen &chosen) {
+  app.add_subcommand("undo", "Takes back what the last command or wizard wrote, but nothing that a mailer plug-in took")
+      ->callback([&chosen] {
+        chosen.writesInSteps = true;
+        chosen.action = []() -> Outcome {
+          const platform::Undone undone = platform::UndoLastChange();
+          if (!undone.refusal.empty())
+            return Fail(undone.refusal);
+          std::string text;
+          for (const std::string &path : undone.paths)
+            text += "taken back: " + path + '\n';
+          if (ReadAnyValue(HKEY_LOCAL_MACHINE, external_mailer::PluginKey, external_mailer::FolderValue))
+            text += "not taken back: what the mailer plug-in took, if it was asked\n";
+          return {0, text};
+        };
+      });
+}
+
+void AddDryRunOptions(CLI::App &app, Chosen &chosen) {
+  CLI::Option *const dryRun =
+      app.add_flag("--dry-run", chosen.isDryRun, "show what a command would change, and leave the machine as it is");
+  app.add_flag("--json", chosen.asJson, "with --dry-run: as one JSON document")->needs(dryRun);
+}
+
+// A wizard tells its user what was set up, and others may write between its pages.
+void CheckDryRun(const Chosen &chosen) {
+  if (chosen.isDryRun && !chosen.writes && !chosen.makesMachine)
+    throw UsageError("--dry-run goes with a command that writes, but not with wizard and undo");
+}
+
+// Runs the command, shows what it would change, and drops that.
+int Rehearse(const Chosen &chosen) {
+  const platform::MachineCall call(platform::Purpose::Rehearse);
+  if (const std::string fault = platform::FindFault(true); !fault.empty())
+    return Fail(fault);
+  TellNotice(); // of the machine, before the one of the plug-in
+  const Outcome outcome = chosen.action();
+  const std::string fault = platform::TakeFault();
+  std::cout << call.Report(fault.empty() ? outcome.text : "", chosen.asJson);
+  if (!std::cout.flush())
+    return Fail("the output can't be written");
+  return fault.empty() ? outcome.status : Fail(fault);
+}
+
 // Runs the command as one change of the machine, or as one look at it, and says how it ended, or which fault of the
-// machine kept it from that. Commands that make the machine, or wait for a user, say themselves what is one change.
+// machine kept it from that. Commands that make the machine, or write in steps, say themselves what is one change.
 int Run(const Chosen &chosen) {
   std::optional<platform::MachineCall> call;
-  if (!chosen.makesMachine && !chosen.waits)
-    call.emplace(chosen.writes);
+  if (!chosen.makesMachine && !chosen.writesInSteps)
+    call.emplace(chosen.writes ? platform::Purpose::Change : platform::Purpose::Look);
   if (!chosen.makesMachine)
-    if (const std::string fault = platform::FindFault(chosen.writes || chosen.waits); !fault.empty())
+    if (const std::string fault = platform::FindFault(chosen.writes || chosen.writesInSteps); !fault.empty())
       return Fail(fault);
+  TellNotice();
   const Outcome outcome = chosen.action();
   const bool kept = !call || call->Commit();
-  if (const std::string notice = platform::TakeNotice(); !notice.empty())
-    std::cerr << "acctkit: " << notice << '\n';
+  TellNotice();
   if (const std::string fault = platform::TakeFault(); !fault.empty() || !kept)
     return Fail(fault.empty() ? "the machine can't be written" : fault);
   std::cout << outcome.text;
@@ -177,18 +231,23 @@ int RunHost(const std::vector<std::string> &arguments) {
   Chosen chosen;
   CLI::App app("Puts a subscriber's mail and news settings into the client programs of a machine", "acctkit");
   app.require_subcommand(1);
-  if (platform::HasMachineFolders())
+  if (platform::HasMachineFolders()) {
     app.add_option_function<std::string>("--machine", platform::UseMachine, "the machine folder")->type_name("DIR");
+    AddDryRunOptions(app, chosen);
+  }
   AddMachineCommand(app, chosen);
   AddViewCommands(app, chosen);
+  if (platform::HasMachineFolders())
+    AddUndoCommand(app, chosen);
   AddAccountCommands(app, chosen.action, chosen.writes);
   AddSignupCommands(app, chosen);
   AddBrowserCommands(app, chosen);
-  AddWizardCommand(app, chosen.action, chosen.waits);
+  AddWizardCommand(app, chosen.action, chosen.writesInSteps);
   try {
     // The parser takes the arguments last one first.
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-    return Run(chosen);
+    CheckDryRun(chosen);
+    return chosen.isDryRun ? Rehearse(chosen) : Run(chosen);
   } catch (const CLI::CallForHelp &) {
     std::cout << app.help();
     return 0;

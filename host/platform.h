@@ -20,19 +20,34 @@ std::string MachineName();
 // fault, empty for none.
 std::string MakeMachine();
 
-// A command as one change of the machine, or as looks that see one state of it; where there are no machine folders,
-// nothing.
+enum class Purpose {
+  Look,     // that sees one state of the machine
+  Change,   // that comes to the disk whole
+  Rehearse, // a dry run: nothing comes to the disk, and no plug-in is loaded
+};
+
+// A command as one call of the machine; where there are no machine folders, nothing.
 class MachineCall {
 public:
-  explicit MachineCall(bool writes);
+  explicit MachineCall(Purpose purpose);
   ~MachineCall();
   // False if something was written and couldn't be put on disk; TakeFault has the reason.
   bool Commit();
+  // Of a dry run: what would change, in UTF-8 and as text or as one JSON document. With it what the command answered,
+  // and the notice of a plug-in that wasn't asked.
+  std::string Report(const std::string &answer, bool asJson) const;
 
 private:
   struct Held;
   std::unique_ptr<Held> held;
 };
+
+// The files of the last change, which are as they were before. The refusal is one line, empty if there is none.
+struct Undone {
+  std::string refusal;
+  std::vector<std::string> paths; // in UTF-8
+};
+Undone UndoLastChange();
 
 // Faults, a line each, empty for none: why the machine can't be used, and why a call since has failed.
 std::string FindFault(bool forWriting);

@@ -1,5 +1,6 @@
 #include "platform.h"
 
+#include "change_report.h"
 #include "terminal/terminal_user.h"
 #include "win32/linux/public/front_end.h"
 #include "win32/linux/public/machine.h"
@@ -31,10 +32,21 @@ struct MachineCall::Held {
   machine::Transaction transaction;
 };
 
-MachineCall::MachineCall(bool writes)
-    : held(new Held{machine::Transaction(writes ? machine::Purpose::Change : machine::Purpose::Look)}) {}
+MachineCall::MachineCall(Purpose purpose)
+    : held(new Held{machine::Transaction(purpose == Purpose::Change     ? machine::Purpose::Change
+                                         : purpose == Purpose::Rehearse ? machine::Purpose::Rehearse
+                                                                        : machine::Purpose::Look)}) {}
 MachineCall::~MachineCall() = default;
 bool MachineCall::Commit() { return held->transaction.Commit(); }
+
+std::string MachineCall::Report(const std::string &answer, bool asJson) const {
+  return ChangeReport(machine::PendingChanges(), answer, machine::TakeNotice(), asJson);
+}
+
+Undone UndoLastChange() {
+  machine::Undone undone = machine::UndoLastChange();
+  return {std::move(undone.refusal), std::move(undone.restored)};
+}
 
 std::string FindFault(bool forWriting) { return machine::FindFault(forWriting); }
 

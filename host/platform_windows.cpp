@@ -19,9 +19,13 @@ std::string MakeMachine() { return {}; }
 
 struct MachineCall::Held {};
 
-MachineCall::MachineCall(bool) {}
+MachineCall::MachineCall(Purpose) {}
 MachineCall::~MachineCall() = default;
 bool MachineCall::Commit() { return true; }
+
+// Dry runs and `undo` are offered only where there are machine folders.
+std::string MachineCall::Report(const std::string &, bool) const { return {}; }
+Undone UndoLastChange() { return {}; }
 
 std::string FindFault(bool) { return {}; }
 

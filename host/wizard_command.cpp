@@ -60,7 +60,7 @@ int RunOnScreen(const Wizard &wizard, const Handed &handed) {
   return stayed && result == 1 ? 0 : 1;
 }
 
-void AddWizard(CLI::App &group, const Wizard &wizard, Action &action, bool &waits) {
+void AddWizard(CLI::App &group, const Wizard &wizard, Action &action, bool &writesInSteps) {
   CLI::App *const command = group.add_subcommand(wizard.name, wizard.help);
   const auto handed = std::make_shared<Handed>();
   const auto file = std::make_shared<std::string>();
@@ -70,9 +70,9 @@ void AddWizard(CLI::App &group, const Wizard &wizard, Action &action, bool &wait
     AddTextOption(*command, "--ids", handed->ids,
                   "all of the subscriber's IDs, with commas between them; the one to start with if left out");
   command->add_option("--script", *file, "what the user does, a step a line, in place of a user")->type_name("FILE");
-  command->callback([&wizard, &action, &waits, handed, file] {
+  command->callback([&wizard, &action, &writesInSteps, handed, file] {
     handed->ids = handed->ids.empty() ? handed->id + '\0' : IdList(handed->ids);
-    waits = true;
+    writesInSteps = true;
     if (!file->empty()) {
       const auto script = std::make_shared<WizardScript>(ReadWizardScript(*file));
       action = [&wizard, handed, script] { return RunScript(wizard, *handed, *script); };
@@ -86,9 +86,9 @@ void AddWizard(CLI::App &group, const Wizard &wizard, Action &action, bool &wait
 
 } // namespace
 
-void AddWizardCommand(CLI::App &app, Action &action, bool &waits) {
+void AddWizardCommand(CLI::App &app, Action &action, bool &writesInSteps) {
   CLI::App *const group = app.add_subcommand("wizard", "Runs a wizard");
   group->require_subcommand(1);
   for (const Wizard &wizard : Wizards)
-    AddWizard(*group, wizard, action, waits);
+    AddWizard(*group, wizard, action, writesInSteps);
 }

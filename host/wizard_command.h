@@ -3,5 +3,6 @@
 
 #include "options.h"
 
-// Adds the command. The chosen wizard goes to `action`; `waits` is set, since it waits for a user.
-void AddWizardCommand(CLI::App &app, Action &action, bool &waits);
+// Adds the command. The chosen wizard goes to `action`; `writesInSteps` is set, since
+// it waits for its user between them.
+void AddWizardCommand(CLI::App &app, Action &action, bool &writesInSteps);

@@ -69,6 +69,45 @@ for command in status 'signup signup.txt' completed; do
 done
 acctkit status 2>/dev/null | grep -E '^External mailer +\? +no$' >/dev/null || fail "status knows of a plug-in that it can't ask"
 
+# A dry run has the command's exit status, tells what would change, and leaves the machine as it is, byte for byte. An undo
+# takes the command back. What a plug-in does is in neither.
+same() { # WHAT [EXCLUDED...]
+  diff -r "${@:2}" "$work/before" "$work/machine" >"$work/difference" || fail "$1: $(<"$work/difference")"
+}
+rehearsed() { # STATUS LINE COMMAND...
+  local expected=$1 line=$2 status=0 dry=0
+  rm -rf "$work/before" && cp -a "$work/machine" "$work/before"
+  acctkit --dry-run ${json-} "${@:3}" >"$work/told" || dry=$?
+  grep -F -e "$line" "$work/told" >/dev/null || fail "the dry run of ${*:3}: $(<"$work/told")"
+  ! grep -iE 'password.*(true|[0-9])' "$work/told" >/dev/null || fail "the dry run of ${*:3} shows what a password has"
+  same "the dry run of ${*:3}"
+  acctkit "${@:3}" >/dev/null || status=$?
+  [[ $dry -eq $expected && $status -eq ${real:-$expected} ]] || fail "${*:3}: $status, dry $dry"
+  [[ $line == 'nothing would change' ]] || acctkit undo >"$work/told" || fail "undo of ${*:3}: $(<"$work/told")"
+  same "the undo of ${*:3}" --exclude=.acctkit --exclude=settings.txt
+}
+new_machine --with oe5,communicator,netscape6
+rehearsed 1 '+ POP3 User Name = "ABC01234"' signup "$samples/signup.txt"
+rehearsed 0 '+ 8: user_pref("mail.remember_password", (not shown));' mail set --client communicator --kerm --user u \
+  --name n --smtp s --pop p --address a@b
+json=--json rehearsed 0 '"name": "NNTP Server",' news set --client oe --user u --name n --title t --address a@b --host h \
+  --server-name s
+rehearsed 0 '- 4: user_pref("browser.startup.homepage", "http://old.example/");' start-page --client communicator \
+  --profile home http://new.example/
+rehearsed 0 '- Connection Type = 2' outlook-disable
+rehearsed 1 'nothing would change' completed
+rm -rf "$work/machine" && mkdir -p "$work/machine/drive_c/windows"
+rehearsed 0 '+ ProgramName = "sample_mailer.dll"' machine new --with mailer
+new_machine
+real=0 rehearsed 1 'not loaded in a dry run, but the command would ask it' signup "$samples/signup.txt"
+judged 1 1 'there is no change to take' acctkit undo
+acctkit outlook-disable >/dev/null
+echo '# of another program' >>"$work/machine/user.reg"
+judged 1 1 user.reg: acctkit undo
+for command in '--dry-run accounts' '--dry-run undo' '--json outlook-disable'; do
+  judged 1 2 acctkit: acctkit $command
+done
+
 # A command whose data the disk didn't take doesn't report success.
 if said=$(trap '' XFSZ; ulimit -f 0; acctkit signup "$samples/signup.txt" 2>&1); then fail "a full disk: $said"; fi
 [[ $said == *'File too large' && $said != *done* ]] || fail "a full disk: $said"

@@ -26,13 +26,12 @@ HMODULE LoadLibraryA(const char *path) {
   const machine::DiskPath found = machine::FindOnDisk(dotted ? path : (std::string(path) + ".dll").c_str());
   if (!found.exists)
     return nullptr;
-  if (machine::IsRehearsal()) {
-    machine::RecordNotice(found.path.string() + ": this would be asked");
-    return nullptr;
-  }
-  void *const library = dlopen(found.path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  const bool rehearses = machine::IsRehearsal();
+  void *const library = rehearses ? nullptr : dlopen(found.path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr && IsWindowsProgram(found.path))
     machine::RecordNotice(found.path.string() + ": a Windows library, which can't be loaded here");
+  else if (rehearses)
+    machine::RecordNotice(found.path.string() + ": not loaded in a dry run, but the command would ask it");
   return library;
 }
 

@@ -166,6 +166,8 @@ Transaction::~Transaction() {
 std::vector<FileChange> PendingChanges() {
   const ThreadGuard threads;
   std::vector<FileChange> pending;
+  if (running.failed)
+    return pending;
   for (const StagedFolder &folder : running.staged.Folders())
     pending.push_back({folder.path + '\\', std::nullopt, std::nullopt});
   for (Change &change : Changes(CurrentHives())) {
