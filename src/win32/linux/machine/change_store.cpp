@@ -15,7 +15,6 @@
 #include <charconv>
 #include <cstring>
 #include <fcntl.h>
-#include <ranges>
 #include <set>
 #include <sys/random.h>
 #include <unistd.h>
@@ -88,8 +87,8 @@ std::vector<fs::path> Targets(const ChangeList &list) {
 
 // Removes folders that were made for nothing, the last one first.
 void RemoveFolders(const std::vector<fs::path> &folders) {
-  for (const fs::path &folder : std::views::reverse(folders))
-    sys::RemoveFolder(folder.c_str());
+  for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder)
+    sys::RemoveFolder(folder->c_str());
 }
 
 std::string RandomToken() {
@@ -301,11 +300,12 @@ void ChangeStore::Finish(const ChangeList &list) {
 
 // ---- Recovery ----
 
-bool ChangeStore::NeedsRecovery() const { return Exists(commit) || Exists(staging); }
+bool ChangeStore::HasBrokenOff() const { return Exists(commit); }
 
 std::string ChangeStore::Recover() {
-  RemoveFolderOfFiles(staging);
-  if (!Exists(commit))
+  if (Exists(staging))
+    RemoveFolderOfFiles(staging);
+  if (!HasBrokenOff())
     return {};
   if (std::string fault = ServerFault(machineFolder); !fault.empty())
     return fault;
@@ -394,9 +394,9 @@ Undone ChangeStore::Undo() {
   if (!CommitList(changes, back))
     return refusal(TakeFault());
   RemoveFolderOfFiles(last);
-  for (const std::string &folder : std::views::reverse(list.folders))
-    if (const fs::path target = TargetOf(folder); sys::RemoveFolder(target.c_str()) == 0)
-      undone.restored.push_back(folder + '\\');
+  for (auto folder = list.folders.rbegin(); folder != list.folders.rend(); ++folder)
+    if (const fs::path target = TargetOf(*folder); sys::RemoveFolder(target.c_str()) == 0)
+      undone.restored.push_back(*folder + '\\');
   return undone;
 }
 

@@ -38,8 +38,8 @@ class ChangeStore {
 public:
   explicit ChangeStore(const std::filesystem::path &machineFolder);
 
-  // Whether a change was broken off that hasn't been finished or taken back.
-  bool NeedsRecovery() const;
+  // Whether a change was broken off that is to be finished.
+  bool HasBrokenOff() const;
   // Finishes it if each file is as it was before or as it is to be, else leaves all as it is; a notice says which. The
   // fault if the machine can't be written before that has been done.
   std::string Recover();

@@ -145,6 +145,8 @@ std::string FindFault(bool forWriting) {
   const std::filesystem::path folder = Folder();
   if (std::string fault = FolderFault(folder); !fault.empty())
     return fault;
+  if (forWriting && !WriteRefusal().empty())
+    return WriteRefusal();
   const Hives &hives = CurrentHives();
   for (HiveFile *hive : {hives.localMachine.get(), hives.currentUser.get()}) {
     if (hive->Refresh() != ERROR_SUCCESS) {

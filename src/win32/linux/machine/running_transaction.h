@@ -39,6 +39,8 @@ uint64_t TransactionNumber();
 
 bool IsRehearsal();
 
+// Why the running transaction can't write, empty if it can.
+const std::string &WriteRefusal();
 // Whether the running transaction may write; else it is lost, and the fault is recorded.
 bool MayWrite();
 

@@ -49,10 +49,12 @@ bool Writes(Purpose purpose) { return purpose == Purpose::Change || purpose == P
 // A broken-off change is finished by whoever may write; others see what there is.
 std::string Recover() {
   ChangeStore store(running.folder);
-  if (!store.NeedsRecovery())
-    return {};
   if (Writes(running.purpose))
     return store.Recover();
+  if (!store.HasBrokenOff())
+    return {};
+  if (running.purpose == Purpose::Rehearse)
+    return running.folder.string() + ": a change was broken off, which the next command finishes or drops";
   MachineLock alone;
   running.lock.Release();
   if (alone.TakeAlone(running.folder).empty())
@@ -129,6 +131,7 @@ bool Finish(bool commits) {
     if (hive->IsEdited())
       hive->Drop();
   running.staged = StagedFiles();
+  running.refusal.clear();
   running.lock.Release();
   running.number = 0;
   return done;
@@ -213,6 +216,8 @@ TransactionPause::~TransactionPause() {
   Begin(purpose);
   running.depth = depth;
 }
+
+const std::string &WriteRefusal() { return running.refusal; }
 
 uint64_t TransactionNumber() { return running.number; }
 
