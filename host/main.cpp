@@ -60,8 +60,11 @@ void AddMachineCommand(CLI::App &app, Chosen &chosen) {
     chosen.action = [clients]() -> Outcome {
       if (const std::string fault = platform::MakeMachine(); !fault.empty())
         return Fail(fault);
-      const platform::MachineLock lock; // only now is there a folder to lock
-      if (const std::string fault = InstallSamples(*clients); !fault.empty())
+      platform::MachineCall call(true); // only now is there a folder
+      std::string fault = InstallSamples(*clients);
+      if (fault.empty() && !call.Commit())
+        fault = platform::MachineName() + ": the samples can't be written";
+      if (!fault.empty())
         return Fail(fault);
       const std::string where = platform::HasMachineFolders() ? " in " + platform::MachineName() : "";
       return {0, "made a sample machine" + where + '\n'};
@@ -149,24 +152,21 @@ void AddBrowserCommands(CLI::App &app, Chosen &chosen) {
       });
 }
 
-// Acts with the machine held, if the command needs that.
-Outcome Act(const Chosen &chosen) {
-  std::optional<platform::MachineLock> lock;
-  if (chosen.writes)
-    lock.emplace();
-  return chosen.action();
-}
-
-// Runs the command, and says how it ended, or which fault of the machine kept it from that.
+// Runs the command as one change of the machine, or as one look at it, and says how it ended, or which fault of the
+// machine kept it from that. Commands that make the machine, or wait for a user, say themselves what is one change.
 int Run(const Chosen &chosen) {
+  std::optional<platform::MachineCall> call;
+  if (!chosen.makesMachine && !chosen.waits)
+    call.emplace(chosen.writes);
   if (!chosen.makesMachine)
     if (const std::string fault = platform::FindFault(chosen.writes || chosen.waits); !fault.empty())
       return Fail(fault);
-  const Outcome outcome = Act(chosen);
+  const Outcome outcome = chosen.action();
+  const bool kept = !call || call->Commit();
   if (const std::string notice = platform::TakeNotice(); !notice.empty())
     std::cerr << "acctkit: " << notice << '\n';
-  if (const std::string fault = platform::TakeFault(); !fault.empty())
-    return Fail(fault);
+  if (const std::string fault = platform::TakeFault(); !fault.empty() || !kept)
+    return Fail(fault.empty() ? "the machine can't be written" : fault);
   std::cout << outcome.text;
   return std::cout.flush() ? outcome.status : Fail("the output can't be written");
 }

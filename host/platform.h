@@ -20,11 +20,14 @@ std::string MachineName();
 // fault, empty for none.
 std::string MakeMachine();
 
-// Keeps every other process from writing to the machine during a command that reads, decides and writes.
-class MachineLock {
+// A command as one change of the machine, or as looks that see one state of it; where there are no machine folders,
+// nothing.
+class MachineCall {
 public:
-  MachineLock();
-  ~MachineLock();
+  explicit MachineCall(bool writes);
+  ~MachineCall();
+  // False if something was written and couldn't be put on disk; TakeFault has the reason.
+  bool Commit();
 
 private:
   struct Held;

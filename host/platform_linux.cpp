@@ -3,6 +3,7 @@
 #include "terminal/terminal_user.h"
 #include "win32/linux/public/front_end.h"
 #include "win32/linux/public/machine.h"
+#include "win32/linux/public/transaction.h"
 
 #include <cstdlib>
 #include <thread>
@@ -26,12 +27,14 @@ std::string MakeMachine() {
   return error ? folder.string() + ": " + error.message() : machine::FindFault(true);
 }
 
-struct MachineLock::Held {
-  machine::Lock lock;
+struct MachineCall::Held {
+  machine::Transaction transaction;
 };
 
-MachineLock::MachineLock() : held(std::make_unique<Held>()) {}
-MachineLock::~MachineLock() = default;
+MachineCall::MachineCall(bool writes)
+    : held(new Held{machine::Transaction(writes ? machine::Purpose::Change : machine::Purpose::Look)}) {}
+MachineCall::~MachineCall() = default;
+bool MachineCall::Commit() { return held->transaction.Commit(); }
 
 std::string FindFault(bool forWriting) { return machine::FindFault(forWriting); }
 

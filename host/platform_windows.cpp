@@ -17,10 +17,11 @@ std::string MachineName() { return "this machine"; }
 
 std::string MakeMachine() { return {}; }
 
-struct MachineLock::Held {};
+struct MachineCall::Held {};
 
-MachineLock::MachineLock() = default;
-MachineLock::~MachineLock() = default;
+MachineCall::MachineCall(bool) {}
+MachineCall::~MachineCall() = default;
+bool MachineCall::Commit() { return true; }
 
 std::string FindFault(bool) { return {}; }
 

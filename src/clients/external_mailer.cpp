@@ -52,9 +52,12 @@ int32_t ExternalMailer::LoadMailerLibrary() {
   if (!ReadStringValue(HKEY_LOCAL_MACHINE, external_mailer::PluginKey, external_mailer::FolderValue, folder) ||
       !ReadStringValue(HKEY_LOCAL_MACHINE, external_mailer::PluginKey, external_mailer::FileValue, file))
     return 0;
+  pause.emplace();
   module = LoadLibraryA(Below(folder, file).c_str());
-  if (module == nullptr)
+  if (module == nullptr) {
+    pause.reset();
     return 0;
+  }
   getMailerInfo = Resolve<GetMailerInfoEntry>(module, "GetMailerInfo");
   setMailEnvironment = Resolve<SetMailEnvironmentEntry>(module, "SetMailEnvironment");
   setCompleteFlag = Resolve<SetCompleteFlagEntry>(module, "SetCompleteFlag");
@@ -65,6 +68,7 @@ int32_t ExternalMailer::FreeMailerLibrary() {
   if (module == nullptr)
     return 0;
   FreeLibrary(module);
+  pause.reset();
   module = nullptr;
   getMailerInfo = nullptr;
   setMailEnvironment = nullptr;

@@ -50,6 +50,7 @@ private:
   std::optional<MailerInfo> ReadMailerInfo();
 
   HMODULE module = nullptr;
+  std::optional<PlatformCall::Pause> pause; // while foreign code is loaded, which may use the exports itself
   GetMailerInfoEntry getMailerInfo = nullptr;
   SetMailEnvironmentEntry setMailEnvironment = nullptr;
   SetCompleteFlagEntry setCompleteFlag = nullptr;

@@ -20,7 +20,7 @@ constexpr const InstalledProgram *Programs[] = {&outlook_express::Program, &comm
 // Calls the operation with the adapter of the client index; 0 for any other index.
 template <typename Adapter0, typename Adapter1, typename Operation>
 int32_t WithClient(int32_t client, Operation operation) {
-  return Guarded([&]() -> int32_t {
+  return AsOneCall([&]() -> int32_t {
     switch (client) {
     case 0: {
       Adapter0 adapter;

@@ -36,7 +36,7 @@ template <typename Operation> int32_t WithChosenServer(const char *const *values
   const auto number = static_cast<int32_t>(reinterpret_cast<intptr_t>(values[3]));
   if (number != 1 && number != 2)
     return 0;
-  return Guarded([&] {
+  return AsOneCall([&] {
     const NewsServer &server = NewsServers[number - 1];
     const std::string title = ServiceTitle(values[0]);
     return operation(SpecArray{values[0], values[1], title.c_str(), "", server.host, server.name, values[2],
@@ -47,14 +47,14 @@ template <typename Operation> int32_t WithChosenServer(const char *const *values
 } // namespace
 
 int32_t IsExistZuvioMailAccount(int32_t client, const char *const *values, char *key, char *message) {
-  return Guarded([=] {
+  return AsOneCall([=] {
     const std::string title = ServiceTitle(values[0]);
     return IsExistMailAccount(client, ZuvioMailSpec(values, title).data(), key, message);
   });
 }
 
 int32_t SetupZuvioMailAccount(int32_t client, const char *const *values, const char *key) {
-  return Guarded([=] {
+  return AsOneCall([=] {
     const std::string title = ServiceTitle(values[0]);
     return SetupMailAccount(client, ZuvioMailSpec(values, title).data(), key);
   });

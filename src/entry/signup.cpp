@@ -92,15 +92,17 @@ int32_t HandToPlugin(const SignupRecord &record) {
 } // namespace
 
 int32_t SetupAfterSignup(const SignupRecord *record) {
-  return Guarded([=] {
+  // The plug-in is asked also if nothing could be written.
+  AsOneCall([=] {
     if (record->serviceKind == 0 || record->serviceKind == 1)
       SetupClients(*record);
-    return HandToPlugin(*record);
+    return 1;
   });
+  return Guarded([=] { return HandToPlugin(*record); });
 }
 
 int32_t SetupCompleted(void) {
-  return Guarded([]() -> int32_t {
+  return AsOneCall([]() -> int32_t {
     ExternalMailer mailer;
     if (mailer.LoadMailerLibrary() != 1)
       return 0;

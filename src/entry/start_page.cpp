@@ -36,7 +36,7 @@ bool UsesServiceConnection(const char *account) {
 } // namespace
 
 int32_t SetBrowserStartPage(int32_t client, const char *profile, const char *url) {
-  return Guarded([=]() -> int32_t {
+  return AsOneCall([=]() -> int32_t {
     switch (client) {
     case 0:
       return WriteStringValue(HKEY_CURRENT_USER, outlook_express::BrowserKey, outlook_express::StartPageValue, url);
@@ -49,7 +49,7 @@ int32_t SetBrowserStartPage(int32_t client, const char *profile, const char *url
 }
 
 int32_t OutlookDisable(void) {
-  return Guarded([]() -> int32_t {
+  return AsOneCall([]() -> int32_t {
     std::vector<std::string> accounts;
     CollectSubkeys(HKEY_CURRENT_USER, outlook_express::AccountsKey, accounts);
     int32_t major = 0;

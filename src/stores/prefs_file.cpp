@@ -78,6 +78,8 @@ void LoadPrefsText(const char *path, PrefsText &prefs) {
   prefs.read = file && ReadFile(file.Get(), prefs.text, sizeof prefs.text, &size, nullptr);
   prefs.length = prefs.read ? strnlen(prefs.text, std::min<size_t>(size, PrefsCapacity)) : 0;
   prefs.whole = prefs.read && prefs.length == size;
+  if (prefs.read && !prefs.whole)
+    PlatformCall::Report(path, "too long, or with a zero byte in it");
   std::memset(prefs.text + prefs.length, 0, sizeof prefs.text - prefs.length);
   if (prefs.length > 0 && prefs.text[prefs.length - 1] != '\n')
     AppendPrefLine(prefs, "\n");

@@ -142,6 +142,8 @@ int32_t ProfileRegistry::Open(const std::string &path) {
   } catch (const std::exception &) { // out of memory
     recordCount = 0;
   }
+  if (file && recordCount == 0)
+    PlatformCall::Report(path.c_str(), "damaged, or too large");
   if (recordCount == 0)
     image.clear();
   filePath = path;

@@ -3,6 +3,9 @@
 // src/win32/linux implements them on a machine folder. A sentence with "here" holds for this layer alone, and the
 // product must not rely on it. A port of AcctKit to another platform needs this file and win32_ui.h, and nothing else.
 //
+// One thing here isn't of the Win32 API: PlatformCall, the mark of where a call of the product begins and ends, which
+// is empty on Windows.
+//
 // What holds for all calls:
 // - Texts are terminated and code page 932, except those of WCHAR. Pointers must not be null unless the call allows it.
 // - A call may come from any thread. What a handle stands for belongs to one thread at a time.
@@ -24,10 +27,19 @@
 #undef _M1
 #undef _M2
 
+struct PlatformCall {
+  struct Pause {
+    Pause() {} // so that one that is only there to be there doesn't count as unused
+  };
+  bool Commit() { return true; }
+  static void Report(const char *, const char *) {}
+};
+
 #else
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 // ---- Types ----
 
@@ -57,13 +69,49 @@ constexpr BOOL FALSE = 0;
 constexpr BOOL TRUE = 1;
 constexpr int MAX_PATH = 260;
 
+// ---- Where a call of the product begins and ends ----
+
+namespace machine {
+class Transaction;
+class TransactionPause;
+} // namespace machine
+
+// What is called of the platform while one lives is one change of the machine: others see all of it or nothing, also
+// after a kill or a power cut, and nobody else writes meanwhile. Calls nest, and the outermost counts.
+class PlatformCall {
+public:
+  PlatformCall();
+  // Takes back what was written, unless Commit was called.
+  ~PlatformCall();
+  // Ends the call. False if something was written and couldn't be put on disk: then nothing of it is there.
+  bool Commit();
+
+  // Ends the calls of this thread for as long as it lives: code of others runs, which may take long, or call the
+  // product itself. What was written is put on disk before. Windows that wait for the user do that by themselves.
+  class Pause {
+  public:
+    Pause();
+    ~Pause();
+
+  private:
+    std::unique_ptr<machine::TransactionPause> pause;
+  };
+
+  // Says that a client's file stays as it is though it was to be written, in English, for a user who asks.
+  static void Report(const char *path, const char *reason);
+
+private:
+  std::unique_ptr<machine::Transaction> transaction;
+};
+
 // ---- Registry ----
 // Keys below the two roots, as a 32-bit process has them, which is what ships. Names of keys and values match without
 // regard to case and keep the case first written. A path is names with backslashes between them; an empty or null one
 // is the key itself. Every key that is opened or made is closed again.
 //
 // The calls return one of these codes, or another one where no caller needs to tell the reasons apart. Here, a change
-// is in the hive's file when the call returns with ERROR_SUCCESS; Windows writes it out later.
+// is on disk when the call returns with ERROR_SUCCESS, or else at the end of the PlatformCall around it; Windows writes
+// it out later.
 
 constexpr LSTATUS ERROR_SUCCESS = 0;
 constexpr LSTATUS ERROR_FILE_NOT_FOUND = 2; // no such key or value
@@ -149,16 +197,16 @@ struct WIN32_FIND_DATAA {
 
 // Opens a file, or makes it, in a folder that is there; INVALID_HANDLE_VALUE if it can't be had. Share mode 0 keeps
 // every other open of the file out until CloseHandle, so that two programs don't mix their changes to one file; it
-// fails while somebody else has the file open. Here, what is written to a file opened with CREATE_ALWAYS takes the old
-// file's place at CloseHandle, whole or not at all; Windows cuts the old file at once, and a write that fails leaves
-// what it had written.
+// fails while somebody else has the file open. Here, what is written takes the old file's place at CloseHandle, whole
+// or not at all, or else at the end of the PlatformCall around it; Windows changes the old file at once, and a write
+// that fails leaves what it had written.
 HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *, DWORD disposition, DWORD, HANDLE);
 // Continues where the call before ended. At the end of the file, TRUE and fewer bytes than asked for.
 BOOL ReadFile(HANDLE file, void *buffer, DWORD size, DWORD *read, void *);
 // The low half of the size in bytes; INVALID_FILE_SIZE for no open file. `high` may be null.
 DWORD GetFileSize(HANDLE file, DWORD *high);
 BOOL WriteFile(HANDLE file, const void *data, DWORD size, DWORD *written, void *);
-// Here, FALSE if what was written to a CREATE_ALWAYS file couldn't be put in place; the old file then stands as it was.
+// Here, FALSE if what was written couldn't be put in place; the old file then stands as it was.
 BOOL CloseHandle(HANDLE file);
 // Finds the file or folder that a path names; the last part may have the wildcards * and ?, and the first that matches
 // counts. The search is ended by FindClose. INVALID_HANDLE_VALUE if nothing is found; GetLastError tells then whether

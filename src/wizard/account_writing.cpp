@@ -60,11 +60,12 @@ const UserQuestions OriginalDomainUser = {SecondQuestion, true};
 bool WriteMailAccount(MailClient *client, const MailAccountSpec &spec, const UserQuestions &user) {
   if (client == nullptr) // every client has been removed since the search
     return TellResult(false, 0);
+  PlatformCall call; // which the questions interrupt
   std::string key;
   if (!MayWrite(*client, spec, key, user))
     return false;
   const bool written = client->SetupAccount(spec, key) != 0;
-  return TellResult(written, client->GetClientType());
+  return TellResult(call.Commit() && written, client->GetClientType());
 }
 
 // ---- News ----
@@ -118,9 +119,10 @@ bool SetUp(NewsClient &client, const std::vector<NewsAccountSpec> &accounts) {
 bool WriteNewsAccounts(NewsClient *client, const NewsAccountSpec &spec) {
   if (client == nullptr) // every client has been removed since the search
     return TellResult(false, 0);
+  PlatformCall call; // which the question interrupts
   const std::vector<NewsAccountSpec> accounts = WantedServers(spec);
   if (!MayOverwrite(FindExisting(*client, accounts)))
     return false;
   const bool written = SetUp(*client, accounts);
-  return TellResult(written, client->GetClientType());
+  return TellResult(call.Commit() && written, client->GetClientType());
 }

@@ -12,14 +12,16 @@ namespace {
 bool Holds(const std::string &map, const std::string &text) { return map.find(text) != std::string::npos; }
 
 // The map's text; nothing if it can't be opened, is too large, or isn't a text.
-std::optional<std::string> ReadMap(const FileHandle &file) {
+std::optional<std::string> ReadMap(const std::string &path, const FileHandle &file) {
   std::string map(NewsMap::Capacity + 1, '\0');
   DWORD read = 0;
-  if (!file || !ReadFile(file.Get(), map.data(), static_cast<DWORD>(map.size()), &read, nullptr) ||
-      read > NewsMap::Capacity)
+  if (!file || !ReadFile(file.Get(), map.data(), static_cast<DWORD>(map.size()), &read, nullptr))
     return std::nullopt;
   map.resize(read);
-  return Holds(map, std::string(1, '\0')) ? std::nullopt : std::optional(map);
+  if (read <= NewsMap::Capacity && !Holds(map, std::string(1, '\0')))
+    return map;
+  PlatformCall::Report(path.c_str(), "too long, or with a zero byte in it");
+  return std::nullopt;
 }
 
 } // namespace
@@ -50,14 +52,14 @@ bool NewsMap::CanEnter(const std::string &host) const {
   const FileHandle file = OpenFileAlone(path.c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
   if (!file)
     return true;
-  const std::optional<std::string> map = ReadMap(file);
+  const std::optional<std::string> map = ReadMap(path, file);
   return map && (Holds(*map, host) || WithServer(*map, host).size() <= Capacity);
 }
 
 void NewsMap::Enter(const std::string &host) const {
   CreateDirectoryA(folder.c_str(), nullptr);
   const std::optional<std::string> map =
-      ReadMap(OpenFileAlone(path.c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
+      ReadMap(path, OpenFileAlone(path.c_str(), GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
   if (!map || Holds(*map, host))
     return;
   if (WriteWholeFile(path.c_str(), GENERIC_WRITE, WithServer(*map, host)))

@@ -1,18 +1,19 @@
-// When the content is read again, and how an edit gets to the disk.
+// When the content is read again, and how edits become a change of the file.
 #include "win32/linux/machine/hive_file.h"
 
-#include "win32/linux/machine/descriptor.h"
+#include "win32/linux/machine/disk_file.h"
 #include "win32/linux/machine/machine_folder.h"
-#include "win32/linux/machine/replacement.h"
-#include "win32/linux/machine/system_calls.h"
-#include "win32/linux/public/machine.h"
+#include "win32/linux/machine/running_transaction.h"
 
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace machine {
+
+std::filesystem::path HivePlace(const std::filesystem::path &file) {
+  std::error_code error;
+  return std::filesystem::is_symlink(file, error) ? std::filesystem::canonical(file, error) : file;
+}
 
 HiveFile::HiveFile(std::filesystem::path path, std::string_view rootName)
     : file(std::move(path)), root(rootName), hive(std::make_unique<Hive>()) {}
@@ -21,23 +22,42 @@ HiveFile::Identity HiveFile::IdentityOf(const struct stat &status) {
   return {status.st_dev, status.st_ino, status.st_mode, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
+void HiveFile::SetRead(Descriptor opened, const struct stat &itsStatus) {
+  read = std::move(opened);
+  status = itsStatus;
+  identity = IdentityOf(status);
+}
+
 LSTATUS HiveFile::NotUsable(const std::string &why) {
   fault = file.string() + ": " + why;
-  RecordFault(fault);
+  FailTransaction(fault);
   return ERROR_BADDB;
 }
 
+// ---- Reading ----
+
+bool HiveFile::IsLooked() {
+  const uint64_t now = TransactionNumber();
+  return now != 0 && std::exchange(looked, now) == now;
+}
+
 LSTATUS HiveFile::Refresh() {
-  struct stat status;
-  const Identity now = stat(file.c_str(), &status) == 0 ? IdentityOf(status) : Identity();
-  if (now == identity && generation != 0 && now != Identity())
+  if (IsLooked())
     return state;
-  return state = Load();
+  struct stat named;
+  const Identity now = stat(file.c_str(), &named) == 0 ? IdentityOf(named) : Identity();
+  if (now != identity || generation == 0 || now == Identity())
+    state = Load();
+  else if (state != ERROR_SUCCESS)
+    FailTransaction(fault);
+  return state;
 }
 
 LSTATUS HiveFile::RefreshOpened() {
-  struct stat status;
-  if (read && fstat(read.Get(), &status) == 0 && status.st_nlink > 0 && IdentityOf(status) == identity)
+  if (TransactionNumber() != 0)
+    return Refresh();
+  struct stat opened;
+  if (read && fstat(read.Get(), &opened) == 0 && opened.st_nlink > 0 && IdentityOf(opened) == identity)
     return state;
   return Refresh();
 }
@@ -48,6 +68,7 @@ LSTATUS HiveFile::Load() {
   identity = Identity();
   fault.clear();
   read = Descriptor();
+  edited = false;
   std::string text;
   if (const LSTATUS result = ReadText(text); result != ERROR_SUCCESS)
     return result;
@@ -59,19 +80,16 @@ LSTATUS HiveFile::Load() {
 }
 
 LSTATUS HiveFile::ReadText(std::string &text) {
-  Descriptor opened(sys::Open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (!opened && errno == ENOENT)
+  const std::filesystem::path place = HivePlace(file);
+  if (place.empty())
+    return NotUsable("this link leads nowhere");
+  DiskFile found = ReadDiskFile(place);
+  if (found.error == ENOENT)
     return MakeText(text);
-  if (!opened)
-    return NotUsable(std::strerror(errno));
-  struct stat status;
-  if (fstat(opened.Get(), &status) != 0 || !S_ISREG(status.st_mode))
-    return NotUsable("no file");
-  text.resize(static_cast<size_t>(status.st_size) + 1);
-  if (!ReadAll(opened.Get(), text))
-    return NotUsable(std::strerror(errno));
-  identity = IdentityOf(status);
-  read = std::move(opened);
+  if (!found.Exists())
+    return NotUsable(found.error == EINVAL ? "no file" : std::strerror(found.error));
+  text = std::move(found.bytes);
+  SetRead(std::move(found.file), found.status);
   return ERROR_SUCCESS;
 }
 
@@ -85,6 +103,8 @@ LSTATUS HiveFile::MakeText(std::string &text) {
   return ERROR_SUCCESS;
 }
 
+// ---- Writing ----
+
 bool HiveFile::IsReadOnly() const { return read && !IsWritable(identity.mode); }
 
 std::string HiveFile::WriteFault() const {
@@ -92,38 +112,49 @@ std::string HiveFile::WriteFault() const {
 }
 
 LSTATUS HiveFile::Edit(const EditFunction &edit) {
-  const Lock lock;
   if (const LSTATUS result = Refresh(); result != ERROR_SUCCESS)
     return result;
-  if (const std::string found = WriteFault(); !found.empty()) {
-    RecordFault(found);
+  if (!MayWrite())
+    return ERROR_ACCESS_DENIED;
+  if (IsReadOnly()) {
+    RecordFault(WriteFault());
+    return ERROR_ACCESS_DENIED;
+  }
+  // A server has the registry in its memory, so what we read isn't what there is.
+  if (const std::string found = edited ? std::string() : ServerFault(file.parent_path()); !found.empty()) {
+    FailTransaction(found);
     return ERROR_ACCESS_DENIED;
   }
   bool changed = true;
-  LSTATUS result = edit(*hive, changed);
-  if (result == ERROR_SUCCESS && changed) {
-    result = Replace();
-    if (result != ERROR_SUCCESS) {
-      const std::string reason = fault;
-      state = Load();
-      fault = reason;
-    }
-  }
+  const LSTATUS result = edit(*hive, changed);
+  edited = edited || (result == ERROR_SUCCESS && changed);
   return result;
 }
 
-LSTATUS HiveFile::Replace() {
-  std::error_code ignored;
-  // A hive may stand elsewhere, behind a link that stays.
-  Replacement replacement(std::filesystem::is_symlink(file, ignored) ? std::filesystem::canonical(file, ignored)
-                                                                     : file);
-  struct stat status;
-  if (!replacement.File() || !WriteAll(replacement.File().Get(), hive->Text()) || !replacement.Commit() ||
-      fstat(replacement.File().Get(), &status) != 0)
-    return NotUsable(std::string("the registry can't be written: ") + std::strerror(errno));
-  identity = IdentityOf(status);
-  read = replacement.TakeFile();
-  return ERROR_SUCCESS;
+Change HiveFile::EditedFile() const {
+  Change change;
+  change.path = Name();
+  change.target = HivePlace(file);
+  if (read)
+    change.base = status;
+  change.after = hive->Text();
+  return change;
+}
+
+void HiveFile::Keep(Change &written) {
+  struct stat placed;
+  if (written.result == Change::Result::Refused)
+    return Drop();
+  edited = false;
+  if (written.result == Change::Result::Placed && fstat(written.file.Get(), &placed) == 0)
+    SetRead(std::move(written.file), placed);
+}
+
+void HiveFile::Drop() {
+  edited = false;
+  looked = 0;
+  identity = Identity();
+  read = Descriptor();
 }
 
 } // namespace machine

@@ -1,9 +1,11 @@
-// A hive on disk: loaded when it is asked for, loaded again when somebody else changed it, replaced whole by every
-// edit.
+// A hive on disk: loaded when it is asked for, and again when somebody else has changed it. What a transaction edits is
+// in the content alone until the transaction puts it on disk.
 #pragma once
 
+#include "win32/linux/machine/change_store.h"
 #include "win32/linux/machine/descriptor.h"
 #include "win32/linux/machine/hive.h"
+#include "win32/win32.h"
 
 #include <filesystem>
 #include <functional>
@@ -13,15 +15,18 @@
 
 namespace machine {
 
+// Where a hive stands, behind the links that may lead to it; empty if they lead nowhere.
+std::filesystem::path HivePlace(const std::filesystem::path &file);
+
 class HiveFile {
 public:
   static constexpr std::string_view LocalMachineRoot = "\\\\Machine";
   // `root` is the hive's name in its own heading, should the file have to be made: LocalMachineRoot, or the user's.
   HiveFile(std::filesystem::path file, std::string_view root);
 
-  // Makes sure that the content is that of the file; one look at the file's identity if it is. ERROR_BADDB for a
-  // file that is damaged, or can't be read, ERROR_FILE_NOT_FOUND for a machine folder that isn't there; `Fault` then
-  // says why.
+  // Makes sure that the content is that of the file; one look at the file's identity if it is, and within a transaction
+  // one look for all its calls. ERROR_BADDB for a file that is damaged, or can't be read, ERROR_FILE_NOT_FOUND for a
+  // machine folder that isn't there; `Fault` then says why, and a transaction can't write any more.
   LSTATUS Refresh();
   // The same in half the time, for a key that is open: looks at the file that was read, whatever its name is now, so
   // it doesn't notice a file that was only renamed.
@@ -33,17 +38,18 @@ public:
   // Changes with every load: keys of another generation are gone.
   uint64_t Generation() const { return generation; }
 
-  // Changes the hive and replaces its file, with the machine locked all the while:
-  //
-  //   file.Edit([&](Hive &hive, bool &) -> LSTATUS {
-  //     hive.WriteValue(*hive.Create(hive.Root(), u"Software\\Mine"), value);
-  //     return ERROR_SUCCESS;
-  //   });
-  //
-  // The edit gets the content as the file holds it at that moment. If it answers another code than ERROR_SUCCESS, or
-  // false by `changed`, nothing is written. Where the file can't be replaced, the content is again what the file holds.
+  // Changes the content, within a transaction. ERROR_ACCESS_DENIED if the file may not be written, with a fault; else
+  // what the edit answers, which has changed nothing if that isn't ERROR_SUCCESS, or if it says so by `changed`.
   using EditFunction = std::function<LSTATUS(Hive &hive, bool &changed)>;
   LSTATUS Edit(const EditFunction &edit);
+
+  bool IsEdited() const { return edited; }
+  std::string Name() const { return file.filename(); }
+  // The file as the edits make it.
+  Change EditedFile() const;
+  // The edits are on disk, or aren't and are lost.
+  void Keep(Change &written);
+  void Drop();
 
   // Whether the mode of the file that was read lets nobody write it.
   bool IsReadOnly() const;
@@ -64,19 +70,23 @@ private:
     bool operator==(const Identity &) const = default;
   };
   static Identity IdentityOf(const struct stat &status);
+  void SetRead(Descriptor opened, const struct stat &itsStatus);
 
+  bool IsLooked();
   LSTATUS Load();
   LSTATUS ReadText(std::string &text);
   LSTATUS MakeText(std::string &text); // for a machine that doesn't have this hive yet
-  LSTATUS Replace();
   LSTATUS NotUsable(const std::string &why);
 
   std::filesystem::path file;
   std::string_view root;
   std::unique_ptr<Hive> hive;
-  Descriptor read; // the file that the content is from
+  Descriptor read;         // the file that the content is from
+  struct stat status = {}; // of that file
   Identity identity;
   uint64_t generation = 0;
+  uint64_t looked = 0; // the transaction that has looked at the file
+  bool edited = false;
   LSTATUS state = ERROR_SUCCESS; // the result of the last load
   std::string fault;
 };

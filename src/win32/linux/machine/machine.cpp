@@ -1,11 +1,12 @@
-// The machine folder as a whole: which it is, faults and notices, a Wine server at work on it, the lock.
+// The machine folder as a whole: which it is, faults and notices, a Wine server at work on it.
 #include "win32/linux/public/machine.h"
 
 #include "win32/linux/machine/descriptor.h"
-#include "win32/linux/machine/hive_file.h"
+#include "win32/linux/machine/hives.h"
 #include "win32/linux/machine/machine_folder.h"
-
+#include "win32/linux/machine/running_transaction.h"
 #include "win32/linux/machine/system_calls.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -46,11 +47,6 @@ private:
 
 FirstLine faults;
 FirstLine notices;
-
-// The lock of this process, which its nested Lock objects share.
-std::recursive_mutex lockGuard;
-int lockDepth = 0;
-Descriptor lockedFolder;
 
 std::filesystem::path Environment(const char *name) {
   const char *const value = std::getenv(name);
@@ -145,58 +141,20 @@ std::string ServerFault(const std::filesystem::path &folder) {
 }
 
 std::string FindFault(bool forWriting) {
+  const ThreadGuard threads;
   const std::filesystem::path folder = Folder();
   if (std::string fault = FolderFault(folder); !fault.empty())
     return fault;
-  for (const char *name : {"system.reg", "user.reg"}) {
-    HiveFile hive(folder / name, "");
-    if (hive.Refresh() != ERROR_SUCCESS) {
+  const Hives &hives = CurrentHives();
+  for (HiveFile *hive : {hives.localMachine.get(), hives.currentUser.get()}) {
+    if (hive->Refresh() != ERROR_SUCCESS) {
       TakeFault(); // which is the result here
-      return hive.Fault();
+      return hive->Fault();
     }
-    if (std::string fault = forWriting ? hive.WriteFault() : std::string(); !fault.empty())
+    if (std::string fault = forWriting ? hive->WriteFault() : std::string(); !fault.empty())
       return fault;
   }
   return {};
-}
-
-namespace {
-
-void LockFolder() {
-  lockedFolder = Descriptor(sys::Open(Folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  while (lockedFolder && sys::Lock(lockedFolder.Get(), LOCK_EX) != 0 && errno == EINTR)
-    ;
-}
-
-} // namespace
-
-Lock::Lock() {
-  lockGuard.lock();
-  if (lockDepth++ == 0)
-    LockFolder();
-}
-
-Lock::~Lock() {
-  if (--lockDepth == 0)
-    lockedFolder = Descriptor();
-  lockGuard.unlock();
-}
-
-LockPause::LockPause() {
-  lockGuard.lock(); // so that the depth is this thread's
-  held = std::exchange(lockDepth, 0);
-  lockedFolder = Descriptor();
-  for (int unlocked = 0; unlocked <= held; ++unlocked)
-    lockGuard.unlock();
-}
-
-LockPause::~LockPause() {
-  for (int locked = 0; locked < held; ++locked)
-    lockGuard.lock();
-  if (held > 0) {
-    lockDepth = held;
-    LockFolder();
-  }
 }
 
 } // namespace machine

@@ -21,16 +21,4 @@ std::string FolderFault(const std::filesystem::path &folder);
 // write that over ours.
 std::string ServerFault(const std::filesystem::path &folder);
 
-// Releases the locks of this thread while it lives, so that other processes can write while a user thinks.
-class LockPause {
-public:
-  LockPause();
-  ~LockPause();
-  LockPause(const LockPause &) = delete;
-  LockPause &operator=(const LockPause &) = delete;
-
-private:
-  int held;
-};
-
 } // namespace machine

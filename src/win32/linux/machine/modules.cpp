@@ -3,6 +3,7 @@
 
 #include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/paths.h"
+#include "win32/linux/machine/running_transaction.h"
 
 #include <dlfcn.h>
 #include <fstream>
@@ -25,6 +26,10 @@ HMODULE LoadLibraryA(const char *path) {
   const machine::DiskPath found = machine::FindOnDisk(dotted ? path : (std::string(path) + ".dll").c_str());
   if (!found.exists)
     return nullptr;
+  if (machine::IsRehearsal()) {
+    machine::RecordNotice(found.path.string() + ": this would be asked");
+    return nullptr;
+  }
   void *const library = dlopen(found.path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr && IsWindowsProgram(found.path))
     machine::RecordNotice(found.path.string() + ": a Windows library, which can't be loaded here");

@@ -1,6 +1,7 @@
 // From a path of the calls down to the file on disk, name by name, without leaving the machine.
 #include "win32/linux/machine/paths.h"
 
+#include "win32/linux/machine/running_transaction.h"
 #include "win32/linux/public/machine.h"
 #include "win32/linux/text/code_page.h"
 #include "win32/linux/text/names.h"
@@ -24,9 +25,14 @@ struct CloseFolder {
 
 // Calls `take` with the name of each entry of a folder until it returns true. False for a folder that can't be listed.
 template <typename Take> bool ForEachEntry(const fs::path &folder, Take take) {
+  for (const std::string &name : Staged().NamesIn(folder))
+    if (take(name))
+      return true;
+  if (Staged().HasFolder(folder))
+    return true;
   const std::unique_ptr<DIR, CloseFolder> opened(opendir(folder.c_str()));
   while (const dirent *const entry = opened ? readdir(opened.get()) : nullptr)
-    if (take(static_cast<const char *>(entry->d_name)))
+    if (take(std::string(entry->d_name)))
       break;
   return opened != nullptr;
 }
@@ -35,6 +41,14 @@ DiskPath Look(const fs::path &path) {
   DiskPath found = {.path = path};
   found.exists = lstat(path.c_str(), &found.status) == 0;
   found.missing = !found.exists && (errno == ENOENT || errno == ENOTDIR);
+  if (const StagedFile *const staged = Staged().Find(path)) {
+    found.exists = true;
+    found.status.st_mode = S_IFREG | (staged->base ? staged->base->st_mode : 0666);
+    found.status.st_size = static_cast<off_t>(staged->content.size());
+  } else if (!found.exists && Staged().HasFolder(path)) {
+    found.exists = true;
+    found.status.st_mode = S_IFDIR | 0777;
+  }
   return found;
 }
 
@@ -50,7 +64,7 @@ DiskPath LookFor(const fs::path &folder, std::u16string_view name) {
     found = Look(folder / entry);
     return true;
   });
-  found.missing = found.missing && listed; // else it may be there in another case
+  found.missing = !found.exists && found.missing && listed; // else it may be there in another case
   return found;
 }
 
@@ -148,7 +162,19 @@ std::u16string WidePath(const char *path) {
   return wide;
 }
 
+std::string NameOnMachine(const char *path) {
+  const std::u16string absolute = Absolute(WidePath(path));
+  std::vector<std::u16string> names;
+  if (!HasDrive(absolute) || !SplitNames(std::u16string_view(absolute).substr(2), names))
+    return text::WideToUtf8(absolute);
+  std::u16string whole = absolute.substr(0, 2);
+  for (const std::u16string &name : names)
+    whole.append(1, u'\\').append(name);
+  return text::WideToUtf8(whole);
+}
+
 DiskPath FindOnDisk(const char *path) {
+  const ThreadGuard threads;
   const std::u16string given = WidePath(path);
   if (given.size() >= MAX_PATH || given.starts_with(u"\\\\"))
     return {};

@@ -9,6 +9,7 @@
 
 namespace machine {
 
+// A file as the running transaction has it, or else as it is on disk.
 struct DiskPath {
   std::filesystem::path path = {}; // also if there is no such file; empty if none can stand there
   bool exists = false;
@@ -22,6 +23,9 @@ struct DiskPath {
 
 // A path of the calls with backslashes alone.
 std::u16string WidePath(const char *path);
+
+// The path with its drive and without parts that mean nothing, "C:\\A\\B", UTF-8.
+std::string NameOnMachine(const char *path);
 
 // Finds what a path names: case doesn't matter, `..` and links stay within the machine folder, but for what its
 // dosdevices name. Relative paths begin in the folder of the running program.

@@ -1,19 +1,15 @@
 // The registry calls, on the two hives of the machine folder. The divisions: where a call works (handle, path, edit),
 // keys, values, and the calls themselves.
-//
-// An edit takes the machine's lock before the registry's own, as machine::Lock asks for.
 #include "win32/win32.h"
 
 #include "win32/linux/machine/handle_table.h"
-#include "win32/linux/machine/hive_file.h"
-#include "win32/linux/machine/machine_folder.h"
+#include "win32/linux/machine/hives.h"
+#include "win32/linux/machine/running_transaction.h"
 #include "win32/linux/machine/wow64.h"
-#include "win32/linux/public/machine.h"
 #include "win32/linux/text/code_page.h"
 
 #include <cstring>
 #include <memory>
-#include <mutex>
 #include <utility>
 
 namespace {
@@ -42,15 +38,6 @@ struct OpenKey {
   uint64_t generation = 0;
 };
 
-// The hives of the machine folder that was asked for last, by their roots.
-struct Machine {
-  std::filesystem::path folder;
-  std::shared_ptr<OpenKey> localMachine;
-  std::shared_ptr<OpenKey> currentUser;
-};
-
-std::mutex guard;
-Machine current;
 machine::HandleTable<HKEY, OpenKey> openKeys{0x90000000}; // behind the roots
 
 std::u16string ToWideOrEmpty(const char *name) { return name != nullptr ? text::ToWide(name) : std::u16string(); }
@@ -59,17 +46,10 @@ std::u16string ToWideOrEmpty(const char *name) { return name != nullptr ? text::
 
 bool IsRoot(HKEY handle) { return handle == HKEY_LOCAL_MACHINE || handle == HKEY_CURRENT_USER; }
 
-std::shared_ptr<OpenKey> MakeRoot(const std::filesystem::path &file, std::string_view name) {
-  return std::make_shared<OpenKey>(OpenKey{std::make_shared<HiveFile>(file, name), {}, KEY_ALL_ACCESS});
-}
-
-const std::shared_ptr<OpenKey> &RootOf(HKEY handle) {
-  if (current.localMachine == nullptr || !machine::IsFolder(current.folder)) {
-    current.folder = machine::Folder();
-    current.localMachine = MakeRoot(current.folder / "system.reg", HiveFile::LocalMachineRoot);
-    current.currentUser = MakeRoot(current.folder / "user.reg", "\\\\User\\\\S-1-5-21-0-0-0-1000");
-  }
-  return handle == HKEY_LOCAL_MACHINE ? current.localMachine : current.currentUser;
+std::shared_ptr<OpenKey> RootOf(HKEY handle) {
+  const machine::Hives &hives = machine::CurrentHives();
+  return std::make_shared<OpenKey>(
+      OpenKey{handle == HKEY_LOCAL_MACHINE ? hives.localMachine : hives.currentUser, {}, KEY_ALL_ACCESS});
 }
 
 // Finds a key again, should its hive have been loaded anew.
@@ -83,7 +63,7 @@ LSTATUS Resolve(OpenKey &open) {
 
 // Does a call's work at the key of its handle, which must have been opened with the rights that are needed.
 template <typename Work> LSTATUS At(HKEY handle, REGSAM needed, Work work) {
-  const std::lock_guard lock(guard);
+  const machine::ThreadGuard threads;
   const std::shared_ptr<OpenKey> open = IsRoot(handle) ? RootOf(handle) : openKeys.Find(handle);
   if (open == nullptr)
     return ERROR_INVALID_HANDLE;
@@ -95,24 +75,23 @@ template <typename Work> LSTATUS At(HKEY handle, REGSAM needed, Work work) {
   return (open->access & needed) == needed ? work(*open) : ERROR_ACCESS_DENIED;
 }
 
-// The same with the path that a caller names below the key.
-template <typename Work> LSTATUS AtPath(HKEY handle, const char *subkey, Work work) {
-  return At(handle, 0, [&](const OpenKey &open) -> LSTATUS {
-    std::u16string path = ToWideOrEmpty(subkey);
-    if (path.starts_with(u'\\'))
-      return ERROR_BAD_PATHNAME;
-    while (path.ends_with(u'\\'))
-      path.pop_back();
-    return work(open, path);
-  });
+// The path that a caller names below a key. False for one that can't be.
+bool ReadPath(const char *subkey, std::u16string &path) {
+  path = ToWideOrEmpty(subkey);
+  if (path.starts_with(u'\\'))
+    return false;
+  while (path.ends_with(u'\\'))
+    path.pop_back();
+  return true;
 }
 
-// Changes the key that a call works at, in its hive as the file holds it now.
-template <typename Change> LSTATUS Edit(const OpenKey &open, Change change) {
-  return open.file->Edit([&](Hive &hive, bool &changed) -> LSTATUS {
-    Hive::Key *const key = hive.Find(hive.Root(), open.path);
-    return key != nullptr ? change(hive, *key, changed) : ERROR_KEY_DELETED;
+// Changes the key that a call works at. Without a transaction around it the call is one: the change is on disk then.
+template <typename Change> LSTATUS Edit(HKEY handle, REGSAM needed, Change change) {
+  machine::Transaction transaction;
+  const LSTATUS result = At(handle, needed, [&](const OpenKey &open) {
+    return open.file->Edit([&](Hive &hive, bool &changed) -> LSTATUS { return change(hive, open, changed); });
   });
+  return transaction.Commit() || result != ERROR_SUCCESS ? result : ERROR_BADDB;
 }
 
 // A key's own path, which isn't always the one that it was found by.
@@ -140,15 +119,6 @@ LSTATUS HandOut(OpenKey opened, HKEY *result) {
     opened.access = readOnly ? KEY_READ : KEY_ALL_ACCESS;
   *result = openKeys.Add(std::make_shared<OpenKey>(std::move(opened)));
   return ERROR_SUCCESS;
-}
-
-// Makes the keys of a path that are missing below another one.
-LSTATUS MakeKey(const OpenKey &open, const std::u16string &path, Hive::Key *&made) {
-  return Edit(open, [&](Hive &hive, Hive::Key &from, bool &) -> LSTATUS {
-    const machine::Reached nearest = machine::Reach(*open.file, from, path);
-    made = hive.Create(*nearest.key, nearest.rest);
-    return made != nullptr ? ERROR_SUCCESS : ERROR_INVALID_PARAMETER;
-  });
 }
 
 // ---- Values ----
@@ -191,7 +161,10 @@ LSTATUS Give(const std::string &ansi, bool isText, BYTE *buffer, DWORD &size) {
 
 LSTATUS RegOpenKeyExA(HKEY key, const char *subkey, DWORD, REGSAM access, HKEY *result) {
   *result = nullptr;
-  return AtPath(key, subkey, [&](const OpenKey &open, const std::u16string &path) -> LSTATUS {
+  std::u16string path;
+  if (!ReadPath(subkey, path))
+    return ERROR_BAD_PATHNAME;
+  return At(key, 0, [&](const OpenKey &open) -> LSTATUS {
     Hive::Key *const found = Find(open, path);
     if (found == nullptr)
       return ERROR_FILE_NOT_FOUND;
@@ -211,15 +184,17 @@ LSTATUS RegCreateKeyExA(HKEY key, const char *subkey, DWORD, char *, DWORD, REGS
   if (opened != ERROR_FILE_NOT_FOUND)
     return opened;
 
-  const machine::Lock lock;
-  return AtPath(key, subkey, [&](const OpenKey &open, const std::u16string &path) -> LSTATUS {
-    Hive::Key *made = nullptr;
-    if (const LSTATUS making = MakeKey(open, path, made); making != ERROR_SUCCESS)
-      return making;
-    if (disposition != nullptr)
-      *disposition = REG_CREATED_NEW_KEY;
-    return HandOut({open.file, PathOf(*made), access, made, open.file->Generation()}, result);
+  const LSTATUS made = Edit(key, 0, [&](Hive &hive, const OpenKey &open, bool &) -> LSTATUS {
+    std::u16string path;
+    ReadPath(subkey, path);
+    const machine::Reached nearest = machine::Reach(*open.file, *open.key, path);
+    return hive.Create(*nearest.key, nearest.rest) != nullptr ? ERROR_SUCCESS : ERROR_INVALID_PARAMETER;
   });
+  if (made != ERROR_SUCCESS)
+    return made;
+  if (disposition != nullptr)
+    *disposition = REG_CREATED_NEW_KEY;
+  return RegOpenKeyExA(key, subkey, 0, access, result);
 }
 
 LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE *data, DWORD *size) {
@@ -238,27 +213,21 @@ LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *, DWORD *type, BYTE 
 }
 
 LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD, DWORD type, const BYTE *data, DWORD size) {
-  const machine::Lock lock;
-  return At(key, KEY_SET_VALUE, [&](const OpenKey &open) {
-    const HiveValue value = {ToWideOrEmpty(name), type, StoredData(type, data, size)};
-    return Edit(open, [&](Hive &hive, Hive::Key &target, bool &changed) -> LSTATUS {
-      hive.Create(target, {}); // a key of the path alone gets its section now
-      HiveValue old;
-      changed = hive.ReadValue(target, value.name, old) != Hive::Found::Yes || old.type != value.type ||
-                old.data != value.data;
-      if (changed)
-        hive.WriteValue(target, value);
-      return ERROR_SUCCESS;
-    });
+  const HiveValue value = {ToWideOrEmpty(name), type, StoredData(type, data, size)};
+  return Edit(key, KEY_SET_VALUE, [&](Hive &hive, const OpenKey &open, bool &changed) -> LSTATUS {
+    hive.Create(*open.key, {}); // a key of the path alone gets its section now
+    HiveValue old;
+    changed = hive.ReadValue(*open.key, value.name, old) != Hive::Found::Yes || old.type != value.type ||
+              old.data != value.data;
+    if (changed)
+      hive.WriteValue(*open.key, value);
+    return ERROR_SUCCESS;
   });
 }
 
 LSTATUS RegDeleteValueA(HKEY key, const char *name) {
-  const machine::Lock lock;
-  return At(key, KEY_SET_VALUE, [&](const OpenKey &open) {
-    return Edit(open, [&](Hive &hive, Hive::Key &target, bool &) -> LSTATUS {
-      return hive.RemoveValue(target, ToWideOrEmpty(name)) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
-    });
+  return Edit(key, KEY_SET_VALUE, [&](Hive &hive, const OpenKey &open, bool &) -> LSTATUS {
+    return hive.RemoveValue(*open.key, ToWideOrEmpty(name)) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
   });
 }
 

@@ -1,15 +1,7 @@
 // The machine folder that stands for one Windows machine, and what went wrong beneath the Win32 calls. AcctKit itself
 // never includes this; the host program and the tests do.
 //
-// A fault is one line for a user (UTF-8, no line feed) that names the folder, file or place in it. A command that
-// reads, decides and writes looks so:
-//
-//   if (const std::string fault = machine::FindFault(true); !fault.empty())
-//     return Refuse(fault);
-//   const machine::Lock lock; // nobody else writes between our reading and our writing
-//   SetupMailAccount(client, spec, key);
-//   if (const std::string fault = machine::TakeFault(); !fault.empty())
-//     return Refuse(fault);
+// A fault is one line for a user (UTF-8, no line feed) that names the folder, file or place in it.
 #pragma once
 
 #include <filesystem>
@@ -35,17 +27,5 @@ std::string TakeFault();
 // It is no fault, the call answers as for any file that is no library; but what is in it is missing for a reason.
 std::string TakeNotice();
 bool HasNotice();
-
-// Keeps every other process from writing to the machine while it lives, over any number of calls. The layer takes it by
-// itself for each single write. Locks nest; they belong to their thread, and other threads wait for them. The layer's
-// own locks are taken within it and never around it, so that no two threads wait for each other. While a modal loop
-// waits for its user the locks are released: other processes shouldn't wait for somebody who thinks.
-class Lock {
-public:
-  Lock();
-  ~Lock();
-  Lock(const Lock &) = delete;
-  Lock &operator=(const Lock &) = delete;
-};
 
 } // namespace machine

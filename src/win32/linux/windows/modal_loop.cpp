@@ -1,6 +1,6 @@
 #include "win32/linux/windows/modal_loop.h"
 
-#include "win32/linux/machine/machine_folder.h"
+#include "win32/linux/machine/running_transaction.h"
 #include "win32/linux/windows/dialogs.h"
 #include "win32/linux/windows/painting.h"
 
@@ -35,7 +35,7 @@ bool RunModalLoop(HWND top, const std::function<bool()> &done) {
     if (HandOutMessage(top) || PaintNext())
       continue;
     FrontEnd *const user = CurrentFrontEnd();
-    const LockPause pause; // other processes don't wait for the user
+    const TransactionPause pause; // other processes don't wait for the user
     if (user == nullptr || !user->WaitForUser(top))
       return over();
   }

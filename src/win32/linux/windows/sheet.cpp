@@ -140,7 +140,6 @@ std::optional<LRESULT> Sheet::Answer(UINT message, WPARAM wParam, LPARAM lParam)
 }
 
 LRESULT Sheet::Notify(UINT code) const {
-  const machine::Lock lock; // what a page reads, decides and writes is one piece to other processes
   const NMHDR notification = {window, 0, code};
   return SendMessageA(CurrentWindow(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notification));
 }

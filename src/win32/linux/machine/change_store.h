@@ -1,0 +1,98 @@
+// How a transaction gets to the disk whole, and what is kept of it. In the store folder of a machine stand:
+//
+//   staging  while the new files are written: whoever finds it removes it
+//   commit   once all of them are on disk: whoever finds it puts them in place
+//   last     what the last change replaced, for an undo
+//
+// Each is a folder with the new files (0.new, 1.new, ...), the old ones (0.old, ...) and a list of them; one becomes
+// the next by its name. All calls are made with the machine's lock held alone.
+#pragma once
+
+#include "win32/linux/machine/descriptor.h"
+#include "win32/linux/machine/staged_files.h"
+#include "win32/linux/public/transaction.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+namespace machine {
+
+// What tells one content of a file from another.
+struct Digest {
+  uint64_t size;
+  uint64_t hash;
+  bool operator==(const Digest &) const = default;
+};
+using Content = std::optional<Digest>; // none of a file that isn't there
+
+// A file to be replaced, made or removed.
+struct Change {
+  std::string path;                 // on the machine, UTF-8; of a hive, its file's name
+  std::filesystem::path target;     // on disk
+  std::optional<struct stat> base;  // the file as it was read; none if there was none
+  std::optional<std::string> after; // none: it is removed
+
+  enum class Result { Unchanged, Refused, Placed };
+  Result result = Result::Unchanged;
+  Descriptor file; // of a placed one
+};
+
+class ChangeStore {
+public:
+  explicit ChangeStore(const std::filesystem::path &machineFolder);
+
+  // Whether a change was broken off that hasn't been finished or taken back.
+  bool NeedsRecovery() const;
+  // Finishes it if each file is as it was before or as it is to be, else leaves all as it is; a notice says which. The
+  // fault if the machine can't be written before that has been done.
+  std::string Recover();
+
+  // Makes the folders and puts all changes in place. What the user has no right to is refused for itself. False with a
+  // fault recorded if nothing is in place.
+  bool Commit(std::vector<Change> &changes, const std::vector<StagedFolder> &folders);
+
+  Undone Undo();
+
+private:
+  // An entry of a list; the form is the file in the list's folder that is to stand at the path.
+  struct Entry {
+    std::string form;
+    Content before;
+    Content after;
+    std::string path;
+    std::filesystem::path target;
+    std::optional<struct stat> base;
+  };
+  struct List {
+    bool undoable = true; // whether it becomes `last`
+    std::string token;    // a part of names that nobody else chose
+    std::vector<Entry> entries;
+    std::vector<std::string> folders;
+  };
+
+  static std::string TextOf(const List &list);
+  enum class Read { Whole, Damaged, Newer };
+  static Read ReadList(const std::filesystem::path &folder, List &list);
+  std::filesystem::path TargetOf(const std::string &path) const;
+
+  bool CommitList(std::vector<Change> &changes, List list);
+  bool Stage(std::vector<Change> &changes, List &list);
+  bool StageOne(Change &change, List &list);
+  bool Decide(const List &list, size_t count);
+  bool Place(const List &list);
+  int PlaceOne(const std::filesystem::path &from, const Entry &entry, const std::string &token);
+  void RollBack(List list, size_t placed);
+  void Finish(const List &list);
+
+  std::filesystem::path machineFolder;
+  std::filesystem::path store;
+  std::filesystem::path staging;
+  std::filesystem::path commit;
+  std::filesystem::path last;
+};
+
+} // namespace machine

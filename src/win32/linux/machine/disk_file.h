@@ -1,0 +1,36 @@
+// Whole files on disk.
+#pragma once
+
+#include "win32/linux/machine/descriptor.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+
+namespace machine {
+
+// Larger files are none of a client's, and would be no good in memory.
+constexpr off_t LargestFile = off_t{256} << 20;
+
+// A file as it stands on disk.
+struct DiskFile {
+  int error = 0; // ENOENT if there is none, EFBIG if it is too large, EINVAL if it is a folder, device or pipe
+  Descriptor file;
+  struct stat status = {};
+  std::string bytes;
+
+  bool Exists() const { return error == 0; }
+};
+DiskFile ReadDiskFile(const std::filesystem::path &path);
+
+// Makes a file that isn't there and leaves it open. 0 or errno; a file that couldn't be written whole is removed.
+int MakeDiskFile(const std::filesystem::path &path, std::string_view bytes, mode_t mode, Descriptor &file);
+
+// Removes a folder with the files in it. False with errno set if something of it stays.
+bool RemoveFolderOfFiles(const std::filesystem::path &folder);
+
+// Puts the entries of a folder on disk. 0 or errno.
+int SyncFolder(const std::filesystem::path &folder);
+
+} // namespace machine
