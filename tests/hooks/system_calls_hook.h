@@ -3,34 +3,37 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 struct CallPlan {
-  std::string_view name = {}; // of the calls that it is for, as in system_calls.h; empty for all
+  std::string_view name = {}; // of the calls that it is for; empty for all
   size_t number = 0;          // which of them it befalls, from 1; 0 for every one
-  int error = 0;              // the errno with which the call fails; 0: there the process is killed
+  int error = 0;              // the errno with which the call fails; 0: the process is killed there
+  bool losesUnsynced = false; // and the power is cut: files lose what was written and not synced
 };
 
-// Records the calls of this process while it lives, and lets a plan befall them: the call isn't made, but of a write
-// the first half is written. Wait doesn't wait then. One at a time.
+// Records the calls of the process while it lives, and lets a plan befall them: the call isn't made, but of a write the
+// first half is. Wait doesn't wait. One at a time, in a process with one thread.
 class WatchedCalls {
 public:
-  explicit WatchedCalls(std::optional<CallPlan> plan = std::nullopt);
+  WatchedCalls();
+  explicit WatchedCalls(const CallPlan &plan);
   ~WatchedCalls();
   WatchedCalls(const WatchedCalls &) = delete;
   WatchedCalls &operator=(const WatchedCalls &) = delete;
 
-  // Each as its name, and the path if it has one: "Rename /machine/user.reg".
+  // Each by its name in system_calls.h, but "Create" for an Open that may make a file, and by its path if it has one:
+  // "Rename /machine/user.reg".
   const std::vector<std::string> &All() const { return all; }
-  size_t Count(std::string_view name) const;
 
 private:
-  friend class Call;
+  friend struct SystemCalls;
 
-  std::optional<CallPlan> plan;
+  CallPlan plan;
+  bool isPlanned = false;
   size_t planned = 0; // calls that the plan is for, so far
   std::vector<std::string> all;
+  std::vector<int> unsynced; // files opened once more
 };
