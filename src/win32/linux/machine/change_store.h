@@ -8,6 +8,7 @@
 // the next by its name. All calls are made with the machine's lock held alone.
 #pragma once
 
+#include "win32/linux/machine/change_list.h"
 #include "win32/linux/machine/descriptor.h"
 #include "win32/linux/machine/staged_files.h"
 #include "win32/linux/public/transaction.h"
@@ -20,14 +21,6 @@
 #include <vector>
 
 namespace machine {
-
-// What tells one content of a file from another.
-struct Digest {
-  uint64_t size;
-  uint64_t hash;
-  bool operator==(const Digest &) const = default;
-};
-using Content = std::optional<Digest>; // none of a file that isn't there
 
 // A file to be replaced, made or removed.
 struct Change {
@@ -51,42 +44,27 @@ public:
   // fault if the machine can't be written before that has been done.
   std::string Recover();
 
-  // Makes the folders and puts all changes in place. What the user has no right to is refused for itself. False with a
-  // fault recorded if nothing is in place.
-  bool Commit(std::vector<Change> &changes, const std::vector<StagedFolder> &folders);
+  // Makes the folders and puts all changes in place. What the user has no right to is refused for itself, with a fault.
+  // False with a fault recorded if nothing is in place. An undoable one becomes `last`.
+  bool Commit(std::vector<Change> &changes, const std::vector<StagedFolder> &folders, bool undoable);
 
+  // Puts back what `last` says.
   Undone Undo();
 
 private:
-  // An entry of a list; the form is the file in the list's folder that is to stand at the path.
-  struct Entry {
-    std::string form;
-    Content before;
-    Content after;
-    std::string path;
-    std::filesystem::path target;
-    std::optional<struct stat> base;
-  };
-  struct List {
-    bool undoable = true; // whether it becomes `last`
-    std::string token;    // a part of names that nobody else chose
-    std::vector<Entry> entries;
-    std::vector<std::string> folders;
-  };
-
-  static std::string TextOf(const List &list);
-  enum class Read { Whole, Damaged, Newer };
-  static Read ReadList(const std::filesystem::path &folder, List &list);
   std::filesystem::path TargetOf(const std::string &path) const;
 
-  bool CommitList(std::vector<Change> &changes, List list);
-  bool Stage(std::vector<Change> &changes, List &list);
-  bool StageOne(Change &change, List &list);
-  bool Decide(const List &list, size_t count);
-  bool Place(const List &list);
-  int PlaceOne(const std::filesystem::path &from, const Entry &entry, const std::string &token);
-  void RollBack(List list, size_t placed);
-  void Finish(const List &list);
+  // The steps of a commit. False with a fault recorded.
+  bool CommitList(std::vector<Change> &changes, ChangeList list);
+  bool Stage(Change &change, ChangeList &list);
+  bool Decide(const ChangeList &list);
+  bool Place(const ChangeList &list);
+  int PlaceOne(const std::filesystem::path &from, const ListedFile &file, const std::string &token);
+  void RollBack(ChangeList list, size_t placed);
+  void Finish(const ChangeList &list);
+
+  std::string FinishBrokenOff(ChangeList &list);
+  std::string Drop(const std::string &why);
 
   std::filesystem::path machineFolder;
   std::filesystem::path store;

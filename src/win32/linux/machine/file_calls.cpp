@@ -102,7 +102,7 @@ int TakeContent(OpenFile &opened) {
 
 // Puts a file in place, or among what the running transaction puts there.
 bool WriteOut(OpenFile &opened) {
-  machine::Transaction transaction;
+  machine::Transaction transaction(machine::Purpose::OneCall);
   const bool may = machine::MayWrite();
   if (may)
     Stage(opened);
@@ -261,7 +261,7 @@ BOOL CreateDirectoryA(const char *path, void *) {
     return FALSE;
   if (!CanReplace(found.path))
     return Failed(found.path, errno);
-  machine::Transaction transaction;
+  machine::Transaction transaction(machine::Purpose::OneCall);
   const bool may = machine::MayWrite();
   if (may)
     machine::Staged().AddFolder({machine::NameOnMachine(path), found.path});

@@ -87,7 +87,7 @@ bool ReadPath(const char *subkey, std::u16string &path) {
 
 // Changes the key that a call works at. Without a transaction around it the call is one: the change is on disk then.
 template <typename Change> LSTATUS Edit(HKEY handle, REGSAM needed, Change change) {
-  machine::Transaction transaction;
+  machine::Transaction transaction(machine::Purpose::OneCall);
   const LSTATUS result = At(handle, needed, [&](const OpenKey &open) {
     return open.file->Edit([&](Hive &hive, bool &changed) -> LSTATUS { return change(hive, open, changed); });
   });

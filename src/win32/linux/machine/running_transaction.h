@@ -31,8 +31,7 @@ public:
 private:
   int depth = 0;
   Purpose purpose = Purpose::Change;
-  bool lost = false; // what was written until then
-  bool failed = false;
+  bool failed = false; // also what was written until then
 };
 
 // A number that is another one for every transaction, 0 outside of one.

@@ -31,7 +31,7 @@ struct Running {
   std::filesystem::path folder;
   MachineLock lock;
   std::string refusal; // why nothing may be written
-  bool wrote = false;  // or tried to
+  bool wrote = false;
   bool failed = false;
   StagedFiles staged;
 };
@@ -42,6 +42,8 @@ uint64_t lastNumber = 0;
 
 std::array<HiveFile *, 2> HivesOf(const Hives &hives) { return {hives.localMachine.get(), hives.currentUser.get()}; }
 
+bool Writes(Purpose purpose) { return purpose == Purpose::Change || purpose == Purpose::OneCall; }
+
 // ---- Beginning ----
 
 // A broken-off change is finished by whoever may write; others see what there is.
@@ -49,7 +51,7 @@ std::string Recover() {
   ChangeStore store(running.folder);
   if (!store.NeedsRecovery())
     return {};
-  if (running.purpose == Purpose::Change)
+  if (Writes(running.purpose))
     return store.Recover();
   MachineLock alone;
   running.lock.Release();
@@ -68,7 +70,7 @@ void Begin(Purpose purpose) {
   running.refusal = FolderFault(running.folder);
   if (running.refusal.empty())
     running.refusal =
-        purpose == Purpose::Change ? running.lock.TakeAlone(running.folder) : running.lock.TakeShared(running.folder);
+        Writes(purpose) ? running.lock.TakeAlone(running.folder) : running.lock.TakeShared(running.folder);
   if (running.refusal.empty() && running.lock.IsHeld())
     running.refusal = Recover();
 }
@@ -99,7 +101,7 @@ bool PutOnDisk(const Hives &hives) {
     return false;
   }
   std::vector<Change> changes = Changes(hives);
-  if (!ChangeStore(running.folder).Commit(changes, running.staged.Folders()))
+  if (!ChangeStore(running.folder).Commit(changes, running.staged.Folders(), running.purpose == Purpose::Change))
     return false;
   for (HiveFile *hive : HivesOf(hives))
     if (hive->IsEdited())
@@ -120,8 +122,8 @@ bool TryPutOnDisk(const Hives &hives) {
 // Puts what was written on disk, or drops it, and releases the machine.
 bool Finish(bool commits) {
   const Hives &hives = CurrentHives();
-  bool done = !running.failed || !running.wrote;
-  if (commits && running.purpose == Purpose::Change && running.wrote && !running.failed)
+  bool done = !running.failed;
+  if (commits && done && Writes(running.purpose) && running.wrote)
     done = TryPutOnDisk(hives);
   for (HiveFile *hive : HivesOf(hives))
     if (hive->IsEdited())
@@ -149,7 +151,7 @@ Transaction::Transaction(Purpose purpose) {
 bool Transaction::Commit() {
   const std::lock_guard held(guard, std::adopt_lock);
   ended = true;
-  return --running.depth > 0 ? !running.failed || !running.wrote : Finish(true);
+  return --running.depth > 0 ? !running.failed : Finish(true);
 }
 
 Transaction::~Transaction() {
@@ -194,8 +196,7 @@ TransactionPause::TransactionPause() {
   if (running.depth > 0 && running.purpose != Purpose::Rehearse) {
     depth = std::exchange(running.depth, 0);
     purpose = running.purpose;
-    lost = !Finish(true);
-    failed = running.failed || lost;
+    failed = !Finish(true);
   }
   for (int unlocked = 0; unlocked <= depth; ++unlocked)
     guard.unlock();
@@ -209,7 +210,6 @@ TransactionPause::~TransactionPause() {
   running.failed = failed;
   Begin(purpose);
   running.depth = depth;
-  running.wrote = lost; // so that the end tells it
 }
 
 uint64_t TransactionNumber() { return running.number; }
@@ -220,7 +220,7 @@ bool MayWrite() {
   running.wrote = true;
   if (running.failed)
     return false;
-  if (running.purpose != Purpose::Change || running.refusal.empty())
+  if (!Writes(running.purpose) || running.refusal.empty())
     return true;
   FailTransaction(running.refusal);
   return false;

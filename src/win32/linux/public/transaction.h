@@ -17,6 +17,7 @@ enum class Purpose {
   Change,   // what is written goes to the disk at the end
   Look,     // several looks that see one state of the machine; what a call writes all the same is dropped
   Rehearse, // a dry run: the same, and no library of the machine is loaded
+  OneCall,  // a Win32 call that no other transaction is around: a change that isn't kept for an undo
 };
 
 // Keeps other processes and threads from writing to the machine while it runs, or from writing half of what is read.

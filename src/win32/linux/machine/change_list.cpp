@@ -1,0 +1,106 @@
+#include "win32/linux/machine/change_list.h"
+
+#include <algorithm>
+#include <bit>
+#include <charconv>
+#include <cstring>
+
+namespace machine {
+
+// Eight bytes at a time: hives have megabytes.
+Digest DigestOf(std::string_view bytes) {
+  uint64_t hash = 0x9E3779B97F4A7C15;
+  for (size_t at = 0; at < bytes.size(); at += sizeof(uint64_t)) {
+    uint64_t block = 0;
+    std::memcpy(&block, bytes.data() + at, std::min(sizeof block, bytes.size() - at));
+    hash = std::rotl((hash ^ block) * 0xFF51AFD7ED558CCD, 31);
+  }
+  return {bytes.size(), hash};
+}
+
+namespace {
+
+constexpr std::string_view Heading = "acctkit changes ";
+constexpr std::string_view Version = "1";
+
+std::string Hex(uint64_t number) {
+  char digits[16];
+  return {digits, std::to_chars(digits, digits + sizeof digits, number, 16).ptr};
+}
+
+std::string TextOf(const Content &content) {
+  return content ? std::to_string(content->size) + ':' + Hex(content->hash) : "-";
+}
+
+bool ReadNumber(std::string_view text, int base, uint64_t &number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+bool ReadContent(std::string_view text, Content &content) {
+  const size_t colon = text.find(':');
+  Digest digest{};
+  if (text == "-")
+    return true;
+  if (colon == std::string_view::npos || !ReadNumber(text.substr(0, colon), 10, digest.size) ||
+      !ReadNumber(text.substr(colon + 1), 16, digest.hash))
+    return false;
+  content = digest;
+  return true;
+}
+
+// Takes the text before a separator off another one; all of it if there is none.
+std::string_view TakeText(std::string_view &rest, char separator) {
+  const size_t end = std::min(rest.find(separator), rest.size());
+  const std::string_view taken = rest.substr(0, end);
+  rest.remove_prefix(std::min(end + 1, rest.size()));
+  return taken;
+}
+
+// Whether it names a file in a folder, and not one elsewhere.
+bool IsPlainName(std::string_view name) {
+  return !name.empty() && name.find('/') == std::string_view::npos && name != "." && name != "..";
+}
+
+bool ReadFileLine(std::string_view line, ListedFile &file) {
+  file.form = TakeText(line, ' ');
+  const bool isSound = ReadContent(TakeText(line, ' '), file.before) && ReadContent(TakeText(line, ' '), file.after);
+  file.path = line;
+  return isSound && IsPlainName(file.form);
+}
+
+} // namespace
+
+std::string ChangeList::Text() const {
+  std::string text = std::string(Heading).append(Version).append(undoable ? " undoable " : " final ") + token + '\n';
+  for (const ListedFile &file : files)
+    text += "file " + file.form + ' ' + TextOf(file.before) + ' ' + TextOf(file.after) + ' ' + file.path + '\n';
+  for (const std::string &folder : folders)
+    text += "folder " + folder + '\n';
+  return text + "end\n";
+}
+
+ListState ReadChangeList(std::string_view text, ChangeList &list) {
+  if (!text.starts_with(Heading) || text.back() != '\n')
+    return ListState::Damaged;
+  text.remove_prefix(Heading.size());
+  std::string_view heading = TakeText(text, '\n');
+  if (TakeText(heading, ' ') != Version)
+    return ListState::Newer;
+  list.undoable = TakeText(heading, ' ') == "undoable";
+  list.token = heading;
+  bool isSound = IsPlainName(list.token);
+  while (isSound && !text.empty()) {
+    std::string_view line = TakeText(text, '\n');
+    const std::string_view kind = TakeText(line, ' ');
+    if (kind == "end")
+      return ListState::Whole;
+    if (kind == "folder")
+      list.folders.emplace_back(line);
+    else
+      isSound = kind == "file" && ReadFileLine(line, list.files.emplace_back());
+  }
+  return ListState::Damaged; // it has no end
+}
+
+} // namespace machine
