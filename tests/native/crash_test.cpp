@@ -1,7 +1,9 @@
-// Processes that are killed, that write at the same time, or whose disk is full: files stay whole, old or new.
-#include "support/test_machine.h"
+// Processes that write at the same time, or whose disk is full, and a Wine server at work: nothing is lost.
+#include "acctkit/acctkit.h"
 
+#include "clients/registry_key.h"
 #include "stores/prefs_file.h"
+#include "support/client_machine.h"
 #include "win32/linux/public/machine.h"
 #include "win32/linux/public/transaction.h"
 
@@ -9,7 +11,9 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <fstream>
+#include <map>
 #include <memory>
+#include <set>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
@@ -19,7 +23,7 @@ namespace {
 
 constexpr const char *PrefsPath = "C:\\acctkit-test\\prefs.js";
 
-class CrashTest : public MachineTest {
+class CrashTest : public ClientTest {
 protected:
   // Runs a function in a process of its own.
   template <typename Function> static pid_t Start(Function function) {
@@ -57,29 +61,6 @@ void WriteRound(char letter) {
   SavePrefsText(PrefsPath, *prefs);
 }
 
-TEST_F(CrashTest, AKilledProcessLeavesFilesWhole) {
-  WriteRound('a');
-  for (int round = 0; round < 100; ++round) {
-    const pid_t process = Start([] {
-      for (char letter = 'a';; letter = letter == 'z' ? 'a' : static_cast<char>(letter + 1))
-        WriteRound(letter);
-    });
-    usleep(static_cast<useconds_t>(300 + round * 37 % 5000));
-    kill(process, SIGKILL);
-    Wait(process);
-
-    ASSERT_EQ(machine::FindFault(true), "");
-    for (const char *name : {"first", "second"}) {
-      const auto text = GetString(HKEY_CURRENT_USER, ScratchKey, name);
-      ASSERT_TRUE(text && text->size() == 2000 && text->find_first_not_of((*text)[0]) == std::string::npos);
-    }
-    const auto prefs = GetFile(PrefsPath);
-    ASSERT_TRUE(prefs && prefs->size() == 50001 && prefs->find_first_not_of((*prefs)[0]) == 50000);
-  }
-  WriteRound('A'); // what no killed process wrote, so that it is written for certain
-  EXPECT_EQ(HiddenFiles(), std::vector<std::string>());
-}
-
 // Two processes with two threads each.
 TEST_F(CrashTest, WritersLoseNothing) {
   constexpr int Count = 75;
@@ -105,6 +86,51 @@ TEST_F(CrashTest, WritersLoseNothing) {
   EXPECT_EQ(Wait(second), 0);
   EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ScratchKey, "total"), DWORD{4 * Count});
   EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, ScratchKey).size(), size_t{4 * Count + 1});
+}
+
+// Four processes with two threads each, by the exports.
+TEST_F(CrashTest, ExportsLoseNothingOfEachOther) {
+  constexpr int Count = 10;
+  InstallOutlookExpress("5,50,4522,1200");
+  InstallCommunicator();
+  std::vector<std::string> names;
+  for (char process = 'a'; process <= 'd'; ++process)
+    for (char thread = 'a'; thread <= 'b'; ++thread)
+      for (int number = 0; number < Count; ++number)
+        names.push_back({process, thread, static_cast<char>('0' + number)});
+  const auto writeInThread = [&names](size_t begin) {
+    for (size_t index = begin; index < begin + Count; ++index) {
+      const std::string &name = names[index];
+      const std::string host = name + ".example";
+      const char *const spec[] = {"user", "sender",     name.c_str(), "",     host.c_str(),
+                                  "name", "taro@zuvio", "dialer",     nullptr};
+      EXPECT_EQ(SetupMailAccount(0, spec, ""), 1);
+      EXPECT_EQ(SetupNewsAccount(1, spec, "profile"), 1);
+    }
+  };
+  std::vector<pid_t> processes;
+  for (size_t begin = 0; begin < names.size(); begin += 2 * Count)
+    processes.push_back(Start([&writeInThread, begin] {
+      std::thread other(writeInThread, begin + Count);
+      writeInThread(begin);
+      other.join();
+    }));
+  for (const pid_t process : processes)
+    EXPECT_EQ(Wait(process), 0);
+
+  std::set<std::string> titles;
+  for (const std::string &account : SubkeyNames(HKEY_CURRENT_USER, AccountsKey))
+    titles.insert(GetString(HKEY_CURRENT_USER, std::string(AccountsKey) + '\\' + account, "Account Name").value_or(""));
+  const std::string folder = CommunicatorFolder() + "\\Users\\profile\\";
+  const std::string map = GetFile(folder + "news\\fat").value_or("");
+  const std::string prefs = GetFile(folder + "prefs.js").value_or("");
+  std::map<std::string, int> lost;
+  for (const std::string &name : names) {
+    lost["accounts"] += !titles.contains(name);
+    lost["map records"] += map.find("newsrc-" + name) == std::string::npos;
+    lost["news lines"] += prefs.find('"' + name + ".example\"") == std::string::npos;
+  }
+  EXPECT_EQ(lost, (std::map<std::string, int>{{"accounts", 0}, {"map records", 0}, {"news lines", 0}}));
 }
 
 // A limit on the size of files stands for the full disk: a write fails in its middle.
