@@ -105,6 +105,8 @@ int Sync(int file) {
   });
 }
 
+void SyncAll() { sync(); }
+
 int Rename(const char *from, const char *to) {
   return Pass(Befalls("Rename", to), [=] { return rename(from, to); });
 }

@@ -7,6 +7,10 @@
 
 namespace machine {
 
+bool IsSystemFailure(int error) {
+  return error == EIO || error == EMFILE || error == ENFILE || error == ENOMEM || error == ENOSPC || error == EDQUOT;
+}
+
 DiskFile ReadDiskFile(const std::filesystem::path &path) {
   DiskFile found;
   found.file = Descriptor(sys::Open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
@@ -46,6 +50,10 @@ bool RemoveFolderOfFiles(const std::filesystem::path &folder) {
 
 int SyncFolder(const std::filesystem::path &folder) {
   const Descriptor opened(sys::Open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!opened && errno == EACCES) {
+    sys::SyncAll();
+    return 0;
+  }
   return opened && sys::Sync(opened.Get()) == 0 ? 0 : errno;
 }
 

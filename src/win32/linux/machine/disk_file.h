@@ -10,6 +10,9 @@
 
 namespace machine {
 
+// Whether the system fails, and not the file: what was found before isn't the whole then, and no call may go on with it.
+bool IsSystemFailure(int error);
+
 // Larger files are none of a client's, and would be no good in memory.
 constexpr off_t LargestFile = off_t{256} << 20;
 
@@ -30,7 +33,7 @@ int MakeDiskFile(const std::filesystem::path &path, std::string_view bytes, mode
 // Removes a folder with the files in it. False with errno set if something of it stays.
 bool RemoveFolderOfFiles(const std::filesystem::path &folder);
 
-// Puts the entries of a folder on disk. 0 or errno.
+// Puts the entries of a folder on disk, also where it may not be listed. 0 or errno.
 int SyncFolder(const std::filesystem::path &folder);
 
 } // namespace machine

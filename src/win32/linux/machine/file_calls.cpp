@@ -46,12 +46,16 @@ machine::HandleTable<HANDLE, Search> searches{0x5000000};
 
 thread_local DWORD lastError = ERROR_SUCCESS;
 
-// Records the disk's reason as a fault; 0 for something that is there and is no file, or can't be reached.
+// Records the reason as a fault; 0 for something that is there and is no file, or can't be reached.
 BOOL Failed(const std::filesystem::path &path, int error) {
-  machine::RecordFault(path.string() + ": " +
-                       (error == 0             ? "this is no file of the machine"
-                        : error == EWOULDBLOCK ? "another program has it open"
-                                               : std::strerror(error)));
+  const std::string fault = path.string() + ": " +
+                            (error == 0             ? "this is no file of the machine"
+                             : error == EWOULDBLOCK ? "another program has it open"
+                                                    : std::strerror(error));
+  if (machine::IsSystemFailure(error))
+    machine::FailTransaction(fault);
+  else
+    machine::RecordFault(fault);
   return FALSE;
 }
 

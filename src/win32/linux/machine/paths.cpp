@@ -1,6 +1,7 @@
 // From a path of the calls down to the file on disk, name by name, without leaving the machine.
 #include "win32/linux/machine/paths.h"
 
+#include "win32/linux/machine/disk_file.h"
 #include "win32/linux/machine/running_transaction.h"
 #include "win32/linux/public/machine.h"
 #include "win32/linux/text/code_page.h"
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <dirent.h>
 #include <memory>
 #include <vector>
@@ -23,6 +25,12 @@ struct CloseFolder {
   void operator()(DIR *folder) const { closedir(folder); }
 };
 
+// Ends the running transaction if the system has failed to look.
+void CheckSystem(const fs::path &path) {
+  if (IsSystemFailure(errno))
+    FailTransaction(path.string() + ": " + std::strerror(errno));
+}
+
 // Calls `take` with the name of each entry of a folder until it returns true. False for a folder that can't be listed.
 template <typename Take> bool ForEachEntry(const fs::path &folder, Take take) {
   for (const std::string &name : Staged().NamesIn(folder))
@@ -31,6 +39,8 @@ template <typename Take> bool ForEachEntry(const fs::path &folder, Take take) {
   if (Staged().HasFolder(folder))
     return true;
   const std::unique_ptr<DIR, CloseFolder> opened(opendir(folder.c_str()));
+  if (opened == nullptr)
+    CheckSystem(folder);
   while (const dirent *const entry = opened ? readdir(opened.get()) : nullptr)
     if (take(std::string(entry->d_name)))
       break;
@@ -41,6 +51,8 @@ DiskPath Look(const fs::path &path) {
   DiskPath found = {.path = path};
   found.exists = lstat(path.c_str(), &found.status) == 0;
   found.missing = !found.exists && (errno == ENOENT || errno == ENOTDIR);
+  if (!found.exists)
+    CheckSystem(path);
   if (const StagedFile *const staged = Staged().Find(path)) {
     found.exists = true;
     found.status.st_mode = S_IFREG | (staged->base ? staged->base->st_mode : 0666);

@@ -15,6 +15,7 @@ int ChangeMode(int file, mode_t mode) { return fchmod(file, mode); }
 int ChangeOwner(int file, uid_t user, gid_t group) { return fchown(file, user, group); }
 int Lock(int file, int operation) { return flock(file, operation); }
 int Sync(int file) { return fsync(file); }
+void SyncAll() { sync(); }
 int Rename(const char *from, const char *to) { return rename(from, to); }
 int Unlink(const char *path) { return unlink(path); }
 int MakeFolder(const char *path, mode_t mode) { return mkdir(path, mode); }
