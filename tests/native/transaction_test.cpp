@@ -69,7 +69,8 @@ TEST_F(TransactionTest, IsSeenWithinAndOutsideOnceItIsCommitted) {
     EXPECT_EQ(Read(), "new new");
     EXPECT_EQ(GetFile("C:\\ACCTKIT-TEST\\A\\B\\DEEP.TXT"), "deep");
     WIN32_FIND_DATAA found;
-    EXPECT_NE(FindFirstFileA("C:\\acctkit-test\\a\\*.txt", &found), nullptr);
+    EXPECT_TRUE(FindClose(FindFirstFileA("C:\\acctkit-test\\a\\b\\*.txt", &found)));
+    EXPECT_STREQ(found.cFileName, "deep.txt");
     EXPECT_EQ(ReadElsewhere(), "old");
     EXPECT_EQ(machine::PendingChanges().size(), 5U);
     EXPECT_TRUE(transaction.Commit());

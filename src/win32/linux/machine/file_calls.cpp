@@ -124,14 +124,11 @@ DiskPath FindEntry(const char *path) {
   if (pattern.find_first_of(u"*?") == std::u16string::npos)
     return FindOnDisk(path);
 
-  DiskPath found = FindOnDisk(text::FromWide(wide.substr(0, begin)).c_str());
+  const DiskPath found = FindOnDisk(text::FromWide(wide.substr(0, begin)).c_str());
   if (!found.IsFolder())
     return {.missing = found.exists || found.missing};
-  const std::string name = machine::FirstMatch(found.path, pattern);
-  found.path /= name;
-  found.exists = !name.empty() && stat(found.path.c_str(), &found.status) == 0;
-  found.missing = !found.exists;
-  return found;
+  const std::u16string name = machine::FirstMatch(found.path, pattern);
+  return name.empty() ? DiskPath{.missing = true} : FindOnDisk(text::FromWide(wide.substr(0, begin) + name).c_str());
 }
 
 WIN32_FIND_DATAA Describe(const DiskPath &found) {
@@ -168,10 +165,7 @@ HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *, DWORD di
   opened->path = found.path;
   if (const machine::StagedFile *const staged = machine::Staged().Find(found.path)) {
     opened->content = staged->content;
-  } else if (makes) {
-    opened->content.emplace();
-    opened->written = true;
-  } else {
+  } else if (!makes) {
     const int flags = writes && !replaces ? O_RDWR : O_RDONLY;
     if (const int error = OpenLocked(found.path, flags, share, opened->file); error != 0)
       return NotOpened(found.path, error);
@@ -179,14 +173,15 @@ HANDLE CreateFileA(const char *path, DWORD access, DWORD share, void *, DWORD di
     if (fstat(opened->file.Get(), &status) != 0)
       return NotOpened(found.path, errno);
   }
-  if (replaces) {
+  if (makes || replaces) {
     opened->content.emplace();
     opened->written = true;
   }
-  // A file that OPEN_ALWAYS makes is there at once.
-  if (makes && !replaces && !WriteOut(*opened))
-    return INVALID_HANDLE_VALUE;
-  return openFiles.Add(opened);
+  if (!makes || replaces)
+    return openFiles.Add(opened);
+  // What OPEN_ALWAYS makes is there at once.
+  return WriteOut(*opened) ? CreateFileA(path, access, share, nullptr, OPEN_EXISTING, 0, nullptr)
+                           : INVALID_HANDLE_VALUE;
 }
 
 BOOL ReadFile(HANDLE handle, void *buffer, DWORD size, DWORD *read, void *) {

@@ -227,14 +227,14 @@ bool Matches(std::u16string_view name, std::u16string_view pattern) {
 
 } // namespace
 
-std::string FirstMatch(const fs::path &folder, std::u16string_view pattern) {
+std::u16string FirstMatch(const fs::path &folder, std::u16string_view pattern) {
   // "*.*" is how the system has always said all names.
   const std::u16string_view effective = pattern == u"*.*" ? u"*" : pattern;
-  std::string first;
+  std::u16string first;
   ForEachEntry(folder, [&](const std::string &entry) {
     std::u16string wide;
-    if (text::Utf8ToWide(entry, wide) && Matches(wide, effective) && (first.empty() || entry < first))
-      first = entry;
+    if (text::Utf8ToWide(entry, wide) && Matches(wide, effective) && (first.empty() || wide < first))
+      first = wide;
     return false;
   });
   return first;

@@ -32,7 +32,7 @@ std::string NameOnMachine(const char *path);
 DiskPath FindOnDisk(const char *path);
 
 // The entry of a folder that a pattern with wildcards matches, first in name order; empty if none does.
-std::string FirstMatch(const std::filesystem::path &folder, std::u16string_view pattern);
+std::u16string FirstMatch(const std::filesystem::path &folder, std::u16string_view pattern);
 
 // The path of the running program on the machine.
 std::string ProgramPath();

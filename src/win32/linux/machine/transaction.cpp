@@ -234,6 +234,7 @@ bool MayWrite() {
 }
 
 void FailTransaction(const std::string &fault) {
+  const ThreadGuard threads; // another thread's call has no part in it
   RecordFault(fault);
   running.failed = running.failed || running.depth > 0;
 }
