@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <iostream>
 #include <memory>
+#include <new>
 #include <optional>
 
 namespace {
@@ -225,9 +226,7 @@ int Run(const Chosen &chosen) {
   return std::cout.flush() ? outcome.status : Fail("the output can't be written");
 }
 
-} // namespace
-
-int RunHost(const std::vector<std::string> &arguments) {
+int RunArguments(const std::vector<std::string> &arguments) {
   Chosen chosen;
   CLI::App app("Puts a subscriber's mail and news settings into the client programs of a machine", "acctkit");
   app.require_subcommand(1);
@@ -263,5 +262,17 @@ int RunHost(const std::vector<std::string> &arguments) {
   } catch (const UsageError &error) {
     std::cerr << "acctkit: " << error.what() << '\n';
     return 2;
+  }
+}
+
+} // namespace
+
+int RunHost(const std::vector<std::string> &arguments) {
+  try {
+    return RunArguments(arguments);
+  } catch (const std::bad_alloc &) {
+    return Fail("there isn't enough memory");
+  } catch (const std::exception &error) {
+    return Fail(error.what());
   }
 }

@@ -7,6 +7,7 @@
 #include "win32/linux/public/transaction.h"
 
 #include <cstdlib>
+#include <sys/auxv.h>
 #include <thread>
 #include <utility>
 
@@ -20,12 +21,29 @@ void UseMachine(const std::string &folder) { setenv("ACCTKIT_MACHINE", folder.c_
 
 std::string MachineName() { return machine::Folder().string(); }
 
+namespace {
+
+fs::path WindowsFolder(const fs::path &folder) { return folder / "drive_c" / "windows"; }
+
+// Why a machine's folders couldn't be made: what stands in the place of one of them, else the system's reason.
+std::string NotMade(const fs::path &folder, const std::error_code &reason) {
+  std::error_code error;
+  fs::path there = WindowsFolder(folder);
+  while (!there.empty() && !fs::exists(fs::symlink_status(there, error)))
+    there = there.parent_path();
+  if (there.empty() || fs::is_directory(there, error))
+    return folder.string() + ": " + reason.message();
+  return there.string() + (fs::exists(there, error) ? ": this is no folder" : ": this link leads nowhere");
+}
+
+} // namespace
+
 std::string MakeMachine() {
   const fs::path folder = machine::Folder();
   std::error_code error;
   if (!fs::exists(folder / "system.reg", error)) // which a Wine prefix has
-    fs::create_directories(folder / "drive_c" / "windows", error);
-  return error ? folder.string() + ": " + error.message() : machine::FindFault(true);
+    fs::create_directories(WindowsFolder(folder), error);
+  return error ? NotMade(folder, error) : machine::FindFault(true);
 }
 
 struct MachineCall::Held {
@@ -57,9 +75,13 @@ std::string TakeNotice() { return machine::TakeNotice(); }
 bool HasNotice() { return machine::HasNotice(); }
 
 fs::path SamplePlugin() {
-  const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
+  std::error_code error;
+  fs::path program = fs::read_symlink("/proc/self/exe", error);
+  if (error) // there is no /proc, but the path that the program was started by
+    program = fs::canonical(reinterpret_cast<const char *>(getauxval(AT_EXECFN)), error);
+  const fs::path here = program.parent_path();
   const fs::path built = here / "sample_mailer.dll";
-  return fs::exists(built) ? built : here.parent_path() / ACCTKIT_PLUGIN_FOLDER / "sample_mailer.dll";
+  return fs::exists(built, error) ? built : here.parent_path() / ACCTKIT_PLUGIN_FOLDER / "sample_mailer.dll";
 }
 
 namespace {

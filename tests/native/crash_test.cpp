@@ -1,4 +1,4 @@
-// Processes that write at the same time, or whose disk is full, and a Wine server at work: nothing is lost.
+// Processes that write at the same time, or whose disk is full: nothing is lost.
 #include "acctkit/acctkit.h"
 
 #include "clients/registry_key.h"
@@ -8,9 +8,6 @@
 #include "win32/linux/public/transaction.h"
 
 #include <csignal>
-#include <cstdio>
-#include <fcntl.h>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <set>
@@ -157,47 +154,6 @@ TEST_F(CrashTest, AFullDiskLeavesTheOldFiles) {
   EXPECT_EQ(GetString(HKEY_CURRENT_USER, ScratchKey, "second"), std::string(2000, 'a'));
   EXPECT_EQ(GetFile(PrefsPath), std::string(50000, 'a') + "\n");
   EXPECT_EQ(HiddenFiles(), std::vector<std::string>());
-}
-
-// A Wine server holds a lock on a file that is named after the prefix, in a folder that the prefix may name.
-TEST_F(CrashTest, ARunningWineServerKeepsWritersOut) {
-  const std::string made = "acctkit-wine-" + std::to_string(getpid());
-  for (const std::string &place : {".wine-" + std::to_string(getuid()), made}) {
-    if (place == made)
-      std::ofstream(machine::Folder() / "wineserver") << place;
-    PutDword(HKEY_CURRENT_USER, ScratchKey, "number", 1);
-    struct stat folder;
-    ASSERT_EQ(stat(machine::Folder().c_str(), &folder), 0);
-    char name[96];
-    std::snprintf(name, sizeof name, "/tmp/%s/server-%llx-%llx", place.c_str(),
-                  static_cast<unsigned long long>(folder.st_dev), static_cast<unsigned long long>(folder.st_ino));
-    const bool isNew = std::filesystem::create_directory("/tmp/" + place);
-    std::filesystem::create_directory(name);
-    int ready[2];
-    ASSERT_EQ(pipe(ready), 0);
-    const pid_t server = Start([&] {
-      const int file = open((std::string(name) + "/lock").c_str(), O_RDWR | O_CREAT, 0600);
-      struct flock lock = {};
-      lock.l_type = F_WRLCK;
-      fcntl(file, F_SETLK, &lock);
-      EXPECT_EQ(write(ready[1], "", 1), 1);
-      pause();
-    });
-    char byte = 0;
-    EXPECT_EQ(read(ready[0], &byte, 1), 1);
-    HKEY key = nullptr;
-    EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "new", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
-              ERROR_ACCESS_DENIED);
-    EXPECT_NE(machine::FindFault(true).find("a Wine server is running"), std::string::npos);
-    EXPECT_EQ(GetDword(HKEY_CURRENT_USER, ScratchKey, "number"), DWORD{1});
-    kill(server, SIGKILL);
-    Wait(server);
-    PutDword(HKEY_CURRENT_USER, ScratchKey, "number", 2);
-    std::filesystem::remove_all(name);
-    std::error_code inUse; // a Wine that came meanwhile keeps its folder
-    if (isNew)
-      std::filesystem::remove("/tmp/" + place, inUse);
-  }
 }
 
 } // namespace

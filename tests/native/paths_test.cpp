@@ -7,6 +7,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <sys/stat.h>
 
 namespace {
 
@@ -88,6 +90,57 @@ TEST_F(PathsTest, VersionsOfCutProgramFiles) {
     found += length != 0 && GetFileVersionInfoA(cut, 0, length, block.data()) ? 1 : 0;
   }
   EXPECT_GT(found, 0U);
+}
+
+// What reads a file whole, and with what answer if it has none.
+const std::pair<const char *, bool (*)(const char *)> Readers[] = {
+    {"library", [](const char *path) { return LoadLibraryA(path) == nullptr; }},
+    {"version", [](const char *path) { return GetFileVersionInfoSizeA(path, nullptr) == 0; }},
+    {"settings", [](const char *path) {
+       char value[8] = "";
+       return GetPrivateProfileStringA("A", "k", "", value, sizeof value, path) == 0;
+     }}};
+
+// Nobody waits for a pipe, and what has a file's place without being one is told of.
+TEST_F(PathsTest, OddFilesAreToldOf) {
+  const fs::path odd = Drive() / "acctkit-test/odd.dll";
+  const std::pair<const char *, std::function<void()>> kinds[] = {
+      {"pipe", [&] { EXPECT_EQ(mkfifo(odd.c_str(), 0666), 0); }},
+      {"folder", [&] { fs::create_directory(odd); }},
+      {"link", [&] { fs::create_symlink("/dev/zero", odd); }}};
+  for (const auto &[kind, make] : kinds) {
+    make();
+    for (const auto &[reader, hasNone] : Readers) {
+      SCOPED_TRACE(std::string(kind) + " as " + reader);
+      EXPECT_TRUE(hasNone("C:\\acctkit-test\\odd.dll"));
+      EXPECT_EQ(machine::TakeFault(), "C:\\acctkit-test\\odd.dll: this is no file of the machine");
+      EXPECT_TRUE(hasNone("C:\\acctkit-test\\missing.dll"));
+      EXPECT_EQ(machine::TakeFault(), "");
+    }
+    fs::remove(odd);
+  }
+}
+
+TEST_F(PathsTest, LargeFilesAreNotRead) {
+  PutFile("C:\\acctkit-test\\large", "[A]\nk=v\n");
+  fs::resize_file(Drive() / "acctkit-test/large", uintmax_t{1} << 32);
+  for (const auto &[reader, hasNone] : Readers) {
+    EXPECT_TRUE(hasNone("C:\\acctkit-test\\large.")) << reader;
+    EXPECT_EQ(machine::TakeFault() != "", std::string_view(reader) != "library");
+  }
+}
+
+// Loading what is missing of a library would end the process.
+TEST_F(PathsTest, CutLibrariesAreNotLoaded) {
+  CopyOntoMachine(PLUGIN_DIR "/plugin_complete.dll", "C:\\acctkit-test\\whole.dll");
+  const std::string whole = GetFile("C:\\acctkit-test\\whole.dll").value();
+  size_t told = 0;
+  for (size_t size = 0; size < whole.size(); size += 200) {
+    std::ofstream(Drive() / "acctkit-test/cut.dll", std::ios::binary) << whole.substr(0, size);
+    FreeLibrary(LoadLibraryA("C:\\acctkit-test\\cut.dll"));
+    told += machine::TakeFault().ends_with("cut.dll: this library is cut short") ? 1 : 0;
+  }
+  EXPECT_GT(told, 0U);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "win32/linux/machine/machine_lock.h"
 #include "win32/linux/machine/paths.h"
 #include "win32/linux/machine/system_calls.h"
+#include "win32/linux/machine/wine_server.h"
 #include "win32/linux/public/machine.h"
 #include "win32/linux/text/code_page.h"
 

@@ -4,6 +4,7 @@
 #include "win32/linux/machine/disk_file.h"
 #include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/running_transaction.h"
+#include "win32/linux/machine/wine_server.h"
 
 #include <cerrno>
 #include <cstring>

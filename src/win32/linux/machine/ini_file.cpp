@@ -2,6 +2,8 @@
 // it only if it has changed: callers read many values in a row.
 #include "win32/win32.h"
 
+#include "win32/linux/machine/machine_folder.h"
+#include "win32/linux/machine/paths.h"
 #include "win32/linux/text/code_page.h"
 #include "win32/linux/text/names.h"
 
@@ -34,7 +36,10 @@ struct CloseFile {
   void operator()(HANDLE file) const { CloseHandle(file); }
 };
 
-// A file's bytes; none of one that can't be read.
+// A larger file is nobody's settings, and would keep a user waiting who has it asked for value after value.
+constexpr size_t LargestFile = size_t{256} << 10;
+
+// A file's bytes; none of one that can't be read or is too large.
 std::string ReadBytes(const char *path) {
   const HANDLE opened =
       CreateFileA(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
@@ -43,9 +48,13 @@ std::string ReadBytes(const char *path) {
   const std::unique_ptr<void, CloseFile> file(opened);
   std::string bytes;
   std::array<char, 65536> block;
-  for (DWORD read = 0; ReadFile(file.get(), block.data(), block.size(), &read, nullptr) != FALSE && read != 0;)
+  for (DWORD read = 0; bytes.size() <= LargestFile &&
+                       ReadFile(file.get(), block.data(), block.size(), &read, nullptr) != FALSE && read != 0;)
     bytes.append(block.data(), read);
-  return bytes;
+  if (bytes.size() <= LargestFile)
+    return bytes;
+  machine::RecordFault(machine::NameOnMachine(path) + ": this file has more than 256 KB and isn't read");
+  return {};
 }
 
 std::u16string Decoded(std::string_view bytes) {

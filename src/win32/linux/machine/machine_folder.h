@@ -17,8 +17,4 @@ bool IsFolder(const std::filesystem::path &folder);
 // Why a folder is no machine, empty if it is one.
 std::string FolderFault(const std::filesystem::path &folder);
 
-// Says so if a Wine server runs on the folder, else empty. The server has the registry in its own memory and would
-// write that over ours.
-std::string ServerFault(const std::filesystem::path &folder);
-
 } // namespace machine

@@ -2,6 +2,7 @@
 #include "win32/linux/machine/paths.h"
 
 #include "win32/linux/machine/disk_file.h"
+#include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/running_transaction.h"
 #include "win32/linux/public/machine.h"
 #include "win32/linux/text/code_page.h"
@@ -198,6 +199,15 @@ DiskPath FindOnDisk(const char *path) {
     return {};
   const fs::path drive = DriveFolder(absolute[0]);
   return drive.empty() ? DiskPath{.missing = true} : Descend(drive, names);
+}
+
+fs::path FindFile(const char *path) {
+  const DiskPath found = FindOnDisk(path);
+  if (found.IsFile())
+    return found.path;
+  if (!found.missing)
+    RecordFault(NameOnMachine(path) + ": this is no file of the machine");
+  return {};
 }
 
 namespace {

@@ -31,6 +31,10 @@ std::string NameOnMachine(const char *path);
 // dosdevices name. Relative paths begin in the folder of the running program.
 DiskPath FindOnDisk(const char *path);
 
+// The same for a file that is to be read: where it is, empty if there is none. A fault if something else is there, such
+// as a pipe, which would keep its reader waiting, or if it can't be reached.
+std::filesystem::path FindFile(const char *path);
+
 // The entry of a folder that a pattern with wildcards matches, first in name order; empty if none does.
 std::u16string FirstMatch(const std::filesystem::path &folder, std::u16string_view pattern);
 

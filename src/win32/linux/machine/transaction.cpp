@@ -10,6 +10,7 @@
 #include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/machine_lock.h"
 #include "win32/linux/machine/running_transaction.h"
+#include "win32/linux/machine/wine_server.h"
 #include "win32/linux/public/machine.h"
 #include "win32/linux/text/code_page.h"
 #include "win32/win32.h"

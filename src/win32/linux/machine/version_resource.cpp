@@ -3,14 +3,14 @@
 #include "win32/win32.h"
 
 #include "win32/linux/machine/byte_reader.h"
-#include "win32/linux/machine/descriptor.h"
+#include "win32/linux/machine/disk_file.h"
+#include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/paths.h"
 #include "win32/linux/text/code_page.h"
 #include "win32/linux/text/names.h"
 
 #include <algorithm>
 #include <cstring>
-#include <fcntl.h>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,8 +19,6 @@ namespace {
 
 using machine::Aligned;
 
-// A program file larger than this isn't looked at; its version resource stands in its first sections anyhow.
-constexpr size_t LargestFile = size_t{256} << 20;
 constexpr uint32_t VersionResourceType = 16;
 
 // The number of `Number`'s size at an offset; nothing beyond the end.
@@ -119,14 +117,14 @@ std::string_view VersionResource(std::string_view file) {
 }
 
 std::string ReadVersionResource(const char *path) {
-  const machine::DiskPath found = machine::FindOnDisk(path);
-  if (!found.IsFile())
+  const std::filesystem::path found = machine::FindFile(path);
+  if (found.empty())
     return {};
-  const machine::Descriptor file(open(found.path.c_str(), O_RDONLY | O_CLOEXEC));
-  std::string bytes(std::min(static_cast<size_t>(found.status.st_size), LargestFile) + 1, '\0');
-  if (!file || static_cast<size_t>(found.status.st_size) > LargestFile || !machine::ReadAll(file.Get(), bytes))
-    return {};
-  return std::string(VersionResource(bytes));
+  const machine::DiskFile file = machine::ReadDiskFile(found);
+  if (file.Exists())
+    return std::string(VersionResource(file.bytes));
+  machine::RecordFault(found.string() + ": " + std::strerror(file.error));
+  return {};
 }
 
 // ---- The tree of nodes ----
