@@ -112,6 +112,25 @@ done
 if said=$(trap '' XFSZ; ulimit -f 0; acctkit signup "$samples/signup.txt" 2>&1); then fail "a full disk: $said"; fi
 [[ $said == *'File too large' && $said != *done* ]] || fail "a full disk: $said"
 
+# Nobody waits for a pipe, and what has the place of a file or a folder is named, in one line.
+limited() { ACCTKIT_MACHINE=$work/machine timeout 10 "$host" "$@"; }
+with_little_memory() { (ulimit -v 100000; limited "$@"); }
+new_machine
+rm "$plugin"
+mkfifo "$plugin" "$work/machine/wineserver"
+for command in status completed 'signup signup.txt'; do
+  (cd "$samples" && judged 1 1 'sample_mailer.dll: this is no file of the' limited $command)
+done
+truncate -s 200M "$work/machine/user.reg"
+judged 1 1 "acctkit: there isn't enough" with_little_memory accounts
+touch "$work/file"
+ln -s nowhere "$work/link"
+judged 1 1 "acctkit: $work/file: this is no" acctkit --machine "$work/file/machine" machine new
+judged 1 1 "acctkit: $work/link: this link leads" acctkit --machine "$work/link" machine new
+if unshare -m true 2>/dev/null; then
+  judged 0 0 : unshare -m sh -c 'mount -t tmpfs none /proc && exec "$@"' sh "$host" --machine "$work/new" machine new
+fi
+
 # Two wizards that are finished at the same moment write both accounts.
 finish() {
   printf '%s\n' "set 1009 user$1" next next "set 1009 user$1@own$1.example" "set 1010 User $1" next \
