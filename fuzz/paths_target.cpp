@@ -181,7 +181,8 @@ DiskPath Find(OddMachine &machine, const std::string &path) {
   if (!found.path.empty()) {
     REQUIRE(machine.Allows(found.path));
     const fs::path there = found.exists ? found.path : found.path.parent_path();
-    REQUIRE(fs::canonical(there) == there);
+    std::error_code error;
+    REQUIRE(fs::canonical(there, error) == there);
     REQUIRE(found.path.filename() != ".." && found.path.filename() != ".");
   }
 
