@@ -26,6 +26,8 @@ for record in / /dev/null <(echo mailAddress=a@b.example); do
   ! acctkit signup "$record" >/dev/null 2>&1 || fail "took $record for a sign-up"
 done
 acctkit accounts | diff "$work/before" - || fail "a refused sign-up wrote something"
+said=$(acctkit signup <(printf 'a\rb\e=1') 2>&1) || true
+[[ $said == *'there is no field "a\rb\x1B"' ]] || fail "a refusal with control characters: $said"
 
 # A text that would break Communicator's preference file is refused by the name of its field, with nothing written. A text
 # that would only be read back garbled brings a warning.
