@@ -107,6 +107,10 @@ int Sync(int file) {
 
 void SyncAll() { sync(); }
 
+int Link(const char *from, const char *to) {
+  return Pass(Befalls("Link", to), [=] { return link(from, to); });
+}
+
 int Rename(const char *from, const char *to) {
   return Pass(Befalls("Rename", to), [=] { return rename(from, to); });
 }
