@@ -50,6 +50,11 @@ template <typename Take> bool ForEachEntry(const fs::path &folder, Take take) {
 
 DiskPath Look(const fs::path &path) {
   DiskPath found = {.path = path};
+  if (Staged().IsKnownFolder(path)) {
+    found.exists = true;
+    found.status.st_mode = S_IFDIR | 0777;
+    return found;
+  }
   found.exists = lstat(path.c_str(), &found.status) == 0;
   found.missing = !found.exists && (errno == ENOENT || errno == ENOTDIR);
   if (!found.exists)
@@ -58,9 +63,8 @@ DiskPath Look(const fs::path &path) {
     found.exists = true;
     found.status.st_mode = S_IFREG | (staged->base ? staged->base->st_mode : 0666);
     found.status.st_size = static_cast<off_t>(staged->content.size());
-  } else if (!found.exists && Staged().HasFolder(path)) {
-    found.exists = true;
-    found.status.st_mode = S_IFDIR | 0777;
+  } else if (found.IsFolder() && TransactionNumber() != 0) {
+    Staged().KnowFolder(path);
   }
   return found;
 }

@@ -19,6 +19,11 @@ bool StagedFiles::HasFolder(const std::filesystem::path &target) const {
   return std::ranges::find(folders, target, &StagedFolder::target) != folders.end();
 }
 
+void StagedFiles::AddFolder(StagedFolder folder) {
+  KnowFolder(folder.target);
+  folders.push_back(std::move(folder));
+}
+
 std::vector<std::string> StagedFiles::NamesIn(const std::filesystem::path &folder) const {
   std::vector<std::string> names;
   const auto add = [&](const std::filesystem::path &target) {

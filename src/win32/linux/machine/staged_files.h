@@ -1,4 +1,4 @@
-// The files and folders that a transaction has written and that aren't on disk yet.
+// The files and folders that a transaction has written and that aren't on disk yet, and the folders that it has seen.
 #pragma once
 
 #include "win32/linux/machine/descriptor.h"
@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <sys/stat.h>
+#include <unordered_set>
 #include <vector>
 
 namespace machine {
@@ -33,7 +34,11 @@ public:
   void Put(const std::filesystem::path &target, StagedFile file);
 
   bool HasFolder(const std::filesystem::path &target) const;
-  void AddFolder(StagedFolder folder) { folders.push_back(std::move(folder)); }
+  void AddFolder(StagedFolder folder);
+
+  // Folders that are on disk or here needn't be looked for again.
+  bool IsKnownFolder(const std::filesystem::path &target) const { return known.contains(target.native()); }
+  void KnowFolder(const std::filesystem::path &target) { known.insert(target.native()); }
 
   // The names of all entries of a folder that are here.
   std::vector<std::string> NamesIn(const std::filesystem::path &folder) const;
@@ -45,6 +50,7 @@ public:
 private:
   Files files;
   std::vector<StagedFolder> folders;
+  std::unordered_set<std::string> known;
 };
 
 } // namespace machine
