@@ -1,9 +1,11 @@
-// Opening, reading and closing a registry value with the hives loaded, outside of a transaction and within one; the
-// search for a mail account among more and more accounts; and more and more new accounts in one transaction.
+// Loading a hive as large as a Wine prefix has, and finding a key in it; opening, reading and closing a registry value
+// with the hives loaded, outside of a transaction and within one; the search for a mail account among more and more
+// accounts; and more and more new accounts in one transaction.
 #include "acctkit/acctkit.h"
 #include "clients/registry_key.h"
 
 #include "support/scratch_machine.h"
+#include "win32/linux/machine/hive.h"
 #include "win32/linux/public/transaction.h"
 
 #include <benchmark/benchmark.h>
@@ -14,6 +16,33 @@
 namespace {
 
 constexpr const char *AccountsKey = "Software\\Microsoft\\Internet Account Manager\\Accounts";
+
+// 3 MB of keys and values like those of a prefix's system.reg.
+std::string LargeHive() {
+  std::string text = machine::Hive::EmptyText("\\\\Machine");
+  for (unsigned number = 0; text.size() < 3'000'000; ++number) {
+    char section[512];
+    std::snprintf(section, sizeof section,
+                  "[Software\\\\Classes\\\\Interface\\\\{%08X-0000-0000-C000-000000000046}] 1000000000\n"
+                  "#time=1dd7d23ac556f6e\n@=\"IInterface%u\"\n\"NumMethods\"=dword:%08x\n\n"
+                  "[Software\\\\Classes\\\\Interface\\\\{%08X-0000-0000-C000-000000000046}\\\\ProxyStubClsid32] "
+                  "1000000000\n#time=1dd7d23ac556f6e\n@=hex(2):25,00,53,00,79,00,73,00,74,00,65,00,6d,00,52,00,6f,\\\n"
+                  "  00,6f,00,74,00,25,00,00,00\n\n",
+                  number, number, number, number);
+    text += section;
+  }
+  return text;
+}
+
+void LoadHive(benchmark::State &state) {
+  const std::string text = LargeHive();
+  for (auto _ : state) {
+    machine::Hive hive;
+    if (!hive.Load(text).empty() || hive.Find(hive.Root(), u"Software\\Classes\\Interface") == nullptr)
+      state.SkipWithError("the hive is no hive");
+  }
+  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(text.size()));
+}
 
 void ReadServer() {
   char text[RegistryTextSize];
@@ -80,6 +109,7 @@ void NewAccountsInOneTransaction(benchmark::State &state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+BENCHMARK(LoadHive)->Unit(benchmark::kMicrosecond);
 BENCHMARK(ReadValue)->Repetitions(5)->ReportAggregatesOnly();
 BENCHMARK(ReadValueInTransaction)->Repetitions(5)->ReportAggregatesOnly();
 BENCHMARK(NewAccountsInOneTransaction)->RangeMultiplier(10)->Range(10, 1000)->Unit(benchmark::kMicrosecond);

@@ -34,16 +34,43 @@ ValueMap ValuesOf(Hive &hive, const Hive::Key &key) {
   return values;
 }
 
+// Whether a section's heading has the names of a path and no more.
+bool NamesPath(const Hive::Section &section, const KeyPath &path) {
+  std::string_view rest = section.text.substr(1);
+  for (const std::u16string &name : path) {
+    std::u16string read;
+    const size_t end = machine::EndOfName(rest);
+    if (!machine::ReadKeyName(rest.substr(0, end), read) || !text::SameName(read, name))
+      return false;
+    rest.remove_prefix(rest[end] == ']' ? end : end + machine::NameSeparator.size());
+  }
+  return rest.starts_with(']');
+}
+
 void Collect(Hive &hive, Hive::Key &key, KeyPath &path, Snapshot &snapshot) {
   snapshot[path] = ValuesOf(hive, key);
+  for (const Hive::Section *const section : key.sections)
+    REQUIRE(NamesPath(*section, path));
   size_t index = 0;
-  for (const auto &[name, subkey] : key.subkeys) {
+  for (const auto &[name, subkey] : key.Subkeys()) {
     REQUIRE(key.Subkey(index++) == subkey.get() && subkey->parent == &key);
     path.push_back(subkey->name);
     Collect(hive, *subkey, path, snapshot);
     path.pop_back();
   }
   REQUIRE(key.Subkey(index) == nullptr);
+}
+
+size_t SectionsBelow(Hive::Key &key) {
+  size_t count = key.sections.size();
+  for (const auto &[name, subkey] : key.Subkeys())
+    count += SectionsBelow(*subkey);
+  return count;
+}
+
+// No line of a sound value begins like a heading.
+size_t Headings(std::string_view text) {
+  return static_cast<size_t>(std::ranges::count_if(Lines(text), [](auto line) { return line.starts_with('['); }));
 }
 
 Snapshot Collect(Hive &hive) {
@@ -139,12 +166,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     return 0;
   REQUIRE(input.text.find('\0') == std::string::npos && hive.Text() == input.text);
   Snapshot expected = Collect(hive);
-  REQUIRE(hive.Text() == input.text);
+  REQUIRE(hive.Text() == input.text && SectionsBelow(hive.Root()) == Headings(input.text));
 
   for (int number = 0; number < 8 && input.commands.remaining_bytes() > 0; ++number)
     Edit(hive, expected, input.commands);
   RequireSame(expected, Collect(hive));
 
+  REQUIRE(hive.Loaded() == input.text);
   const std::string text = hive.Text();
   REQUIRE(KeepsLines(input.text, text, [](std::string_view line) { return line.find_first_of("[#;") == 0; }));
   Hive again;

@@ -2,6 +2,7 @@
 
 #include "usage.h"
 #include "utf8.h"
+#include "wizard_script.h"
 
 #include <algorithm>
 #include <map>
@@ -28,7 +29,7 @@ void Fill(SignupRecord &record, const std::string &key, const std::string &value
   }
   const auto known = std::ranges::find(fields, key, &TextField::name);
   if (known == std::end(fields))
-    throw UsageError("there is no field " + key);
+    throw UsageError("there is no field " + Quoted(key));
   const std::optional<std::string> text = FromUtf8(value);
   if (!text)
     throw UsageError(key + " has a character that code page 932 doesn't have");

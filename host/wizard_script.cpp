@@ -101,7 +101,7 @@ public:
     int number = 0;
     const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
     if (error != std::errc() || end != word.data() + word.size() || number < least || number > most)
-      throw UsageError('"' + word + "\" is no number from " + std::to_string(least) + " to " + std::to_string(most));
+      throw UsageError(Quoted(word) + " is no number from " + std::to_string(least) + " to " + std::to_string(most));
     return number;
   }
 
@@ -176,7 +176,7 @@ private:
 std::string WordOf(const Command &command, LineReader &line) {
   std::string word = line.Word();
   if (std::ranges::find(command.words, word) == command.words.end())
-    throw UsageError(std::string(command.name) + " doesn't know \"" + word + '"');
+    throw UsageError(std::string(command.name) + " doesn't know " + Quoted(word));
   return word;
 }
 
@@ -218,13 +218,13 @@ Step ReadStep(LineReader line) {
     name += ' ' + line.Word();
   const auto *const command = std::ranges::find(Commands, name, &Command::name);
   if (command == std::end(Commands))
-    throw UsageError("there is no command \"" + name + '"');
+    throw UsageError("there is no command " + Quoted(name));
   Step step;
   step.command = name;
   for (const Argument argument : command->arguments)
     ReadArgument(argument, *command, line, step);
   if (!line.IsAtEnd())
-    throw UsageError("something stands behind the end: \"" + line.Rest() + '"');
+    throw UsageError("something stands behind the end: " + Quoted(line.Rest()));
   return step;
 }
 

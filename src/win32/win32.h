@@ -228,7 +228,7 @@ DWORD GetModuleFileNameA(HMODULE, char *buffer, DWORD size);
 // without regard to case, the first of several counts. Blanks around names and values don't count, nor does one pair of
 // quotes around a value; lines that begin with a semicolon are comments. `defaultText` stands in for what is missing.
 // The result is the length; what doesn't fit is cut to size - 1, and `size` is at least 1. The file's text is code page
-// 932, or UTF-16 behind a byte order mark.
+// 932, or UTF-16 behind a byte order mark. Here a file of more than 256 KB counts as missing.
 DWORD GetPrivateProfileStringA(const char *section, const char *key, const char *defaultText, char *buffer, DWORD size,
                                const char *path);
 

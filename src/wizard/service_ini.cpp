@@ -46,9 +46,9 @@ std::vector<std::string> ReadDomains(const char *section) {
   const std::string path = ServiceIniPath();
   std::string text;
   ReadServiceString(path, section, "server_max", text);
-  const int highest = std::atoi(text.c_str());
+  const long highest = std::strtol(text.c_str(), nullptr, 10);
   std::vector<std::string> domains;
-  for (int number = 1; number <= highest; ++number) {
+  for (long number = 1; number <= highest; ++number) {
     if (!ReadServiceString(path, section, ("disp" + std::to_string(number)).c_str(), text))
       break;
     domains.push_back(text);

@@ -3,6 +3,7 @@
 
 #include "clients/guarded.h"
 #include "wizard/client_finder.h"
+#include "wizard/id_list.h"
 #include "wizard/pages/kerm_pages.h"
 #include "wizard/pages/mailer_pages.h"
 #include "wizard/pages/news_pages.h"
@@ -12,7 +13,6 @@
 #include "wizard/wizard_data.h"
 
 #include <atomic>
-#include <cstring>
 #include <tuple>
 
 namespace {
@@ -45,24 +45,6 @@ private:
 int32_t Refuse(const char *message) {
   AfxMessageBox(message);
   return 0;
-}
-
-// Reads the strings of a host's list, one after the other. A zero byte at its very start doesn't end it.
-void ReadIds(const char *list, CStringArray &ids) {
-  for (const char *at = list; at[0] != '\0' || at[1] != '\0'; at += std::strlen(at)) {
-    if (*at == '\0')
-      ++at;
-    ids.Add(at);
-  }
-}
-
-// Stores the host's IDs and the spare entry, and finds the host's ID among them.
-void FillIds(WizardData &data, const char *id, const char *idList) {
-  ReadIds(idList, data.ids);
-  data.ids.Add(""); // the spare entry; an empty ID selects it
-  for (int index = data.ids.GetSize() - 1; index >= 0; --index)
-    if (data.ids[index] == id)
-      data.currentId = index;
 }
 
 // Runs a wizard. Its parameters are the wizard's record and its pages in their order, whether the host's arguments are

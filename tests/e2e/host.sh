@@ -26,6 +26,8 @@ for record in / /dev/null <(echo mailAddress=a@b.example); do
   ! acctkit signup "$record" >/dev/null 2>&1 || fail "took $record for a sign-up"
 done
 acctkit accounts | diff "$work/before" - || fail "a refused sign-up wrote something"
+said=$(acctkit signup <(printf 'a\rb\e=1') 2>&1) || true
+[[ $said == *'there is no field "a\rb\x1B"' ]] || fail "a refusal with control characters: $said"
 
 # A text that would break Communicator's preference file is refused by the name of its field, with nothing written. A text
 # that would only be read back garbled brings a warning.
@@ -111,6 +113,25 @@ done
 # A command whose data the disk didn't take doesn't report success.
 if said=$(trap '' XFSZ; ulimit -f 0; acctkit signup "$samples/signup.txt" 2>&1); then fail "a full disk: $said"; fi
 [[ $said == *'File too large' && $said != *done* ]] || fail "a full disk: $said"
+
+# Nobody waits for a pipe, and what has the place of a file or a folder is named, in one line.
+limited() { ACCTKIT_MACHINE=$work/machine timeout 10 "$host" "$@"; }
+with_little_memory() { (ulimit -v 100000; limited "$@"); }
+new_machine
+rm "$plugin"
+mkfifo "$plugin" "$work/machine/wineserver"
+for command in status completed 'signup signup.txt'; do
+  (cd "$samples" && judged 1 1 'sample_mailer.dll: this is no file of the' limited $command)
+done
+truncate -s 200M "$work/machine/user.reg"
+judged 1 1 "acctkit: there isn't enough" with_little_memory accounts
+touch "$work/file"
+ln -s nowhere "$work/link"
+judged 1 1 "acctkit: $work/file: this is no" acctkit --machine "$work/file/machine" machine new
+judged 1 1 "acctkit: $work/link: this link leads" acctkit --machine "$work/link" machine new
+if unshare -m true 2>/dev/null; then
+  judged 0 0 : unshare -m sh -c 'mount -t tmpfs none /proc && exec "$@"' sh "$host" --machine "$work/new" machine new
+fi
 
 # Two wizards that are finished at the same moment write both accounts.
 finish() {

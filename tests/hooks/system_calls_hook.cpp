@@ -116,6 +116,10 @@ int Sync(int file) {
 // Other programs' data would take its time.
 void SyncAll() { NoteSynced(-1); }
 
+int Link(const char *from, const char *to) {
+  return Pass(Befalls("Link", to), [=] { return link(from, to); });
+}
+
 int Rename(const char *from, const char *to) {
   return Pass(Befalls("Rename", to), [=] { return rename(from, to); });
 }

@@ -7,6 +7,7 @@
 #include "clients/registry_key.h"
 #include "win32/linux/machine/hive.h"
 #include "win32/linux/public/machine.h"
+#include "win32/linux/text/code_page.h"
 
 #include <cstdio>
 #include <fstream>
@@ -79,6 +80,39 @@ TEST_F(HiveTest, WritesValuesAsWineDoes) {
       hive.WriteValue(*key, value);
   }
   EXPECT_EQ(hive.Text(), WineHive);
+}
+
+// Wine has one section for a key, and its subkeys together. Who edits a hive may put anything anywhere.
+TEST_F(HiveTest, FindsKeysWhereverTheirSectionsAre) {
+  machine::Hive hive;
+  ASSERT_EQ(hive.Load(Heading + R"([b\\X\\y]
+"v"="first"
+[A\\z]
+[B\\x]
+[\x62\\x\\Y]
+"V"="last"
+"w"="other"
+[]
+"v"="root"
+[B c]
+[b\\w\\y]
+)"),
+            "");
+  const auto subkeys = [&](const char16_t *path) {
+    std::u16string names;
+    machine::Hive::Key *const key = hive.Find(hive.Root(), path);
+    for (size_t index = 0; key->Subkey(index) != nullptr; ++index)
+      names += key->Subkey(index)->name + u',';
+    return names;
+  };
+  EXPECT_EQ(subkeys(u""), u"A,b,B c,");
+  EXPECT_EQ(subkeys(u"B"), u"w,X,");
+  EXPECT_EQ(subkeys(u"b\\x"), u"y,");
+  std::u16string values;
+  for (const char16_t *path : {u"", u"B\\X\\Y"})
+    for (const machine::HiveValue &value : machine::HiveHooks::Values(hive, *hive.Find(hive.Root(), path)))
+      values += value.name + u'=' + text::WideOf(value.data).c_str() + u',';
+  EXPECT_EQ(values, u"v=root,V=last,V=last,w=other,");
 }
 
 TEST_F(HiveTest, WritesNothingForWhatIsThereAlready) {

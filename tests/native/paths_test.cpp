@@ -60,7 +60,7 @@ TEST_F(PathsTest, DrivesAreTheLinksOfDosdevices) {
 TEST_F(PathsTest, NamesAreUtf8OnDisk) {
   PutFile("C:\\acctkit-test\\\x95\x5c\x8e\xa6.txt", "bytes");
   EXPECT_TRUE(fs::exists(Drive() / "acctkit-test/\xe8\xa1\xa8\xe7\xa4\xba.txt"));
-  SetEnvironment("ACCTKIT_PROGRAM", "C:\\acctkit-test\\\xe8\xa1\xa8.exe");
+  SetEnvironment("ACCTKIT_PROGRAM", "C:/acctkit-test\\\xe8\xa1\xa8.exe");
   EXPECT_EQ(ServiceIniPath(), "C:\\acctkit-test\\service.ini");
   SetEnvironment("ACCTKIT_PROGRAM", "");
 }

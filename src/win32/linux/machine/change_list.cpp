@@ -1,21 +1,32 @@
 #include "win32/linux/machine/change_list.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cstring>
 
 namespace machine {
 
-// Eight bytes at a time: hives have megabytes.
+// Hives have megabytes: four rows of eight bytes at a time, which don't wait for each other.
 Digest DigestOf(std::string_view bytes) {
-  uint64_t hash = 0x9E3779B97F4A7C15;
-  for (size_t at = 0; at < bytes.size(); at += sizeof(uint64_t)) {
-    uint64_t block = 0;
-    std::memcpy(&block, bytes.data() + at, std::min(sizeof block, bytes.size() - at));
-    hash = std::rotl((hash ^ block) * 0xFF51AFD7ED558CCD, 31);
+  constexpr size_t Rows = 4;
+  std::array<uint64_t, Rows> hashes = {1, 2, 3, 4};
+  const auto mix = [](uint64_t &hash, uint64_t block) { hash = std::rotl((hash ^ block) * 0xFF51AFD7ED558CCD, 31); };
+  std::array<uint64_t, Rows> blocks;
+  const uint64_t size = bytes.size();
+  for (; bytes.size() >= sizeof blocks; bytes.remove_prefix(sizeof blocks)) {
+    std::memcpy(blocks.data(), bytes.data(), sizeof blocks);
+    for (size_t row = 0; row < Rows; ++row)
+      mix(hashes[row], blocks[row]);
   }
-  return {bytes.size(), hash};
+  blocks = {};
+  std::memcpy(blocks.data(), bytes.data(), bytes.size());
+  for (size_t row = 0; row < Rows; ++row)
+    mix(hashes[row], blocks[row]);
+  for (size_t row = 1; row < Rows; ++row)
+    mix(hashes[0], hashes[row]);
+  return {size, hashes[0]};
 }
 
 namespace {

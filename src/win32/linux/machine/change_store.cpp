@@ -56,6 +56,15 @@ int TakeOver(const Descriptor &file, const struct stat &old) {
   return (made.st_mode & Permissions) == mode || sys::ChangeMode(file.Get(), mode) == 0 ? 0 : errno;
 }
 
+// Keeps a file that is to be replaced: as it is, since only its name changes hands, or as a copy, where it can't have a
+// second name or has one already. 0 or errno.
+int KeepOld(const fs::path &target, const DiskFile &old, const fs::path &kept) {
+  if (old.status.st_nlink == 1 && sys::Link(target.c_str(), kept.c_str()) == 0)
+    return 0;
+  Descriptor copy;
+  return MakeDiskFile(kept, old.bytes, 0600, copy);
+}
+
 Content ContentOf(const DiskFile &file) { return file.Exists() ? Content(DigestOf(file.bytes)) : std::nullopt; }
 
 // What stands at a path now. 0, or errno if that can't be told.
@@ -101,6 +110,11 @@ std::string RandomToken() {
 
 // A file's number, and whether it is the new or the old one.
 std::string Form(size_t number, const char *which) { return std::to_string(number) + which; }
+
+void HideFromOthers(const fs::path &kept) {
+  if (const Descriptor file(sys::Open(kept.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC)); file)
+    sys::ChangeMode(file.Get(), 0600);
+}
 
 bool Exists(const fs::path &path) { return access(path.c_str(), F_OK) == 0; }
 
@@ -169,7 +183,11 @@ bool ChangeStore::Stage(Change &change, ChangeList &list) {
   };
   if (faccessat(AT_FDCWD, change.target.parent_path().c_str(), W_OK | X_OK, AT_EACCESS) != 0)
     return refuse(errno);
-  const DiskFile old = ReadDiskFile(change.target);
+  DiskFile old;
+  if (!change.known.empty() && lstat(change.target.c_str(), &old.status) == 0 && IsSame(old.status, *change.base))
+    old.bytes = change.known;
+  else
+    old = ReadDiskFile(change.target);
   if (!old.Exists() && old.error != ENOENT)
     return Fail(change.target, old.error);
   if (old.Exists() != change.base.has_value() || (old.Exists() && !IsSame(old.status, *change.base))) {
@@ -183,8 +201,7 @@ bool ChangeStore::Stage(Change &change, ChangeList &list) {
   ListedFile file = {Form(number, ".new"), std::nullopt, std::nullopt, change.path, change.target, change.base};
   if (old.Exists()) {
     file.before = DigestOf(old.bytes);
-    Descriptor kept;
-    if (const int error = MakeDiskFile(staging / Form(number, ".old"), old.bytes, 0600, kept); error != 0)
+    if (const int error = KeepOld(change.target, old, staging / Form(number, ".old")); error != 0)
       return Fail(change.target, error);
   }
   if (change.after) {
@@ -295,6 +312,9 @@ void ChangeStore::Finish(const ChangeList &list) {
     RemoveFolderOfFiles(commit);
     return;
   }
+  for (size_t number = 0; number < list.files.size(); ++number)
+    if (list.files[number].before)
+      HideFromOthers(commit / Form(number, ".old"));
   RemoveFolderOfFiles(last);
   sys::Rename(commit.c_str(), last.c_str());
 }

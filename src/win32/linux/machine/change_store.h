@@ -28,6 +28,7 @@ struct Change {
   std::filesystem::path target;     // on disk
   std::optional<struct stat> base;  // the file as it was read; none if there was none
   std::optional<std::string> after; // none: it is removed
+  std::string_view known = {};      // the bytes of the base, if they are in memory
 
   enum class Result { Unchanged, Refused, Placed };
   Result result = Result::Unchanged;

@@ -10,7 +10,8 @@
 
 namespace machine {
 
-// Whether the system fails, and not the file: what was found before isn't the whole then, and no call may go on with it.
+// Whether the system fails, and not the file: what was found before isn't the whole then, and no call may go on with
+// it.
 bool IsSystemFailure(int error);
 
 // Larger files are none of a client's, and would be no good in memory.

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
+#include <utility>
 
 namespace machine {
 
@@ -15,16 +16,37 @@ constexpr size_t DeepestPath = 512;
 constexpr std::string_view LinkLine = "#link";
 constexpr std::string_view Arch64Line = "#arch=win64";
 
-} // namespace
-
-const Hive::Key *Hive::Key::Subkey(size_t index) {
-  if (order.size() != subkeys.size()) {
-    order.clear();
-    for (const auto &entry : subkeys)
-      order.push_back(entry.second.get());
+// Reads the headings of a text one after the other. Each mostly has the names of the last one but for one.
+class HeadingReader {
+public:
+  // What is wrong with a heading, nothing if it is sound; and where the first name begins that the last one doesn't
+  // have.
+  std::string_view Read(std::string_view heading, uint32_t &shared) {
+    while (!heading.starts_with(last.substr(0, names.back())))
+      names.pop_back();
+    shared = static_cast<uint32_t>(names.back());
+    last = heading;
+    if (heading.starts_with("[]")) // of the root
+      return {};
+    for (;;) {
+      const std::string_view rest = heading.substr(names.back());
+      const size_t end = EndOfName(rest);
+      if (end >= rest.size())
+        return "a key's heading without its end";
+      if (!IsKeyName(rest.substr(0, end)) || names.size() > DeepestPath)
+        return "a key's name that can't be read";
+      if (rest[end] == ']')
+        return {};
+      names.push_back(names.back() + end + NameSeparator.size());
+    }
   }
-  return index < order.size() ? order[index] : nullptr;
-}
+
+private:
+  std::string_view last;
+  std::vector<size_t> names = {1}; // where the names in it begin
+};
+
+} // namespace
 
 // ---- Loading and writing ----
 
@@ -42,7 +64,11 @@ std::string Hive::Load(std::string fileText) {
   if (!rest.ends_with('\n'))
     return Damage({}, "the file ends within a line");
   header = TakeLine(rest);
-  return LoadSections(rest);
+  if (std::string damage = LoadSections(rest); !damage.empty())
+    return damage;
+  root.runs = {{sections, 1}};
+  root.Subkeys(); // the root's own sections are among them
+  return {};
 }
 
 std::string Hive::Damage(std::string_view rest, std::string_view what) const {
@@ -51,107 +77,98 @@ std::string Hive::Damage(std::string_view rest, std::string_view what) const {
 }
 
 std::string Hive::LoadSections(std::string_view rest) {
-  Key *key = nullptr;
+  HeadingReader headings;
   while (!rest.empty()) {
     const std::string_view all = rest;
     std::string_view damage;
-    if (rest[0] == '[')
-      key = BeginSection(TakeLine(rest), damage);
-    else if (key != nullptr && IsValueLine(rest))
+    if (rest[0] == '[') {
+      Section &section = sections.emplace_back();
+      section.text = rest.substr(0, 0);
+      damage = headings.Read(TakeLine(rest), section.shared);
+    } else if (!sections.empty() && IsValueLine(rest)) {
       damage = IsSoundValue(TakeValue(rest)) ? "" : "a value that can't be read";
-    else
-      damage = ReadPlainLine(TakeLine(rest), key);
+    } else {
+      damage = ReadPlainLine(TakeLine(rest));
+    }
     if (!damage.empty())
       return Damage(all, damage);
-    std::string_view &text = key == nullptr ? header : sections.back().original;
-    text = {text.empty() ? all.data() : text.data(), text.size() + all.size() - rest.size()};
+    std::string_view &text = sections.empty() ? header : sections.back().text;
+    text = {text.data(), text.size() + all.size() - rest.size()};
   }
   return {};
 }
 
-Hive::Key *Hive::BeginSection(std::string_view heading, std::string_view &damage) {
-  Key *const key = KeyOfHeading(heading, damage);
-  if (key != nullptr) {
-    key->sections.push_back(static_cast<uint32_t>(sections.size()));
-    sections.emplace_back();
-  }
-  return key;
-}
-
-std::string_view Hive::ReadPlainLine(std::string_view line, Key *key) {
+std::string_view Hive::ReadPlainLine(std::string_view line) {
   const std::string_view text = Trimmed(line);
   if (!text.empty() && text[0] != ';' && text[0] != '#')
     return "neither a key nor a value";
-  if (key == nullptr)
+  if (sections.empty())
     is64Bit = is64Bit || text == Arch64Line;
   else
-    key->isLink = key->isLink || text == LinkLine;
+    sections.back().isLink = sections.back().isLink || text == LinkLine;
   return {};
 }
 
 std::string Hive::Text() const {
   size_t size = header.size();
   for (const Section &section : sections)
-    size += section.original.size() + 256;
+    size += section.text.size();
+  for (const Section &section : added)
+    size += section.text.size();
   std::string text;
   text.reserve(size);
   text += header;
-  for (const Section &section : sections) {
-    if (!section.divided)
-      text += section.original;
-    for (const Line &line : section.lines)
-      text += line.text;
-  }
+  for (const Section &section : sections)
+    text += section.text;
+  for (const Section &section : added)
+    text += section.text;
   return text;
 }
 
 // ---- Keys ----
 
-Hive::Key &Hive::Subkey(Key &parent, std::u16string_view name) {
-  std::u16string upper = text::ToUpper(name);
-  // Files have their keys in order, so a new one mostly goes to the end.
-  const auto position = parent.subkeys.empty() || parent.subkeys.rbegin()->first < upper
-                            ? parent.subkeys.end()
-                            : parent.subkeys.lower_bound(upper);
-  if (position != parent.subkeys.end() && position->first == upper)
-    return *position->second;
-  auto key = std::make_unique<Key>();
-  key->parent = &parent;
-  key->name = name;
-  Key &made = *key;
-  parent.subkeys.emplace_hint(position, std::move(upper), std::move(key));
-  parent.order.clear();
-  return made;
+void Hive::Key::MakeSubkeys() {
+  for (auto [rest, at] : std::exchange(runs, {}))
+    while (!rest.empty()) {
+      const std::string_view names = rest[0].text.substr(at);
+      const size_t end = EndOfName(names);
+      std::u16string first;
+      Key &key = ReadKeyName(names.substr(0, end), first) ? MakeSubkey(first) : *this; // "[]", and this is the root
+      size_t count = 1;
+      if (names[end] == ']') {
+        key.sections.push_back(&rest[0]);
+        key.isLink = key.isLink || rest[0].isLink;
+      } else {
+        const size_t below = at + end + NameSeparator.size();
+        while (count < rest.size() && rest[count].shared >= below)
+          ++count;
+        key.runs.push_back({rest.first(count), below});
+      }
+      rest = rest.subspan(count);
+    }
 }
 
-Hive::Key *Hive::KeyOfHeading(std::string_view heading, std::string_view &damage) {
-  // The keys of all names that this heading has in common with the last one are known.
-  const auto agreed = static_cast<size_t>(std::ranges::mismatch(heading, lastHeading).in1 - heading.begin());
-  while (lastPath.size() > 1 && lastPath.back().first > agreed)
-    lastPath.pop_back();
-  lastHeading = heading;
-  if (heading.starts_with("[]"))
-    return &root;
-
-  auto [at, key] = lastPath.back();
-  for (;;) {
-    const std::string_view rest = heading.substr(at);
-    const size_t end = EndOfName(rest);
-    if (end >= rest.size()) {
-      damage = "a key's heading without its end";
-      return nullptr;
-    }
-    std::u16string name;
-    if (!ReadKeyName(rest.substr(0, end), name) || lastPath.size() > DeepestPath) {
-      damage = "a key's name that can't be read";
-      return nullptr;
-    }
-    key = &Subkey(*key, name);
-    if (rest[end] == ']')
-      return key;
-    at += end + NameSeparator.size();
-    lastPath.emplace_back(at, key);
+const Hive::Key *Hive::Key::Subkey(size_t index) {
+  if (order.size() != Subkeys().size()) {
+    order.clear();
+    for (const auto &entry : subkeys)
+      order.push_back(entry.second.get());
   }
+  return index < order.size() ? order[index] : nullptr;
+}
+
+Hive::Key &Hive::Key::MakeSubkey(std::u16string_view subkeyName) {
+  std::u16string upper = text::ToUpper(subkeyName);
+  Subkeys();
+  // Files have their keys in order, so a new one mostly goes to the end.
+  const auto position = subkeys.empty() || subkeys.rbegin()->first < upper ? subkeys.end() : subkeys.lower_bound(upper);
+  if (position != subkeys.end() && position->first == upper)
+    return *position->second;
+  auto key = std::make_unique<Key>();
+  key->parent = this;
+  key->name = subkeyName;
+  order.clear();
+  return *subkeys.emplace_hint(position, std::move(upper), std::move(key))->second;
 }
 
 Hive::Key *Hive::Find(Key &from, std::u16string_view names) {
@@ -159,7 +176,7 @@ Hive::Key *Hive::Find(Key &from, std::u16string_view names) {
   std::u16string_view path = upper;
   Key *key = &from;
   for (auto name = text::TakeName(path); key != nullptr && !name.empty(); name = text::TakeName(path)) {
-    const auto position = key->subkeys.find(name);
+    const auto position = key->Subkeys().find(name);
     key = position == key->subkeys.end() ? nullptr : position->second.get();
   }
   return key;
@@ -174,7 +191,7 @@ Hive::Key *Hive::Create(Key &from, std::u16string_view path) {
     return nullptr;
   Key *key = &from;
   for (const std::u16string_view name : names)
-    key = &Subkey(*key, name);
+    key = &key->MakeSubkey(name);
   if (key->sections.empty())
     AddSection(*key);
   return key;
@@ -197,77 +214,63 @@ void Hive::AddSection(Key &key) {
   // Wine keeps the time of the last change twice: in seconds, and in units of 100 ns since 1601.
   const auto now = static_cast<unsigned long long>(std::time(nullptr));
   char stamps[64];
-  std::snprintf(stamps, sizeof stamps, "] %llu\n#time=%llx\n", now, (now + 11644473600ULL) * 10000000ULL);
-  key.sections.push_back(static_cast<uint32_t>(sections.size()));
-  Section &section = sections.emplace_back();
-  section.divided = true;
-  section.lines = {{heading + stamps, std::nullopt}, {"\n", std::nullopt}};
+  std::snprintf(stamps, sizeof stamps, "] %llu\n#time=%llx\n\n", now, (now + 11644473600ULL) * 10000000ULL);
+  Section &section = added.emplace_back();
+  Replace({&section, section.text}, heading + stamps);
+  key.sections.push_back(&section);
 }
 
 // ---- Values of a key ----
 
-std::vector<Hive::Line> &Hive::LinesOf(Section &section) {
-  if (section.divided)
-    return section.lines;
-  section.divided = true;
-  std::string_view rest = section.original;
-  while (!rest.empty()) {
-    if (!IsValueLine(rest)) {
-      section.lines.push_back({std::string(TakeLine(rest)), std::nullopt});
-      continue;
-    }
-    const std::string_view value = TakeValue(rest);
-    std::string_view name = value;
-    Line line{std::string(value), std::u16string()};
-    ReadName(name, *line.valueName);
-    section.lines.push_back(std::move(line));
+Hive::Part Hive::FindValue(const Key &key, std::u16string_view name) {
+  Part found;
+  for (size_t number = key.sections.size(); number-- > 0 && found.section == nullptr;) {
+    Section *const section = key.sections[number];
+    std::string_view rest = section->text;
+    while (!rest.empty())
+      if (!IsValueLine(rest))
+        TakeLine(rest);
+      else if (const std::string_view lines = TakeValue(rest); HasName(lines, name))
+        found = {section, lines};
   }
-  return section.lines;
+  return found;
 }
 
-Hive::Line *Hive::FindLine(const Key &key, std::u16string_view name, std::vector<Line> **owner) {
-  for (size_t number = key.sections.size(); number-- > 0;) {
-    std::vector<Line> &lines = LinesOf(sections[key.sections[number]]);
-    for (size_t index = lines.size(); index-- > 0;)
-      if (lines[index].valueName && text::SameName(*lines[index].valueName, name)) {
-        *owner = &lines;
-        return &lines[index];
-      }
-  }
-  return nullptr;
+void Hive::Replace(const Part &part, std::string_view text) {
+  Section &section = *part.section;
+  const auto at = static_cast<size_t>(part.text.data() - section.text.data());
+  if (section.edited == nullptr)
+    section.edited = std::make_unique<std::string>(section.text);
+  section.text = section.edited->replace(at, part.text.size(), text);
 }
 
-Hive::Found Hive::ReadValue(const Key &key, std::u16string_view name, HiveValue &value) {
-  std::vector<Line> *owner = nullptr;
-  const Line *const line = FindLine(key, name, &owner);
-  if (line == nullptr)
+Hive::Found Hive::ReadValue(const Key &key, std::u16string_view name, HiveValue &value) const {
+  Part found = FindValue(key, name);
+  if (found.section == nullptr)
     return Found::No;
-  std::string_view text = line->text;
-  return ReadName(text, value.name) && ReadData(text, value) ? Found::Yes : Found::Damaged;
+  return ReadName(found.text, value.name) && ReadData(found.text, value) ? Found::Yes : Found::Damaged;
 }
 
 void Hive::WriteValue(Key &key, const HiveValue &value) {
-  std::vector<Line> *owner = nullptr;
-  if (Line *const line = FindLine(key, value.name, &owner)) {
-    HiveValue written = value;
-    written.name = *line->valueName; // the case first written
-    line->text = FormatValue(written);
-    return;
+  HiveValue written = value;
+  Part part = FindValue(key, value.name);
+  if (part.section != nullptr) {
+    std::string_view line = part.text;
+    ReadName(line, written.name); // the case first written
+  } else {                        // behind the last line that isn't blank
+    part.section = key.sections.back();
+    part.text = part.section->text.substr(Trimmed(part.section->text).size());
+    TakeLine(part.text);
+    part.text = part.text.substr(0, 0);
   }
-  std::vector<Line> &lines = LinesOf(sections[key.sections.back()]);
-  const auto behindLast = std::ranges::find_if(lines.rbegin(), lines.rend(), [](const Line &line) {
-                            return !Trimmed(line.text).empty();
-                          }).base();
-  lines.insert(behindLast, {FormatValue(value), value.name});
+  Replace(part, FormatValue(written));
 }
 
 bool Hive::RemoveValue(Key &key, std::u16string_view name) {
-  bool removed = false;
-  std::vector<Line> *owner = nullptr;
-  while (const Line *const line = FindLine(key, name, &owner)) {
-    owner->erase(owner->begin() + (line - owner->data()));
-    removed = true;
-  }
+  Part found = FindValue(key, name);
+  const bool removed = found.section != nullptr;
+  for (; found.section != nullptr; found = FindValue(key, name))
+    Replace(found, {});
   return removed;
 }
 

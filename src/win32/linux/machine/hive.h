@@ -1,17 +1,19 @@
-// A registry hive in Wine's text format ("WINE REGISTRY Version 2"): the tree of its keys, and the text they came from.
+// A registry hive in Wine's text format ("WINE REGISTRY Version 2"): the text of each section (a key's heading and the
+// lines below it), and the tree of its keys.
 //
-// What isn't edited keeps its text, byte for byte: a section (a key's heading and the lines below it) is divided into
-// lines only when one of its values is asked for, and of an edited section only the lines of the values that changed
-// are new.
+// A hive has thousands of keys, of which few are asked for. So loading only looks whether the text is sound; the
+// subkeys of a key are made when somebody asks for one of them. Values are read from the text of their section and
+// written into it: what isn't edited keeps its text, byte for byte.
 #pragma once
 
 #include "win32/linux/machine/hive_text.h"
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
-#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,16 +22,44 @@ namespace machine {
 
 class Hive {
 public:
+  // A heading and the lines below it.
+  struct Section {
+    std::string_view text;               // into the text as loaded, or into `edited`
+    std::unique_ptr<std::string> edited; // once it was
+    uint32_t shared = 0; // where the first name in the heading begins that the heading before it doesn't have
+    bool isLink = false;
+  };
+  // Sections in a row whose keys are all below one key.
+  struct Run {
+    std::span<Section> sections;
+    size_t at = 0; // where the names below that key begin in the headings
+  };
   struct Key {
+    using KeyMap = std::map<std::u16string, std::unique_ptr<Key>, std::less<>>;
+
     Key *parent = nullptr;
     std::u16string name;
-    std::map<std::u16string, std::unique_ptr<Key>, std::less<>> subkeys; // by their names in upper case
-    std::vector<uint32_t> sections; // one as a rule; Wine merges those that a file has twice
-    bool isLink = false;            // to the key that its value SymbolicLinkValue names
-    std::vector<const Key *> order; // the subkeys by index, once somebody asked for one
+    std::vector<Section *> sections; // one as a rule; Wine merges those that a file has twice
+    bool isLink = false;             // to the key that its value SymbolicLinkValue names
 
+    // The subkeys by their names in upper case.
+    KeyMap &Subkeys() {
+      if (!runs.empty())
+        MakeSubkeys();
+      return subkeys;
+    }
     // The subkey at an index, null behind the last one.
     const Key *Subkey(size_t index);
+
+  private:
+    friend class Hive;
+    void MakeSubkeys();
+    // Finds a subkey, or makes it.
+    Key &MakeSubkey(std::u16string_view subkeyName);
+
+    std::vector<Run> runs; // that the subkeys are made from
+    KeyMap subkeys;
+    std::vector<const Key *> order; // the subkeys by index, once somebody asked for one
   };
 
   // The text of a hive without keys, whose root the registry knows as `root` (as in "\\\\Machine").
@@ -39,6 +69,8 @@ public:
   // be used then.
   std::string Load(std::string fileText);
 
+  // The text as it was loaded, without the edits.
+  const std::string &Loaded() const { return loaded; }
   // The text to be written: what was loaded, with all edits.
   std::string Text() const;
 
@@ -53,50 +85,37 @@ public:
   Key *Create(Key &from, std::u16string_view path);
 
   enum class Found { Yes, No, Damaged };
-  Found ReadValue(const Key &key, std::u16string_view name, HiveValue &value);
+  Found ReadValue(const Key &key, std::u16string_view name, HiveValue &value) const;
   void WriteValue(Key &key, const HiveValue &value);
   // False if there was no such value.
   bool RemoveValue(Key &key, std::u16string_view name);
 
 private:
-  friend struct HiveHooks; // of the tests
-
-  // A line of a section: of a value with all its continuation lines, else just text.
-  struct Line {
-    std::string text;
-    std::optional<std::u16string> valueName;
-  };
-  struct Section {
-    std::string_view original; // into `loaded`; unused once `lines` are there
-    std::vector<Line> lines;
-    bool divided = false; // into lines
+  // A part of a section's text.
+  struct Part {
+    Section *section = nullptr;
+    std::string_view text;
   };
 
   // The line that tells where the hive is damaged; `rest` begins at the damaged line.
   std::string Damage(std::string_view rest, std::string_view what) const;
-  // These report an invalid line in `damage`.
   std::string LoadSections(std::string_view rest);
-  Key *BeginSection(std::string_view heading, std::string_view &damage);
-  Key *KeyOfHeading(std::string_view heading, std::string_view &damage);
-  std::string_view ReadPlainLine(std::string_view line, Key *key);
+  // What is wrong with a line that has neither key nor value, nothing if it is sound.
+  std::string_view ReadPlainLine(std::string_view line);
 
-  Key &Subkey(Key &parent, std::u16string_view name);
   // The names of a key and those above it, from the root down.
   static std::vector<std::u16string_view> PathOf(const Key &key);
   void AddSection(Key &key);
-  std::vector<Line> &LinesOf(Section &section);
-  // The line of a value, the last one that stands for it; null if there is none.
-  Line *FindLine(const Key &key, std::u16string_view name, std::vector<Line> **owner);
+  // The lines of a value, the last ones if it has several; no section if it has none.
+  static Part FindValue(const Key &key, std::u16string_view name);
+  static void Replace(const Part &part, std::string_view text);
 
   std::string loaded;
   std::string_view header; // all before the first key
   std::vector<Section> sections;
+  std::deque<Section> added; // of keys that weren't in the text as loaded
   Key root;
   bool is64Bit = false;
-  // The heading that was read last and the keys along its path, each with where the names below it begin: the next
-  // heading mostly differs in the last name alone.
-  std::string_view lastHeading;
-  std::vector<std::pair<size_t, Key *>> lastPath = {{1, &root}};
 };
 
 } // namespace machine

@@ -67,7 +67,7 @@ LSTATUS HiveFile::Load() {
   identity = Identity();
   fault.clear();
   read = Descriptor();
-  edited = false;
+  edited = replaced = false;
   std::string text;
   if (const LSTATUS result = ReadText(text); result != ERROR_SUCCESS)
     return result;
@@ -137,6 +137,8 @@ Change HiveFile::EditedFile() const {
   if (read)
     change.base = status;
   change.after = hive->Text();
+  if (read && !replaced)
+    change.known = hive->Loaded();
   return change;
 }
 
@@ -145,7 +147,10 @@ void HiveFile::Keep(Change &written) {
   if (written.result == Change::Result::Refused)
     return Drop();
   edited = false;
-  if (written.result == Change::Result::Placed && fstat(written.file.Get(), &placed) == 0)
+  if (written.result != Change::Result::Placed)
+    return;
+  replaced = true;
+  if (fstat(written.file.Get(), &placed) == 0)
     SetRead(std::move(written.file), placed);
 }
 

@@ -86,6 +86,7 @@ private:
   Identity identity;
   uint64_t looked = 0; // the transaction that has looked at the file
   bool edited = false;
+  bool replaced = false;         // since it was loaded, so that it isn't the loaded text any more
   LSTATUS state = ERROR_SUCCESS; // the result of the last load
   std::string fault;
 };

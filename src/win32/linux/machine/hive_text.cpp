@@ -1,6 +1,7 @@
 #include "win32/linux/machine/hive_text.h"
 
 #include "win32/linux/text/code_page.h"
+#include "win32/linux/text/names.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -54,33 +55,40 @@ char16_t ReadEscape(std::string_view &text) {
   return static_cast<char16_t>(number);
 }
 
-// Reads an escaped text up to its closing character, which the text is moved behind; false if that doesn't come. A
-// backslash between names of a key's path is an escaped one.
-bool ReadEscaped(std::string_view &text, char close, std::u16string &result) {
+// Whether a byte of an escaped text stands for itself.
+bool IsPlain(char byte) { return static_cast<unsigned char>(byte) < 0x80 && byte != '\\'; }
+
+// Where an escaped text ends, at its closing character; npos if that doesn't come.
+size_t EndOfEscaped(std::string_view text, char close) {
+  size_t end = 0;
+  while (end < text.size() && text[end] != close)
+    end += text[end] == '\\' ? 2 : 1;
+  return end < text.size() ? end : std::string_view::npos;
+}
+
+// Reads an escaped text, which doesn't end within an escape; false if it isn't UTF-8. Wine escapes all that isn't
+// ASCII; a text editor may have put it there.
+bool Unescape(std::string_view text, std::u16string &result) {
   result.clear();
   while (!text.empty()) {
-    const char byte = text[0];
-    if (byte == '\\') {
+    const auto plain = static_cast<size_t>(std::ranges::find_if_not(text, IsPlain) - text.begin());
+    const size_t read = result.size();
+    result.resize(read + plain);
+    std::copy_n(text.begin(), plain, result.begin() + static_cast<ptrdiff_t>(read));
+    text.remove_prefix(plain);
+    if (text.starts_with('\\')) {
       text.remove_prefix(1);
-      if (text.empty())
-        return false;
       result += ReadEscape(text);
-    } else if (byte == close) {
-      text.remove_prefix(1);
-      return true;
-    } else if (static_cast<unsigned char>(byte) < 0x80) {
-      result += static_cast<char16_t>(byte);
-      text.remove_prefix(1);
-    } else { // Wine escapes all that isn't ASCII; a text editor may have put it there as UTF-8
-      const size_t end = std::min(text.find_first_of("\\\"]"), text.size());
+    } else if (!text.empty()) {
+      const std::string_view utf8 = text.substr(0, text.find('\\'));
       std::u16string wide;
-      if (!text::Utf8ToWide(text.substr(0, end), wide))
+      if (!text::Utf8ToWide(utf8, wide))
         return false;
       result += wide;
-      text.remove_prefix(end);
+      text.remove_prefix(utf8.size());
     }
   }
-  return false;
+  return true;
 }
 
 } // namespace
@@ -121,6 +129,20 @@ bool SkipPrefix(std::string_view &text, std::string_view prefix) {
     return false;
   text.remove_prefix(prefix.size());
   return true;
+}
+
+// Takes a text in quotes off the text, still escaped; false if there is none.
+bool TakeQuoted(std::string_view &text, std::string_view &escaped) {
+  if (!SkipPrefix(text, "\""))
+    return false;
+  escaped = text.substr(0, EndOfEscaped(text, '"'));
+  text.remove_prefix(escaped.size());
+  return SkipPrefix(text, "\"");
+}
+
+// Takes a value's name, still escaped, and the equals sign off its line; false if they aren't there.
+bool TakeName(std::string_view &text, std::string_view &escaped) {
+  return SkipPrefix(text, "@=") || (TakeQuoted(text, escaped) && SkipPrefix(text, "="));
 }
 
 // The number in the brackets of "hex(N):" or "str(N):", and the colon; `fallback` where there are no brackets.
@@ -175,10 +197,25 @@ void AppendHex(std::string &line, const HiveValue &value) {
 } // namespace
 
 bool ReadName(std::string_view &text, std::u16string &name) {
-  name.clear();
-  if (SkipPrefix(text, "@="))
-    return true;
-  return SkipPrefix(text, "\"") && ReadEscaped(text, '"', name) && SkipPrefix(text, "=");
+  std::string_view escaped;
+  return TakeName(text, escaped) && Unescape(escaped, name);
+}
+
+bool HasName(std::string_view value, std::u16string_view name) {
+  if (value[0] == '@')
+    return name.empty();
+  value.remove_prefix(1);
+  // Nearly all names are told apart before an escape.
+  const auto isPlain = [](char byte) { return IsPlain(byte) && byte != '"'; };
+  size_t same = 0;
+  while (same < name.size() && isPlain(value[same]) &&
+         text::Upper(static_cast<char16_t>(value[same])) == text::Upper(name[same]))
+    ++same;
+  if (isPlain(value[same]))
+    return false;
+  std::u16string rest;
+  value.remove_prefix(same);
+  return Unescape(value.substr(0, EndOfEscaped(value, '"')), rest) && text::SameName(rest, name.substr(same));
 }
 
 bool ReadData(std::string_view text, HiveValue &value) {
@@ -196,8 +233,9 @@ bool ReadData(std::string_view text, HiveValue &value) {
   value.type = REG_SZ;
   if (SkipPrefix(text, "str") && !ReadType(text, REG_SZ, value.type))
     return false;
+  std::string_view escaped;
   std::u16string wide;
-  if (!SkipPrefix(text, "\"") || !ReadEscaped(text, '"', wide) || !text.empty())
+  if (!TakeQuoted(text, escaped) || !text.empty() || !Unescape(escaped, wide))
     return false;
   wide += u'\0';
   value.data = text::BytesOf(wide);
@@ -244,8 +282,10 @@ std::string_view TakeLine(std::string_view &rest) {
 }
 
 std::string_view Trimmed(std::string_view line) {
-  const size_t end = line.find_last_not_of("\r\n \t");
-  return line.substr(0, end == std::string_view::npos ? 0 : end + 1);
+  const auto isBlank = [](char byte) { return byte == '\n' || byte == '\r' || byte == ' ' || byte == '\t'; };
+  while (!line.empty() && isBlank(line.back()))
+    line.remove_suffix(1);
+  return line;
 }
 
 // ---- Headings ----
@@ -265,10 +305,15 @@ size_t EndOfName(std::string_view path) {
 }
 
 bool ReadKeyName(std::string_view escaped, std::u16string &name) {
-  const std::string closed = std::string(escaped) + ']';
-  std::string_view rest = closed;
-  return ReadEscaped(rest, ']', name) && !name.empty() && name.size() <= LongestName &&
+  return Unescape(escaped, name) && !name.empty() && name.size() <= LongestName &&
          name.find(u'\\') == std::u16string::npos;
+}
+
+bool IsKeyName(std::string_view escaped) {
+  if (!escaped.empty() && escaped.size() <= LongestName && std::ranges::all_of(escaped, IsPlain))
+    return true;
+  std::u16string name;
+  return ReadKeyName(escaped, name);
 }
 
 bool IsValueLine(std::string_view line) { return line[0] == '"' || line[0] == '@'; }
@@ -283,8 +328,9 @@ std::string_view TakeValue(std::string_view &rest) {
 
 bool IsSoundValue(std::string_view value) {
   std::string_view data = value;
+  std::string_view escaped;
   std::u16string name;
-  if (!ReadName(data, name) || GoesOn(value))
+  if (!TakeName(data, escaped) || !(std::ranges::all_of(escaped, IsPlain) || Unescape(escaped, name)) || GoesOn(value))
     return false;
   std::string_view rest = value;
   TakeLine(rest);

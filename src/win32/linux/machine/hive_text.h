@@ -27,6 +27,8 @@ struct HiveValue {
 void AppendEscaped(std::string &out, std::u16string_view wide, std::string_view special);
 // Reads a value's name and the equals sign behind it, and moves the text behind both; false if they aren't there.
 bool ReadName(std::string_view &text, std::u16string &name);
+// Whether a sound value has that name.
+bool HasName(std::string_view value, std::u16string_view name);
 // Reads what stands behind the equals sign; false if it is no data.
 bool ReadData(std::string_view text, HiveValue &value);
 // A value's lines as Wine itself writes them.
@@ -46,5 +48,7 @@ bool IsSoundValue(std::string_view value);
 size_t EndOfName(std::string_view path);
 // Reads the name of a key; false for one that no key can have.
 bool ReadKeyName(std::string_view escaped, std::u16string &name);
+// Whether a key can have that name.
+bool IsKeyName(std::string_view escaped);
 
 } // namespace machine

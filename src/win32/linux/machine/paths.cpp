@@ -164,8 +164,11 @@ DiskPath Descend(const fs::path &drive, const std::vector<std::u16string> &names
 
 std::string ProgramPath() {
   const char *const named = std::getenv("ACCTKIT_PROGRAM");
-  if (named != nullptr && *named != '\0')
-    return text::FromUtf8(named).value_or(named);
+  if (named != nullptr && *named != '\0') {
+    std::string path = text::FromUtf8(named).value_or(named);
+    std::ranges::replace(path, '/', '\\'); // no second byte of a character is a slash
+    return path;
+  }
   return "C:\\Program Files\\Zuvio\\acctkit.exe";
 }
 

@@ -38,7 +38,7 @@ std::filesystem::path FindFile(const char *path);
 // The entry of a folder that a pattern with wildcards matches, first in name order; empty if none does.
 std::u16string FirstMatch(const std::filesystem::path &folder, std::u16string_view pattern);
 
-// The path of the running program on the machine.
+// The path of the running program on the machine, with backslashes alone.
 std::string ProgramPath();
 
 } // namespace machine

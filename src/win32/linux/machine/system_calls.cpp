@@ -16,6 +16,7 @@ int ChangeOwner(int file, uid_t user, gid_t group) { return fchown(file, user, g
 int Lock(int file, int operation) { return flock(file, operation); }
 int Sync(int file) { return fsync(file); }
 void SyncAll() { sync(); }
+int Link(const char *from, const char *to) { return link(from, to); }
 int Rename(const char *from, const char *to) { return rename(from, to); }
 int Unlink(const char *path) { return unlink(path); }
 int MakeFolder(const char *path, mode_t mode) { return mkdir(path, mode); }

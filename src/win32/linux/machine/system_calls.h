@@ -15,6 +15,7 @@ int ChangeOwner(int file, uid_t user, gid_t group);
 int Lock(int file, int operation);
 int Sync(int file);
 void SyncAll();
+int Link(const char *from, const char *to);
 int Rename(const char *from, const char *to);
 int Unlink(const char *path);
 int MakeFolder(const char *path, mode_t mode);

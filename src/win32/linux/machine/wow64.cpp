@@ -65,9 +65,9 @@ constexpr std::u16string_view SharedKeys[] = {
     u"Registered Applications",
 };
 
-Hive::Key *Child(const Hive::Key &key, std::u16string_view upperName) {
-  const auto found = key.subkeys.find(upperName);
-  return found != key.subkeys.end() ? found->second.get() : nullptr;
+Hive::Key *Child(Hive::Key &key, std::u16string_view upperName) {
+  const auto found = key.Subkeys().find(upperName);
+  return found != key.Subkeys().end() ? found->second.get() : nullptr;
 }
 
 // Takes all names of another path off a path; false if it doesn't begin with them.

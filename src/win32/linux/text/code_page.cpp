@@ -167,12 +167,13 @@ std::string_view WholeCharacters(std::string_view cp932, size_t size) {
 }
 
 bool Cp932ToWide(std::string_view cp932, std::u16string &wide) {
-  wide.clear();
-  wide.reserve(cp932.size());
   if (IsAscii(cp932)) {
-    wide.assign(cp932.begin(), cp932.end());
+    wide.resize(cp932.size());
+    std::ranges::copy(cp932, wide.begin());
     return true;
   }
+  wide.clear();
+  wide.reserve(cp932.size());
   bool valid = true;
   for (size_t index = 0; index < cp932.size();) {
     const auto byte = static_cast<unsigned char>(cp932[index]);
@@ -191,13 +192,13 @@ bool Cp932ToWide(std::string_view cp932, std::u16string &wide) {
 }
 
 bool WideToCp932(std::u16string_view wide, std::string &cp932) {
-  cp932.clear();
-  cp932.reserve(wide.size());
   if (IsAscii(wide)) {
-    for (const char16_t unit : wide)
-      cp932 += static_cast<char>(unit);
+    cp932.resize(wide.size());
+    std::ranges::transform(wide, cp932.begin(), [](char16_t unit) { return static_cast<char>(unit); });
     return true;
   }
+  cp932.clear();
+  cp932.reserve(wide.size());
   bool valid = true;
   for (const char16_t unit : wide) {
     const std::string bytes = Cp932Bytes(unit);
