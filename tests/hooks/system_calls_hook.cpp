@@ -2,6 +2,8 @@
 
 #include "win32/linux/machine/system_calls.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -10,80 +12,86 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-struct SystemCalls {
-  static inline WatchedCalls *watched = nullptr;
-
-  // Whether a plan befalls the call that comes in.
-  static bool Befalls(const std::string &name, const std::string &path = "") {
-    if (watched == nullptr)
-      return false;
-    watched->all.push_back(path.empty() ? name : name + ' ' + path);
-    const CallPlan &plan = watched->plan;
-    return watched->isPlanned && (plan.name.empty() || plan.name == name) &&
-           (++watched->planned == plan.number || plan.number == 0);
-  }
-
-  static int Fail() {
-    const CallPlan &plan = watched->plan;
-    for (const int file : watched->unsynced)
-      if (plan.losesUnsynced && ftruncate(file, 0) != 0)
-        std::perror("power cut");
-    if (plan.error == 0)
-      raise(SIGKILL);
-    errno = plan.error;
-    return -1;
-  }
-
-  static void NoteWritten(int file) {
-    if (watched != nullptr)
-      watched->unsynced.push_back(open(("/proc/self/fd/" + std::to_string(file)).c_str(), O_WRONLY | O_CLOEXEC));
-  }
-  static void NoteSynced(int file) {
-    struct stat synced;
-    struct stat written;
-    if (watched != nullptr && fstat(file, &synced) == 0)
-      std::erase_if(watched->unsynced, [&](int other) {
-        return fstat(other, &written) == 0 && written.st_ino == synced.st_ino && close(other) == 0;
-      });
-  }
-
-  static void Watch(WatchedCalls &calls) { watched = &calls; }
-  static void EndWatch() {
-    for (const int file : watched->unsynced)
-      close(file);
-    watched = nullptr;
-  }
-};
-
-WatchedCalls::WatchedCalls() { SystemCalls::Watch(*this); }
-WatchedCalls::WatchedCalls(const CallPlan &plan) : plan(plan), isPlanned(true) { SystemCalls::Watch(*this); }
-WatchedCalls::~WatchedCalls() { SystemCalls::EndWatch(); }
-
-namespace machine::sys {
-
 namespace {
 
-// Makes the call unless the plan befalls it.
-template <typename Function> int Pass(bool isBefallen, Function function) {
-  return isBefallen ? SystemCalls::Fail() : function();
+struct Watch {
+  std::optional<CallPlan> plan;
+  size_t planned = 0; // calls that the plan is for, so far
+  std::vector<std::string> all;
+  std::vector<int> unsynced; // files with such data, opened once more
+};
+std::optional<Watch> watch;
+
+// Whether the plan befalls the call that comes in.
+bool Befalls(std::string_view name, const char *path = nullptr) {
+  if (!watch)
+    return false;
+  watch->all.push_back(std::string(name) + (path != nullptr ? std::string(" ") + path : ""));
+  const auto &plan = watch->plan;
+  if (!plan || (plan->name.empty() ? plan->error == 0 && !IsChange(name) : plan->name != name))
+    return false;
+  return ++watch->planned == plan->number || plan->number == 0;
 }
-bool Befalls(const char *name, const char *path = "") { return SystemCalls::Befalls(name, path); }
+
+int Fail() {
+  for (const int file : watch->unsynced)
+    if (watch->plan->losesUnsynced && ftruncate(file, 0) != 0)
+      std::perror("power cut");
+  if (watch->plan->error == 0)
+    raise(SIGKILL);
+  errno = watch->plan->error;
+  return -1;
+}
+
+// Makes the call unless the plan befalls it.
+template <typename Function> int Pass(bool isBefallen, Function function) { return isBefallen ? Fail() : function(); }
+
+void NoteWritten(int file) {
+  if (watch)
+    watch->unsynced.push_back(open(("/proc/self/fd/" + std::to_string(file)).c_str(), O_WRONLY | O_CLOEXEC));
+}
+
+// Of one file, or of all for -1.
+void NoteSynced(int file) {
+  struct stat synced;
+  struct stat written;
+  if (watch)
+    std::erase_if(watch->unsynced, [&](int other) {
+      const bool isSame =
+          file == -1 || (fstat(file, &synced) == 0 && fstat(other, &written) == 0 && synced.st_ino == written.st_ino);
+      return isSame && close(other) == 0;
+    });
+}
 
 } // namespace
+
+bool IsChange(std::string_view name) {
+  return std::ranges::none_of(std::array{"Open", "Read", "Lock", "Sync", "Wait"},
+                              [&](std::string_view other) { return name == other; });
+}
+
+WatchedCalls::WatchedCalls(const std::optional<CallPlan> &plan) { watch.emplace().plan = plan; }
+
+WatchedCalls::~WatchedCalls() {
+  NoteSynced(-1);
+  watch.reset();
+}
+
+const std::vector<std::string> &WatchedCalls::All() { return watch->all; }
+
+namespace machine::sys {
 
 int Open(const char *path, int flags, mode_t mode) {
   return Pass(Befalls((flags & O_CREAT) != 0 ? "Create" : "Open", path), [=] { return open(path, flags, mode); });
 }
 
-ssize_t Read(int file, void *buffer, size_t size) {
-  return Befalls("Read") ? SystemCalls::Fail() : read(file, buffer, size);
-}
+ssize_t Read(int file, void *buffer, size_t size) { return Befalls("Read") ? Fail() : read(file, buffer, size); }
 
 ssize_t Write(int file, const void *data, size_t size) {
   const bool isBefallen = Befalls("Write");
   const ssize_t written = write(file, data, isBefallen ? size / 2 : size);
-  SystemCalls::NoteWritten(file);
-  return isBefallen ? SystemCalls::Fail() : written;
+  NoteWritten(file);
+  return isBefallen ? Fail() : written;
 }
 
 int ChangeMode(int file, mode_t mode) {
@@ -100,12 +108,13 @@ int Lock(int file, int operation) {
 
 int Sync(int file) {
   return Pass(Befalls("Sync"), [=] {
-    SystemCalls::NoteSynced(file);
+    NoteSynced(file);
     return fsync(file);
   });
 }
 
-void SyncAll() { sync(); }
+// Other programs' data would take its time.
+void SyncAll() { NoteSynced(-1); }
 
 int Link(const char *from, const char *to) {
   return Pass(Befalls("Link", to), [=] { return link(from, to); });
@@ -128,7 +137,7 @@ int RemoveFolder(const char *path) {
 }
 
 void Wait() {
-  Pass(Befalls("Wait"), [] { return SystemCalls::watched == nullptr ? usleep(1000) : 0; });
+  Pass(Befalls("Wait"), [] { return watch ? 0 : usleep(1000); });
 }
 
 } // namespace machine::sys

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,26 +15,20 @@ struct CallPlan {
   bool losesUnsynced = false; // and the power is cut: files lose what was written and not synced
 };
 
+// Whether a call of that name changes a file or folder. Plans to kill are for these alone: a kill before another one
+// leaves what a kill before the next change does.
+bool IsChange(std::string_view name);
+
 // Records the calls of the process while it lives, and lets a plan befall them: the call isn't made, but of a write the
 // first half is. Wait doesn't wait. One at a time, in a process with one thread.
 class WatchedCalls {
 public:
-  WatchedCalls();
-  explicit WatchedCalls(const CallPlan &plan);
+  explicit WatchedCalls(const std::optional<CallPlan> &plan = std::nullopt);
   ~WatchedCalls();
   WatchedCalls(const WatchedCalls &) = delete;
   WatchedCalls &operator=(const WatchedCalls &) = delete;
 
   // Each by its name in system_calls.h, but "Create" for an Open that may make a file, and by its path if it has one:
   // "Rename /machine/user.reg".
-  const std::vector<std::string> &All() const { return all; }
-
-private:
-  friend struct SystemCalls;
-
-  CallPlan plan;
-  bool isPlanned = false;
-  size_t planned = 0; // calls that the plan is for, so far
-  std::vector<std::string> all;
-  std::vector<int> unsynced; // files opened once more
+  static const std::vector<std::string> &All();
 };
