@@ -109,19 +109,29 @@ std::string_view Hive::ReadPlainLine(std::string_view line) {
   return {};
 }
 
+std::vector<std::string_view> Hive::Pieces() const {
+  std::vector<std::string_view> pieces = {header};
+  const auto append = [&](const Section &section) {
+    std::string_view &last = pieces.back();
+    if (last.data() + last.size() == section.text.data())
+      last = {last.data(), last.size() + section.text.size()};
+    else
+      pieces.push_back(section.text);
+  };
+  std::ranges::for_each(sections, append);
+  std::ranges::for_each(added, append);
+  return pieces;
+}
+
 std::string Hive::Text() const {
-  size_t size = header.size();
-  for (const Section &section : sections)
-    size += section.text.size();
-  for (const Section &section : added)
-    size += section.text.size();
+  const std::vector<std::string_view> pieces = Pieces();
+  size_t size = 0;
+  for (const std::string_view piece : pieces)
+    size += piece.size();
   std::string text;
   text.reserve(size);
-  text += header;
-  for (const Section &section : sections)
-    text += section.text;
-  for (const Section &section : added)
-    text += section.text;
+  for (const std::string_view piece : pieces)
+    text += piece;
   return text;
 }
 

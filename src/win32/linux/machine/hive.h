@@ -73,6 +73,8 @@ public:
   const std::string &Loaded() const { return loaded; }
   // The text to be written: what was loaded, with all edits.
   std::string Text() const;
+  // The same in pieces one behind the other, few where little was edited; until the next edit.
+  std::vector<std::string_view> Pieces() const;
 
   // Whether the hive says that it is of a 64-bit Windows.
   bool Is64Bit() const { return is64Bit; }
