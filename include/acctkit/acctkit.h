@@ -13,8 +13,8 @@
  * Some positions of an array of strings hold an integer: cast it to the pointer type.
  *
  * On Linux a call is one change of the machine: what it writes is on disk when it returns, or, where the disk fails,
- * nothing of it, and the result is 0 then (of SetupAfterSignup still the plug-in's). There the functions without windows
- * may be called from any thread.
+ * nothing of it, and the result is 0 then (of SetupAfterSignup still the plug-in's). There the functions without
+ * windows may be called from any thread.
  *
  * A text that goes into Communicator's preference file must not contain a double quote or a control character, and its
  * last byte must not be 0x5C, the byte of the backslash. The host has to check this. The file holds the texts unescaped
