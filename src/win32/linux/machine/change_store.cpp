@@ -77,23 +77,40 @@ int ContentAt(const fs::path &target, Content &content) {
 // What a folder, a link or a pipe in a file's place answers, and what will not be otherwise when it is tried again.
 bool IsNoFile(int error) { return error == EINVAL || error == ELOOP || error == EFBIG || error == ENOTDIR; }
 
-// Puts the entries of files or folders on disk. 0 or errno.
-int SyncFoldersAround(const std::vector<fs::path> &paths) {
-  std::set<fs::path> folders;
-  for (const fs::path &path : paths)
-    folders.insert(path.parent_path());
-  int error = 0;
-  for (const fs::path &folder : folders)
-    error = error == 0 ? SyncFolder(folder) : error;
-  return error;
-}
-
 std::vector<fs::path> Targets(const ChangeList &list) {
   std::vector<fs::path> targets;
   for (const ListedFile &file : list.files)
     targets.push_back(file.target);
   return targets;
 }
+
+// The folders around files, to be put on disk. They are opened beforehand, so that a lack of descriptors doesn't show
+// in the middle of a change.
+class FoldersAround {
+public:
+  explicit FoldersAround(const std::vector<fs::path> &paths) {
+    std::set<fs::path> names;
+    for (const fs::path &path : paths)
+      names.insert(path.parent_path());
+    for (const fs::path &name : names)
+      if (error == 0)
+        error = OpenFolder(name, folders.emplace_back());
+  }
+
+  // 0 or errno, also of the opening.
+  int Sync() const {
+    int result = error;
+    for (const Descriptor &folder : folders)
+      if (result == 0)
+        result = SyncFolder(folder);
+    return result;
+  }
+
+  int error = 0;
+
+private:
+  std::vector<Descriptor> folders;
+};
 
 // Removes folders that were made for nothing, the last one first.
 void RemoveFolders(const std::vector<fs::path> &folders) {
@@ -106,6 +123,12 @@ std::string RandomToken() {
   if (getrandom(&number, sizeof number, 0) != sizeof number)
     number = static_cast<uint64_t>(getpid());
   return std::to_string(number);
+}
+
+// Whether a kept file is what was replaced, by another name, and no copy.
+bool IsItself(const fs::path &kept, const struct stat &base) {
+  struct stat status;
+  return lstat(kept.c_str(), &status) == 0 && status.st_ino == base.st_ino && status.st_dev == base.st_dev;
 }
 
 // A file's number, and whether it is the new or the old one.
@@ -148,7 +171,7 @@ bool ChangeStore::Commit(std::vector<Change> &changes, const std::vector<StagedF
       return false;
     }
   }
-  if (const int error = SyncFoldersAround(made); error != 0)
+  if (const int error = FoldersAround(made).Sync(); error != 0)
     Fail(machineFolder, error);
   else if (changes.empty() || CommitList(changes, std::move(list)))
     return true;
@@ -165,14 +188,26 @@ bool ChangeStore::CommitList(std::vector<Change> &changes, ChangeList list) {
     RemoveFolderOfFiles(staging);
     return isStaged;
   }
-  if (!Decide(list)) {
+  const FoldersAround folders(Targets(list));
+  if (folders.error != 0)
+    Fail(machineFolder, folders.error);
+  if (folders.error != 0 || !Decide(list)) {
     RemoveFolderOfFiles(staging);
     return false;
   }
-  if (!Place(list))
-    return false;
-  Finish(list);
-  return true;
+  size_t placed = 0;
+  int error = 0;
+  for (; placed < list.files.size() && error == 0; placed += error == 0)
+    error = PlaceOne(commit / list.files[placed].form, list.files[placed], list.token);
+  if (error == 0)
+    error = folders.Sync();
+  if (error == 0) {
+    Finish(list);
+    return true;
+  }
+  Fail(list.files[std::min(placed, list.files.size() - 1)].target, error);
+  RollBack(list, placed);
+  return false;
 }
 
 bool ChangeStore::Stage(Change &change, ChangeList &list) {
@@ -228,14 +263,14 @@ bool ChangeStore::Decide(const ChangeList &list) {
   if (const int error = MakeDiskFile(staging / ListName, list.Text(), 0600, written); error != 0)
     return Fail(store, error);
   const bool needsSync = list.files.size() > 1;
-  if (needsSync && (sys::Sync(written.Get()) != 0 || SyncFolder(staging) != 0))
+  if (needsSync && (sys::Sync(written.Get()) != 0 || SyncFolderAt(staging) != 0))
     return Fail(store, errno);
   if (sys::Rename(staging.c_str(), commit.c_str()) != 0)
     return Fail(store, errno);
-  if (!needsSync || SyncFolder(store) == 0)
+  if (!needsSync || SyncFolderAt(store) == 0)
     return true;
   Fail(store, errno);
-  RemoveFolderOfFiles(commit);
+  Undecide();
   return false;
 }
 
@@ -264,22 +299,9 @@ int ChangeStore::PlaceOne(const fs::path &from, const ListedFile &file, const st
   return error;
 }
 
-bool ChangeStore::Place(const ChangeList &list) {
-  size_t placed = 0;
-  int error = 0;
-  for (; placed < list.files.size() && error == 0; ++placed)
-    error = PlaceOne(commit / list.files[placed].form, list.files[placed], list.token);
-  if (error == 0)
-    error = SyncFoldersAround(Targets(list));
-  if (error == 0)
-    return true;
-  Fail(list.files[placed - 1].target, error);
-  RollBack(list, placed);
-  return false;
-}
-
-// Turns the change round: the list that is to be finished becomes one that leads back, in one step, so that a kill in
-// between leads to one of both ends. If that fails, `commit` stays, for whoever comes next to finish.
+// Turns a change round of which some files are in place: the list that is to be finished becomes one that leads back,
+// in one step, so that a kill in between leads to one of both ends. If that fails, `commit` stays, for whoever comes
+// next to finish.
 void ChangeStore::RollBack(ChangeList list, size_t placed) {
   list.undoable = false;
   list.folders.clear();
@@ -288,12 +310,14 @@ void ChangeStore::RollBack(ChangeList list, size_t placed) {
     ListedFile &file = list.files[number];
     std::swap(file.before, file.after);
     file.form = Form(number, ".old");
-    if (!file.after)
+    if (!file.after || IsItself(commit / file.form, *file.base))
       continue;
-    const Descriptor old(sys::Open((commit / file.form).c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
-    if (!old || TakeOver(old, *file.base) != 0 || sys::Sync(old.Get()) != 0)
+    const Descriptor copy(sys::Open((commit / file.form).c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
+    if (!copy || TakeOver(copy, *file.base) != 0 || sys::Sync(copy.Get()) != 0)
       return;
   }
+  if (placed == 0)
+    return Undecide();
   Descriptor written;
   const fs::path turned = commit / "turned";
   if (MakeDiskFile(turned, list.Text(), 0600, written) != 0 || sys::Sync(written.Get()) != 0 ||
@@ -302,8 +326,13 @@ void ChangeStore::RollBack(ChangeList list, size_t placed) {
   for (const ListedFile &file : list.files)
     if (PlaceOne(commit / file.form, file, list.token) != 0)
       return;
-  if (SyncFoldersAround(Targets(list)) == 0)
+  if (FoldersAround(Targets(list)).Sync() == 0)
     RemoveFolderOfFiles(commit);
+}
+
+// Nothing is in place yet: the change goes back to where it isn't finished.
+void ChangeStore::Undecide() {
+  RemoveFolderOfFiles(sys::Rename(commit.c_str(), staging.c_str()) == 0 ? staging : commit);
 }
 
 // The change is in place. Should this fail, whoever comes next does it.
@@ -373,7 +402,7 @@ std::string ChangeStore::FinishBrokenOff(ChangeList &list) {
   for (const ListedFile *file : missing)
     if (const int error = PlaceOne(commit / file->form, *file, list.token); error != 0)
       return file->target.string() + ": a change that was broken off can't be finished: " + std::strerror(error);
-  if (const int error = SyncFoldersAround(Targets(list)); error != 0)
+  if (const int error = FoldersAround(Targets(list)).Sync(); error != 0)
     return Line(machineFolder, error);
   Finish(list);
   RecordNotice(machineFolder.string() + ": a change that was broken off has been finished");

@@ -59,9 +59,9 @@ private:
   bool CommitList(std::vector<Change> &changes, ChangeList list);
   bool Stage(Change &change, ChangeList &list);
   bool Decide(const ChangeList &list);
-  bool Place(const ChangeList &list);
   int PlaceOne(const std::filesystem::path &from, const ListedFile &file, const std::string &token);
   void RollBack(ChangeList list, size_t placed);
+  void Undecide();
   void Finish(const ChangeList &list);
 
   std::string FinishBrokenOff(ChangeList &list);

@@ -48,13 +48,22 @@ bool RemoveFolderOfFiles(const std::filesystem::path &folder) {
   return sys::RemoveFolder(folder.c_str()) == 0 || errno == ENOENT;
 }
 
-int SyncFolder(const std::filesystem::path &folder) {
-  const Descriptor opened(sys::Open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!opened && errno == EACCES) {
-    sys::SyncAll();
-    return 0;
-  }
-  return opened && sys::Sync(opened.Get()) == 0 ? 0 : errno;
+int OpenFolder(const std::filesystem::path &folder, Descriptor &opened) {
+  opened = Descriptor(sys::Open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  return opened || errno == EACCES ? 0 : errno;
+}
+
+int SyncFolder(const Descriptor &folder) {
+  if (folder)
+    return sys::Sync(folder.Get()) == 0 ? 0 : errno;
+  sys::SyncAll();
+  return 0;
+}
+
+int SyncFolderAt(const std::filesystem::path &folder) {
+  Descriptor opened;
+  const int error = OpenFolder(folder, opened);
+  return error == 0 ? SyncFolder(opened) : error;
 }
 
 } // namespace machine

@@ -34,7 +34,11 @@ int MakeDiskFile(const std::filesystem::path &path, std::string_view bytes, mode
 // Removes a folder with the files in it. False with errno set if something of it stays.
 bool RemoveFolderOfFiles(const std::filesystem::path &folder);
 
-// Puts the entries of a folder on disk, also where it may not be listed. 0 or errno.
-int SyncFolder(const std::filesystem::path &folder);
+// Opens a folder whose entries are to be put on disk. 0 or errno. One that may not be listed can't be opened, and is
+// none.
+int OpenFolder(const std::filesystem::path &folder, Descriptor &opened);
+// 0 or errno. With a folder that is none all is put on disk that waits.
+int SyncFolder(const Descriptor &folder);
+int SyncFolderAt(const std::filesystem::path &folder);
 
 } // namespace machine
