@@ -61,7 +61,10 @@ int32_t ExternalMailer::LoadMailerLibrary() {
   getMailerInfo = Resolve<GetMailerInfoEntry>(module, "GetMailerInfo");
   setMailEnvironment = Resolve<SetMailEnvironmentEntry>(module, "SetMailEnvironment");
   setCompleteFlag = Resolve<SetCompleteFlagEntry>(module, "SetCompleteFlag");
-  return getMailerInfo != nullptr && setMailEnvironment != nullptr && setCompleteFlag != nullptr;
+  const bool isWhole = getMailerInfo != nullptr && setMailEnvironment != nullptr && setCompleteFlag != nullptr;
+  if (!isWhole)
+    pause.reset(); // nothing of it is called
+  return isWhole;
 }
 
 int32_t ExternalMailer::FreeMailerLibrary() {

@@ -126,7 +126,7 @@ TEST_F(PathsTest, LargeFilesAreNotRead) {
   fs::resize_file(Drive() / "acctkit-test/large", uintmax_t{1} << 32);
   for (const auto &[reader, hasNone] : Readers) {
     EXPECT_TRUE(hasNone("C:\\acctkit-test\\large.")) << reader;
-    EXPECT_EQ(machine::TakeFault() != "", std::string_view(reader) != "library");
+    EXPECT_NE(machine::TakeFault(), "") << reader;
   }
 }
 

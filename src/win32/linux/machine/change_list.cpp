@@ -74,10 +74,10 @@ bool IsPlainName(std::string_view name) {
 }
 
 bool ReadFileLine(std::string_view line, ListedFile &file) {
-  file.form = TakeText(line, ' ');
+  file.stored = TakeText(line, ' ');
   const bool isSound = ReadContent(TakeText(line, ' '), file.before) && ReadContent(TakeText(line, ' '), file.after);
   file.path = line;
-  return isSound && IsPlainName(file.form);
+  return isSound && IsPlainName(file.stored);
 }
 
 } // namespace
@@ -85,7 +85,7 @@ bool ReadFileLine(std::string_view line, ListedFile &file) {
 std::string ChangeList::Text() const {
   std::string text = std::string(Heading).append(Version).append(undoable ? " undoable " : " final ") + token + '\n';
   for (const ListedFile &file : files)
-    text += "file " + file.form + ' ' + TextOf(file.before) + ' ' + TextOf(file.after) + ' ' + file.path + '\n';
+    text += "file " + file.stored + ' ' + TextOf(file.before) + ' ' + TextOf(file.after) + ' ' + file.path + '\n';
   for (const std::string &folder : folders)
     text += "folder " + folder + '\n';
   return text + "end\n";

@@ -1,6 +1,6 @@
 // The list of a change's files as it stands in the store: text, UTF-8, a file a line.
 //
-//   acctkit changes 1 undoable 4d5a4658483e797c
+//   acctkit changes 1 undoable 5572261458133904252
 //   file 0.new 4120:f30e7d3175e12b84 4385:1b84f30e7d3175e2 user.reg
 //   file 1.new - 185:7d3175e12b84f30e C:\Netscape\Users\home\prefs.js
 //   folder C:\Netscape\Users\home
@@ -27,7 +27,7 @@ Digest DigestOf(std::string_view bytes);
 using Content = std::optional<Digest>; // none of a file that isn't there
 
 struct ListedFile {
-  std::string form; // the file beside the list that is to stand at the path
+  std::string stored; // the file beside the list that is to stand at the path
   Content before;
   Content after;
   std::string path; // on the machine

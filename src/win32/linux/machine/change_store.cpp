@@ -11,9 +11,7 @@
 #include "win32/linux/text/code_page.h"
 
 #include <algorithm>
-#include <bit>
 #include <cerrno>
-#include <charconv>
 #include <cstring>
 #include <fcntl.h>
 #include <set>
@@ -80,7 +78,8 @@ bool IsNoFile(int error) { return error == EINVAL || error == ELOOP || error == 
 std::vector<fs::path> Targets(const ChangeList &list) {
   std::vector<fs::path> targets;
   for (const ListedFile &file : list.files)
-    targets.push_back(file.target);
+    if (!file.target.empty())
+      targets.push_back(file.target);
   return targets;
 }
 
@@ -132,14 +131,22 @@ bool IsItself(const fs::path &kept, const struct stat &base) {
 }
 
 // A file's number, and whether it is the new or the old one.
-std::string Form(size_t number, const char *which) { return std::to_string(number) + which; }
+std::string StoredName(size_t number, const char *which) { return std::to_string(number) + which; }
+
+// Where a file is written that can't come from the store by a new name, since it is to stand on another disk.
+fs::path Beside(const ListedFile &file, const std::string &token) {
+  return file.target.parent_path() / (".acctkit-" + token + '-' + file.stored);
+}
 
 void HideFromOthers(const fs::path &kept) {
   if (const Descriptor file(sys::Open(kept.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC)); file)
     sys::ChangeMode(file.Get(), 0600);
 }
 
-bool Exists(const fs::path &path) { return access(path.c_str(), F_OK) == 0; }
+bool IsFolder(const fs::path &path) {
+  struct stat status;
+  return lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
 
 } // namespace
 
@@ -147,12 +154,12 @@ ChangeStore::ChangeStore(const fs::path &folder)
     : machineFolder(folder), store(StoreFolder(folder)), staging(store / "staging"), commit(store / "commit"),
       last(store / "last") {}
 
-fs::path ChangeStore::TargetOf(const std::string &path) const {
+DiskPath ChangeStore::TargetOf(const std::string &path) const {
   for (const char *hive : {"system.reg", "user.reg"})
     if (path == hive)
-      return HivePlace(machineFolder / hive);
+      return {.path = HivePlace(machineFolder / hive)};
   const std::optional<std::string> ansi = text::FromUtf8(path);
-  return ansi ? FindOnDisk(ansi->c_str()).path : fs::path();
+  return ansi ? FindOnDisk(ansi->c_str()) : DiskPath();
 }
 
 // ---- Commit ----
@@ -175,30 +182,32 @@ bool ChangeStore::Commit(std::vector<Change> &changes, const std::vector<StagedF
     Fail(machineFolder, error);
   else if (changes.empty() || CommitList(changes, std::move(list)))
     return true;
-  RemoveFolders(made);
+  if (!HasBrokenOff()) // else whoever finishes it needs them
+    RemoveFolders(made);
   return false;
 }
 
 bool ChangeStore::CommitList(std::vector<Change> &changes, ChangeList list) {
   list.token = RandomToken();
-  if (!RemoveFolderOfFiles(staging) || sys::MakeFolder(staging.c_str(), 0700) != 0)
+  if (!RemoveTree(staging) || sys::MakeFolder(staging.c_str(), 0700) != 0)
     return Fail(staging, errno);
+  GiveToOwner(Descriptor(sys::Open(staging.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)), 0700, machineFolder);
   const bool isStaged = std::ranges::all_of(changes, [&](Change &change) { return Stage(change, list); });
   if (!isStaged || list.files.empty()) {
-    RemoveFolderOfFiles(staging);
+    RemoveTree(staging);
     return isStaged;
   }
   const FoldersAround folders(Targets(list));
   if (folders.error != 0)
     Fail(machineFolder, folders.error);
   if (folders.error != 0 || !Decide(list)) {
-    RemoveFolderOfFiles(staging);
+    RemoveTree(staging);
     return false;
   }
   size_t placed = 0;
   int error = 0;
   for (; placed < list.files.size() && error == 0; placed += error == 0)
-    error = PlaceOne(commit / list.files[placed].form, list.files[placed], list.token);
+    error = PlaceOne(commit / list.files[placed].stored, list.files[placed], list.token);
   if (error == 0)
     error = folders.Sync();
   if (error == 0) {
@@ -214,7 +223,7 @@ bool ChangeStore::Stage(Change &change, ChangeList &list) {
   const auto refuse = [&](int error) {
     change.result = Change::Result::Refused;
     Fail(change.target, error);
-    return IsRefusal(error);
+    return list.undoable && IsRefusal(error); // a single call and an undo have nothing to go on with
   };
   if (faccessat(AT_FDCWD, change.target.parent_path().c_str(), W_OK | X_OK, AT_EACCESS) != 0)
     return refuse(errno);
@@ -233,20 +242,20 @@ bool ChangeStore::Stage(Change &change, ChangeList &list) {
     return true;
 
   const size_t number = list.files.size();
-  ListedFile file = {Form(number, ".new"), std::nullopt, std::nullopt, change.path, change.target, change.base};
+  ListedFile file = {StoredName(number, ".new"), std::nullopt, std::nullopt, change.path, change.target, change.base};
   if (old.Exists()) {
     file.before = DigestOf(old.bytes);
-    if (const int error = KeepOld(change.target, old, staging / Form(number, ".old")); error != 0)
+    if (const int error = KeepOld(change.target, old, staging / StoredName(number, ".old")); error != 0)
       return Fail(change.target, error);
   }
   if (change.after) {
     file.after = DigestOf(*change.after);
-    const fs::path form = staging / file.form;
-    if (const int error = MakeDiskFile(form, *change.after, old.Exists() ? 0600 : 0666, change.file); error != 0)
+    const fs::path stored = staging / file.stored;
+    if (const int error = MakeDiskFile(stored, *change.after, old.Exists() ? 0600 : 0666, change.file); error != 0)
       return Fail(change.target, error);
     if (const int error = old.Exists() ? TakeOver(change.file, old.status) : 0; error != 0) {
-      sys::Unlink(form.c_str());
-      sys::Unlink((staging / Form(number, ".old")).c_str());
+      sys::Unlink(stored.c_str());
+      sys::Unlink((staging / StoredName(number, ".old")).c_str());
       return refuse(error);
     }
     if (sys::Sync(change.file.Get()) != 0)
@@ -262,11 +271,12 @@ bool ChangeStore::Decide(const ChangeList &list) {
   Descriptor written;
   if (const int error = MakeDiskFile(staging / ListName, list.Text(), 0600, written); error != 0)
     return Fail(store, error);
+  GiveToOwner(written, 0600, machineFolder);
   const bool needsSync = list.files.size() > 1;
   if (needsSync && (sys::Sync(written.Get()) != 0 || SyncFolderAt(staging) != 0))
     return Fail(store, errno);
   if (sys::Rename(staging.c_str(), commit.c_str()) != 0)
-    return Fail(store, errno);
+    return Fail(commit, errno);
   if (!needsSync || SyncFolderAt(store) == 0)
     return true;
   Fail(store, errno);
@@ -283,16 +293,16 @@ int ChangeStore::PlaceOne(const fs::path &from, const ListedFile &file, const st
   if (errno != EXDEV)
     return errno;
   // The file is on another disk than the store.
-  const DiskFile form = ReadDiskFile(from);
-  if (!form.Exists())
-    return form.error;
-  const fs::path beside = file.target.parent_path() / (".acctkit-" + token + '-' + file.form);
+  const DiskFile stored = ReadDiskFile(from);
+  if (!stored.Exists())
+    return stored.error;
+  const fs::path beside = Beside(file, token);
   sys::Unlink(beside.c_str()); // of one who was killed here
   Descriptor copy;
-  int error = MakeDiskFile(beside, form.bytes, 0600, copy);
+  int error = MakeDiskFile(beside, stored.bytes, 0600, copy);
   if (error != 0)
     return error;
-  error = TakeOver(copy, form.status);
+  error = TakeOver(copy, stored.status);
   if (error == 0 && (sys::Sync(copy.Get()) != 0 || sys::Rename(beside.c_str(), file.target.c_str()) != 0))
     error = errno;
   sys::Unlink(error == 0 ? from.c_str() : beside.c_str());
@@ -309,10 +319,10 @@ void ChangeStore::RollBack(ChangeList list, size_t placed) {
   for (size_t number = 0; number < placed; ++number) {
     ListedFile &file = list.files[number];
     std::swap(file.before, file.after);
-    file.form = Form(number, ".old");
-    if (!file.after || IsItself(commit / file.form, *file.base))
+    file.stored = StoredName(number, ".old");
+    if (!file.after || IsItself(commit / file.stored, *file.base))
       continue;
-    const Descriptor copy(sys::Open((commit / file.form).c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
+    const Descriptor copy(sys::Open((commit / file.stored).c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
     if (!copy || TakeOver(copy, *file.base) != 0 || sys::Sync(copy.Get()) != 0)
       return;
   }
@@ -321,86 +331,97 @@ void ChangeStore::RollBack(ChangeList list, size_t placed) {
   Descriptor written;
   const fs::path turned = commit / "turned";
   if (MakeDiskFile(turned, list.Text(), 0600, written) != 0 || sys::Sync(written.Get()) != 0 ||
-      sys::Rename(turned.c_str(), (commit / ListName).c_str()) != 0)
+      sys::Rename(turned.c_str(), (commit / ListName).c_str()) != 0 || SyncFolderAt(commit) != 0)
     return;
   for (const ListedFile &file : list.files)
-    if (PlaceOne(commit / file.form, file, list.token) != 0)
+    if (PlaceOne(commit / file.stored, file, list.token) != 0)
       return;
   if (FoldersAround(Targets(list)).Sync() == 0)
-    RemoveFolderOfFiles(commit);
+    RemoveTree(commit);
 }
 
 // Nothing is in place yet: the change goes back to where it isn't finished.
-void ChangeStore::Undecide() {
-  RemoveFolderOfFiles(sys::Rename(commit.c_str(), staging.c_str()) == 0 ? staging : commit);
-}
+void ChangeStore::Undecide() { RemoveTree(sys::Rename(commit.c_str(), staging.c_str()) == 0 ? staging : commit); }
 
 // The change is in place. Should this fail, whoever comes next does it.
 void ChangeStore::Finish(const ChangeList &list) {
   if (!list.undoable) {
-    RemoveFolderOfFiles(commit);
+    RemoveTree(commit);
     return;
   }
   for (size_t number = 0; number < list.files.size(); ++number)
     if (list.files[number].before)
-      HideFromOthers(commit / Form(number, ".old"));
-  RemoveFolderOfFiles(last);
-  sys::Rename(commit.c_str(), last.c_str());
+      HideFromOthers(commit / StoredName(number, ".old"));
+  Keep();
+}
+
+// Where it can't take the place of `last`, it goes: else it would be finished again and again.
+void ChangeStore::Keep() {
+  if (!RemoveTree(last) || sys::Rename(commit.c_str(), last.c_str()) != 0)
+    RemoveTree(commit);
 }
 
 // ---- Recovery ----
 
-bool ChangeStore::HasBrokenOff() const { return Exists(commit); }
+bool ChangeStore::HasBrokenOff() const { return IsFolder(commit); }
 
 std::string ChangeStore::Recover() {
-  if (Exists(staging))
-    RemoveFolderOfFiles(staging);
-  if (!HasBrokenOff())
+  RemoveTree(staging);
+  if (!HasBrokenOff()) {
+    RemoveTree(commit); // what isn't ours
     return {};
+  }
   if (std::string fault = ServerFault(machineFolder); !fault.empty())
     return fault;
   const DiskFile text = ReadDiskFile(commit / ListName);
   ChangeList list;
-  if (!text.Exists() && text.error != ENOENT)
+  if (!text.Exists() && text.error != ENOENT && !IsNoFile(text.error))
     return Line(commit / ListName, text.error);
   switch (ReadChangeList(text.bytes, list)) {
   case ListState::Newer:
     return commit.string() + ": a later version of AcctKit has left a change unfinished, which it must finish";
   case ListState::Damaged:
-    return Drop("what is known of it is damaged");
+    return Drop(list, "what is known of it is damaged");
   case ListState::Whole:
     return FinishBrokenOff(list);
   }
   return {};
 }
 
-std::string ChangeStore::Drop(const std::string &why) {
+std::string ChangeStore::Drop(const ChangeList &list, const std::string &why) {
+  for (const ListedFile &file : list.files)
+    if (!file.target.empty())
+      sys::Unlink(Beside(file, list.token).c_str());
   RecordNotice(machineFolder.string() + ": a change was broken off and isn't finished: " + why);
-  return RemoveFolderOfFiles(commit) ? std::string() : Line(commit, errno);
+  Keep(); // what it has replaced isn't lost
+  return {};
 }
 
 std::string ChangeStore::FinishBrokenOff(ChangeList &list) {
   std::vector<const ListedFile *> missing;
   for (ListedFile &file : list.files) {
-    file.target = TargetOf(file.path);
-    if (file.target.empty())
-      return Drop("there is no " + file.path + " on this machine");
+    const DiskPath target = TargetOf(file.path);
+    file.target = target.path;
+    if (target.path.empty() && target.missing && !file.after)
+      continue; // the folder around it is gone, too
+    if (target.path.empty())
+      return Drop(list, "there is no " + file.path + " on this machine");
     Content now;
-    Content form;
+    Content stored;
     if (const int error = ContentAt(file.target, now); error != 0 && !IsNoFile(error))
       return Line(file.target, error);
     else if (error != 0 || (now != file.before && now != file.after))
-      return Drop(file.path + " has been changed since");
+      return Drop(list, file.path + " has been changed since");
     if (now == file.after)
       continue;
-    if (const int error = file.after ? ContentAt(commit / file.form, form) : 0; error != 0)
-      return Line(commit / file.form, error);
-    if (form != file.after)
-      return Drop("the new " + file.path + " is damaged");
+    if (const int error = file.after ? ContentAt(commit / file.stored, stored) : 0; error != 0)
+      return Line(commit / file.stored, error);
+    if (stored != file.after)
+      return Drop(list, "the new " + file.path + " is damaged");
     missing.push_back(&file);
   }
   for (const ListedFile *file : missing)
-    if (const int error = PlaceOne(commit / file->form, *file, list.token); error != 0)
+    if (const int error = PlaceOne(commit / file->stored, *file, list.token); error != 0)
       return file->target.string() + ": a change that was broken off can't be finished: " + std::strerror(error);
   if (const int error = FoldersAround(Targets(list)).Sync(); error != 0)
     return Line(machineFolder, error);
@@ -415,8 +436,10 @@ Undone ChangeStore::Undo() {
   const auto refusal = [](const std::string &why) { return Undone{why, {}}; };
   const DiskFile text = ReadDiskFile(last / ListName);
   ChangeList list;
-  if (ReadChangeList(text.bytes, list) != ListState::Whole)
+  if (text.error == ENOENT)
     return refusal(machineFolder.string() + ": there is no change to take back");
+  if (!text.Exists() || ReadChangeList(text.bytes, list) != ListState::Whole)
+    return refusal((last / ListName).string() + ": it can't be read, is damaged, or comes from a later version");
   if (std::string fault = ServerFault(machineFolder); !fault.empty())
     return refusal(fault);
   std::vector<Change> changes;
@@ -425,14 +448,14 @@ Undone ChangeStore::Undo() {
     const ListedFile &file = list.files[number];
     Change &change = changes.emplace_back();
     change.path = file.path;
-    change.target = TargetOf(file.path);
+    change.target = TargetOf(file.path).path;
     const DiskFile now = ReadDiskFile(change.target);
     if ((!now.Exists() && now.error != ENOENT) || ContentOf(now) != file.after)
       return refusal(file.path + ": it has been changed since, so nothing is taken back");
     if (now.Exists())
       change.base = now.status;
     if (file.before) {
-      DiskFile old = ReadDiskFile(last / Form(number, ".old"));
+      DiskFile old = ReadDiskFile(last / StoredName(number, ".old"));
       if (ContentOf(old) != file.before)
         return refusal(file.path + ": what it was before isn't known any more");
       change.after = std::move(old.bytes);
@@ -443,9 +466,9 @@ Undone ChangeStore::Undo() {
   back.undoable = false;
   if (!CommitList(changes, back))
     return refusal(TakeFault());
-  RemoveFolderOfFiles(last);
+  RemoveTree(last);
   for (auto folder = list.folders.rbegin(); folder != list.folders.rend(); ++folder)
-    if (const fs::path target = TargetOf(*folder); sys::RemoveFolder(target.c_str()) == 0)
+    if (const DiskPath target = TargetOf(*folder); target.IsFolder() && sys::RemoveFolder(target.path.c_str()) == 0)
       undone.restored.push_back(*folder + '\\');
   return undone;
 }

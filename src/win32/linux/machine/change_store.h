@@ -10,10 +10,10 @@
 
 #include "win32/linux/machine/change_list.h"
 #include "win32/linux/machine/descriptor.h"
+#include "win32/linux/machine/paths.h"
 #include "win32/linux/machine/staged_files.h"
 #include "win32/linux/public/transaction.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -53,7 +53,7 @@ public:
   Undone Undo();
 
 private:
-  std::filesystem::path TargetOf(const std::string &path) const;
+  DiskPath TargetOf(const std::string &path) const;
 
   // The steps of a commit. False with a fault recorded.
   bool CommitList(std::vector<Change> &changes, ChangeList list);
@@ -63,9 +63,10 @@ private:
   void RollBack(ChangeList list, size_t placed);
   void Undecide();
   void Finish(const ChangeList &list);
+  void Keep();
 
   std::string FinishBrokenOff(ChangeList &list);
-  std::string Drop(const std::string &why);
+  std::string Drop(const ChangeList &list, const std::string &why);
 
   std::filesystem::path machineFolder;
   std::filesystem::path store;

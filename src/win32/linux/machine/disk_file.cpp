@@ -40,12 +40,17 @@ int MakeDiskFile(const std::filesystem::path &path, std::string_view bytes, mode
   return error;
 }
 
-bool RemoveFolderOfFiles(const std::filesystem::path &folder) {
+bool RemoveTree(const std::filesystem::path &path) {
+  struct stat status;
+  if (lstat(path.c_str(), &status) != 0)
+    return errno == ENOENT;
+  if (!S_ISDIR(status.st_mode))
+    return sys::Unlink(path.c_str()) == 0;
   std::error_code error;
-  std::filesystem::directory_iterator entries(folder, error);
+  std::filesystem::directory_iterator entries(path, error);
   for (const std::filesystem::directory_iterator end; !error && entries != end; entries.increment(error))
-    sys::Unlink(entries->path().c_str());
-  return sys::RemoveFolder(folder.c_str()) == 0 || errno == ENOENT;
+    RemoveTree(entries->path());
+  return sys::RemoveFolder(path.c_str()) == 0;
 }
 
 int OpenFolder(const std::filesystem::path &folder, Descriptor &opened) {
@@ -54,9 +59,11 @@ int OpenFolder(const std::filesystem::path &folder, Descriptor &opened) {
 }
 
 int SyncFolder(const Descriptor &folder) {
-  if (folder)
-    return sys::Sync(folder.Get()) == 0 ? 0 : errno;
-  sys::SyncAll();
+  if (folder && sys::Sync(folder.Get()) == 0)
+    return 0;
+  if (folder && errno != EINVAL && errno != ENOTSUP)
+    return errno;
+  sys::SyncAll(); // of a file system that has no such call, too
   return 0;
 }
 

@@ -31,8 +31,9 @@ DiskFile ReadDiskFile(const std::filesystem::path &path);
 // Makes a file that isn't there and leaves it open. 0 or errno; a file that couldn't be written whole is removed.
 int MakeDiskFile(const std::filesystem::path &path, std::string_view bytes, mode_t mode, Descriptor &file);
 
-// Removes a folder with the files in it. False with errno set if something of it stays.
-bool RemoveFolderOfFiles(const std::filesystem::path &folder);
+// Removes what is at a path, a folder with all that is in it; links aren't followed. False with errno set if something
+// stays.
+bool RemoveTree(const std::filesystem::path &path);
 
 // Opens a folder whose entries are to be put on disk. 0 or errno. One that may not be listed can't be opened, and is
 // none.

@@ -99,8 +99,8 @@ int TakeContent(OpenFile &opened) {
   std::string bytes(static_cast<size_t>(opened.base->st_size) + 1, '\0');
   if (lseek(opened.file.Get(), 0, SEEK_SET) != 0 || !machine::ReadAll(opened.file.Get(), bytes))
     return errno;
+  opened.position = std::min(static_cast<size_t>(position), bytes.size());
   opened.content = std::move(bytes);
-  opened.position = static_cast<size_t>(position);
   return 0;
 }
 
@@ -243,7 +243,7 @@ HANDLE FindFirstFileA(const char *path, WIN32_FIND_DATAA *data) {
   const DiskPath found = FindEntry(path);
   if (!found.exists) {
     lastError = found.missing ? ERROR_FILE_NOT_FOUND : ERROR_ACCESS_DENIED;
-    return INVALID_HANDLE_VALUE;
+    return found.missing || found.path.empty() ? INVALID_HANDLE_VALUE : NotOpened(found.path, EACCES);
   }
   *data = Describe(found);
   return searches.Add(std::make_shared<Search>());
@@ -258,6 +258,8 @@ BOOL CreateDirectoryA(const char *path, void *) {
   const DiskPath found = FindOnDisk(path);
   if (found.exists || found.path.empty())
     return FALSE;
+  if (!found.missing)
+    return Failed(found.path, EACCES);
   if (!CanReplace(found.path))
     return Failed(found.path, errno);
   machine::Transaction transaction(machine::Purpose::OneCall);

@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 namespace machine {
 
@@ -38,7 +39,7 @@ LSTATUS HiveFile::NotUsable(const std::string &why) {
 
 bool HiveFile::IsLooked() {
   const uint64_t now = TransactionNumber();
-  return now != 0 && std::exchange(looked, now) == now;
+  return now != 0 && looked == now;
 }
 
 LSTATUS HiveFile::Refresh() {
@@ -50,6 +51,7 @@ LSTATUS HiveFile::Refresh() {
     state = Load();
   else if (state != ERROR_SUCCESS)
     FailTransaction(fault);
+  looked = TransactionNumber();
   return state;
 }
 
@@ -62,43 +64,39 @@ LSTATUS HiveFile::RefreshOpened() {
   return Refresh();
 }
 
+// Nothing of the last load is left, also where memory runs out in the middle of this one.
 LSTATUS HiveFile::Load() {
   hive = std::make_shared<Hive>();
   identity = Identity();
   fault.clear();
   read = Descriptor();
   edited = replaced = false;
-  std::string text;
-  if (const LSTATUS result = ReadText(text); result != ERROR_SUCCESS)
-    return result;
-  if (const std::string damage = hive->Load(std::move(text)); !damage.empty())
-    return NotUsable("the registry is damaged, " + damage);
-  if (hive->Is64Bit() && IsLocalMachine())
-    hive->Create(hive->Root(), u"Software\\Wow6432Node"); // as Wine does when it starts
-  return ERROR_SUCCESS;
-}
-
-LSTATUS HiveFile::ReadText(std::string &text) {
   const std::filesystem::path place = HivePlace(file);
   if (place.empty())
     return NotUsable("this link leads nowhere");
   DiskFile found = ReadDiskFile(place);
   if (found.error == ENOENT)
-    return MakeText(text);
+    return LoadEmpty();
   if (!found.Exists())
     return NotUsable(found.error == EINVAL ? "no file" : std::strerror(found.error));
-  text = std::move(found.bytes);
+  const std::string damage = hive->Load(std::move(found.bytes));
   SetRead(std::move(found.file), found.status);
-  return ERROR_SUCCESS;
+  return damage.empty() ? Loaded() : NotUsable("the registry is damaged, " + damage);
 }
 
-LSTATUS HiveFile::MakeText(std::string &text) {
+LSTATUS HiveFile::LoadEmpty() {
   fault = FolderFault(file.parent_path());
   if (!fault.empty()) {
     RecordFault(fault);
     return ERROR_FILE_NOT_FOUND;
   }
-  text = Hive::EmptyText(root);
+  hive->Load(Hive::EmptyText(root));
+  return Loaded();
+}
+
+LSTATUS HiveFile::Loaded() {
+  if (hive->Is64Bit() && IsLocalMachine())
+    hive->Create(hive->Root(), u"Software\\Wow6432Node"); // as Wine does when it starts
   return ERROR_SUCCESS;
 }
 
@@ -125,8 +123,9 @@ LSTATUS HiveFile::Edit(const EditFunction &edit) {
     return ERROR_ACCESS_DENIED;
   }
   bool changed = true;
+  const bool wasEdited = std::exchange(edited, true); // also if memory runs out in the middle of the edit
   const LSTATUS result = edit(*hive, changed);
-  edited = edited || (result == ERROR_SUCCESS && changed);
+  edited = wasEdited || (result == ERROR_SUCCESS && changed);
   return result;
 }
 

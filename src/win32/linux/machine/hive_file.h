@@ -74,8 +74,8 @@ private:
 
   bool IsLooked();
   LSTATUS Load();
-  LSTATUS ReadText(std::string &text);
-  LSTATUS MakeText(std::string &text); // for a machine that doesn't have this hive yet
+  LSTATUS LoadEmpty(); // for a machine that doesn't have this hive yet
+  LSTATUS Loaded();
   LSTATUS NotUsable(const std::string &why);
 
   std::filesystem::path file;

@@ -8,7 +8,7 @@ namespace machine {
 
 const Hives &CurrentHives() {
   static Hives hives;
-  if (hives.localMachine == nullptr || (TransactionNumber() == 0 && !IsFolder(hives.folder))) {
+  if (hives.localMachine == nullptr || (TransactionNumber() == 0 && !IsCurrentFolder(hives.folder))) {
     hives.folder = Folder();
     hives.localMachine = std::make_shared<HiveFile>(hives.folder / "system.reg", HiveFile::LocalMachineRoot);
     hives.currentUser = std::make_shared<HiveFile>(hives.folder / "user.reg", "\\\\User\\\\S-1-5-21-0-0-0-1000");

@@ -65,7 +65,7 @@ std::filesystem::path Folder() {
 }
 
 // Every registry call asks this, and a path is slow to make.
-bool IsFolder(const std::filesystem::path &folder) {
+bool IsCurrentFolder(const std::filesystem::path &folder) {
   const char *const named = std::getenv("ACCTKIT_MACHINE");
   return named != nullptr && *named != '\0' ? folder.native() == named : folder == Folder();
 }
@@ -99,7 +99,7 @@ std::string FindFault(bool forWriting) {
   const std::filesystem::path folder = Folder();
   if (std::string fault = FolderFault(folder); !fault.empty())
     return fault;
-  if (forWriting && !WriteRefusal().empty())
+  if (!WriteRefusal().empty())
     return WriteRefusal();
   const Hives &hives = CurrentHives();
   for (HiveFile *hive : {hives.localMachine.get(), hives.currentUser.get()}) {

@@ -12,7 +12,7 @@ void RecordFault(const std::string &line);
 void RecordNotice(const std::string &line);
 
 // Whether `folder` is the current machine folder.
-bool IsFolder(const std::filesystem::path &folder);
+bool IsCurrentFolder(const std::filesystem::path &folder);
 
 // Why a folder is no machine, empty if it is one.
 std::string FolderFault(const std::filesystem::path &folder);

@@ -1,5 +1,6 @@
 #include "win32/linux/machine/machine_lock.h"
 
+#include "win32/linux/machine/disk_file.h"
 #include "win32/linux/machine/system_calls.h"
 
 #include <cerrno>
@@ -18,31 +19,20 @@ constexpr int Flags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
 
 std::string Fault(const std::filesystem::path &path, const char *why) { return path.string() + ": " + why; }
 
-// Gives a new file or folder of the store to those who may write the machine folder, also when root made it.
-void GiveAway(const Descriptor &made, mode_t mode, const struct stat &folder) {
-  if ((folder.st_mode & S_IWGRP) != 0)
-    mode |= (mode & S_IRWXU) >> 3;
-  if ((folder.st_mode & S_IWOTH) != 0)
-    mode |= (mode & S_IRWXU) >> 6;
-  // If one of these fails, the file is as its maker's other files.
-  sys::ChangeMode(made.Get(), mode);
-  if (folder.st_uid != geteuid() || folder.st_gid != getegid())
-    sys::ChangeOwner(made.Get(), folder.st_uid, folder.st_gid);
-}
-
 // Makes the lock and the folder around it. 0 or errno.
 int MakeLock(const std::filesystem::path &folder, const std::filesystem::path &path) {
-  struct stat status;
-  if (stat(folder.c_str(), &status) != 0)
+  if (sys::MakeFolder(path.parent_path().c_str(), 0700) == 0) {
+    GiveToOwner(Descriptor(sys::Open(path.parent_path().c_str(), O_RDONLY | O_DIRECTORY | Flags)), 0700, folder);
+    if (const int error = SyncFolderAt(folder); error != 0)
+      return error;
+  } else if (errno != EEXIST) {
     return errno;
-  if (sys::MakeFolder(path.parent_path().c_str(), 0700) == 0)
-    GiveAway(Descriptor(sys::Open(path.parent_path().c_str(), O_RDONLY | O_DIRECTORY | Flags)), 0700, status);
-  else if (errno != EEXIST)
-    return errno;
+  }
   const Descriptor made(sys::Open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | Flags, 0600));
-  if (made)
-    GiveAway(made, 0600, status);
-  return made || errno == EEXIST ? 0 : errno;
+  if (!made)
+    return errno == EEXIST ? 0 : errno;
+  GiveToOwner(made, 0600, folder);
+  return 0;
 }
 
 } // namespace
@@ -57,9 +47,26 @@ std::string StoreFault(const std::filesystem::path &folder) {
     return {};
   if (!S_ISDIR(status.st_mode))
     return Fault(store, "this is no folder");
-  if (status.st_uid != above.st_uid && status.st_uid != geteuid() && status.st_uid != 0)
+  const bool isShared = (above.st_mode & (S_IWGRP | S_IWOTH)) != 0; // whoever may write the one may write the other
+  if (!isShared && status.st_uid != above.st_uid && status.st_uid != geteuid() && status.st_uid != 0)
     return Fault(store, "this folder belongs to another user");
   return {};
+}
+
+void GiveToOwner(const Descriptor &made, mode_t mode, const std::filesystem::path &folder) {
+  struct stat status;
+  struct stat now;
+  if (stat(folder.c_str(), &status) != 0 || fstat(made.Get(), &now) != 0)
+    return;
+  if ((status.st_mode & S_IWGRP) != 0)
+    mode |= (mode & S_IRWXU) >> 3;
+  if ((status.st_mode & S_IWOTH) != 0)
+    mode |= (mode & S_IRWXU) >> 6;
+  // If one of these fails, it is as its maker's other files.
+  if ((now.st_mode & 0777) != mode)
+    sys::ChangeMode(made.Get(), mode);
+  if (now.st_uid != status.st_uid || now.st_gid != status.st_gid)
+    sys::ChangeOwner(made.Get(), status.st_uid, status.st_gid);
 }
 
 std::string MachineLock::Take(const std::filesystem::path &path, int flags, int operation) {

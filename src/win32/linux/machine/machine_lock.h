@@ -15,6 +15,10 @@ std::filesystem::path StoreFolder(const std::filesystem::path &folder);
 // Why that folder can't be trusted, empty if it can or isn't there.
 std::string StoreFault(const std::filesystem::path &folder);
 
+// Gives a new file or folder of the store to those who may write the machine folder, also when root made it: the mode
+// is the owner's part of its new one.
+void GiveToOwner(const Descriptor &made, mode_t mode, const std::filesystem::path &folder);
+
 class MachineLock {
 public:
   // Waits for the lock, but not for ever: some 20 seconds. Empty if it is held then, else the fault. A reader goes

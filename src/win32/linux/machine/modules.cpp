@@ -57,8 +57,10 @@ HMODULE LoadLibraryA(const char *path) {
     machine::RecordNotice(found.string() + ": a Windows library, which can't be loaded here");
   else if (machine::IsRehearsal())
     machine::RecordNotice(found.string() + ": not loaded in a dry run, but the command would ask it");
+  else if (void *const library = dlopen(found.c_str(), RTLD_NOW | RTLD_LOCAL))
+    return library;
   else
-    return dlopen(found.c_str(), RTLD_NOW | RTLD_LOCAL);
+    machine::RecordFault(dlerror());
   return nullptr;
 }
 

@@ -2,6 +2,7 @@
 #include "win32/linux/machine/paths.h"
 
 #include "win32/linux/machine/disk_file.h"
+#include "win32/linux/machine/hives.h"
 #include "win32/linux/machine/machine_folder.h"
 #include "win32/linux/machine/running_transaction.h"
 #include "win32/linux/public/machine.h"
@@ -42,10 +43,16 @@ template <typename Take> bool ForEachEntry(const fs::path &folder, Take take) {
   const std::unique_ptr<DIR, CloseFolder> opened(opendir(folder.c_str()));
   if (opened == nullptr)
     CheckSystem(folder);
-  while (const dirent *const entry = opened ? readdir(opened.get()) : nullptr)
-    if (take(std::string(entry->d_name)))
+  for (;;) {
+    errno = 0;
+    const dirent *const entry = opened ? readdir(opened.get()) : nullptr;
+    if (entry == nullptr)
       break;
-  return opened != nullptr;
+    if (take(std::string(entry->d_name)))
+      return true;
+  }
+  CheckSystem(folder);
+  return opened != nullptr && errno == 0;
 }
 
 DiskPath Look(const fs::path &path) {
@@ -85,17 +92,25 @@ DiskPath LookFor(const fs::path &folder, std::u16string_view name) {
   return found;
 }
 
+// Of the running transaction, else of now.
+const fs::path &MachineFolder() { return CurrentHives().folder; }
+
 bool IsWithin(const fs::path &path, const fs::path &folder) {
   const auto [end, ignored] = std::mismatch(folder.begin(), folder.end(), path.begin(), path.end());
   return end == folder.end();
 }
 
 // A link may lead to wherever it likes within the machine, or within the drive that a dosdevices entry names. Empty for
-// one that leads out, or nowhere.
+// one that leads out, or nowhere. A file of the machine folder has one path, with links or without.
 fs::path LinkTarget(const fs::path &link, const fs::path &drive) {
   std::error_code error;
   fs::path target = fs::canonical(link, error);
-  if (error || !(IsWithin(target, fs::canonical(Folder(), error)) || IsWithin(target, fs::canonical(drive, error))))
+  if (error)
+    return {};
+  const fs::path &folder = MachineFolder();
+  if (const fs::path whole = fs::canonical(folder, error); !error && IsWithin(target, whole))
+    return target == whole ? folder : folder / target.lexically_relative(whole);
+  if (error || !IsWithin(target, fs::canonical(drive, error)))
     return {};
   return target;
 }
@@ -103,7 +118,7 @@ fs::path LinkTarget(const fs::path &link, const fs::path &drive) {
 // The folder of a drive, or a link to it; empty if the machine has no such drive.
 fs::path DriveFolder(char16_t letter) {
   const char lower = static_cast<char>(letter | 0x20);
-  const fs::path folder = Folder();
+  const fs::path &folder = MachineFolder();
   const fs::path devices = folder / "dosdevices";
   std::error_code error;
   if (fs::exists(devices, error))
@@ -151,8 +166,10 @@ DiskPath Descend(const fs::path &drive, const std::vector<std::u16string> &names
   if (found.IsLink())
     found = Look(fs::canonical(drive, error));
   for (const std::u16string &name : names) {
+    if (!found.exists && !found.missing)
+      return found; // nobody may look there
     if (!found.IsFolder())
-      return {.missing = found.exists || found.missing};
+      return {.missing = true};
     found = LookFor(found.path, name);
     if (found.IsLink()) {
       const fs::path target = LinkTarget(found.path, drive);

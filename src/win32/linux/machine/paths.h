@@ -11,7 +11,9 @@ namespace machine {
 
 // A file as the running transaction has it, or else as it is on disk.
 struct DiskPath {
-  std::filesystem::path path = {}; // also if there is no such file; empty if none can stand there
+  // Also if there is no such file; empty if none can stand there. Of what nobody may look at, the nearest such folder
+  // or file.
+  std::filesystem::path path = {};
   bool exists = false;
   bool missing = false;    // for certain, since nothing kept us from looking
   struct stat status = {}; // of an existing one

@@ -98,6 +98,9 @@ bool ReadPath(const char *subkey, std::u16string &path) {
 
 // Changes the key that a call works at. Without a transaction around it the call is one: the change is on disk then.
 template <typename Change> LSTATUS Edit(HKEY handle, REGSAM needed, Change change) {
+  // A call that can't work needs no lock.
+  if (const LSTATUS usable = At(handle, needed, [](const OpenKey &) { return ERROR_SUCCESS; }); usable != ERROR_SUCCESS)
+    return usable;
   machine::Transaction transaction(machine::Purpose::OneCall);
   const LSTATUS result = At(handle, needed, [&](const OpenKey &open) {
     return open.file->Edit([&](Hive &hive, bool &changed) -> LSTATUS { return change(hive, open, changed); });

@@ -43,7 +43,6 @@ public:
   // The names of all entries of a folder that are here.
   std::vector<std::string> NamesIn(const std::filesystem::path &folder) const;
 
-  bool IsEmpty() const { return files.empty() && folders.empty(); }
   const Files &All() const { return files; }
   const std::vector<StagedFolder> &Folders() const { return folders; } // in the order in which they were made
 

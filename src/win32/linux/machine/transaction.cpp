@@ -64,18 +64,22 @@ std::string Recover() {
   return running.lock.TakeShared(running.folder);
 }
 
-void Begin(Purpose purpose) {
-  CurrentHives(); // which are the transaction's
+// Where memory runs out, nothing can be written.
+void Begin(Purpose purpose) noexcept {
   running.purpose = purpose;
-  running.number = ++lastNumber;
-  running.folder = Folder();
   running.wrote = false;
-  running.refusal = FolderFault(running.folder);
-  if (running.refusal.empty())
-    running.refusal =
-        Writes(purpose) ? running.lock.TakeAlone(running.folder) : running.lock.TakeShared(running.folder);
-  if (running.refusal.empty() && running.lock.IsHeld())
-    running.refusal = Recover();
+  running.number = ++lastNumber;
+  try {
+    running.folder = Folder();
+    running.refusal = FolderFault(running.folder);
+    if (running.refusal.empty())
+      running.refusal =
+          Writes(purpose) ? running.lock.TakeAlone(running.folder) : running.lock.TakeShared(running.folder);
+    if (running.refusal.empty() && running.lock.IsHeld())
+      running.refusal = Recover();
+  } catch (const std::exception &error) {
+    running.refusal = error.what();
+  }
 }
 
 // ---- The end ----
@@ -146,6 +150,7 @@ Transaction::Transaction(Purpose purpose) {
   std::unique_lock held(guard);
   if (running.depth == 0) {
     running.failed = false;
+    CurrentHives(); // which are the transaction's
     Begin(purpose);
   }
   ++running.depth;

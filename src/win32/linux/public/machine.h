@@ -23,8 +23,9 @@ std::string FindFault(bool forWriting);
 // a key doesn't give) is no fault.
 std::string TakeFault();
 
-// A library that a Win32 call was to load since the last TakeNotice and that only Windows can load: one line as above.
-// It is no fault, the call answers as for any file that is no library; but what is in it is missing for a reason.
+// What a user should know though it is no fault, the first since the last TakeNotice, one line as above: a library that
+// only Windows can load, or that a dry run didn't load, so that what is in it is missing for a reason; a change that
+// was broken off, and what became of it.
 std::string TakeNotice();
 bool HasNotice();
 

@@ -16,8 +16,9 @@ namespace machine {
 enum class Purpose {
   Change,   // what is written goes to the disk at the end
   Look,     // several looks that see one state of the machine; what a call writes all the same is dropped
-  Rehearse, // a dry run: the same, and no library of the machine is loaded
-  OneCall,  // a Win32 call that no other transaction is around: a change that isn't kept for an undo
+  Rehearse, // a dry run: the same, but no library of the machine is loaded, nothing interrupts it, and a change that
+            // was broken off stays as it is
+  OneCall, // a Win32 call that no other transaction is around: a change that isn't kept for an undo
 };
 
 // Keeps other processes and threads from writing to the machine while it runs, or from writing half of what is read.
@@ -52,7 +53,7 @@ struct FileChange {
   std::optional<std::string> after;  // the bytes that are to stand there; none of a folder
 };
 
-// What Commit would put on disk, in the order in which it was first written, the folders first.
+// What Commit would put on disk: folders, files by their paths, hives.
 std::vector<FileChange> PendingChanges();
 
 struct Undone {
