@@ -46,17 +46,12 @@ TEST_F(CommunicatorTest, IsInstalledInVersion4) {
     InstallCommunicator(version);
     EXPECT_EQ(adapter.IsInstall(), expected) << version;
   }
-  std::string text = "old";
-  EXPECT_EQ(adapter.GetClientVersion(text), 0);
-  EXPECT_EQ(text, "");
+  EXPECT_EQ(Told(adapter, &CommunicatorMail::GetClientVersion), "0 ");
   InstallCommunicator("4.75");
-  EXPECT_EQ(adapter.GetClientVersion(text), 1);
-  EXPECT_EQ(text, "4.xx");
+  EXPECT_EQ(Told(adapter, &CommunicatorMail::GetClientVersion), "1 4.xx");
   PutString(HKEY_LOCAL_MACHINE, "SOFTWARE\\Netscape\\Conference", "CurrentVersion", "4.7 [ja]");
-  EXPECT_EQ(adapter.GetClientVersion(text), 1);
-  EXPECT_EQ(text, "4.7 [ja]");
-  EXPECT_EQ(adapter.GetClientPath(text), 1);
-  EXPECT_EQ(text, "C:\\acctkit-test\\NETSCAPE.EXE");
+  EXPECT_EQ(Told(adapter, &CommunicatorMail::GetClientVersion), "1 4.7 [ja]");
+  EXPECT_EQ(Told(adapter, &CommunicatorMail::GetClientPath), "1 C:\\acctkit-test\\NETSCAPE.EXE");
 
   ResetMachine();
   InstallCommunicator(nullptr);
@@ -206,10 +201,7 @@ TEST_F(CommunicatorNewsTest, EntersTwoServersInOneProfile) {
 
 TEST_F(CommunicatorNewsTest, KeepsAnExistingSender) {
   const std::string longAddress = "user_pref(\"mail.identity.useremail\", \"" + std::string(300, 'a') + "\");\n";
-  struct Case {
-    std::string before, after;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, std::string> cases[] = {
       {"user_pref( \"mail.identity.useremail\", \"mine\");\n1\nuser_pref(\"mail.identity.username\", \"\");\n",
        "\n1\nuser_pref(\"mail.identity.useremail\", \"mine\");\n"
        "user_pref(\"mail.identity.username\", \"山田 太郎\");\n"},
@@ -219,10 +211,10 @@ TEST_F(CommunicatorNewsTest, KeepsAnExistingSender) {
   NewsAccountSpec spec = SampleNewsSpec(0);
   spec.newsServerOn[0] = 0;
   spec.newsHosts[0] = ""; // an empty host isn't searched for as an empty value
-  for (const Case &test : cases) {
-    PutFile(PrefsPathOf(Profile), test.before);
+  for (const auto &[before, after] : cases) {
+    PutFile(PrefsPathOf(Profile), before);
     EXPECT_EQ(WriteAccount(news, spec, Profile), 1);
-    EXPECT_EQ(GetFile(PrefsPathOf(Profile)), test.after + NewsLines());
+    EXPECT_EQ(GetFile(PrefsPathOf(Profile)), after + NewsLines());
   }
   // For a known profile only the directory is written to the registry.
   EXPECT_EQ(DumpKey(HKEY_LOCAL_MACHINE, UsersKey + Profile).size(), 1U);

@@ -60,33 +60,26 @@ TEST_F(ExternalMailerTest, RefusesTextsTooLongWithoutAskingThePlugin) {
 
 TEST_F(ExternalMailerTest, ReturnsThePluginsTexts) {
   InstallPlugin("plugin_complete");
-  std::string text;
-  EXPECT_EQ(adapter.GetClientName(text), 1);
-  EXPECT_EQ(text, "Mailer");
-  EXPECT_EQ(adapter.GetClientVersion(text), 1);
-  EXPECT_EQ(text, "7.1.ベータ");
-  EXPECT_EQ(adapter.GetClientPath(text), 1);
-  EXPECT_EQ(text, "C:\\acctkit-test\\表\\mailer.exe");
+  const char *const path = "C:\\acctkit-test\\表\\mailer.exe";
+  EXPECT_EQ(Told(adapter, &ExternalMailer::GetClientName), "1 Mailer");
+  EXPECT_EQ(Told(adapter, &ExternalMailer::GetClientVersion), "1 7.1.ベータ");
+  EXPECT_EQ(Told(adapter, &ExternalMailer::GetClientPath), std::string("1 ") + path);
 
   // The version in the language that the resource lists; without a list, in a usual language.
-  std::string program = GetFile(text).value();
+  std::string program = GetFile(path).value();
   const size_t block = program.find(Wide(u"041104b0"));
   const size_t list = program.find(Wide(u"Translation"));
   program.replace(list + 26, 4, "\x07\x04\xe4\x04");
   for (const char16_t *language : {u"040704e4", u"041104b0", u"040904b0", u"041103a4", u"040904e4"}) {
     program.replace(block, 16, Wide(language));
-    PutFile(text, program);
-    std::string version;
-    EXPECT_EQ(adapter.GetClientVersion(version), 1);
-    EXPECT_EQ(version, "7.1.ベータ") << Wide(language);
+    PutFile(path, program);
+    EXPECT_EQ(Told(adapter, &ExternalMailer::GetClientVersion), "1 7.1.ベータ") << Wide(language);
     program[list] = 'X';
   }
 
-  PutFile(text, "no program"); // a file without a version
+  PutFile(path, "no program"); // a file without a version
   EXPECT_EQ(adapter.IsInstall(), 1);
-  std::string version = "old";
-  EXPECT_EQ(adapter.GetClientVersion(version), 1);
-  EXPECT_EQ(version, "old");
+  EXPECT_EQ(Told(adapter, &ExternalMailer::GetClientVersion), "1 old");
   SetEnvironment("ACCTKIT_PLUGIN_PATH", "C:\\acctkit-test\\gone.exe");
   EXPECT_EQ(adapter.IsInstall(), 0);
 }

@@ -7,6 +7,8 @@
 #include "stores/profile_registry.h"
 #include "support/client_machine.h"
 
+#include <tuple>
+
 namespace {
 
 const std::string Profile = "@zuvio(ABC01234)";
@@ -72,13 +74,9 @@ TEST_F(Netscape6Test, IsInstalledInVersion6) {
     EXPECT_EQ(mail.IsInstall(), expected) << version;
   }
   InstallNetscape6();
-  std::string text;
-  EXPECT_EQ(news.GetClientVersion(text), 1);
-  EXPECT_EQ(text, "6.2 (ja)");
-  EXPECT_EQ(news.GetClientPath(text), 1);
-  EXPECT_EQ(text, "C:\\acctkit-test\\Netscp6.exe");
-  EXPECT_EQ(mail.GetClientName(text), 1);
-  EXPECT_EQ(text, "Netscape6 (Netscape)");
+  EXPECT_EQ(Told(news, &Netscape6News::GetClientVersion), "1 6.2 (ja)");
+  EXPECT_EQ(Told(news, &Netscape6News::GetClientPath), "1 C:\\acctkit-test\\Netscp6.exe");
+  EXPECT_EQ(Told(mail, &Netscape6Mail::GetClientName), "1 Netscape6 (Netscape)");
 }
 
 TEST_F(Netscape6Test, MakesAProfileWithAFirstMailAccount) {
@@ -148,12 +146,7 @@ TEST_F(Netscape6Test, FindsAnSmtpServer) {
   const auto host = [](const char *key, const char *name) {
     return Text(std::string("mail.smtpserver.") + key + ".hostname", name);
   };
-  struct Case {
-    const char *list;
-    std::string hosts;
-    const char *key, *listAfter;
-  };
-  const Case cases[] = {
+  const std::tuple<const char *, std::string, const char *, const char *> cases[] = {
       {"smtp1,smtp2", host("smtp1", "a") + host("smtp2", "smtp.example"), "smtp2", "smtp1,smtp2"},
       {"smtp1", host("smtp1", "a"), "smtp2", "smtp1,smtp2"},
       {"smtp1,smtp2,smtp3", host("smtp1", "") + host("smtp2", "") + host("smtp3", "a"), "smtp2", "smtp1,smtp2,smtp3"},
@@ -161,23 +154,20 @@ TEST_F(Netscape6Test, FindsAnSmtpServer) {
       {"smtp1,smtp2", host("smtp2", "a"), "smtp3", "smtp1,smtp2,smtp3"},
       {"smtp1,smtp3", host("smtp1", "a") + host("smtp3", "b"), "smtp4", "smtp1,smtp3,smtp4"}, // a gap
   };
-  for (const Case &test : cases) {
-    SCOPED_TRACE(test.list + test.hosts);
-    PutFile(prefs, Text("mail.accountmanager.accounts", "account1") + Text("mail.smtpservers", test.list) + test.hosts);
+  for (const auto &[list, hosts, key, listAfter] : cases) {
+    SCOPED_TRACE(list + hosts);
+    PutFile(prefs, Text("mail.accountmanager.accounts", "account1") + Text("mail.smtpservers", list) + hosts);
     EXPECT_EQ(WriteAccount(mail, SampleMailSpec(), directory), 1);
     const std::string after = GetFile(prefs).value_or("");
-    EXPECT_NE(after.find(Text("mail.smtpservers", test.listAfter)), std::string::npos) << after;
-    EXPECT_TRUE(after.ends_with(SmtpLines(test.key, "smtp.example"))) << after;
+    EXPECT_NE(after.find(Text("mail.smtpservers", listAfter)), std::string::npos) << after;
+    EXPECT_TRUE(after.ends_with(SmtpLines(key, "smtp.example"))) << after;
   }
 }
 
 // The names of a new account if the lists are damaged or unusual.
 TEST_F(Netscape6Test, TakesFreeNumbers) {
   const std::string tooLong(300, 'x');
-  struct Case {
-    std::string list, lines, listAfter, server, identity;
-  };
-  const Case cases[] = {
+  const std::tuple<std::string, std::string, std::string, std::string, std::string> cases[] = {
       {"account1,account3", "", "account1,account3,account4", "server1", "id1"},
       {"account1", Text("mail.account.account2.server", "server1"), "account1,account3", "server2", "id1"},
       {"", "", ",account2", "server1", "id1"},
@@ -188,15 +178,15 @@ TEST_F(Netscape6Test, TakesFreeNumbers) {
       {"account1", Text("mail.account.account1.identities", "id1,id2"), "account1,account2", "server1", "id3"},
       {"account1", Text("mail.server.server1.type", "pop3"), "account1,account2", "server1", "id1"},
   };
-  for (const Case &test : cases) {
-    SCOPED_TRACE(test.list + test.lines);
-    PutFile(prefs, Text("mail.accountmanager.accounts", test.list) + test.lines);
+  for (const auto &[list, lines, listAfter, server, identity] : cases) {
+    SCOPED_TRACE(list + lines);
+    PutFile(prefs, Text("mail.accountmanager.accounts", list) + lines);
     EXPECT_EQ(WriteAccount(mail, SampleMailSpec(), directory), 1);
     const std::string after = GetFile(prefs).value_or("");
-    const std::string account = test.listAfter.substr(test.listAfter.rfind(',') + 1);
-    EXPECT_NE(after.find(Text("mail.accountmanager.accounts", test.listAfter) +
-                         Text("mail.account." + account + ".identities", test.identity) +
-                         Text("mail.account." + account + ".server", test.server)),
+    const std::string account = listAfter.substr(listAfter.rfind(',') + 1);
+    EXPECT_NE(after.find(Text("mail.accountmanager.accounts", listAfter) +
+                         Text("mail.account." + account + ".identities", identity) +
+                         Text("mail.account." + account + ".server", server)),
               std::string::npos)
         << after;
   }

@@ -4,6 +4,8 @@
 
 #include "support/client_machine.h"
 
+#include <tuple>
+
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -33,18 +35,13 @@ protected:
 };
 
 TEST_F(OutlookExpressTest, IsInstalledWithBothKeysAndTheProgram) {
-  std::string text = "old";
   EXPECT_EQ(adapter.IsInstall(), 0);
-  EXPECT_EQ(adapter.GetClientName(text), 0);
-  EXPECT_EQ(text, "");
+  EXPECT_EQ(Told(adapter, &OutlookExpressMail::GetClientName), "0 ");
   InstallOutlookExpress(nullptr);
-  EXPECT_EQ(adapter.GetClientVersion(text), 1);
-  EXPECT_EQ(text, "4.00.0");
+  EXPECT_EQ(Told(adapter, &OutlookExpressMail::GetClientVersion), "1 4.00.0");
   InstallOutlookExpress("5,50,4522,1200");
-  EXPECT_EQ(adapter.GetClientVersion(text), 1);
-  EXPECT_EQ(text, "5,50,4522,1200");
-  EXPECT_EQ(adapter.GetClientPath(text), 1);
-  EXPECT_EQ(text, "C:\\acctkit-test\\msimn.exe");
+  EXPECT_EQ(Told(adapter, &OutlookExpressMail::GetClientVersion), "1 5,50,4522,1200");
+  EXPECT_EQ(Told(adapter, &OutlookExpressMail::GetClientPath), "1 C:\\acctkit-test\\msimn.exe");
   const HICON icon = adapter.GetClientIcon();
   EXPECT_NE(icon, nullptr);
   DestroyIcon(icon);
@@ -52,30 +49,26 @@ TEST_F(OutlookExpressTest, IsInstalledWithBothKeysAndTheProgram) {
   PutString(HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\msimn.exe", nullptr,
             "C:\\acctkit-test\\gone.exe");
   EXPECT_EQ(adapter.IsInstall(), 0);
-  EXPECT_EQ(adapter.GetClientPath(text), 0);
-  EXPECT_EQ(text, "");
+  EXPECT_EQ(Told(adapter, &OutlookExpressMail::GetClientPath), "0 ");
   EXPECT_EQ(adapter.GetClientIcon(), nullptr);
 }
 
 TEST_F(OutlookExpressTest, WritesANewAccountUnderTheNextNumber) {
-  struct Case {
-    const char *version, *connectionType;
-    bool identityWritten;
-  };
-  const Case cases[] = {{"5,50,1", "03000000", true}, {"4,72,3110,0", "01000000", false}, {"6,4,1", "03000000", true}};
-  for (const Case &test : cases) {
+  const std::tuple<const char *, const char *, bool> cases[] = {
+      {"5,50,1", "03000000", true}, {"4,72,3110,0", "01000000", false}, {"6,4,1", "03000000", true}};
+  for (const auto &[version, connectionType, identityWritten] : cases) {
     ResetMachine();
-    InstallOutlookExpress(test.version);
+    InstallOutlookExpress(version);
     PutString(HKEY_CURRENT_USER, "Identities", "Default User ID", "{1-2}");
     PutDword(HKEY_CURRENT_USER, ManagerKey, "Account Name", 15);
     EXPECT_EQ(WriteAccount(adapter, SampleMailSpec()), 1);
-    EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, Account("0000000f")), Titled(AccountValues(test.connectionType)));
+    EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, Account("0000000f")), Titled(AccountValues(connectionType)));
     EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, ManagerKey),
               (Lines{"Account Name:4=10000000", "Default Mail Account=0000000f"}));
     EXPECT_EQ(GetDword(HKEY_CURRENT_USER, "Software\\Microsoft\\Outlook Express\\Mail", "Message Send HTML"), 0U);
     EXPECT_EQ(GetDword(HKEY_CURRENT_USER, "Identities\\{1-2}\\Software\\Microsoft\\Outlook Express\\5.0\\Mail",
                        "Message Send HTML"),
-              test.identityWritten ? std::optional<DWORD>(0) : std::nullopt);
+              identityWritten ? std::optional<DWORD>(0) : std::nullopt);
   }
 }
 

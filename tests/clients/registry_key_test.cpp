@@ -4,6 +4,7 @@
 #include "support/test_machine.h"
 
 #include <cstring>
+#include <tuple>
 
 namespace {
 
@@ -63,11 +64,7 @@ TEST_F(RegistryUtilitiesTest, ReadPathValueExpandsOneToken) {
   char windows[MAX_PATH];
   GetWindowsDirectoryA(windows, sizeof windows);
   const std::string drive(windows, 2);
-  struct Case {
-    std::string value, suffix, path;
-    int32_t result;
-  };
-  const Case cases[] = {
+  const std::tuple<std::string, std::string, std::string, int32_t> cases[] = {
       {"C:\\acctkit-test\\Programs\\表.exe", "", "C:\\acctkit-test\\Programs\\表.exe", 1},
       {"C:\\acctkit-test\\Programs", "\\表.exe", "C:\\acctkit-test\\Programs\\表.exe", 1},
       {"%SystemDrive%\\acctkit-test", "", drive + "\\acctkit-test", 1},
@@ -79,13 +76,12 @@ TEST_F(RegistryUtilitiesTest, ReadPathValueExpandsOneToken) {
       {std::string(250, 'x'), "suffix", "", 0},
       {std::string(256, 'x'), "", "", 0},
   };
-  for (const Case &test : cases) {
-    PutString(HKEY_CURRENT_USER, key, nullptr, test.value);
+  for (const auto &[value, suffix, path, result] : cases) {
+    PutString(HKEY_CURRENT_USER, key, nullptr, value);
     char buffer[PathValueSize] = "";
     key.copy(buffer, sizeof buffer - 1);
-    EXPECT_EQ(registry.ReadPathValue(HKEY_CURRENT_USER, buffer, nullptr, test.suffix.c_str()), test.result)
-        << test.value;
-    EXPECT_EQ(buffer, test.path);
+    EXPECT_EQ(registry.ReadPathValue(HKEY_CURRENT_USER, buffer, nullptr, suffix.c_str()), result) << value;
+    EXPECT_EQ(buffer, path);
   }
   if (saved)
     PutString(HKEY_LOCAL_MACHINE, versionKey, "ProgramFilesDir", *saved);

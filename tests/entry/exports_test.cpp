@@ -4,6 +4,8 @@
 #include "clients/service_constants.h"
 #include "support/client_machine.h"
 
+#include <tuple>
+
 namespace {
 
 const std::string BiffKey = "Software\\Netscape\\Netscape Navigator\\biff\\users\\";
@@ -37,19 +39,16 @@ TEST_F(ExportsTest, AnswerZeroForAnIndexWithoutAClientAndTouchNothing) {
 }
 
 TEST_F(ExportsTest, SplitTheVersionAtTheClientsSeparator) {
-  struct Case {
-    const char *version;
-    int32_t major, minor;
-  };
-  const Case cases[] = {{"5,50,4522,1200", 5, 50}, {"6, 0", 6, 0},   {nullptr, 0, 0}, // "4.00.0" has no comma
-                        {"x5,50", 0, 50},          {"-5,+50", 0, 0}, {"99999999999,7", 0, 7}};
-  for (const Case &test : cases) {
+  const std::tuple<const char *, int32_t, int32_t> cases[] = {
+      {"5,50,4522,1200", 5, 50}, {"6, 0", 6, 0},   {nullptr, 0, 0}, // "4.00.0" has no comma
+      {"x5,50", 0, 50},          {"-5,+50", 0, 0}, {"99999999999,7", 0, 7}};
+  for (const auto &[version, expectedMajor, expectedMinor] : cases) {
     ResetMachine();
-    InstallOutlookExpress(test.version);
+    InstallOutlookExpress(version);
     int32_t major = -1;
     int32_t minor = -1;
     EXPECT_EQ(GetMailVersion(0, &major, &minor), 1);
-    EXPECT_EQ(std::pair(major, minor), std::pair(test.major, test.minor)) << (test.version ? test.version : "none");
+    EXPECT_EQ(std::pair(major, minor), std::pair(expectedMajor, expectedMinor)) << (version ? version : "none");
     EXPECT_EQ(GetMailVersion(1, &major, &minor), 0);
     EXPECT_EQ(std::pair(major, minor), std::pair(0, 0));
   }
@@ -106,24 +105,21 @@ TEST_F(ExportsTest, CompleteTheShorthandWithTheServicesOwnValues) {
   const char *const tooLong[] = {longId.c_str(), "", ""};
   EXPECT_EQ(SetupZuvioMailAccount(0, tooLong, ""), 0);
 
-  const struct {
-    intptr_t number;
-    const char *host;
-    const char *title;
-  } servers[] = {{1, IspForumNewsHostLegacy, "@zuvio(ABC01234) @zuvio(QZX00000) フォーラム会議室"},
-                 {2, IspSquareNewsHostLegacy, "@zuvio(ABC01234) @zuvio(QZX00000) カモメ（web会議室）"}};
-  for (const auto &server : servers) {
-    const char *const news[] = {"ABC01234", "山田", "taro@zuvio.example", Word(server.number)};
+  const std::tuple<intptr_t, const char *, const char *> servers[] = {
+      {1, IspForumNewsHostLegacy, "@zuvio(ABC01234) @zuvio(QZX00000) フォーラム会議室"},
+      {2, IspSquareNewsHostLegacy, "@zuvio(ABC01234) @zuvio(QZX00000) カモメ（web会議室）"}};
+  for (const auto &[number, host, title] : servers) {
+    const char *const news[] = {"ABC01234", "山田", "taro@zuvio.example", Word(number)};
     EXPECT_EQ(IsExistZuvioNewsAccount(0, news, key, message), 0);
     EXPECT_EQ(SetupZuvioNewsAccount(0, news, ""), 1);
     EXPECT_EQ(IsExistZuvioNewsAccount(0, news, key, message), 1);
-    EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "NNTP Server"), server.host);
-    EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "Account Name"), server.title);
+    EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "NNTP Server"), host);
+    EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "Account Name"), title);
     EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "NNTP User Name"), "ABC01234");
     EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(key), "NNTP Display Name"), "山田");
     InstallCommunicator();
     EXPECT_EQ(SetupZuvioNewsAccount(1, news, ""), 1);
-    EXPECT_NE(GetFile(PrefsPathOf("@zuvio(ABC01234)")).value_or("").find(server.host), std::string::npos);
+    EXPECT_NE(GetFile(PrefsPathOf("@zuvio(ABC01234)")).value_or("").find(host), std::string::npos);
   }
   const char *const thirdServer[] = {"ABC01234", "", "", Word(3)};
   EXPECT_EQ(SetupZuvioNewsAccount(0, thirdServer, "") + IsExistZuvioNewsAccount(0, thirdServer, key, message), 0);
@@ -154,33 +150,28 @@ TEST_F(ExportsTest, SetTheStartPage) {
 }
 
 TEST_F(ExportsTest, TakeOutlookAccountsOffTheServicesConnection) {
-  struct Case {
-    const char *name;
-    std::optional<DWORD> type;
-    const char *connection;
-    bool changed;
-  };
-  const Case cases[] = {{"00000001", 2, "@zuvioダイヤラ", true},  {"00000002", 2, "@ZUVIOダイヤラ", true},
-                        {"00000003", 2, "@zuvioダイヤル", false}, {"00000004", 1, "@zuvioダイヤラ", false},
-                        {"00000005", 2, nullptr, false},          {"00000006", std::nullopt, "@zuvioダイヤラ", false}};
+  const std::tuple<const char *, std::optional<DWORD>, const char *, bool> cases[] = {
+      {"00000001", 2, "@zuvioダイヤラ", true},  {"00000002", 2, "@ZUVIOダイヤラ", true},
+      {"00000003", 2, "@zuvioダイヤル", false}, {"00000004", 1, "@zuvioダイヤラ", false},
+      {"00000005", 2, nullptr, false},          {"00000006", std::nullopt, "@zuvioダイヤラ", false}};
   for (const auto &[version, replacement] : {std::pair{"5,50,1", 3U}, {"4,72,1", 1U}, {(const char *)nullptr, 1U}}) {
     ResetMachine();
-    for (const Case &test : cases) {
-      MakeKey(HKEY_CURRENT_USER, Account(test.name));
-      if (test.type)
-        PutDword(HKEY_CURRENT_USER, Account(test.name), "Connection Type", *test.type);
-      if (test.connection != nullptr)
-        PutString(HKEY_CURRENT_USER, Account(test.name), "Connectoid", test.connection);
+    for (const auto &[name, type, connection, changed] : cases) {
+      MakeKey(HKEY_CURRENT_USER, Account(name));
+      if (type)
+        PutDword(HKEY_CURRENT_USER, Account(name), "Connection Type", *type);
+      if (connection != nullptr)
+        PutString(HKEY_CURRENT_USER, Account(name), "Connectoid", connection);
     }
     EXPECT_EQ(OutlookDisable(), 0);
     EXPECT_EQ(GetDword(HKEY_CURRENT_USER, Account("00000001"), "Connection Type"), 2U);
     InstallOutlookExpress(version);
     EXPECT_EQ(OutlookDisable(), 1);
-    for (const Case &test : cases) {
-      EXPECT_EQ(GetDword(HKEY_CURRENT_USER, Account(test.name), "Connection Type"),
-                test.changed ? std::optional<DWORD>(replacement) : test.type);
-      EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(test.name), "Connectoid").has_value(),
-                test.connection != nullptr && !test.changed);
+    for (const auto &[name, type, connection, changed] : cases) {
+      EXPECT_EQ(GetDword(HKEY_CURRENT_USER, Account(name), "Connection Type"),
+                changed ? std::optional<DWORD>(replacement) : type);
+      EXPECT_EQ(GetString(HKEY_CURRENT_USER, Account(name), "Connectoid").has_value(),
+                connection != nullptr && !changed);
     }
   }
 }

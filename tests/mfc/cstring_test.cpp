@@ -19,14 +19,12 @@ TEST(CStringTest, ChangesOnlyLettersOfOneByte) {
 }
 
 TEST(CStringTest, TrimsWhiteSpaceOfOneByteAtTheEnd) {
-  const struct {
-    CString text;
-    CString trimmed;
-  } cases[] = {{" a b \t\r\n", " a b"}, {"a" WIDE_SPACE " ", "a" WIDE_SPACE}, {" \v\f", ""}, {"", ""}};
-  for (const auto &test : cases) {
-    CString text = test.text;
+  const std::pair<CString, CString> cases[] = {
+      {" a b \t\r\n", " a b"}, {"a" WIDE_SPACE " ", "a" WIDE_SPACE}, {" \v\f", ""}, {"", ""}};
+  for (const auto &[whole, trimmed] : cases) {
+    CString text = whole;
     text.TrimRight();
-    EXPECT_EQ(text, test.trimmed);
+    EXPECT_EQ(text, trimmed);
   }
 }
 

@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <tuple>
 
 namespace {
 
@@ -123,11 +124,7 @@ TEST_F(HiveTest, WritesNothingForWhatIsThereAlready) {
 }
 
 TEST_F(HiveTest, ADamagedHiveIsRefusedAndLeftAlone) {
-  const struct {
-    const char *name;
-    std::string text;
-    const char *said;
-  } cases[] = {
+  const std::tuple<const char *, std::string, const char *> cases[] = {
       {"empty", "", "line 1: no registry file"},
       {"another file", "REGEDIT4\n[a]\n", "line 1: no registry file"},
       {"cut within a line", WineHive.substr(0, 300), "the file ends within a line"},
@@ -139,18 +136,18 @@ TEST_F(HiveTest, ADamagedHiveIsRefusedAndLeftAlone) {
       {"hexadecimal that goes nowhere", Heading + "[a]\n\"b\"=hex:01,\\\n", "line 3: a value that can't be read"},
       {"rubbish", Heading + "[a]\nrubbish\n", "line 3: neither a key nor a value"},
   };
-  for (const auto &damaged : cases) {
-    SCOPED_TRACE(damaged.name);
+  for (const auto &[name, text, said] : cases) {
+    SCOPED_TRACE(name);
     ResetMachine();
-    PutHive(damaged.text);
+    PutHive(text);
     HKEY key = nullptr;
     EXPECT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "a", 0, KEY_READ, &key), ERROR_BADDB);
     EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "b", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
               ERROR_BADDB);
-    EXPECT_EQ(HiveText(), damaged.text);
+    EXPECT_EQ(HiveText(), text);
     const std::string fault = machine::TakeFault();
     EXPECT_EQ(fault, machine::FindFault(false));
-    EXPECT_TRUE(fault.starts_with(Path().string()) && fault.find(damaged.said) != std::string::npos) << fault;
+    EXPECT_TRUE(fault.starts_with(Path().string()) && fault.find(said) != std::string::npos) << fault;
   }
 }
 
@@ -224,12 +221,7 @@ TEST_F(HiveTest, A64BitSystemIsSeenAsBy32BitProcesses) {
   const std::string otherArch = Heading + "#arch=win32\n[Software\\\\Wow6432Node] 1\n";
   const std::string noNode = Heading + "#arch=win64\n[Software\\\\Netscape] 1\n\"Number\"=dword:00000007\n";
 #define APP_PATHS "Microsoft\\Windows\\CurrentVersion\\App Paths\\"
-  const struct {
-    const std::string &hive;
-    const char *opened;
-    const char *below;
-    const char16_t *place;
-  } cases[] = {
+  const std::tuple<const std::string &, const char *, const char *, const char16_t *> cases[] = {
       {Linked, "SOFTWARE\\netscape", "x", u"Software\\Wow6432Node\\Netscape\\x"},
       {Linked, "Software", "New\\x", u"Software\\Wow6432Node\\New\\x"},
       {Linked, "", "Software\\" APP_PATHS "x.exe", u"Software\\" APP_PATHS "x.exe"},
@@ -249,18 +241,18 @@ TEST_F(HiveTest, A64BitSystemIsSeenAsBy32BitProcesses) {
       {otherArch, "", "Software\\Netscape", u"Software\\Netscape"},
       {Heading, "", "Software\\Netscape", u"Software\\Netscape"},
   };
-  for (const auto &tried : cases) {
-    SCOPED_TRACE(std::string(tried.opened) + " and " + tried.below);
+  for (const auto &[text, from, below, place] : cases) {
+    SCOPED_TRACE(std::string(from) + " and " + below);
     ResetMachine();
-    std::ofstream(Path("system.reg"), std::ios::binary) << tried.hive;
+    std::ofstream(Path("system.reg"), std::ios::binary) << text;
     HKEY opened = nullptr;
-    ASSERT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, tried.opened, 0, KEY_READ, &opened), ERROR_SUCCESS);
-    PutDword(opened, tried.below, "Mark", 1);
-    EXPECT_EQ(GetDword(opened, tried.below, "Mark"), 1U);
+    ASSERT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, from, 0, KEY_READ, &opened), ERROR_SUCCESS);
+    PutDword(opened, below, "Mark", 1);
+    EXPECT_EQ(GetDword(opened, below, "Mark"), 1U);
     RegCloseKey(opened);
     machine::Hive hive;
     ASSERT_EQ(hive.Load(HiveText("system.reg")), "");
-    const machine::Hive::Key *const key = hive.Find(hive.Root(), tried.place);
+    const machine::Hive::Key *const key = hive.Find(hive.Root(), place);
     machine::HiveValue value;
     EXPECT_TRUE(key != nullptr && hive.ReadValue(*key, u"Mark", value) == machine::Hive::Found::Yes);
   }

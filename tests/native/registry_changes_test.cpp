@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace {
 
 std::string Shown(const std::optional<machine::RegistryData> &data) {
@@ -30,11 +32,7 @@ TEST(RegistryChangesTest, TellsKeysAndValues) {
     bytes += count == 20 ? "ab,\\\n  " : "ab,";
     shownBytes += "ab ";
   }
-  const struct {
-    const char *file;
-    std::optional<std::string> before;
-    std::string after, expected;
-  } rows[] = {
+  const std::tuple<const char *, std::optional<std::string>, std::string, std::string> rows[] = {
       {"user.reg", key + "\"v\"=\"a\"\n", key + "\"v\"=\"a\"\n", ""},
       {"user.reg", key + "\"v\"=\"1\"\n", key + "\"V\"=dword:0000000a\n", "HKEY_CURRENT_USER\\A\\B\nV: 0 1 -> 1 10\n"},
       {"system.reg", std::nullopt, key + "@=\"\\x8868\\\\\"\n",
@@ -47,8 +45,8 @@ TEST(RegistryChangesTest, TellsKeysAndValues) {
       {"user.reg", key, "[A\\\\B] 9\n#time=9\n", ""},
       {"user.reg", "[] 1\n", "[] 1\n\"v\"=\"a\"\n", "HKEY_CURRENT_USER\nv: none -> 0 a\n"},
   };
-  for (const auto &row : rows)
-    EXPECT_EQ(Compared(row.file, row.before, row.after), row.expected);
+  for (const auto &[file, before, after, expected] : rows)
+    EXPECT_EQ(Compared(file, before, after), expected);
   EXPECT_FALSE(machine::RegistryChanges({"C:\\user.reg", "", ""}));
 }
 

@@ -4,18 +4,15 @@
 #include "acctkit/acctkit.h"
 #include "clients/registry_key.h"
 #include "stores/file_handle.h"
-#include "win32/linux/machine/change_list.h"
 #include "win32/linux/public/machine.h"
 #include "win32/linux/public/transaction.h"
 
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <thread>
+#include <tuple>
 #include <unistd.h>
 
 namespace {
@@ -27,6 +24,7 @@ constexpr const char *Path = "C:\\acctkit-test\\file.txt";
 class TransactionTest : public MachineTest {
 protected:
   static fs::path Store() { return machine::Folder() / ".acctkit"; }
+  static fs::path Hive() { return machine::Folder() / "user.reg"; }
   static fs::path OnDisk() { return machine::Folder() / "drive_c/acctkit-test/file.txt"; }
 
   static std::string Bytes(const fs::path &path) {
@@ -45,7 +43,7 @@ protected:
   }
   // What another process reads.
   static std::string ReadElsewhere() {
-    return Bytes(OnDisk()) + (Bytes(machine::Folder() / "user.reg").find("\"new\"") != std::string::npos ? " new" : "");
+    return Bytes(OnDisk()) + (Bytes(Hive()).find("\"new\"") != std::string::npos ? " new" : "");
   }
   // The same as one change, whose calls may fail.
   static bool WriteWhole(const std::string &text) {
@@ -109,7 +107,7 @@ TEST_F(TransactionTest, ThreadsWaitForItsEnd) {
 
 // Somebody who doesn't ask for the lock changes a file meanwhile.
 TEST_F(TransactionTest, DoesNotOverwriteWhatItHasNotRead) {
-  for (const fs::path &file : {OnDisk(), machine::Folder() / "user.reg"}) {
+  for (const fs::path &file : {OnDisk(), Hive()}) {
     Write("old");
     const std::string before = Bytes(file);
     machine::Transaction transaction;
@@ -163,72 +161,59 @@ TEST_F(TransactionTest, CanBeTakenBackOnce) {
 
 // ---- What was broken off ----
 
-struct BrokenOff {
-  const char *what;
-  std::function<void(const fs::path &commit)> damage; // of what a killed process has left
-  bool finished;
-  const char *line; // that tells it
-  bool stays = false;
-};
-
 TEST_F(TransactionTest, WhatWasBrokenOffIsFinishedOrLeftAlone) {
-  const auto append = [](const fs::path &file, const char *text) { std::ofstream(file, std::ios::app) << text; };
+  constexpr std::string_view Finished = "has been finished";
+  constexpr std::string_view Damaged = "is damaged";
+  constexpr std::string_view Later = "a later version";
+  constexpr std::string_view Changed = "changed since";
   const auto replace = [](const fs::path &list, const std::string &from, const std::string &to) {
     std::string text = Bytes(list);
     text.replace(text.find(from), from.size(), to);
     std::ofstream(list) << text;
   };
-  const BrokenOff cases[] = {
-      {"whole", [](const fs::path &) {}, true, "has been finished"},
-      {"one file in place", [](const fs::path &commit) { fs::rename(commit / "0.new", OnDisk()); }, true,
-       "has been finished"},
-      {"list cut", [](const fs::path &commit) { fs::resize_file(commit / "list", 60); }, false, "is damaged"},
-      {"list empty", [](const fs::path &commit) { fs::resize_file(commit / "list", 0); }, false, "is damaged"},
-      {"list missing", [](const fs::path &commit) { fs::remove(commit / "list"); }, false, "is damaged"},
-      {"foreign list", [](const fs::path &commit) { std::ofstream(commit / "list") << "hello\n"; }, false,
-       "is damaged"},
-      {"form elsewhere", [&](const fs::path &commit) { replace(commit / "list", " 0.new", " ../x"); }, false,
-       "is damaged"},
-      {"later version", [&](const fs::path &commit) { replace(commit / "list", "changes 1", "changes 2"); }, false,
-       "a later version", true},
-      {"path out of the machine", [&](const fs::path &commit) { replace(commit / "list", "C:\\", "Q:\\"); }, false,
-       "on this machine"},
-      {"new file cut", [](const fs::path &commit) { fs::resize_file(commit / "0.new", 1); }, false, "is damaged"},
-      {"new file missing", [](const fs::path &commit) { fs::remove(commit / "0.new"); }, false, "is damaged"},
-      {"changed since", [&](const fs::path &) { append(machine::Folder() / "user.reg", "\n"); }, false,
-       "changed since"},
-      {"folder in its place",
-       [](const fs::path &) {
-         fs::remove(OnDisk());
-         fs::create_directory(OnDisk());
-       },
-       false, "changed since"},
+  // The damage to what a killed process has left, and what is said of it.
+  const std::tuple<const char *, std::function<void(const fs::path &commit)>, std::string_view> cases[] = {
+      {"whole", [](const fs::path &) {}, Finished},
+      {"one file in place", [](const fs::path &commit) { fs::rename(commit / "0.new", OnDisk()); }, Finished},
+      {"list cut", [](const fs::path &commit) { fs::resize_file(commit / "list", 60); }, Damaged},
+      {"list empty", [](const fs::path &commit) { fs::resize_file(commit / "list", 0); }, Damaged},
+      {"list missing", [](const fs::path &commit) { fs::remove(commit / "list"); }, Damaged},
+      {"foreign list", [](const fs::path &commit) { std::ofstream(commit / "list") << "hello\n"; }, Damaged},
+      {"form elsewhere", [&](const fs::path &commit) { replace(commit / "list", " 0.new", " ../x"); }, Damaged},
+      {"later version", [&](const fs::path &commit) { replace(commit / "list", "changes 1", "changes 2"); }, Later},
+      {"out of it", [&](const fs::path &commit) { replace(commit / "list", "C:\\", "Q:\\"); }, "on this machine"},
+      {"new file cut", [](const fs::path &commit) { fs::resize_file(commit / "0.new", 1); }, Damaged},
+      {"new file missing", [](const fs::path &commit) { fs::remove(commit / "0.new"); }, Damaged},
+      {"changed since", [](const fs::path &) { std::ofstream(Hive(), std::ios::app) << "\n"; }, Changed},
+      {"folder in its place", [](const fs::path &) { fs::remove(OnDisk()) && fs::create_directory(OnDisk()); },
+       Changed},
   };
-  for (const BrokenOff &broken : cases) {
-    SCOPED_TRACE(broken.what);
+  for (const auto &[what, damage, said] : cases) {
+    SCOPED_TRACE(what);
+    const bool stays = said == Later;
     ResetMachine();
     Write("old");
     // A process that is killed once it is decided.
-    const std::string hive = Bytes(machine::Folder() / "user.reg");
+    const std::string hive = Bytes(Hive());
     ASSERT_TRUE(WriteWhole("new"));
-    const std::string newHive = Bytes(machine::Folder() / "user.reg");
+    const std::string newHive = Bytes(Hive());
     fs::rename(Store() / "last", Store() / "commit");
     std::ofstream(Store() / "commit/0.new") << "new";
     std::ofstream(Store() / "commit/1.new") << newHive;
     std::ofstream(OnDisk()) << "old";
-    std::ofstream(machine::Folder() / "user.reg") << hive;
+    std::ofstream(Hive()) << hive;
     fs::create_directory(Store() / "staging"); // of another one
     machine::TakeNotice();
-    broken.damage(Store() / "commit");
+    damage(Store() / "commit");
 
-    const auto state = [] { return Bytes(OnDisk()) + Bytes(machine::Folder() / "user.reg"); };
+    const auto state = [] { return Bytes(OnDisk()) + Bytes(Hive()); };
     const std::string left = state();
     machine::Transaction(machine::Purpose::Look).Commit(); // also finishes what it finds
-    EXPECT_EQ(state(), broken.finished ? "new" + newHive : left);
-    EXPECT_EQ(WriteWhole("newer"), !broken.stays && !fs::is_directory(OnDisk()));
-    const std::string line = broken.stays ? machine::TakeFault() : machine::TakeNotice();
-    EXPECT_NE(line.find(broken.line), std::string::npos) << line;
-    EXPECT_EQ(fs::exists(Store() / "commit"), broken.stays);
+    EXPECT_EQ(state(), said == Finished ? "new" + newHive : left);
+    EXPECT_EQ(WriteWhole("newer"), !stays && !fs::is_directory(OnDisk()));
+    const std::string line = stays ? machine::TakeFault() : machine::TakeNotice();
+    EXPECT_NE(line.find(said), std::string::npos) << line;
+    EXPECT_EQ(fs::exists(Store() / "commit"), stays);
     EXPECT_FALSE(fs::exists(Store() / "staging"));
   }
 }
@@ -244,15 +229,10 @@ TEST_F(TransactionTest, AStoreThatIsNoFolderOfOurOwnIsRefused) {
         fs::create_directory(Store());
         fs::create_symlink("/tmp/acctkit-no-lock", Store() / "lock");
       },
-      [] {
+      [] { fs::create_directories(Store() / "lock"); },
+      [] { // somebody else's
         fs::create_directory(Store());
-        fs::create_directory(Store() / "lock");
-      },
-      [] {
-        fs::create_directory(Store());
-        if (geteuid() != 0)
-          return fs::permissions(Store(), fs::perms::none);
-        ASSERT_EQ(chown(Store().c_str(), 12, 34), 0); // somebody else's
+        EXPECT_EQ(geteuid() == 0 ? chown(Store().c_str(), 12, 34) : chmod(Store().c_str(), 0), 0);
       },
   };
   for (const auto &make : cases) {
@@ -267,7 +247,7 @@ TEST_F(TransactionTest, AStoreThatIsNoFolderOfOurOwnIsRefused) {
 
 TEST_F(TransactionTest, AHiveThatCannotBeReadEndsTheCall) {
   const char *const spec[] = {"user", "name", "title", "", "smtp.example", "pop.example", "a@b.example", "c", nullptr};
-  const fs::path hive = machine::Folder() / "user.reg";
+  const fs::path hive = Hive();
   Write("old");
   const std::string sound = Bytes(hive);
   const std::function<void()> cases[] = {

@@ -16,10 +16,8 @@ TEST_F(NoUserTest, NothingComesUp) {
 }
 
 TEST(ClosedBoxTest, IsAgreedToOrCancelledOrStays) {
-  const struct {
-    UINT type;
-    int result;
-  } boxes[] = {{MB_OK, IDOK}, {MB_OKCANCEL, IDCANCEL}, {MB_YESNOCANCEL, IDCANCEL}, {MB_YESNO, IDNO}};
+  const std::pair<UINT, int> boxes[] = {
+      {MB_OK, IDOK}, {MB_OKCANCEL, IDCANCEL}, {MB_YESNOCANCEL, IDCANCEL}, {MB_YESNO, IDNO}};
   for (const auto &[type, result] : boxes) {
     UserSteps steps = {[](HWND top) { PostMessageA(top, WM_CLOSE, 0, 0); }};
     if (result == IDNO) // it has to be answered

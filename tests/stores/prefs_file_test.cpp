@@ -5,6 +5,7 @@
 #include "support/test_machine.h"
 
 #include <memory>
+#include <tuple>
 
 namespace {
 
@@ -48,11 +49,7 @@ TEST_F(PrefsFileTest, MakesAMissingFileEmptyAndHasNoTextWithoutAFolder) {
 }
 
 TEST_F(PrefsFileTest, RemovesTheFirstLineThatHoldsTheNeedle) {
-  struct Case {
-    std::string before, needle, after;
-    int32_t result;
-  };
-  const Case cases[] = {
+  const std::tuple<std::string, std::string, std::string, int32_t> cases[] = {
       {"a\nb\nc\n", "b", "a\nc\n", 1},
       {"a\nb\n", "a", "\nb\n", 1},
       {"a\n", "a", "\n", 1},
@@ -65,11 +62,11 @@ TEST_F(PrefsFileTest, RemovesTheFirstLineThatHoldsTheNeedle) {
       {"1\n" + std::string(1025, '.') + "key\n2\n", "key", "1\n" + std::string(1025, '.') + "key\n2\n", 0},
       {std::string(1024, '.') + "key\n2\n", "key", "\n2\n", 1},
   };
-  for (const Case &test : cases) {
-    Load(test.before);
-    EXPECT_EQ(RemovePrefLine(test.needle.c_str(), *prefs), test.result);
-    EXPECT_EQ(Text(), test.after) << "needle " << test.needle;
-    EXPECT_EQ(Saved(), test.after);
+  for (const auto &[before, needle, after, result] : cases) {
+    Load(before);
+    EXPECT_EQ(RemovePrefLine(needle.c_str(), *prefs), result);
+    EXPECT_EQ(Text(), after) << "needle " << needle;
+    EXPECT_EQ(Saved(), after);
   }
 }
 
@@ -139,18 +136,13 @@ TEST(PrefLists, CountAndGiveItems) {
   EXPECT_EQ(CountListItems(""), 1);
   EXPECT_EQ(CountListItems("account1,account2"), 2);
   const std::string tooLong = "a," + std::string(PrefValueSize, 'b') + ",";
-  struct Case {
-    const char *list;
-    int32_t index, result;
-    const char *item;
-  };
-  const Case cases[] = {{"a,b", 1, 1, "b"}, {"a,b", 0, 1, "a"},         {"", 0, 1, ""},
-                        {"", 1, 0, "?"},    {"a,b", 2, 0, "?"},         {tooLong.c_str(), 1, 0, ""},
-                        {"a,,b", 1, 1, ""}, {tooLong.c_str(), 2, 1, ""}};
-  for (const Case &test : cases) {
+  const std::tuple<const char *, int32_t, int32_t, const char *> cases[] = {
+      {"a,b", 1, 1, "b"}, {"a,b", 0, 1, "a"},          {"", 0, 1, ""},     {"", 1, 0, "?"},
+      {"a,b", 2, 0, "?"}, {tooLong.c_str(), 1, 0, ""}, {"a,,b", 1, 1, ""}, {tooLong.c_str(), 2, 1, ""}};
+  for (const auto &[list, index, result, expected] : cases) {
     char item[PrefValueSize] = "?";
-    EXPECT_EQ(GetListItem(test.list, test.index, item, sizeof item), test.result) << test.list << test.index;
-    EXPECT_STREQ(item, test.item);
+    EXPECT_EQ(GetListItem(list, index, item, sizeof item), result) << list << index;
+    EXPECT_STREQ(item, expected);
   }
 }
 

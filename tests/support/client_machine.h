@@ -40,6 +40,13 @@ protected:
 MailAccountSpec SampleMailSpec();
 NewsAccountSpec SampleNewsSpec(int32_t serverIndex);
 
+// What a client answers, and the text that it gives.
+template <typename Client> std::string Told(Client &client, int32_t (Client::*question)(std::string &)) {
+  std::string text = "old";
+  const int32_t answer = (client.*question)(text);
+  return std::to_string(answer) + ' ' + text;
+}
+
 // SetupAccount with its own copy of the key, for tests that don't need the resulting key.
 template <typename Adapter, typename Spec>
 int32_t WriteAccount(Adapter &adapter, const Spec &spec, std::string key = std::string()) {

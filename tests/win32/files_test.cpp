@@ -3,6 +3,7 @@
 
 #include "stores/file_handle.h"
 
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -15,23 +16,21 @@ HANDLE Open(const std::string &path, DWORD access, DWORD share, DWORD dispositio
 }
 
 TEST_F(FilesTest, Dispositions) {
-  const struct {
-    DWORD disposition;
-    bool makes;
-    const char *content; // of the file that was there
-  } cases[] = {{OPEN_EXISTING, false, "old"}, {OPEN_ALWAYS, true, "old"}, {CREATE_ALWAYS, true, ""}};
+  // Whether a file is made, and what a file that was there holds then.
+  const std::tuple<DWORD, bool, const char *> cases[] = {
+      {OPEN_EXISTING, false, "old"}, {OPEN_ALWAYS, true, "old"}, {CREATE_ALWAYS, true, ""}};
   PutFile(Scratch + "\\file", "");
-  for (const auto &test : cases) {
-    SCOPED_TRACE(test.disposition);
-    const std::string name = "\\new" + std::to_string(test.disposition);
+  for (const auto &[disposition, makes, content] : cases) {
+    SCOPED_TRACE(disposition);
+    const std::string name = "\\new" + std::to_string(disposition);
     const auto opens = [&](const std::string &path) {
-      return static_cast<bool>(FileHandle(Open(Scratch + path, GENERIC_READ | GENERIC_WRITE, 0, test.disposition)));
+      return static_cast<bool>(FileHandle(Open(Scratch + path, GENERIC_READ | GENERIC_WRITE, 0, disposition)));
     };
-    EXPECT_EQ(opens(name), test.makes);
-    EXPECT_EQ(GetFile(Scratch + name).has_value(), test.makes);
+    EXPECT_EQ(opens(name), makes);
+    EXPECT_EQ(GetFile(Scratch + name).has_value(), makes);
     PutFile(Scratch + "\\old", "old");
     EXPECT_TRUE(opens("\\old"));
-    EXPECT_EQ(GetFile(Scratch + "\\old"), test.content);
+    EXPECT_EQ(GetFile(Scratch + "\\old"), content);
     for (const char *path : {"", "\\none\\file", "\\file\\below", "\\a*b"})
       EXPECT_FALSE(opens(path)) << path;
   }
@@ -39,25 +38,22 @@ TEST_F(FilesTest, Dispositions) {
 
 TEST_F(FilesTest, ShareModeZeroKeepsEveryOtherOpenOut) {
   constexpr DWORD All = FILE_SHARE_READ | FILE_SHARE_WRITE;
-  const struct {
-    DWORD firstAccess, firstShare, secondAccess, secondShare;
-    bool opens;
-  } cases[] = {
+  const std::tuple<DWORD, DWORD, DWORD, DWORD, bool> cases[] = {
       {GENERIC_READ, 0, GENERIC_READ, All, false},
       {GENERIC_READ, All, GENERIC_READ, 0, false},
       {GENERIC_READ, FILE_SHARE_READ, GENERIC_READ, FILE_SHARE_READ, true},
       {GENERIC_WRITE, All, GENERIC_READ | GENERIC_WRITE, All, true},
   };
   PutFile(Scratch + "\\file", "text");
-  for (const auto &test : cases)
+  for (const auto &[firstAccess, firstShare, secondAccess, secondShare, opens] : cases)
     for (const DWORD disposition : {OPEN_EXISTING, OPEN_ALWAYS, CREATE_ALWAYS}) {
-      SCOPED_TRACE(::testing::Message() << (&test - cases) << " " << disposition);
-      if (disposition == CREATE_ALWAYS && test.opens)
+      SCOPED_TRACE(::testing::Message() << firstAccess << ' ' << firstShare << ' ' << disposition);
+      if (disposition == CREATE_ALWAYS && opens)
         continue; // overwriting isn't allowed in every share mode
-      FileHandle first(Open(Scratch + "\\file", test.firstAccess, test.firstShare, disposition));
+      FileHandle first(Open(Scratch + "\\file", firstAccess, firstShare, disposition));
       ASSERT_TRUE(first);
-      const FileHandle second(Open(Scratch + "\\FILE", test.secondAccess, test.secondShare, disposition));
-      EXPECT_EQ(static_cast<bool>(second), test.opens);
+      const FileHandle second(Open(Scratch + "\\FILE", secondAccess, secondShare, disposition));
+      EXPECT_EQ(static_cast<bool>(second), opens);
       EXPECT_TRUE(first.Close());
     }
 }

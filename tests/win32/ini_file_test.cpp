@@ -1,6 +1,8 @@
 // How INI files are read.
 #include "support/test_machine.h"
 
+#include <tuple>
+
 namespace {
 
 const char *const IniFile = "C:\\acctkit-test\\service.ini";
@@ -37,9 +39,7 @@ TEST_F(IniFileTest, ReadsValues) {
                    "Key=behind\r\n"
                    "[server]\r\n"
                    "late=in a second section of the name");
-  const struct {
-    const char *section, *key, *value;
-  } cases[] = {
+  const std::tuple<const char *, const char *, const char *> cases[] = {
       {"Server", "Key", "value"},        {"SERVER", "kEY", "value"},      {" Server ", " Key ", "value"},
       {"Server", "spaced out", "v a l"}, {"Server", "double", " in it "}, {"Server", "single", " in it "},
       {"Server", "mixed", "\"it'"},      {"Server", "one", "\""},         {"Server", "two", ""},
@@ -48,8 +48,8 @@ TEST_F(IniFileTest, ReadsValues) {
       {"Server", "late", "none"},        {"Server", "before", "none"},    {"Other", "key", "other"},
       {"Behind", "key", "behind"},       {"Missing", "key", "none"},
   };
-  for (const auto &test : cases)
-    EXPECT_EQ(Get(test.section, test.key), test.value) << test.section << " " << test.key;
+  for (const auto &[section, key, value] : cases)
+    EXPECT_EQ(Get(section, key), value) << section << " " << key;
 }
 
 TEST_F(IniFileTest, DefaultsStandInForWhatIsMissing) {

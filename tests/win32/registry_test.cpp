@@ -79,22 +79,19 @@ TEST_F(RegistryTest, CreatesEveryMissingKey) {
 
 TEST_F(RegistryTest, HandlesHaveTheRightsAskedFor) {
   PutDword(HKEY_CURRENT_USER, scratch, "v", 1);
-  const struct {
-    REGSAM access;
-    LSTATUS query, set, enumerate;
-  } cases[] = {
+  const std::tuple<REGSAM, LSTATUS, LSTATUS, LSTATUS> cases[] = {
       {KEY_ALL_ACCESS, ERROR_SUCCESS, ERROR_SUCCESS, ERROR_NO_MORE_ITEMS},
       {KEY_READ, ERROR_SUCCESS, ERROR_ACCESS_DENIED, ERROR_NO_MORE_ITEMS},
       {KEY_SET_VALUE, ERROR_ACCESS_DENIED, ERROR_SUCCESS, ERROR_ACCESS_DENIED},
   };
-  for (const auto &test : cases) {
-    SCOPED_TRACE(test.access);
-    const TestKey key = Opened(test.access);
+  for (const auto &[access, query, set, enumerate] : cases) {
+    SCOPED_TRACE(access);
+    const TestKey key = Opened(access);
     char name[8];
-    EXPECT_EQ(RegQueryValueExA(key.Get(), "v", nullptr, nullptr, nullptr, nullptr), test.query);
-    EXPECT_EQ(Set(key.Get(), "w", REG_SZ, "text"), test.set);
-    EXPECT_EQ(RegDeleteValueA(key.Get(), "w"), test.set);
-    EXPECT_EQ(RegEnumKeyA(key.Get(), 0, name, sizeof name), test.enumerate);
+    EXPECT_EQ(RegQueryValueExA(key.Get(), "v", nullptr, nullptr, nullptr, nullptr), query);
+    EXPECT_EQ(Set(key.Get(), "w", REG_SZ, "text"), set);
+    EXPECT_EQ(RegDeleteValueA(key.Get(), "w"), set);
+    EXPECT_EQ(RegEnumKeyA(key.Get(), 0, name, sizeof name), enumerate);
   }
   // The parent key's own rights decide whether a key can be made, not those of the handle.
   const TestKey reading = Opened(KEY_READ);
@@ -146,13 +143,8 @@ TEST_F(RegistryTest, SizesOfQueriedValues) {
   Set(key.Get(), "text", REG_SZ, std::string("\x95\x5c!\0", 4));
   Set(key.Get(), "open", REG_SZ, "\x95\x5c!");
   Set(key.Get(), "bytes", REG_BINARY, "abc");
-  const struct {
-    const char *name;
-    DWORD room;
-    LSTATUS result;
-    DWORD size;
-    std::string buffer; // '#' is an unchanged byte
-  } cases[] = {
+  // The room for which value, the result, its size, and the buffer, in which '#' is an unchanged byte.
+  const std::tuple<const char *, DWORD, LSTATUS, DWORD, std::string> cases[] = {
       {"text", 6, ERROR_SUCCESS, 4, std::string("\x95\x5c!\0##", 6)},
       {"text", 4, ERROR_SUCCESS, 4, std::string("\x95\x5c!\0##", 6)},
       {"text", 3, ERROR_MORE_DATA, 4, "######"},
@@ -163,14 +155,14 @@ TEST_F(RegistryTest, SizesOfQueriedValues) {
       {"bytes", 6, ERROR_SUCCESS, 3, "abc###"},
       {"bytes", 2, ERROR_MORE_DATA, 3, "######"},
   };
-  for (const auto &test : cases) {
-    SCOPED_TRACE(test.name + std::to_string(test.room));
+  for (const auto &[name, room, result, expectedSize, expected] : cases) {
+    SCOPED_TRACE(name + std::to_string(room));
     std::string buffer(6, '#');
-    DWORD size = test.room;
-    EXPECT_EQ(RegQueryValueExA(key.Get(), test.name, nullptr, nullptr, reinterpret_cast<BYTE *>(buffer.data()), &size),
-              test.result);
-    EXPECT_EQ(size, test.size);
-    EXPECT_EQ(buffer, test.buffer);
+    DWORD size = room;
+    EXPECT_EQ(RegQueryValueExA(key.Get(), name, nullptr, nullptr, reinterpret_cast<BYTE *>(buffer.data()), &size),
+              result);
+    EXPECT_EQ(size, expectedSize);
+    EXPECT_EQ(buffer, expected);
   }
 }
 
@@ -184,25 +176,20 @@ TEST_F(RegistryTest, EnumeratesInOrderOfNames) {
   EXPECT_EQ(Create(key.Get(), "Aa"), ERROR_SUCCESS);       // moves those after it
   EXPECT_EQ(Subkeys(key.Get()), (std::vector<std::string>{"1", "A", "a1", "Aa", "b", "C", "\x95\x5c"}));
 
-  const struct {
-    DWORD index, room;
-    LSTATUS result;
-    DWORD size;
-    const char *name;
-  } cases[] = {
+  const std::tuple<DWORD, DWORD, LSTATUS, DWORD, const char *> cases[] = {
       {6, 3, ERROR_SUCCESS, 2, "\x95\x5c"}, {6, 2, ERROR_MORE_DATA, 2, "####"}, {6, 0, ERROR_MORE_DATA, 0, "####"},
       {1, 2, ERROR_SUCCESS, 1, "A"},        {1, 1, ERROR_MORE_DATA, 1, "####"}, {7, 5, ERROR_NO_MORE_ITEMS, 5, "####"},
   };
-  for (const auto &test : cases) {
-    SCOPED_TRACE(std::to_string(test.index) + " " + std::to_string(test.room));
+  for (const auto &[index, room, result, expectedSize, expectedName] : cases) {
+    SCOPED_TRACE(std::to_string(index) + " " + std::to_string(room));
     char name[] = "####";
-    DWORD size = test.room;
-    EXPECT_EQ(RegEnumKeyExA(key.Get(), test.index, name, &size, nullptr, nullptr, nullptr, nullptr), test.result);
-    EXPECT_EQ(size, test.size);
-    EXPECT_STREQ(name, test.name);
+    DWORD size = room;
+    EXPECT_EQ(RegEnumKeyExA(key.Get(), index, name, &size, nullptr, nullptr, nullptr, nullptr), result);
+    EXPECT_EQ(size, expectedSize);
+    EXPECT_STREQ(name, expectedName);
     char again[] = "####";
-    EXPECT_EQ(RegEnumKeyA(key.Get(), test.index, again, test.room), test.result);
-    EXPECT_STREQ(again, test.name);
+    EXPECT_EQ(RegEnumKeyA(key.Get(), index, again, room), result);
+    EXPECT_STREQ(again, expectedName);
   }
 }
 

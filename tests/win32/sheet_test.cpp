@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -22,13 +23,11 @@ struct Answer {
 Answer answer;
 
 std::string NameOf(UINT code) {
-  const struct {
-    UINT code;
-    const char *name;
-  } names[] = {{PSN_SETACTIVE, "show"},   {PSN_WIZNEXT, "next"},        {PSN_WIZBACK, "back"},
-               {PSN_WIZFINISH, "finish"}, {PSN_QUERYCANCEL, "cancel?"}, {PSN_HELP, "help"}};
-  const auto *const found = std::ranges::find_if(names, [&](const auto &each) { return each.code == code; });
-  return found != std::end(names) ? found->name : "";
+  const std::pair<UINT, const char *> names[] = {{PSN_SETACTIVE, "show"},      {PSN_WIZNEXT, "next"},
+                                                 {PSN_WIZBACK, "back"},        {PSN_WIZFINISH, "finish"},
+                                                 {PSN_QUERYCANCEL, "cancel?"}, {PSN_HELP, "help"}};
+  const auto *const found = std::ranges::find_if(names, [&](const auto &each) { return each.first == code; });
+  return found != std::end(names) ? found->second : "";
 }
 
 // The pages, in their order, and the buttons that they set.
@@ -86,11 +85,7 @@ INT_PTR RunWizard(const UserSteps &steps, HWND owner = nullptr) {
 HWND PageOf(HWND sheet) { return reinterpret_cast<HWND>(SendMessageA(sheet, PSM_GETCURRENTPAGEHWND, 0, 0)); }
 
 TEST(WizardTest, AsksItsPages) {
-  const struct {
-    int button;
-    Answer answer;
-    Events events;
-  } presses[] = {
+  const std::tuple<int, Answer, Events> presses[] = {
       {PSBTN_BACK, {0, 0}, {"A back"}}, // there is no page before it
       {PSBTN_NEXT, {PSN_WIZNEXT, -1}, {"A next"}},
       {PSBTN_NEXT, {0, 0}, {"A next", "B made", "B show"}},
@@ -105,12 +100,12 @@ TEST(WizardTest, AsksItsPages) {
       {PSBTN_FINISH, {0, 0}, {"C finish"}},
   };
   UserSteps steps;
-  for (const auto &press : presses)
+  for (const auto &[button, given, expected] : presses)
     steps.emplace_back([&](HWND sheet) {
       events.clear();
-      answer = press.answer;
-      SendMessageA(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(press.button), 0);
-      EXPECT_EQ(events, press.events);
+      answer = given;
+      SendMessageA(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0);
+      EXPECT_EQ(events, expected);
       EXPECT_TRUE(IsWindowVisible(PageOf(sheet)));
     });
   EXPECT_GT(RunWizard(steps), 0);
@@ -145,17 +140,14 @@ TEST(WizardTest, MovesTheFocus) {
 TEST(WizardTest, IsCancelled) {
   const HWND owner =
       CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
-  const struct {
-    UINT message;
-    WPARAM wParam;
-  } ways[] = {{WM_COMMAND, IDCANCEL}, {PSM_PRESSBUTTON, PSBTN_CANCEL}, {WM_CLOSE, 0}};
-  for (const auto &way : ways) {
+  const std::pair<UINT, WPARAM> ways[] = {{WM_COMMAND, IDCANCEL}, {PSM_PRESSBUTTON, PSBTN_CANCEL}, {WM_CLOSE, 0}};
+  for (const auto &[message, wParam] : ways) {
     const auto cancel = [&](HWND sheet) {
       EXPECT_EQ(GetParent(sheet), owner);
       EXPECT_FALSE(IsWindowEnabled(owner));
       EXPECT_EQ(events, (Events{"A made", "A show"}));
       events.clear();
-      PostMessageA(sheet, way.message, way.wParam, 0);
+      PostMessageA(sheet, message, wParam, 0);
     };
     EXPECT_EQ(RunWizard({cancel}, owner), 0);
     EXPECT_EQ(events, (Events{"A cancel?"})); // pages that were never shown hear nothing

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -19,12 +20,7 @@ Units Wide(std::initializer_list<unsigned> units) {
 const unsigned char *Bytes(const char *text) { return reinterpret_cast<const unsigned char *>(text); }
 
 TEST(TextTest, Widens) {
-  const struct {
-    UINT codePage;
-    std::string bytes;
-    Units wide;
-    bool valid;
-  } cases[] = {
+  const std::tuple<UINT, std::string, Units, bool> cases[] = {
       {CP_ACP, "aZ\\~", Wide({'a', 'Z', '\\', '~'}), true},
       {CP_ACP, "\xb1\xdf", Wide({0xFF71, 0xFF9F}), true},         // half-width kana
       {CP_ACP, "\x95\x5c\x83\x5c", Wide({0x8868, 0x30BD}), true}, // the second byte is that of the backslash
@@ -42,23 +38,19 @@ TEST(TextTest, Widens) {
       {CP_UTF8, "\xc0\x80", Wide({0xFFFD, 0xFFFD}), false},
       {CP_UTF8, "\xe8\xa1\xe8\xa1\xa8\xf0\x9f\x98", Wide({0xFFFD, 0x8868, 0xFFFD}), false}, // one per sequence
   };
-  for (const auto &test : cases) {
-    SCOPED_TRACE(::testing::PrintToString(test.bytes));
-    const auto length = static_cast<int>(test.bytes.size());
+  for (const auto &[codePage, bytes, expected, valid] : cases) {
+    SCOPED_TRACE(::testing::PrintToString(bytes));
+    const auto length = static_cast<int>(bytes.size());
     Units wide(32, u'#');
-    wide.resize(static_cast<size_t>(MultiByteToWideChar(test.codePage, 0, test.bytes.data(), length, wide.data(), 32)));
-    EXPECT_EQ(wide, test.wide);
-    EXPECT_EQ(MultiByteToWideChar(test.codePage, MB_ERR_INVALID_CHARS, test.bytes.data(), length, nullptr, 0),
-              test.valid ? static_cast<int>(test.wide.size()) : 0);
+    wide.resize(static_cast<size_t>(MultiByteToWideChar(codePage, 0, bytes.data(), length, wide.data(), 32)));
+    EXPECT_EQ(wide, expected);
+    EXPECT_EQ(MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), length, nullptr, 0),
+              valid ? static_cast<int>(expected.size()) : 0);
   }
 }
 
 TEST(TextTest, Narrows) {
-  const struct {
-    UINT codePage;
-    Units wide;
-    std::string bytes;
-  } cases[] = {
+  const std::tuple<UINT, Units, std::string> cases[] = {
       {CP_ACP, Wide({'a', 0xFF71, 0x8868}), "a\xb1\x95\x5c"},
       {CP_ACP, Wide({0x2252, 0x222A, 0x7E8A, 0xE000}), "\x81\xe0\x81\xbe\xfa\x5c\xf0\x40"}, // which of its places
       {CP_ACP, Wide({0xFF5E, 0xF8F0}), "\x81\x60\xa0"},
@@ -68,14 +60,13 @@ TEST(TextTest, Narrows) {
       {CP_UTF8, Wide({'a', 0x80, 0x8868, 0xD83D, 0xDE00}), "a\xc2\x80\xe8\xa1\xa8\xf0\x9f\x98\x80"},
       {CP_UTF8, Wide({0xD83D, 'a', 0xDE00}), "\xef\xbf\xbd\x61\xef\xbf\xbd"}, // surrogates without their other
   };
-  for (const auto &test : cases) {
-    SCOPED_TRACE(::testing::PrintToString(test.bytes));
-    const auto length = static_cast<int>(test.wide.size());
+  for (const auto &[codePage, wide, expected] : cases) {
+    SCOPED_TRACE(::testing::PrintToString(expected));
+    const auto length = static_cast<int>(wide.size());
     char bytes[64];
-    const int size =
-        WideCharToMultiByte(test.codePage, 0, test.wide.data(), length, bytes, sizeof bytes, nullptr, nullptr);
-    EXPECT_EQ(std::string(bytes, static_cast<size_t>(size)), test.bytes);
-    EXPECT_EQ(WideCharToMultiByte(test.codePage, 0, test.wide.data(), length, nullptr, 0, nullptr, nullptr), size);
+    const int size = WideCharToMultiByte(codePage, 0, wide.data(), length, bytes, sizeof bytes, nullptr, nullptr);
+    EXPECT_EQ(std::string(bytes, static_cast<size_t>(size)), expected);
+    EXPECT_EQ(WideCharToMultiByte(codePage, 0, wide.data(), length, nullptr, 0, nullptr, nullptr), size);
   }
 }
 
@@ -102,18 +93,16 @@ TEST(TextTest, SizesOfBuffers) {
 
 // The case of Greek and Cyrillic letters isn't tested: Wine folds it, the run-time library of Windows doesn't.
 TEST(TextTest, ComparesByCharactersWithoutCase) {
-  const struct {
-    const char *left, *right;
-    bool same;
-  } cases[] = {{"abc", "abc", true},
-               {"abc", "ABC", true},
-               {"", "a", false},
-               {"\x82\x60", "\x82\x81", true},
-               {"\x83\x41", "\x83\x61", false}, // second bytes aren't letters
-               {"\x95\x5c", "\x95\x7c", false},
-               {"\x82\x60", "A", false}};
-  for (const auto &test : cases)
-    EXPECT_EQ(_mbsicmp(Bytes(test.left), Bytes(test.right)) == 0, test.same) << test.left << " " << test.right;
+  const std::tuple<const char *, const char *, bool> cases[] = {
+      {"abc", "abc", true},
+      {"abc", "ABC", true},
+      {"", "a", false},
+      {"\x82\x60", "\x82\x81", true},
+      {"\x83\x41", "\x83\x61", false}, // second bytes aren't letters
+      {"\x95\x5c", "\x95\x7c", false},
+      {"\x82\x60", "A", false}};
+  for (const auto &[left, right, same] : cases)
+    EXPECT_EQ(_mbsicmp(Bytes(left), Bytes(right)) == 0, same) << left << " " << right;
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -22,17 +23,14 @@ Events TakeEvents() { return std::exchange(events, {}); }
 void Record(const std::string &what, LRESULT number) { events.push_back(what + " " + std::to_string(number)); }
 
 LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const struct {
-    UINT message;
-    const char *name;
-  } recorded[] = {{WM_DESTROY, "destroy"},
-                  {WM_NCDESTROY, "ncdestroy"},
-                  {WM_SETFOCUS, "focus"},
-                  {WM_KILLFOCUS, "unfocus"},
-                  {WM_ENABLE, "enable"}};
-  for (const auto &each : recorded)
-    if (each.message == message)
-      Record(each.name, GetDlgCtrlID(window));
+  const std::pair<UINT, const char *> recorded[] = {{WM_DESTROY, "destroy"},
+                                                    {WM_NCDESTROY, "ncdestroy"},
+                                                    {WM_SETFOCUS, "focus"},
+                                                    {WM_KILLFOCUS, "unfocus"},
+                                                    {WM_ENABLE, "enable"}};
+  for (const auto &[code, name] : recorded)
+    if (code == message)
+      Record(name, GetDlgCtrlID(window));
   if (message == WM_COMMAND)
     Record("command " + std::to_string(LOWORD(wParam)), HIWORD(wParam));
   if (message == WM_MEASUREITEM) {
@@ -189,25 +187,22 @@ TEST_F(WindowsTest, ButtonsAreClicked) {
 constexpr const char *Changed[] = {"command 1 1024", "command 1 768"}; // EN_UPDATE and EN_CHANGE
 
 TEST_F(WindowsTest, EditsHandleTyping) {
-  const struct {
-    DWORD style;
-    const char *before, *typed, *after;
-    int told; // the number of characters in notifications
-  } cases[] = {
+  // The last number is that of the characters in notifications.
+  const std::tuple<DWORD, const char *, const char *, const char *, int> cases[] = {
       {0, "", "ab\bc", "ac", 4},
       {0, "", "a\r\t\x1b", "a", 1},
       {0, "", "\b", "", 0},
       {ES_MULTILINE | ES_READONLY, "text", "x\b", "text", 0},
   };
-  for (const auto &test : cases) {
-    SCOPED_TRACE(testing::PrintToString(test.typed));
-    const HWND edit = Create("EDIT", WS_CHILD | WS_VISIBLE | test.style, top, 1, test.before);
+  for (const auto &[style, before, typed, after, characters] : cases) {
+    SCOPED_TRACE(testing::PrintToString(typed));
+    const HWND edit = Create("EDIT", WS_CHILD | WS_VISIBLE | style, top, 1, before);
     SendMessageA(edit, EM_SETSEL, 10, 10);
     TakeEvents();
-    Type(edit, test.typed);
-    EXPECT_EQ(TextOf(edit), test.after);
+    Type(edit, typed);
+    EXPECT_EQ(TextOf(edit), after);
     Events told;
-    for (int each = 0; each < test.told; ++each)
+    for (int each = 0; each < characters; ++each)
       told.insert(told.end(), std::begin(Changed), std::end(Changed));
     EXPECT_EQ(TakeEvents(), told);
     DestroyWindow(edit);

@@ -6,6 +6,8 @@
 #include "clients/service_constants.h"
 #include "support/client_machine.h"
 
+#include <tuple>
+
 namespace {
 
 class ServiceIniTest : public MachineTest {
@@ -16,11 +18,7 @@ protected:
 
 TEST_F(ServiceIniTest, ListsDomainsUpToTheHighestNumberOrTheFirstGap) {
   const std::string domains = "disp1=one\r\ndisp2 = two \r\ndisp3=three\r\n";
-  struct Case {
-    std::string settings;
-    std::vector<std::string> domains;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, std::vector<std::string>> cases[] = {
       {"server_max=5\r\n" + domains, {"one", "two", "three"}},
       {"server_max=2\r\n" + domains, {"one", "two"}},
       {"server_max=99999999999999999999\r\n" + domains, {"one", "two", "three"}},
@@ -30,9 +28,9 @@ TEST_F(ServiceIniTest, ListsDomainsUpToTheHighestNumberOrTheFirstGap) {
       {"server_max=3\r\ndisp1=one\r\ndisp2=\r\ndisp3=three\r\n", {"one"}},
       {"server_max=1\r\ndisp1=" + std::string(100000, 'x') + "\r\n", {std::string(255, 'x')}},
   };
-  for (const Case &test : cases) {
-    PutSettings("[OTHER]\r\nserver_max=9\r\n[mail_server]\r\n" + test.settings);
-    EXPECT_EQ(ReadDomains(MailSection), test.domains) << test.settings.substr(0, 80);
+  for (const auto &[settings, listed] : cases) {
+    PutSettings("[OTHER]\r\nserver_max=9\r\n[mail_server]\r\n" + settings);
+    EXPECT_EQ(ReadDomains(MailSection), listed) << settings.substr(0, 80);
   }
   std::string text = "old";
   EXPECT_EQ(ReadServiceString("C:\\acctkit-test\\none.ini", MailSection, "disp1", text), 0);
@@ -58,22 +56,18 @@ TEST(ServiceIds, HaveTwoForms) {
 // The tests that no script covers.
 TEST(InputRules, GiveTheMessageOfTheFirstTestThatRefuses) {
   using namespace input_tests;
-  struct Case {
-    const Tests &tests;
-    std::string text;
-    const char *begins; // the beginning of the message
-  };
-  const Case cases[] = {
+  // What is typed, and how the message begins.
+  const std::tuple<const Tests &, std::string, const char *> cases[] = {
       {SecondHost, IspPrimaryDomain, "不正なメールアドレス"},
       {OriginalAddress, "\xb1\xb2", "メールアドレスが不正です。"}, // half-width kana without an at sign
       {OriginalAddress, "\xb1@b", "全角または半角カナ文字"},
       {OriginalSmtpServer, "", "SMTPサーバーが入力されていません。正しいSMTPサーバー"},
       {ShortAlias, "", "メールアドレスが入力されていません。"},
   };
-  for (const Case &test : cases) {
-    const InputTest *const refusal = FindRefusal(test.tests, test.text);
-    ASSERT_NE(refusal, nullptr) << test.text;
-    EXPECT_TRUE(std::string(refusal->message).starts_with(test.begins)) << test.text;
+  for (const auto &[tests, text, begins] : cases) {
+    const InputTest *const refusal = FindRefusal(tests, text);
+    ASSERT_NE(refusal, nullptr) << text;
+    EXPECT_TRUE(std::string(refusal->message).starts_with(begins)) << text;
   }
 }
 

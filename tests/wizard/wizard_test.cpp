@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace {
 
 constexpr const char *WrongCall = "プログラムが不正に呼び出されました。";
@@ -74,28 +76,23 @@ TEST_F(WizardTest, StartsWithTheHostsId) {
   std::string many;
   for (int number = 0; number < 10000; ++number)
     many += "ABC" + std::to_string(10000 + number) + '\0';
-  struct Case {
-    const char *id;
-    std::string list;
-    LRESULT count;
-    std::string shown;
-  };
-  const Case cases[] = {{"DEF01234", std::string("ABC01234\0DEF01234\0", 18), 2, "DEF01234"},
-                        {"def01234", std::string("ABC01234\0DEF01234\0", 18), 2, "ABC01234"}, // case counts
-                        {"", std::string("ABC01234\0DEF01234\0", 18), 2, ""},                 // the spare entry
-                        {"DEF01234", std::string("\0ABC01234\0DEF01234\0", 19), 2, "DEF01234"},
-                        {"X", std::string("SAME0000\0SAME0000\0", 18), 2, "SAME0000"},
-                        {"ABC01234", std::string("\0", 1), 0, ""},
-                        {"ABC19999", many, 10000, "ABC19999"}};
-  for (const Case &test : cases) {
-    SCOPED_TRACE(test.id);
+  const std::tuple<const char *, std::string, LRESULT, std::string> cases[] = {
+      {"DEF01234", std::string("ABC01234\0DEF01234\0", 18), 2, "DEF01234"},
+      {"def01234", std::string("ABC01234\0DEF01234\0", 18), 2, "ABC01234"}, // case counts
+      {"", std::string("ABC01234\0DEF01234\0", 18), 2, ""},                 // the spare entry
+      {"DEF01234", std::string("\0ABC01234\0DEF01234\0", 19), 2, "DEF01234"},
+      {"X", std::string("SAME0000\0SAME0000\0", 18), 2, "SAME0000"},
+      {"ABC01234", std::string("\0", 1), 0, ""},
+      {"ABC19999", many, 10000, "ABC19999"}};
+  for (const auto &[id, list, count, shown] : cases) {
+    SCOPED_TRACE(id);
     WithUser({[&](HWND sheet) {
                const HWND page = PageOf(sheet);
-               EXPECT_EQ(TextOf(page, IDC_CHOICE), test.shown);
-               EXPECT_EQ(SendDlgItemMessageA(page, IDC_CHOICE, CB_GETCOUNT, 0, 0), test.count);
+               EXPECT_EQ(TextOf(page, IDC_CHOICE), shown);
+               EXPECT_EQ(SendDlgItemMessageA(page, IDC_CHOICE, CB_GETCOUNT, 0, 0), count);
                Press(sheet, PSBTN_CANCEL);
              }},
-             [&] { EXPECT_EQ(MailerWizard(0, test.id, test.list.c_str()), 1); });
+             [&] { EXPECT_EQ(MailerWizard(0, id, list.c_str()), 1); });
   }
 }
 
@@ -210,12 +207,8 @@ TEST_F(WizardTest, AsksBeforeItWritesAnAccount) {
   KnowingClient client;
   MailAccountSpec spec = SampleMailSpec();
   WriteAccount(client, spec);
-  const struct {
-    MailClient *client;
-    const UserQuestions &user;
-    const char *title;
-    std::vector<std::string> boxes; // the beginnings of their texts
-  } flows[] = {
+  // What is asked of whom for which title, and how the boxes begin.
+  const std::tuple<MailClient *, const UserQuestions &, const char *, std::vector<std::string>> flows[] = {
       {&client, AnyUser, "@zuvio(ABC01234)", {"同名のアカウント", "設定が完了"}},
       {&client, SecondUser, "@zuvio(ABC01234)", {"同名のアカウント", "設定が完了"}},
       {&client, OriginalDomainUser, "@zuvio(ABC01234)", {"同名のアカウント", "the second", "設定が完了"}},
@@ -223,39 +216,37 @@ TEST_F(WizardTest, AsksBeforeItWritesAnAccount) {
       {&client, AnyUser, "new 2", {"メールアカウント「ABC01234」", "設定が完了"}},
       {nullptr, AnyUser, "new 3", {"設定に失敗"}}, // the client has been removed
   };
-  for (const auto &flow : flows) {
-    spec.accountName = flow.title;
+  for (const auto &[asked, user, title, boxes] : flows) {
+    spec.accountName = title;
     UserSteps steps;
-    for (const std::string &begin : flow.boxes)
+    for (const std::string &begin : boxes)
       steps.emplace_back([&](HWND box) {
         EXPECT_EQ(TextOf(box, BoxText).substr(0, begin.size()), begin);
         PostMessageA(box, WM_COMMAND, IDOK, 0);
       });
     WithUser(steps, [&] {
       const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
-      EXPECT_TRUE(WriteMailAccount(flow.client, spec, flow.user));
+      EXPECT_TRUE(WriteMailAccount(asked, spec, user));
     });
   }
   EXPECT_FALSE(KeyThere(HKEY_CURRENT_USER, std::string(AccountsKey) + "\\other"));
 }
 
 TEST_F(WizardTest, BoxesWithoutAnIconGetTheExclamationMark) {
-  const struct {
-    UINT type;
-    const char *icon; // null for none
-    int answer;
-  } boxes[] = {{MB_OK, IDI_EXCLAMATION, IDOK},           {MB_OKCANCEL, IDI_EXCLAMATION, IDCANCEL},
-               {MB_YESNO, IDI_EXCLAMATION, IDYES},       {MB_YESNOCANCEL, IDI_EXCLAMATION, IDNO},
-               {MB_ICONINFORMATION, IDI_ASTERISK, IDOK}, {5, nullptr, IDCANCEL}};
-  for (const auto &box : boxes) {
-    SCOPED_TRACE(box.type);
+  // Each with its icon, if it has one, and with the answer to it.
+  const std::tuple<UINT, const char *, int> boxes[] = {
+      {MB_OK, IDI_EXCLAMATION, IDOK},           {MB_OKCANCEL, IDI_EXCLAMATION, IDCANCEL},
+      {MB_YESNO, IDI_EXCLAMATION, IDYES},       {MB_YESNOCANCEL, IDI_EXCLAMATION, IDNO},
+      {MB_ICONINFORMATION, IDI_ASTERISK, IDOK}, {5, nullptr, IDCANCEL}};
+  for (const auto &[type, icon, answer] : boxes) {
+    SCOPED_TRACE(type);
     WithUser({[&](HWND top) {
-               EXPECT_EQ(IconOf(top), box.icon == nullptr ? nullptr : LoadIconA(nullptr, box.icon));
-               PostMessageA(top, WM_COMMAND, static_cast<WPARAM>(box.answer), 0);
+               EXPECT_EQ(IconOf(top), icon == nullptr ? nullptr : LoadIconA(nullptr, icon));
+               PostMessageA(top, WM_COMMAND, static_cast<WPARAM>(answer), 0);
              }},
              [&] {
                const AFX_MAINTAIN_STATE2 state(AfxGetStaticModuleState());
-               EXPECT_EQ(AfxMessageBox("text", box.type), box.answer);
+               EXPECT_EQ(AfxMessageBox("text", type), answer);
              });
   }
 
