@@ -3,10 +3,12 @@
 
 #include "acctkit/acctkit.h"
 #include "clients/registry_key.h"
+#include "hooks/system_calls_hook.h"
 #include "stores/file_handle.h"
 #include "win32/linux/public/machine.h"
 #include "win32/linux/public/transaction.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -150,6 +152,11 @@ TEST_F(TransactionTest, CanBeTakenBackOnce) {
   EXPECT_NE(machine::UndoLastChange().refusal.find("changed since"), std::string::npos);
   EXPECT_EQ(Bytes(OnDisk()), "changed");
   std::ofstream(OnDisk()) << after;
+  {
+    const WatchedCalls watched(CallPlan{.name = "ChangeMode", .error = EPERM}); // of a file that another user owns
+    EXPECT_NE(machine::UndoLastChange().refusal, "");
+    EXPECT_EQ(Read(), "new new");
+  }
 
   const machine::Undone undone = machine::UndoLastChange();
   EXPECT_EQ(undone.refusal, "");
@@ -157,6 +164,34 @@ TEST_F(TransactionTest, CanBeTakenBackOnce) {
   EXPECT_EQ(Read(), "old old");
   EXPECT_FALSE(fs::exists(OnDisk().parent_path() / "folder"));
   EXPECT_NE(machine::UndoLastChange().refusal, "");
+}
+
+TEST_F(TransactionTest, ReplacesFilesOnOtherDisksAndBehindLinks) {
+  const fs::path elsewhere = fs::temp_directory_path() / ("acctkit-elsewhere-" + std::to_string(getpid()));
+  fs::create_directories(elsewhere / "acctkit-test");
+  fs::remove_all(machine::Folder() / "drive_c");
+  fs::create_directory_symlink(elsewhere, machine::Folder() / "drive_c");
+  fs::create_symlink(elsewhere / "hive", machine::Folder() / "user.reg");
+  std::ofstream(elsewhere / "hive") << "WINE REGISTRY Version 2\n";
+  EXPECT_TRUE(WriteWhole("old") && WriteWhole("new"));
+  EXPECT_TRUE(fs::is_symlink(machine::Folder() / "user.reg"));
+  EXPECT_EQ(machine::UndoLastChange().refusal, "");
+  EXPECT_EQ(Read(), "old old");
+  EXPECT_EQ(std::distance(fs::directory_iterator(elsewhere / "acctkit-test"), {}), 1);
+  fs::remove_all(elsewhere);
+}
+
+TEST_F(TransactionTest, FollowsNoLinkInItsStore) {
+  const fs::path other = machine::Folder() / "drive_c/other";
+  fs::create_directory(other);
+  std::ofstream(other / "file") << "bytes";
+  Write("old");
+  for (const char *name : {"staging", "commit", "last"}) {
+    fs::remove_all(Store() / name);
+    fs::create_directory_symlink(other, Store() / name);
+    EXPECT_TRUE(WriteWhole(name));
+    EXPECT_EQ(Bytes(other / "file"), "bytes");
+  }
 }
 
 // ---- What was broken off ----
