@@ -4,6 +4,7 @@
 
 #include "clients/netscape6/netscape6_mail.h"
 #include "clients/netscape6/netscape6_news.h"
+#include "clients/registry_key.h"
 #include "hooks/system_calls_hook.h"
 #include "platform.h"
 #include "sample_machine.h"
@@ -92,6 +93,7 @@ const Operation Operations[] = {
     {"Outlook Express, start page", [] { return SetBrowserStartPage(0, nullptr, "http://new.example/"); }},
     {"Communicator, start page", [] { return SetBrowserStartPage(1, CommunicatorProfile, "http://new.example/"); }},
     {"machine new", MakeSampleMachine, "empty"},
+    {"registry call alone", [] { return WriteStringValue(HKEY_CURRENT_USER, "Software", "new", "text"); }},
 };
 
 // ---- Machines ----
