@@ -18,7 +18,7 @@ enum class Purpose {
   Look,     // several looks that see one state of the machine; what a call writes all the same is dropped
   Rehearse, // a dry run: the same, but no library of the machine is loaded, nothing interrupts it, and a change that
             // was broken off stays as it is
-  OneCall, // a Win32 call that no other transaction is around: a change that isn't kept for an undo
+  OneCall,  // a Win32 call that no other transaction is around: a change that isn't kept for an undo
 };
 
 // Keeps other processes and threads from writing to the machine while it runs, or from writing half of what is read.
