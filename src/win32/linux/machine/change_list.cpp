@@ -5,6 +5,7 @@
 #include <bit>
 #include <charconv>
 #include <cstring>
+#include <set>
 
 namespace machine {
 
@@ -101,6 +102,7 @@ ListState ReadChangeList(std::string_view text, ChangeList &list) {
   list.undoable = TakeText(heading, ' ') == "undoable";
   list.token = heading;
   bool isSound = IsPlainName(list.token);
+  std::set<std::string> stored; // each file is put in place once
   while (isSound && !text.empty()) {
     std::string_view line = TakeText(text, '\n');
     const std::string_view kind = TakeText(line, ' ');
@@ -109,7 +111,8 @@ ListState ReadChangeList(std::string_view text, ChangeList &list) {
     if (kind == "folder")
       list.folders.emplace_back(line);
     else
-      isSound = kind == "file" && ReadFileLine(line, list.files.emplace_back());
+      isSound = kind == "file" && ReadFileLine(line, list.files.emplace_back()) &&
+                stored.insert(list.files.back().stored).second;
   }
   return ListState::Damaged; // it has no end
 }
