@@ -73,8 +73,6 @@ public:
   const std::string &Loaded() const { return loaded; }
   // The text to be written: what was loaded, with all edits.
   std::string Text() const;
-  // The same in pieces one behind the other, few where little was edited; until the next edit.
-  std::vector<std::string_view> Pieces() const;
 
   // Whether the hive says that it is of a 64-bit Windows.
   bool Is64Bit() const { return is64Bit; }
@@ -99,6 +97,8 @@ private:
     std::string_view text;
   };
 
+  // The text to be written in pieces one behind the other, few where little was edited.
+  std::vector<std::string_view> Pieces() const;
   // The line that tells where the hive is damaged; `rest` begins at the damaged line.
   std::string Damage(std::string_view rest, std::string_view what) const;
   std::string LoadSections(std::string_view rest);
